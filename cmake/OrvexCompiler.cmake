@@ -1,0 +1,32 @@
+# How every target of the project is compiled: orvex_target(NAME) applies it.
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND PROJECT_IS_TOP_LEVEL)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+function(orvex_target name)
+  target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
+  if(MSVC)
+    target_compile_options(${name} PRIVATE /W4 /permissive- /utf-8 /fp:precise)
+  else()
+    # Results are the same bits everywhere: no multiply-add in one rounding, whatever the processor offers.
+    target_compile_options(${name} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+                                           -Werror -ffp-contract=off)
+    if(MINGW)
+      # 32-bit code would otherwise compute in the extended precision of the x87 unit, and 64-bit code would store
+      # 32-byte vectors aligned on a stack that this target aligns to 16 bytes only.
+      target_compile_options(${name} PRIVATE -msse2 -mfpmath=sse -Wa,-muse-unaligned-vector-move)
+    endif()
+  endif()
+  if(ORVEX_SANITIZE)
+    set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(${name} PRIVATE ${sanitizers})
+    target_link_options(${name} PUBLIC ${sanitizers})
+  endif()
+endfunction()

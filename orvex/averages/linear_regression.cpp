@@ -1,0 +1,101 @@
+#include "orvex/averages/linear_regression.h"
+
+#include <vector>
+
+#include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
+#include "orvex/data/object.h"
+#include "orvex/data/real.h"
+#include "orvex/data/walk.h"
+#include "orvex/kernels/kernels.h"
+
+namespace orvex {
+
+namespace {
+
+/// Reads the values of the records that end at `record`, oldest first. Moves the cursor over them and back to `record`.
+void readWindow(Database& data, const std::shared_ptr<Field>& source, Integer record, Integer count,
+                std::vector<Real>& window) {
+  if (count < 1) raise(faults::SubscriptOutOfRange);
+  window.resize(static_cast<std::size_t>(count.value()));
+  data.setPosition(record - count + 1);
+  for (Real& value : window) {
+    value = at(source, data.getPosition());
+    data.MoveNext();
+  }
+  data.MovePrevious();
+}
+
+}  // namespace
+
+std::shared_ptr<RecordSet> LinearRegression::Regression(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                        Integer Periods) {
+  return trap(RegressionFault, [&] {
+    const Integer count = object(data).getRecordCount();
+    const auto slopes = makeColumn(count, std::string(SlopeName));
+    const auto intercepts = makeColumn(count, std::string(InterceptName));
+    const auto forecasts = makeColumn(count, std::string(ForecastName));
+    const auto qualities = makeColumn(count, std::string(RSquaredName));
+    std::vector<Real> y;
+    Real quality = 0;
+    data->MoveFirst();
+    walk(
+        *data, Periods, count,
+        [&]() -> std::size_t {
+          const std::size_t done =
+              kernels::run(&kernels::Table::regression, rowsOf(Source), Periods.value(), recordRange(Periods, count),
+                           kernels::RegressionRows{slopes->values().data(), intercepts->values().data(),
+                                                   forecasts->values().data(), qualities->values().data()});
+          if (done > 0) quality = at(qualities, Periods.value() + static_cast<int>(done) - 1);
+          return done;
+        },
+        [&](Integer record) {
+          readWindow(*data, Source, record, Periods, y);
+          Real sumX = 0, sumY = 0, sumXX = 0, sumYY = 0, sumXY = 0;
+          for (Integer x = 1; x <= Periods; ++x) {
+            const Real value = y[static_cast<std::size_t>(x.value() - 1)];
+            sumX += x;
+            sumY += value;
+            // In 16 bits: a window of 182 records overflows here, and that limit is kept.
+            sumXX += x * x;
+            sumYY += value * value;
+            sumXY += x * value;
+          }
+          const Real qXY = sumXY - sumX * sumY / Periods;
+          const Real qXX = sumXX - sumX * sumX / Periods;
+          const Real qYY = sumYY - sumY * sumY / Periods;
+          const Real slope = qXY / qXX;
+          // The line is centred on this whole number and not on the mean of x; it is the published form.
+          const Integer center = Integer::rounded(Periods.value() / 2.0);
+          const Real intercept = Real(1) / Periods * sumY - center * slope;
+          const Real forecast = Periods * slope + intercept;
+          if (qXY * qXY != 0 && qYY * qXX != 0) quality = qXY * qXY / (qYY * qXX);
+          slopes->setValue(record, slope);
+          intercepts->setValue(record, intercept);
+          forecasts->setValue(record, forecast);
+          qualities->setValue(record, quality);
+        });
+    for (const auto& column : {slopes, intercepts, forecasts, qualities}) blank(*column, Periods);
+    const auto result = makeRecordSet({slopes, intercepts, forecasts, qualities});
+    data->MoveFirst();
+    return result;
+  });
+}
+
+std::shared_ptr<RecordSet> LinearRegression::TimeSeriesForecast(std::shared_ptr<Database> data,
+                                                                std::shared_ptr<Field> Source, Integer Periods,
+                                                                InOut<std::string> Alias) {
+  return trap(TimeSeriesForecastFault, [&] {
+    applyDefault(Alias, TimeSeriesForecastName);
+    const auto result = Regression(data, Source, Periods);
+    // Renamed before the others are removed by name: an alias that is one of theirs is met by its own removal.
+    result->renameField(std::string(ForecastName), Alias.get());
+    result->removeField(std::string(SlopeName));
+    result->removeField(std::string(InterceptName));
+    result->removeField(std::string(RSquaredName));
+    data->MoveFirst();
+    return result;
+  });
+}
+
+}  // namespace orvex

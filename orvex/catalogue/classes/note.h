@@ -1,0 +1,30 @@
+#pragma once
+
+#include <tuple>
+
+#include "orvex/catalogue/describe.h"
+#include "orvex/data/note.h"
+
+namespace orvex::catalogue {
+
+template <>
+struct Description<Note> {
+  static constexpr Identity identity{
+      .name = "Note",
+      .help = "A point of a series: a period, a value and a text.",
+      .classId = Guid("9d0fde10-191d-4fea-bfc0-3d23f4173bff"),
+      .interfaceId = Guid("9b8747fa-586c-4b19-bdb5-8337ca2d0481"),
+      .holdsState = true,
+  };
+
+  static constexpr auto rows = std::tuple{
+      row<&Note::setPeriod>("setPeriod", "Sets the period.", {{"Period", "A record number."}}),
+      row<&Note::setValue>("setValue", "Sets the value.", {{"Value", "A number."}}),
+      row<&Note::setNote>("setNote", "Sets the text.", {{"Note", "A text."}}),
+      row<&Note::getPeriod>("getPeriod", "The period."),
+      row<&Note::getValue>("getValue", "The value."),
+      row<&Note::getNote>("getNote", "The text."),
+  };
+};
+
+}  // namespace orvex::catalogue

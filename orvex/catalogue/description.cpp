@@ -1,0 +1,53 @@
+#include "orvex/catalogue/description.h"
+
+#include <algorithm>
+
+#include "orvex/data/text.h"
+
+namespace orvex::catalogue {
+
+const Class* findClass(std::string_view name) {
+  const auto all = classes();
+  const auto found =
+      std::find_if(all.begin(), all.end(), [&](const Class* one) { return equalNames(one->name, name); });
+  return found == all.end() ? nullptr : *found;
+}
+
+const Method* findMethod(const Class& owner, std::string_view name, Kind kind) {
+  for (const Method* method : owner.methods) {
+    if (method->kind == kind && equalNames(method->name, name)) return method;
+  }
+  return nullptr;
+}
+
+int dispatchId(const Class& owner, const Method& method) {
+  const auto first = std::find_if(owner.methods.begin(), owner.methods.end(),
+                                  [&](const Method* other) { return other->name == method.name; });
+  return static_cast<int>(first - owner.methods.begin()) + 1;
+}
+
+Value defaultOf(const Argument& argument) {
+  if (argument.type == Type::String) return std::string(argument.otherwise.text);
+  return coerce(argument.otherwise.number, argument.type);
+}
+
+Value call(const Method& method, void* object, std::span<Value> arguments) {
+  constexpr Fault notOptional{449, faults::Library, "Argument not optional"};
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const Argument& argument = method.arguments[i];
+    if (!std::holds_alternative<Missing>(arguments[i])) {
+      arguments[i] = coerce(arguments[i], argument.type);
+    } else if (argument.optional) {
+      arguments[i] = defaultOf(argument);
+    } else {
+      raise(notOptional);
+    }
+  }
+  return method.invoke(object, arguments);
+}
+
+std::string columnName(const Column& column, std::string_view alias) {
+  return column.aliased ? std::string(alias).append(column.name) : std::string(column.name);
+}
+
+}  // namespace orvex::catalogue

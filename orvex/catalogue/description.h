@@ -1,0 +1,136 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "orvex/catalogue/value.h"
+#include "orvex/data/error.h"
+
+/// What every way into the library knows of its classes, without their types.
+namespace orvex::catalogue {
+
+/// A short list that can be part of a constant.
+template <class T, std::size_t Capacity>
+struct List {
+  std::array<T, Capacity> items{};
+  std::size_t count = 0;
+
+  constexpr List() = default;
+  constexpr List(std::initializer_list<T> entries) {
+    for (const T& entry : entries) items[count++] = entry;
+  }
+  constexpr std::size_t size() const { return count; }
+  constexpr const T* begin() const { return items.data(); }
+  constexpr const T* end() const { return items.data() + count; }
+  constexpr const T& operator[](std::size_t index) const { return items[index]; }
+  constexpr T& operator[](std::size_t index) { return items[index]; }
+};
+
+/// What an argument becomes that is left out: a number or a text.
+struct Default {
+  double number = 0.0;
+  std::string_view text;
+};
+
+struct Argument {
+  std::string_view name;
+  std::string_view help;
+  bool optional = false;
+  Default otherwise{};  // of an optional argument
+
+  // Taken from the member function.
+  Type type = Type::Nothing;
+  bool written = false;  // the method may write it back
+  bool byValue = false;  // automation passes all others by reference
+};
+
+/// A column of a method's result.
+struct Column {
+  /// Its name, or what follows the alias in it.
+  std::string_view name;
+  /// The first computed row, as an expression of N (the record count) and the arguments: the first record whose every
+  /// input is itself computed. See computed_rows.h.
+  std::string_view firstRow;
+  bool aliased = false;
+  /// The last computed row, likewise.
+  std::string_view lastRow = "N";
+};
+
+enum class Kind { Method, PropertyGet, PropertyPut, PropertyPutReference };
+
+/// One method of a class.
+struct Method {
+  std::string_view name;
+  std::string_view help;
+  List<Argument, 8> arguments;
+  List<Column, 6> columns;
+  /// The errors that the method itself raises, those of its arguments' conversion apart.
+  List<Fault, 6> faults;
+  Kind kind = Kind::Method;
+  Type result = Type::Nothing;
+  /// Calls the method of `object`. `arguments` are as many as the method's own, each of its type; those that the method
+  /// writes back are changed in place.
+  Value (*invoke)(void* object, std::span<Value> arguments) = nullptr;
+};
+
+/// The bytes of a globally unique identifier, in the order of its text.
+struct Guid {
+  std::array<std::uint8_t, 16> bytes{};
+
+  /// From the 36 characters of its text; a constant that is not well-formed does not compile.
+  consteval explicit Guid(std::string_view text) {
+    std::size_t digits = 0;
+    for (const char c : text) {
+      if (c == '-') continue;
+      const int digit = c >= '0' && c <= '9' ? c - '0' : c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+      if (digit < 0 || digits == 32) throw "a digit of a GUID is 0-9 or a-f, and there are 32";
+      auto& byte = bytes[digits++ / 2];
+      byte = static_cast<std::uint8_t>(byte << 4 | digit);
+    }
+    if (digits != 32) throw "a GUID has 32 digits";
+  }
+};
+
+/// One creatable class.
+struct Class {
+  std::string_view name;
+  std::string_view help;
+  Guid classId;
+  Guid interfaceId;
+  /// Its objects hold data between calls; the others are calculators without a state.
+  bool holdsState;
+  /// In the order of the interface, which is append-only.
+  std::span<const Method* const> methods;
+  std::shared_ptr<void> (*create)();
+};
+
+/// All classes, in the order of the library.
+std::span<const Class* const> classes();
+
+/// By name without regard to case; nothing for an unknown one.
+const Class* findClass(std::string_view name);
+const Method* findMethod(const Class& owner, std::string_view name, Kind kind = Kind::Method);
+
+/// The number by which automation calls a method: its place in the interface, from 1. The parts of a property share
+/// that of the first.
+int dispatchId(const Class& owner, const Method& method);
+
+/// The value that an optional argument has when it is left out.
+Value defaultOf(const Argument& argument);
+
+/// Calls a method with values of any kind: fills in what is `Missing`, converts each to the argument's type, and leaves
+/// what the method wrote back in `arguments`, also when the call fails. Errors: 449 for a missing argument that is not
+/// optional, those of `coerce`, and the method's own.
+/// REQUIRES: as many values as the method has arguments.
+Value call(const Method& method, void* object, std::span<Value> arguments);
+
+/// The name of a result column of a call with that alias.
+std::string columnName(const Column& column, std::string_view alias);
+
+}  // namespace orvex::catalogue

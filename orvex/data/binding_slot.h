@@ -1,0 +1,11 @@
+#pragma once
+
+namespace orvex {
+
+/// The place in a shared object where a binding keeps the wrapper that it made for it, so that an object which goes
+/// out to a host twice is the same object there. The library itself never looks at it.
+struct BindingSlot {
+  void* wrapper = nullptr;
+};
+
+}  // namespace orvex

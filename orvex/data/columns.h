@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "orvex/data/field.h"
+#include "orvex/data/in_out.h"
+#include "orvex/data/integer.h"
+#include "orvex/data/object.h"
+#include "orvex/data/real.h"
+#include "orvex/data/record_set.h"
+
+/// What every series method does with its arguments and its result.
+namespace orvex {
+
+/// A row of a column as a number to compute with. Error 91 for a null field, 1105 for a row outside it, 6 for a value
+/// that is not finite.
+inline Real at(const std::shared_ptr<Field>& column, Integer record) {
+  return object(column).getValue(record);
+}
+
+/// Replaces an empty alias by the method's default name, in the caller's variable too.
+inline void applyDefault(InOut<std::string>& Alias, std::string_view name) {
+  if (Alias.get().empty()) Alias.set(std::string(name));
+}
+
+/// A new column of `count` rows, all 0. Error 9 for a count below 1.
+std::shared_ptr<Field> makeColumn(Integer count, const std::string& name);
+
+/// A new set of the given columns, in this order.
+std::shared_ptr<RecordSet> makeRecordSet(std::initializer_list<std::shared_ptr<Field>> columns);
+
+/// Writes 0 into rows 1 to `last`, one by one, so a column that is shorter fails at its end.
+void blank(Field& column, Integer last);
+
+}  // namespace orvex

@@ -1,0 +1,185 @@
+#include "orvex/data/database.h"
+
+#include <array>
+#include <utility>
+
+#include "orvex/data/host_events.h"
+#include "orvex/data/number_text.h"
+#include "orvex/data/object.h"
+#include "orvex/data/text.h"
+#include "orvex/data/text_file.h"
+
+namespace orvex {
+
+namespace {
+
+/// Runs a loader's body; the report of a fault carries the fault's own description.
+template <class Body>
+void load(Body&& body) {
+  try {
+    body();
+  } catch (...) {
+    raise(Database::loadFault(currentFault().description));
+  }
+}
+
+/// Takes the parts of a line, one after the other.
+class LineParts {
+ public:
+  explicit LineParts(const std::string& delimiter)
+      : delimiter_(delimiter),
+        endsNumber_(delimiter.size() == 1 &&
+                    std::string_view("0123456789+-.eE \t").find(delimiter[0]) == delimiter.npos) {}
+
+  void begin(std::string_view line) { rest_ = line; }
+
+  /// The text before the next delimiter into `part`; false where there is none, and nothing is taken then.
+  bool text(std::string_view& part) {
+    // An empty delimiter stands in front of every character; an empty line has none.
+    if (rest_.empty()) return false;
+    const std::size_t at = delimiter_.size() == 1 ? rest_.find(delimiter_[0]) : rest_.find(delimiter_);
+    if (at == std::string_view::npos) return false;
+    part = rest_.substr(0, at);
+    cut(at);
+    return true;
+  }
+
+  /// The same, as a number.
+  bool number(double& value) {
+    if (endsNumber_) {
+      // The usual case, a number with the delimiter right behind it, needs no search.
+      const NumberText read = readNumber(rest_);
+      if (read.length < rest_.size() && rest_[read.length] == delimiter_[0]) {
+        value = read.value;
+        rest_.remove_prefix(read.length + 1);
+        return true;
+      }
+    }
+    std::string_view part;
+    if (!text(part)) return false;
+    value = numberFromText(part);
+    return true;
+  }
+
+  std::string_view rest() const { return rest_; }
+
+ private:
+  void cut(std::size_t at) {
+    rest_.remove_prefix(at);
+    rest_.remove_prefix(firstCharacterLength(rest_));
+  }
+
+  const std::string& delimiter_;
+  // No part of a number can be taken for the delimiter.
+  bool endsNumber_;
+  std::string_view rest_;
+};
+
+}  // namespace
+
+void Database::RecordsetCache(std::shared_ptr<RecordSet> NewRecordset) {
+  recordset_ = std::move(NewRecordset);
+  const std::shared_ptr<RecordSet> adopted = recordset_;
+  const auto column = [&](std::string_view name) { return object(adopted).getField(std::string(name)); };
+  columns_.date = column(DateName);
+  columns_.open = column(OpenName);
+  columns_.high = column(HighName);
+  columns_.low = column(LowName);
+  columns_.close = column(CloseName);
+  columns_.volume = column(VolumeName);
+  recordCount_ = object(columns_.open).getRecordCount();
+}
+
+Integer Database::setPosition(Integer Index) {
+  if (Index < 1) raise(BeginOfFile);
+  if (Index > recordCount_.value() + 1) raise(EndOfFile);
+  position_ = Index;
+  return 0;
+}
+
+void Database::OpenDataBase(const std::string& filename, const std::string& Delimiter) {
+  load([&] {
+    beginLoad();
+    loadLines(filename, Delimiter);
+  });
+}
+
+void Database::OpenDatabaseByArray(const VariantArray& Ary) {
+  OpenDatabaseByFourArrays(Ary, Ary, Ary, Ary);
+}
+
+void Database::OpenDatabaseByFourArrays(const VariantArray& OpenAry, const VariantArray& HighAry,
+                                        const VariantArray& LowAry, const VariantArray& CloseAry) {
+  load([&] {
+    beginLoad();
+    loadArrays(OpenAry, HighAry, LowAry, CloseAry);
+  });
+}
+
+void Database::beginLoad() {
+  recordset_ = std::make_shared<RecordSet>();
+  for (std::shared_ptr<Field>* column :
+       {&columns_.date, &columns_.open, &columns_.high, &columns_.low, &columns_.close, &columns_.volume}) {
+    *column = std::make_shared<Field>();
+  }
+}
+
+void Database::initializeColumns(const Columns& columns, Integer count) {
+  recordCount_ = count;
+  columns.date->initialize(count, std::string(DateName));
+  columns.open->initialize(count, std::string(OpenName));
+  columns.high->initialize(count, std::string(HighName));
+  columns.low->initialize(count, std::string(LowName));
+  columns.close->initialize(count, std::string(CloseName));
+  columns.volume->initialize(count, std::string(VolumeName));
+}
+
+void Database::publish(RecordSet& recordset, const Columns& columns) {
+  for (const std::shared_ptr<Field>& column :
+       {columns.date, columns.open, columns.high, columns.low, columns.close, columns.volume}) {
+    recordset.addField(column);
+  }
+}
+
+void Database::loadLines(const std::string& filename, const std::string& delimiter) {
+  // A host may load again, or drop the arguments, from inside a yield: this load goes on with its own objects.
+  const std::shared_ptr<RecordSet> recordset = recordset_;
+  const Columns columns = columns_;
+  const std::string mark = delimiter;
+  TextFile file(filename);
+  initializeColumns(columns, file.lineCount());
+
+  const YieldHook hook = yieldHook();
+  LineParts parts(mark);
+  std::string_view line;
+  Integer row = 0;
+  while (file.nextLine(line)) {
+    ++row;
+    parts.begin(line);
+    std::string_view date;
+    if (parts.text(date)) columns.date->setStrValue(row, date);
+    for (Field* price : {columns.open.get(), columns.high.get(), columns.low.get(), columns.close.get()}) {
+      double value = 0.0;
+      if (parts.number(value)) price->setValue(row, value);
+    }
+    columns.volume->setValue(row, numberFromText(parts.rest()));
+    if (hook) hook();
+  }
+  MoveFirst();
+  publish(*recordset, columns);
+}
+
+void Database::loadArrays(const VariantArray& open, const VariantArray& high, const VariantArray& low,
+                          const VariantArray& close) {
+  initializeColumns(columns_, open.upperBound());
+  for (int i = 1; i <= recordCount_; ++i) {
+    columns_.open->setValue(i, open.number(i));
+    columns_.high->setValue(i, high.number(i));
+    columns_.low->setValue(i, low.number(i));
+    columns_.close->setValue(i, close.number(i));
+    columns_.volume->setValue(i, close.number(i));
+  }
+  publish(*recordset_, columns_);
+}
+
+}  // namespace orvex

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string_view>
+
+namespace orvex {
+
+/// What a failure tells its caller: a number, the place that reports it and a sentence. The texts are views of
+/// literals, so a fault can be a constant, and raising one allocates nothing of its own.
+struct Fault {
+  std::int32_t number;
+  std::string_view source;
+  std::string_view description;
+
+  friend bool operator==(const Fault&, const Fault&) = default;
+};
+
+/// The one exception type of the library.
+class Error : public std::exception {
+ public:
+  explicit Error(const Fault& fault) noexcept : fault_(fault) {}
+
+  const Fault& fault() const noexcept { return fault_; }
+  std::int32_t number() const noexcept { return fault_.number; }
+  std::string_view source() const noexcept { return fault_.source; }
+  std::string_view description() const noexcept { return fault_.description; }
+  const char* what() const noexcept override { return fault_.description.data(); }
+
+ private:
+  Fault fault_;
+};
+
+/// The ordinary run-time errors, which reach a caller only where no trap is armed.
+namespace faults {
+inline constexpr std::string_view Library = "Orvex";
+inline constexpr Fault InvalidCall{5, Library, "Invalid procedure call or argument"};
+inline constexpr Fault Overflow{6, Library, "Overflow"};
+inline constexpr Fault OutOfMemory{7, Library, "Out of memory"};
+inline constexpr Fault SubscriptOutOfRange{9, Library, "Subscript out of range"};
+inline constexpr Fault DivisionByZero{11, Library, "Division by zero"};
+inline constexpr Fault TypeMismatch{13, Library, "Type mismatch"};
+inline constexpr Fault Internal{51, Library, "Internal error"};
+inline constexpr Fault FileNotFound{53, Library, "File not found"};
+inline constexpr Fault DeviceError{57, Library, "Device I/O error"};
+inline constexpr Fault FileAccess{75, Library, "Path/File access error"};
+inline constexpr Fault PathNotFound{76, Library, "Path not found"};
+inline constexpr Fault ObjectNotSet{91, Library, "Object variable not set"};
+inline constexpr Fault InvalidUseOfNull{94, Library, "Invalid use of Null"};
+}  // namespace faults
+
+/// The report that an indicator method's trap makes of any fault inside it. The spelling is the published one.
+constexpr Fault unexpectedError(std::string_view source) {
+  return {1105, source, "An unexpected error has occured"};
+}
+
+/// The report of a row accessor for a row outside its column. The spelling is the published one.
+constexpr Fault outOfBounds(std::string_view source) {
+  return {1105, source, "An unexpected out of bounds error has occured"};
+}
+
+[[noreturn]] void raise(const Fault& fault);
+
+/// Tells what the exception being handled is: an `Error`'s own fault, or the run-time error that stands for it.
+/// REQUIRES: called from inside a catch clause.
+Fault currentFault() noexcept;
+
+/// The one error trap: runs `body` and turns whatever fault leaves it into `report`.
+template <class Body>
+decltype(auto) trap(const Fault& report, Body&& body) {
+  try {
+    return body();
+  } catch (...) {
+    raise(report);
+  }
+}
+
+}  // namespace orvex

@@ -1,0 +1,17 @@
+#include "orvex/data/host_events.h"
+
+namespace orvex {
+
+namespace {
+thread_local YieldHook currentHook;
+}  // namespace
+
+YieldHook yieldHook() noexcept {
+  return currentHook;
+}
+
+void setYieldHook(YieldHook hook) noexcept {
+  currentHook = hook;
+}
+
+}  // namespace orvex

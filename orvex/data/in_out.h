@@ -1,0 +1,30 @@
+#pragma once
+
+#include <concepts>
+#include <type_traits>
+#include <utility>
+
+namespace orvex {
+
+/// An argument that a method may write back. It binds to a caller's variable, which then receives what is written, to
+/// a literal, or to nothing: `average.SimpleMovingAverage(data, close, 20)`, `(..., 20, "sma")`, `(..., 20, name)`.
+/// REQUIRES: a variable that is bound outlives the call.
+template <class T>
+class InOut {
+ public:
+  InOut() = default;
+  InOut(T& variable) noexcept : variable_(&variable) {}
+  template <class U>
+  requires std::constructible_from<T, U&&> &&
+      (!std::same_as<std::remove_cvref_t<U>, InOut>)&&(!std::same_as<U, T&>)InOut(U&& literal)
+      : own_(std::forward<U>(literal)) {}
+
+  const T& get() const noexcept { return variable_ != nullptr ? *variable_ : own_; }
+  void set(T value) { (variable_ != nullptr ? *variable_ : own_) = std::move(value); }
+
+ private:
+  T own_{};
+  T* variable_ = nullptr;
+};
+
+}  // namespace orvex

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <memory>
+
+#include "orvex/data/field.h"
+#include "orvex/data/integer.h"
+#include "orvex/kernels/kernels.h"
+
+/// What a method hands to a kernel.
+namespace orvex {
+
+/// The rows of a column; none of a null field, which the first step then reports.
+inline kernels::Source rowsOf(const std::shared_ptr<Field>& column) {
+  return column == nullptr ? kernels::Source{} : kernels::source(column->values());
+}
+
+inline kernels::Records recordRange(Integer first, Integer last) {
+  return {first.value(), last.value()};
+}
+
+}  // namespace orvex

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "orvex/data/binding_slot.h"
+#include "orvex/data/error.h"
+#include "orvex/data/field.h"
+#include "orvex/data/integer.h"
+
+namespace orvex {
+
+class Database;
+
+/// An ordered collection of fields, found by name without regard to case; of two that bear one name the earlier is
+/// found. It refers to its fields and does not copy them: a change made through any holder is seen by all.
+class RecordSet {
+ public:
+  static constexpr Fault getIndexFault{1110, "Recordset.getIndex.InvalidFieldName", "Invalid FieldName"};
+  static constexpr Fault renameFieldFault = outOfBounds("Recordset.renameField.ArrayOutOfBounds");
+  static constexpr Fault removeFieldFault = outOfBounds("Recordset.removeFields.ArrayOutOfBounds");
+  static constexpr Fault getValueFault = outOfBounds("Recordset.getValue.ArrayOutOfBounds");
+  static constexpr Fault setValueFault = outOfBounds("Recordset.setValue.ArrayOutOfBounds");
+  static constexpr Fault getFieldFault = outOfBounds("Recordset.getField.ArrayOutOfBounds");
+  static constexpr Fault getNameFault = outOfBounds("Recordset.getName.ArrayOutOfBounds");
+
+  RecordSet() = default;
+  RecordSet(const RecordSet&) = delete;
+  RecordSet& operator=(const RecordSet&) = delete;
+
+  /// Keeps a reference to `NewDatabase`, which the set itself never uses. A database that holds this set in turn makes
+  /// a circle that only setting one of the two to nothing opens.
+  void setDatabase(std::shared_ptr<Database> NewDatabase) { database_ = std::move(NewDatabase); }
+  std::shared_ptr<Database> getDatabase() const { return database_; }
+
+  /// Appends the field itself, whatever its name, a null object too. Error 6 past 32,767 fields.
+  void addField(std::shared_ptr<Field> NewField);
+  /// Renames the first field of the old name; the new name is not compared with the others. 1105 for an unknown name.
+  void renameField(const std::string& OldFieldName, const std::string& NewFieldName);
+  /// Removes the first field of that name; the others keep their order. 1105 for an unknown name.
+  void removeField(const std::string& FieldName);
+
+  /// The number in a row of the named field; 1105 for an unknown name or a row outside it.
+  double getValue(const std::string& FieldName, Integer RowIndex) const;
+  void setValue(const std::string& FieldName, Integer RowIndex, double Value);
+
+  /// The first field of that name, the object itself; 1105 for an unknown name.
+  std::shared_ptr<Field> getField(const std::string& FieldName) const;
+  /// Its position, from 1; error 1110 for an unknown name. Error 91 where a null object stands before it.
+  Integer getIndex(const std::string& FieldName) const;
+  /// The name of the field at a position from 1; 1105 outside the positions.
+  std::string getName(Integer FieldIndex) const;
+  Integer getFieldCount() const { return static_cast<int>(fields_.size()); }
+  /// Tells whether a field of that name is there. Never raises.
+  bool isValidField(const std::string& FieldName) const;
+
+  BindingSlot binding;
+
+ private:
+  std::vector<std::shared_ptr<Field>> fields_;
+  std::shared_ptr<Database> database_;
+};
+
+}  // namespace orvex

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace orvex {
+
+/// Tells whether two names are the same but for the case of Latin, Greek and Cyrillic letters. Both are UTF-8; bytes
+/// that are not stand for themselves.
+bool equalNames(std::string_view a, std::string_view b) noexcept;
+
+bool isUtf8(std::string_view bytes) noexcept;
+
+/// The UTF-8 of a text in Windows-1252. The five bytes that stand for nothing there become the control characters of
+/// the same number.
+std::string utf8FromWindows1252(std::string_view bytes);
+
+/// How many bytes the first character of a UTF-8 text takes; 1 for a byte that begins none, 0 for an empty text.
+std::size_t firstCharacterLength(std::string_view text) noexcept;
+
+}  // namespace orvex

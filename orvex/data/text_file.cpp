@@ -1,0 +1,155 @@
+#include "orvex/data/text_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include "orvex/data/error.h"
+#include "orvex/data/text.h"
+
+namespace orvex {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Close {
+  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+using OpenFile = std::unique_ptr<std::FILE, Close>;
+
+fs::path pathFromUtf8(const std::string& name) {
+#ifdef _WIN32
+  return fs::path(std::u8string(name.begin(), name.end()));
+#else
+  return fs::path(name);
+#endif
+}
+
+OpenFile open(const fs::path& path) {
+#ifdef _WIN32
+  return OpenFile(_wfopen(path.c_str(), L"rb"));
+#else
+  return OpenFile(std::fopen(path.c_str(), "rb"));
+#endif
+}
+
+OpenFile openForReading(const std::string& name) {
+  if (name.empty() || name.find('\0') != std::string::npos) raise(faults::FileNotFound);
+  const fs::path path = pathFromUtf8(name);
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (status.type() == fs::file_type::not_found) {
+    const bool folderThere = !path.has_parent_path() || fs::is_directory(path.parent_path(), error);
+    raise(folderThere ? faults::FileNotFound : faults::PathNotFound);
+  }
+  // A pipe or a device has no end to wait for, a folder no text.
+  if (status.type() != fs::file_type::regular) raise(faults::FileAccess);
+  OpenFile file = open(path);
+  if (file == nullptr) raise(errno == ENOENT ? faults::FileNotFound : faults::FileAccess);
+  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  return file;
+}
+
+/// What one look at all bytes of a text tells.
+struct Survey {
+  std::size_t lineFeeds = 0;
+  bool ascii = true;
+  bool carriageReturns = false;
+};
+
+Survey survey(std::string_view text) noexcept {
+  // Counted a byte a lane, which compilers turn into vector code; a lane is added up before it could wrap.
+  constexpr std::size_t lanes = 64;
+  constexpr std::size_t rounds = 255;
+  Survey result;
+  unsigned high = 0;
+  unsigned returns = 0;
+  while (!text.empty()) {
+    unsigned char feeds[lanes] = {};
+    std::size_t round = 0;
+    for (; round < rounds && text.size() >= lanes; ++round) {
+      for (std::size_t i = 0; i < lanes; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        feeds[i] = static_cast<unsigned char>(feeds[i] + (byte == '\n'));
+        high |= byte;
+        returns |= byte == '\r';
+      }
+      text.remove_prefix(lanes);
+    }
+    for (const unsigned char lane : feeds) result.lineFeeds += lane;
+    if (round < rounds) break;
+  }
+  for (const char c : text) {
+    result.lineFeeds += c == '\n';
+    high |= static_cast<unsigned char>(c);
+    returns |= c == '\r';
+  }
+  result.ascii = high < 0x80;
+  result.carriageReturns = returns != 0;
+  return result;
+}
+
+/// How many carriage returns end a line by themselves.
+std::size_t countLoneReturns(std::string_view text) noexcept {
+  std::size_t count = 0;
+  for (std::size_t at = text.find('\r'); at != std::string_view::npos; at = text.find('\r', at + 1)) {
+    count += at + 1 == text.size() || text[at + 1] != '\n';
+  }
+  return count;
+}
+
+}  // namespace
+
+TextFile::TextFile(const std::string& path) {
+  const OpenFile file = openForReading(path);
+  // Room for nearly every price file at once. What is not read into is never touched.
+  std::size_t room = std::size_t{1} << 22;
+  auto bytes = std::make_unique_for_overwrite<char[]>(room);
+  std::size_t size = 0;
+  for (;;) {
+    const std::size_t got = std::fread(bytes.get() + size, 1, room - size, file.get());
+    size += got;
+    if (size < room) break;
+    auto more = std::make_unique_for_overwrite<char[]>(2 * room);
+    std::memcpy(more.get(), bytes.get(), size);
+    bytes = std::move(more);
+    room *= 2;
+  }
+  if (std::ferror(file.get()) != 0) raise(faults::DeviceError);
+  bytes_ = std::move(bytes);
+  rest_ = {bytes_.get(), size};
+
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  if (rest_.starts_with(byteOrderMark)) rest_.remove_prefix(byteOrderMark.size());
+  const Survey seen = survey(rest_);
+  if (!seen.ascii && !isUtf8(rest_)) {
+    decoded_ = utf8FromWindows1252(rest_);
+    rest_ = decoded_;
+  }
+  const std::size_t loneReturns = seen.carriageReturns ? countLoneReturns(rest_) : 0;
+  loneReturns_ = loneReturns != 0;
+  const bool endOpen = !rest_.empty() && rest_.back() != '\n' && rest_.back() != '\r';
+  lineCount_ = seen.lineFeeds + loneReturns + (endOpen ? 1 : 0);
+}
+
+bool TextFile::nextLine(std::string_view& line) noexcept {
+  if (rest_.empty()) return false;
+  const std::size_t end = std::min(loneReturns_ ? rest_.find_first_of("\r\n") : rest_.find('\n'), rest_.size());
+  line = rest_.substr(0, end);
+  rest_.remove_prefix(end);
+  if (rest_.starts_with("\r\n")) {
+    rest_.remove_prefix(2);
+  } else if (!rest_.empty()) {
+    rest_.remove_prefix(1);
+  }
+  if (!loneReturns_ && line.ends_with('\r')) line.remove_suffix(1);
+  return true;
+}
+
+}  // namespace orvex

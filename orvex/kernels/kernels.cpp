@@ -1,0 +1,51 @@
+#include "orvex/kernels/kernels.h"
+
+#include <algorithm>
+#include <atomic>
+
+#include "orvex/kernels/variants.h"
+
+namespace orvex::kernels {
+
+namespace {
+
+std::atomic<Level>& levelInUse() noexcept {
+  static std::atomic<Level> level = widestLevel();
+  return level;
+}
+
+}  // namespace
+
+Level widestLevel() noexcept {
+#ifdef ORVEX_X86_VARIANTS
+  __builtin_cpu_init();
+  if (__builtin_cpu_supports("avx512f")) return Level::Avx512;
+  if (__builtin_cpu_supports("avx2")) return Level::Avx2;
+#endif
+  return Level::Baseline;
+}
+
+Level level() noexcept {
+  return levelInUse().load(std::memory_order_relaxed);
+}
+
+void setLevel(Level level) noexcept {
+  levelInUse().store(std::min(level, widestLevel()), std::memory_order_relaxed);
+}
+
+const Table* active() noexcept {
+  switch (level()) {
+#ifdef ORVEX_X86_VARIANTS
+    case Level::Avx512:
+      return &avx512::table;
+    case Level::Avx2:
+      return &avx2::table;
+#endif
+    case Level::Off:
+      return nullptr;
+    default:
+      return &baseline::table;
+  }
+}
+
+}  // namespace orvex::kernels

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+/// Column arithmetic: rows in, rows out. A kernel fills the rows of the longest beginning of `records` that it can
+/// prove faultless, intermediate values included, and returns how many that are; 0 where it was not written for what it
+/// is given. It declines windows that reach outside the column and values that are not finite or so large that an
+/// intermediate could overflow. Every row is computed in the definition's own order of operations, so the bits are
+/// those of the step that the kernel stands for. Rows are addressed from 1.
+namespace orvex::kernels {
+
+/// Plain structures: the variants are compiled for different processors and must share no inline function.
+struct Source {
+  const double* rows;
+  std::size_t count;
+};
+
+struct Records {
+  int first;
+  int last;
+};
+
+/// Least-squares results, in the order of the columns.
+struct RegressionRows {
+  double* slope;
+  double* intercept;
+  double* forecast;
+  double* rSquared;
+};
+
+/// The kernels as one variant of the processor has them.
+struct Table {
+  /// Sum of the `window` values that end at the record, newest first, divided by `window`.
+  std::size_t (*mean)(Source source, int window, Records records, double* out);
+
+  /// The same with weights `window` (newest) to 1 (oldest), divided by the sum of the weights.
+  std::size_t (*weightedMean)(Source source, int window, Records records, double* out);
+
+  /// (1 - factor) x the row before + factor x the source, for factors above 0 up to 1. Begins from the row before the
+  /// first record.
+  std::size_t (*exponential)(Source source, double factor, Records records, double* out);
+
+  /// The row before + (source - the row before) x factor, likewise.
+  std::size_t (*approach)(Source source, double factor, Records records, double* out);
+
+  /// The straight line through the `window` values that end at the record, for windows of 2 to 181 values.
+  std::size_t (*regression)(Source source, int window, Records records, RegressionRows out);
+};
+
+/// The instruction sets that there are variants for, from none to the widest.
+enum class Level { Off, Baseline, Avx2, Avx512 };
+
+/// The widest level that this processor has.
+Level widestLevel() noexcept;
+
+/// The level in use, at first the widest. It changes no result, only the time that it takes; tests and benchmarks set
+/// it, for the whole process. A level that the processor lacks becomes the widest that it has.
+Level level() noexcept;
+void setLevel(Level level) noexcept;
+
+/// The kernels of the level in use; none at `Off`.
+const Table* active() noexcept;
+
+inline Source source(std::span<const double> rows) {
+  return {rows.data(), rows.size()};
+}
+
+/// Runs a kernel of the level in use: `run(&Table::mean, source(...), ...)`. Fills nothing at `Off`.
+template <class... Parameters, class... Arguments>
+std::size_t run(std::size_t (*Table::*kernel)(Parameters...), Arguments... arguments) {
+  const Table* const table = active();
+  return table == nullptr ? 0 : (table->*kernel)(arguments...);
+}
+
+}  // namespace orvex::kernels

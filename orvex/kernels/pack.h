@@ -1,0 +1,92 @@
+// A few doubles side by side, one record a lane. Included by the kernel variants only: everything here has internal
+// linkage, so that no function compiled for a wider processor can be linked into code for a narrower one.
+#pragma once
+
+#include <cstddef>
+
+namespace {
+
+#if defined(__AVX512F__)
+constexpr int widestLanes = 8;
+#elif defined(__AVX2__)
+constexpr int widestLanes = 4;
+#else
+constexpr int widestLanes = 2;
+#endif
+
+#if defined(__GNUC__)
+#define ORVEX_UNROLL _Pragma("GCC unroll 8")
+
+template <int Lanes>
+struct Pack {
+  typedef double Vector __attribute__((vector_size(Lanes * sizeof(double))));
+  static constexpr int lanes = Lanes;
+
+  Vector v;
+
+  static Pack all(double x) { return {x - Vector{}}; }
+  static Pack load(const double* from) {
+    Pack pack;
+    __builtin_memcpy(&pack.v, from, sizeof pack.v);
+    return pack;
+  }
+  void store(double* to) const { __builtin_memcpy(to, &v, sizeof v); }
+
+  friend Pack operator+(Pack a, Pack b) { return {a.v + b.v}; }
+  friend Pack operator-(Pack a, Pack b) { return {a.v - b.v}; }
+  friend Pack operator*(Pack a, Pack b) { return {a.v * b.v}; }
+  friend Pack operator/(Pack a, Pack b) { return {a.v / b.v}; }
+};
+#else
+#define ORVEX_UNROLL
+
+template <int Lanes>
+struct Pack {
+  static constexpr int lanes = Lanes;
+
+  double v[Lanes];
+
+  template <class Operation>
+  static Pack each(Operation operation) {
+    Pack pack;
+    for (int i = 0; i < Lanes; ++i) pack.v[i] = operation(i);
+    return pack;
+  }
+  static Pack all(double x) {
+    return each([&](int) { return x; });
+  }
+  static Pack load(const double* from) {
+    return each([&](int i) { return from[i]; });
+  }
+  void store(double* to) const {
+    for (int i = 0; i < Lanes; ++i) to[i] = v[i];
+  }
+
+  friend Pack operator+(Pack a, Pack b) {
+    return each([&](int i) { return a.v[i] + b.v[i]; });
+  }
+  friend Pack operator-(Pack a, Pack b) {
+    return each([&](int i) { return a.v[i] - b.v[i]; });
+  }
+  friend Pack operator*(Pack a, Pack b) {
+    return each([&](int i) { return a.v[i] * b.v[i]; });
+  }
+  friend Pack operator/(Pack a, Pack b) {
+    return each([&](int i) { return a.v[i] / b.v[i]; });
+  }
+};
+#endif
+
+/// Runs `body.template operator()<Lanes, Count>(r)` for blocks of Lanes x Count records from r on, until all of
+/// first..last are done: wide blocks with `Count` packs in registers while they fit, then single packs, then single
+/// records.
+template <int Count, class Body>
+void eachBlock(std::ptrdiff_t first, std::ptrdiff_t last, Body body) {
+  std::ptrdiff_t r = first;
+  constexpr int block = widestLanes * Count;
+  for (; r + block <= last + 1; r += block) body.template operator()<widestLanes, Count>(r);
+  for (; r + widestLanes <= last + 1; r += widestLanes) body.template operator()<widestLanes, 1>(r);
+  for (; r <= last; ++r) body.template operator()<1, 1>(r);
+}
+
+}  // namespace

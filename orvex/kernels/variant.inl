@@ -1,0 +1,19 @@
+// The kernels of one instruction set: included by a translation unit that is compiled for it and that names it in
+// ORVEX_VARIANT.
+#include "orvex/kernels/pack.h"
+#include "orvex/kernels/provable.inl"
+#include "orvex/kernels/recursions.inl"
+#include "orvex/kernels/variants.h"
+#include "orvex/kernels/windows.inl"
+
+namespace orvex::kernels::ORVEX_VARIANT {
+
+const Table table = {
+    .mean = mean,
+    .weightedMean = weightedMean,
+    .exponential = exponential,
+    .approach = approach,
+    .regression = regression,
+};
+
+}  // namespace orvex::kernels::ORVEX_VARIANT

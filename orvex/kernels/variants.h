@@ -1,0 +1,18 @@
+#pragma once
+
+#include "orvex/kernels/kernels.h"
+
+/// The tables that variant.inl defines once for each instruction set.
+namespace orvex::kernels {
+
+namespace baseline {
+extern const Table table;
+}
+namespace avx2 {
+extern const Table table;
+}
+namespace avx512 {
+extern const Table table;
+}
+
+}  // namespace orvex::kernels

@@ -1,0 +1,99 @@
+// Kernels over a window of records: summed directly, each record in its own order of operations, many records side by
+// side. Running sums would be faster still and would drift.
+#pragma once
+
+#include <cstddef>
+
+#include "orvex/kernels/pack.h"
+#include "orvex/kernels/provable.inl"
+
+namespace {
+
+std::size_t mean(Source source, int window, Records records, double* out) {
+  if (window < 1) return 0;
+  const std::ptrdiff_t count = provable(source, records, window - 1);
+  const double* const x = source.rows - 1;
+  double* const row = out - 1;
+  eachBlock<8>(records.first, records.first + count - 1, [=]<int Lanes, int Count>(std::ptrdiff_t r) {
+    using P = Pack<Lanes>;
+    P sum[Count] = {};
+    for (std::ptrdiff_t j = 0; j < window; ++j) {
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + P::load(x + r + i * Lanes - j);
+    }
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / P::all(window)).store(row + r + i * Lanes);
+  });
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t weightedMean(Source source, int window, Records records, double* out) {
+  if (window < 1) return 0;
+  const std::ptrdiff_t count = provable(source, records, window - 1);
+  double total = 0.0;
+  for (int weight = 1; weight <= window; ++weight) total += weight;
+  const double* const x = source.rows - 1;
+  double* const row = out - 1;
+  eachBlock<8>(records.first, records.first + count - 1, [=]<int Lanes, int Count>(std::ptrdiff_t r) {
+    using P = Pack<Lanes>;
+    P sum[Count] = {};
+    for (std::ptrdiff_t j = 0; j < window; ++j) {
+      const P weight = P::all(static_cast<double>(window - j));
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + weight * P::load(x + r + i * Lanes - j);
+    }
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / P::all(total)).store(row + r + i * Lanes);
+  });
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t regression(Source source, int window, Records records, orvex::kernels::RegressionRows out) {
+  // Below 2 the line has no slope; from 182 on the square of a position does not fit 16 bits.
+  if (window < 2 || window > 181) return 0;
+  const std::ptrdiff_t count = provable(source, records, window - 1);
+  const double n = window;
+  double sumX = 0.0;
+  double sumXX = 0.0;
+  for (int x = 1; x <= window; ++x) {
+    sumX += x;
+    sumXX += x * x;
+  }
+  const double qXX = sumXX - sumX * sumX / n;
+  // Half the window, a tie to the even number.
+  const int center = window % 4 == 3 ? window / 2 + 1 : window / 2;
+  const double* const y = source.rows - 1;
+  eachBlock<4>(records.first, records.first + count - 1, [=]<int Lanes, int Count>(std::ptrdiff_t r) {
+    using P = Pack<Lanes>;
+    P sumY[Count] = {};
+    P sumYY[Count] = {};
+    P sumXY[Count] = {};
+    for (std::ptrdiff_t j = 1; j <= window; ++j) {
+      const P position = P::all(static_cast<double>(j));
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+        const P value = P::load(y + r + i * Lanes - window + j);
+        sumY[i] = sumY[i] + value;
+        sumYY[i] = sumYY[i] + value * value;
+        sumXY[i] = sumXY[i] + position * value;
+      }
+    }
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+      const std::ptrdiff_t at = r + i * Lanes - 1;
+      const P qXY = sumXY[i] - P::all(sumX) * sumY[i] / P::all(n);
+      const P qYY = sumYY[i] - sumY[i] * sumY[i] / P::all(n);
+      const P slope = qXY / P::all(qXX);
+      const P intercept = P::all(1.0 / n) * sumY[i] - P::all(center) * slope;
+      slope.store(out.slope + at);
+      intercept.store(out.intercept + at);
+      (P::all(n) * slope + intercept).store(out.forecast + at);
+      const P above = qXY * qXY;
+      const P below = qYY * P::all(qXX);
+      (above / below).store(out.rSquared + at);
+      for (int lane = 0; lane < Lanes; ++lane) {
+        // A line without a slope, or through equal values, keeps the quality of the record before.
+        if (above.v[lane] == 0.0 || below.v[lane] == 0.0) {
+          out.rSquared[at + lane] = at + lane == 0 ? 0.0 : out.rSquared[at + lane - 1];
+        }
+      }
+    }
+  });
+  return static_cast<std::size_t>(count);
+}
+
+}  // namespace
