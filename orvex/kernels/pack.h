@@ -77,16 +77,16 @@ struct Pack {
 };
 #endif
 
-/// Runs `body.template operator()<Lanes, Count>(r)` for blocks of Lanes x Count records from r on, until all of
-/// first..last are done: wide blocks with `Count` packs in registers while they fit, then single packs, then single
-/// records.
+/// Runs `body.template operator()<Lanes, Count>(i)` for blocks of Lanes x Count rows from row `from` (counted from 0)
+/// on, until `count` rows are done: wide blocks with `Count` packs in registers while they fit, then single packs, then
+/// single rows.
 template <int Count, class Body>
-void eachBlock(std::ptrdiff_t first, std::ptrdiff_t last, Body body) {
-  std::ptrdiff_t r = first;
+void eachBlock(std::ptrdiff_t from, std::ptrdiff_t count, Body body) {
+  const std::ptrdiff_t end = from + count;
   constexpr int block = widestLanes * Count;
-  for (; r + block <= last + 1; r += block) body.template operator()<widestLanes, Count>(r);
-  for (; r + widestLanes <= last + 1; r += widestLanes) body.template operator()<widestLanes, 1>(r);
-  for (; r <= last; ++r) body.template operator()<1, 1>(r);
+  for (; from + block <= end; from += block) body.template operator()<widestLanes, Count>(from);
+  for (; from + widestLanes <= end; from += widestLanes) body.template operator()<widestLanes, 1>(from);
+  for (; from < end; ++from) body.template operator()<1, 1>(from);
 }
 
 }  // namespace

@@ -12,15 +12,14 @@ namespace {
 std::size_t mean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
-  const double* const x = source.rows - 1;
-  double* const row = out - 1;
-  eachBlock<8>(records.first, records.first + count - 1, [=]<int Lanes, int Count>(std::ptrdiff_t r) {
+  const double* const x = source.rows;
+  eachBlock<8>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P sum[Count] = {};
     for (std::ptrdiff_t j = 0; j < window; ++j) {
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + P::load(x + r + i * Lanes - j);
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + P::load(x + row + i * Lanes - j);
     }
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / P::all(window)).store(row + r + i * Lanes);
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / P::all(window)).store(out + row + i * Lanes);
   });
   return static_cast<std::size_t>(count);
 }
@@ -30,16 +29,15 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
   const std::ptrdiff_t count = provable(source, records, window - 1);
   double total = 0.0;
   for (int weight = 1; weight <= window; ++weight) total += weight;
-  const double* const x = source.rows - 1;
-  double* const row = out - 1;
-  eachBlock<8>(records.first, records.first + count - 1, [=]<int Lanes, int Count>(std::ptrdiff_t r) {
+  const double* const x = source.rows;
+  eachBlock<8>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P sum[Count] = {};
     for (std::ptrdiff_t j = 0; j < window; ++j) {
       const P weight = P::all(static_cast<double>(window - j));
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + weight * P::load(x + r + i * Lanes - j);
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + weight * P::load(x + row + i * Lanes - j);
     }
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / P::all(total)).store(row + r + i * Lanes);
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / P::all(total)).store(out + row + i * Lanes);
   });
   return static_cast<std::size_t>(count);
 }
@@ -58,8 +56,8 @@ std::size_t regression(Source source, int window, Records records, orvex::kernel
   const double qXX = sumXX - sumX * sumX / n;
   // Half the window, a tie to the even number.
   const int center = window % 4 == 3 ? window / 2 + 1 : window / 2;
-  const double* const y = source.rows - 1;
-  eachBlock<4>(records.first, records.first + count - 1, [=]<int Lanes, int Count>(std::ptrdiff_t r) {
+  const double* const y = source.rows;
+  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P sumY[Count] = {};
     P sumYY[Count] = {};
@@ -67,14 +65,14 @@ std::size_t regression(Source source, int window, Records records, orvex::kernel
     for (std::ptrdiff_t j = 1; j <= window; ++j) {
       const P position = P::all(static_cast<double>(j));
       ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-        const P value = P::load(y + r + i * Lanes - window + j);
+        const P value = P::load(y + row + i * Lanes - window + j);
         sumY[i] = sumY[i] + value;
         sumYY[i] = sumYY[i] + value * value;
         sumXY[i] = sumXY[i] + position * value;
       }
     }
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-      const std::ptrdiff_t at = r + i * Lanes - 1;
+      const std::ptrdiff_t at = row + i * Lanes;
       const P qXY = sumXY[i] - P::all(sumX) * sumY[i] / P::all(n);
       const P qYY = sumYY[i] - sumY[i] * sumY[i] / P::all(n);
       const P slope = qXY / P::all(qXX);
