@@ -29,6 +29,10 @@ struct Named {
   const Method* method;
 };
 
+void PrintTo(const Named& named, std::ostream* out) {
+  *out << named.owner->name << '.' << named.method->name;
+}
+
 /// The methods of the calculators.
 std::vector<Named> calculations() {
   std::vector<Named> all;
