@@ -156,9 +156,9 @@ TEST(Database, TellsWhyAFileDoesNotLoad) {
       {empty.path(), "Subscript out of range"},
       {big.path(), "Overflow"},
   };
-  for (const auto& [path, description] : cases) {
+  for (const auto& one : cases) {
     Database data;
-    EXPECT_EQ(faultOf([&] { data.OpenDataBase(path, ","); }), Database::loadFault(description)) << path;
+    EXPECT_EQ(faultOf([&] { data.OpenDataBase(one.path, ","); }), Database::loadFault(one.description)) << one.path;
     EXPECT_EQ(data.getRecordset()->getFieldCount(), 0);
     EXPECT_EQ(data.getPosition(), 0);
   }
@@ -217,11 +217,11 @@ TEST(Database, TellsWhyAnArrayDoesNotLoad) {
       {Array<Cell>({Cell(std::string("1e999"))}), "Overflow", 1},
       {std::vector<double>(32768), "Overflow", 2},
   };
-  for (const auto& [array, description, count] : cases) {
+  for (const auto& one : cases) {
     Database data;
     data.OpenDatabaseByArray(std::vector<double>{1, 2});
-    EXPECT_EQ(faultOf([&] { data.OpenDatabaseByArray(array); }), Database::loadFault(description));
-    EXPECT_EQ(data.getRecordCount(), count) << description;
+    EXPECT_EQ(faultOf([&] { data.OpenDatabaseByArray(one.array); }), Database::loadFault(one.description));
+    EXPECT_EQ(data.getRecordCount(), one.count) << one.description;
     EXPECT_EQ(data.getRecordset()->getFieldCount(), 0);
   }
   Database data;
