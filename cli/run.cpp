@@ -40,13 +40,10 @@ const Method& findRunnable(const Target& target) {
   return *target.methods.front();
 }
 
-void checkOptions(const std::string& name, const Method& method, const RunOptions& options) {
-  if (options.words.size() > 0 && !needsFile(method)) {
-    const CallWords words = readWords(options.words);
-    if (words.file) {
-      throw UsageError(fmt::format("{} takes no file, so \"{}\" cannot be meant; arguments are written NAME=VALUE.",
-                                   name, *words.file));
-    }
+void checkOptions(const std::string& name, const Method& method, const CallWords& words, const RunOptions& options) {
+  if (words.file && !needsFile(method)) {
+    throw UsageError(
+        fmt::format("{} takes no file, so \"{}\" has no place; arguments are written NAME=VALUE.", name, *words.file));
   }
   if (method.result == Type::RecordSet) return;
   const char* option = options.append        ? "--append"
@@ -131,10 +128,11 @@ std::string run(const RunOptions& options) {
   const std::string name = fullName(*target.owner, method);
   const CallWords words = readWords(options.words);
   checkNames(*target.owner, method, words.arguments);
-  checkOptions(name, method, options);
+  checkOptions(name, method, words, options);
   std::optional<PriceFile> prices;
   if (words.file) prices = readPriceFile(*words.file, options.delimiter);
   const PriceFile* const file = prices ? &*prices : nullptr;
+  if (file != nullptr && !file->remark.empty()) complain(file->remark);
 
   const std::vector<Value> before = bindArguments(*target.owner, method, words.arguments, file);
   std::vector<Value> arguments = before;
