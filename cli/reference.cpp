@@ -54,9 +54,8 @@ std::string table(const std::vector<std::string>& titles, const Rows& rows) {
 }
 
 std::string methodSection(const Class& owner, const Method& method) {
-  std::string text = fmt::format("\n### {}\n\n", fullName(owner, method));
-  if (method.kind != catalogue::Kind::Method) text += fmt::format("({}) ", kindOf(method));
-  text += fmt::format("{}\n\n    {}\n", method.help, signatureOf(method));
+  std::string text =
+      fmt::format("\n### {}\n\n{}\n\n    {}\n", fullName(owner, method), helpOf(method), signatureOf(method));
   Rows arguments, columns, faults;
   for (const Argument& one : method.arguments) {
     arguments.push_back({std::string(one.name), std::string(typeName(one.type)), meaningOf(one)});

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "cli/binding.h"
+#include "cli/facts.h"
 #include "cli/failure.h"
 #include "cli/names.h"
 #include "cli/price_file.h"
@@ -37,7 +38,11 @@ const Method& findRunnable(const Target& target) {
     throw UsageError(fmt::format("{0} is a class; name one of its methods as {0}.METHOD. It has {1}.", owner.name,
                                  enumerate(names)));
   }
-  return *target.methods.front();
+  for (const Method* method : target.methods) {
+    if (isCalculation(owner, *method)) return *method;
+  }
+  throw UsageError(
+      fmt::format("{} is a property, which computes nothing by itself.", fullName(owner, *target.methods.front())));
 }
 
 void checkOptions(const std::string& name, const Method& method, const CallWords& words, const RunOptions& options) {

@@ -3,7 +3,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -297,11 +299,13 @@ TEST_F(CommandLine, EveryMethodIsDescribedAndEveryCalculationRun) {
     for (const catalogue::Method* method : owner->methods) {
       const std::string name = std::string(owner->name) + '.' + std::string(method->name);
       SCOPED_TRACE(name);
-      json description = json::parse(orvex("describe " + name + " --format json").out);
-      if (description.is_array()) description = description.front();
-      EXPECT_EQ(description["arguments"].size(), method->arguments.size());
+      const json description = json::parse(orvex("describe " + name + " --format json").out);
+      const json parts = description.is_array() ? description : json::array({description});
+      EXPECT_TRUE(std::any_of(parts.begin(), parts.end(), [&](const json& part) {
+        return part["help"] == method->help && part["arguments"].size() == method->arguments.size();
+      }));
       EXPECT_NE(orvex("describe " + name).out.find(method->help), std::string::npos);
-      if (owner->holdsState) continue;
+      if (owner->holdsState || method->kind != catalogue::Kind::Method) continue;
 
       std::string call = "run --format json " + name;
       bool series = false;
@@ -338,7 +342,7 @@ TEST_F(CommandLine, HelpsAndTellsItsVersion) {
 }
 
 TEST_F(CommandLine, ReferencePageIsUpToDate) {
-  EXPECT_EQ(orvex("reference").out, contentsOf(fs::path(ORVEX_SOURCE) / "docs/reference.md"))
+  EXPECT_TRUE(orvex("reference").out == contentsOf(fs::path(ORVEX_SOURCE) / "docs/reference.md"))
       << "run scripts/update-generated";
 }
 
