@@ -171,8 +171,8 @@ std::vector<Value> bindArguments(const catalogue::Class& owner, const catalogue:
   }
   const bool noFile = file == nullptr && needsFile(method);
   if (noFile || !missing.empty()) {
-    throw UsageError(fmt::format("this is missing:{}{}\nA whole call: {}", noFile ? "\n  FILE: a price file" : "",
-                                 missing, exampleCall(owner, method)));
+    throw UsageError(fmt::format("{} still needs{}{}\nA whole call: {}", fullName(owner, method),
+                                 noFile ? "\n  FILE: a price file" : "", missing, exampleCall(owner, method)));
   }
   return values;
 }

@@ -41,7 +41,7 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows) {
 
 std::string methodLines(const Class& owner) {
   std::vector<std::vector<std::string>> rows;
-  for (const Method* method : owner.methods) rows.push_back({std::string(method->name), std::string(method->help)});
+  for (const Method* method : owner.methods) rows.push_back({std::string(method->name), helpOf(*method)});
   return aligned(rows);
 }
 
@@ -64,12 +64,11 @@ std::string describeClass(const Class& owner) {
 }
 
 std::string describeMethod(const Class& owner, const Method& method) {
-  std::string text = fmt::format("{}.{}\n\n{}\n", owner.name, signatureOf(method), method.help);
+  std::string text = fmt::format("{}.{}\n\n{}\n", owner.name, signatureOf(method), helpOf(method));
   const auto section = [&](std::string_view title, const std::vector<std::vector<std::string>>& rows) {
     if (!rows.empty()) text += fmt::format("\n{}\n{}", title, aligned(rows));
   };
   std::vector<std::vector<std::string>> rows;
-  if (method.kind != catalogue::Kind::Method) section("Kind", {{std::string(kindOf(method))}});
   for (const Argument& argument : method.arguments) {
     rows.push_back({std::string(argument.name), std::string(typeName(argument.type)), meaningOf(argument)});
   }
@@ -83,8 +82,8 @@ std::string describeMethod(const Class& owner, const Method& method) {
     rows.push_back({fmt::to_string(fault.number), std::string(fault.source), descriptionOf(fault)});
   }
   section("Errors", rows);
-  if (owner.holdsState) return text + fmt::format("\n{}\n", stateNote);
-  section("Run", {{exampleCall(owner, method)}});
+  if (isCalculation(owner, method)) section("Run", {{exampleCall(owner, method)}});
+  if (owner.holdsState) text += fmt::format("\n{}\n", stateNote);
   return text;
 }
 
@@ -114,7 +113,7 @@ Json methodJson(const Class& owner, const Method& method) {
           {"name", method.name},
           {"kind", kindOf(method)},
           {"help", method.help},
-          {"runnable", !owner.holdsState},
+          {"runnable", isCalculation(owner, method)},
           {"signature", signatureOf(method)},
           {"arguments", arguments},
           {"result", typeName(method.result)},

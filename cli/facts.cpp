@@ -43,6 +43,10 @@ std::string descriptionOf(const Fault& fault) {
   return fault.description.empty() ? "that of the fault that was met" : std::string(fault.description);
 }
 
+bool isCalculation(const catalogue::Class& owner, const Method& method) {
+  return !owner.holdsState && method.kind == Kind::Method;
+}
+
 std::string_view kindOf(const Method& method) {
   switch (method.kind) {
     case Kind::Method:
@@ -55,6 +59,10 @@ std::string_view kindOf(const Method& method) {
       return "property, set to an object";
   }
   return "";
+}
+
+std::string helpOf(const Method& method) {
+  return method.kind == Kind::Method ? std::string(method.help) : fmt::format("({}) {}", kindOf(method), method.help);
 }
 
 }  // namespace orvex::cli

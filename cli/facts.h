@@ -22,7 +22,13 @@ std::string rowsOf(const catalogue::Column& column);
 /// What a fault says; some say what went wrong inside.
 std::string descriptionOf(const Fault& fault);
 
-/// "Method", "Property, get", ...
+/// Tells whether a method computes something by itself. Those of classes that hold data, and properties, do not.
+bool isCalculation(const catalogue::Class& owner, const catalogue::Method& method);
+
+/// "method", "property, read", ...
 std::string_view kindOf(const catalogue::Method& method);
+
+/// What a method is for; of a part of a property, which part it is.
+std::string helpOf(const catalogue::Method& method);
 
 }  // namespace orvex::cli

@@ -1,7 +1,11 @@
 #pragma once
 
+#include <fmt/format.h>
+
+#include <cstdio>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "orvex/data/error.h"
@@ -27,5 +31,10 @@ class Failure : public std::exception {
   Fault fault_;
   std::string explanation_;
 };
+
+/// Tells something on the standard error.
+inline void complain(std::string_view text) {
+  fmt::print(stderr, "orvex: {}\n", text);
+}
 
 }  // namespace orvex::cli

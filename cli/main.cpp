@@ -11,6 +11,7 @@
 #include "cli/failure.h"
 #include "cli/names.h"
 #include "cli/output.h"
+#include "cli/reference.h"
 #include "cli/run.h"
 #include "orvex/data/text.h"
 
@@ -19,10 +20,6 @@ namespace {
 
 constexpr int failed = 1;
 constexpr int misused = 2;
-
-void complain(std::string_view text) {
-  fmt::print(stderr, "orvex: {}\n", text);
-}
 
 /// Writes what a command gave; a full disk must not look like success.
 int write(const std::string& text) {
@@ -37,9 +34,11 @@ class Program {
   Program() {
     app_.set_version_flag("--version", "orvex " ORVEX_VERSION);
     app_.require_subcommand(1);
+    app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
     addList();
     addDescribe();
     addRun();
+    addCommand("reference", "Print the description of every class and method in Markdown.", referencePage);
   }
 
   int main(int argc, char** argv) {
@@ -67,6 +66,7 @@ class Program {
  private:
   void addCommand(const std::string& name, const std::string& help, std::function<std::string()> command) {
     CLI::App* added = app_.add_subcommand(name, help);
+    added->group("Commands");
     added->callback([this, command] { command_ = command; });
   }
 
@@ -79,20 +79,21 @@ class Program {
     addCommand("describe", "Tell what a class or a method does, takes and returns.",
                [this] { return describePage(findTarget(target_), pageFormat()); });
     app_.get_subcommand("describe")
-        ->add_option("name", target_, "What to describe; upper and lower case are the same.")
+        ->add_option("CLASS[.METHOD]", target_, "What to describe; upper and lower case are the same.")
         ->required()
-        ->option_text("CLASS[.METHOD]");
+        ->option_text(" ");
     addPageFormat("describe");
   }
 
   void addRun() {
     addCommand("run", "Compute a method.", [this] { return runMethod(); });
     CLI::App* run = app_.get_subcommand("run");
-    run->add_option("method", run_.target, "What to compute, for example MovingAverage.SimpleMovingAverage.")
+    run->add_option("CLASS.METHOD", run_.target, "What to compute, for example MovingAverage.SimpleMovingAverage.")
         ->required()
-        ->option_text("CLASS.METHOD");
-    run->add_option("words", run_.words, "The price file, where the method computes from one, and its arguments.")
-        ->option_text("[FILE] [NAME=VALUE ...]");
+        ->option_text(" ");
+    run->add_option("ARGUMENTS", run_.words,
+                    "FILE, where the method computes from prices, and NAME=VALUE for each argument.")
+        ->option_text(" ");
     run->add_option("--format", format_, "How to print: a table (on a terminal), csv (otherwise) or json.")
         ->check(CLI::IsMember({"table", "csv", "json"}))
         ->option_text("table|csv|json");
@@ -102,7 +103,11 @@ class Program {
         ->option_text("zero|blank");
     run->add_flag("--append", run_.append, "Print the columns of the file and the result together.");
     run->add_option("--last", run_.last, "Print the last N records only.")
-        ->check(CLI::PositiveNumber)
+        ->check([](const std::string& text) {
+          const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
+          const bool zero = text.find_first_not_of('0') == std::string::npos;
+          return digits && !zero ? "" : fmt::format("\"{}\" is not a whole number from 1", text);
+        })
         ->option_text("N");
     run->add_option("--delimiter", delimiter_, "What stands between the columns of the file, if it is to be told.")
         ->option_text("CHARACTER|tab");
@@ -147,7 +152,7 @@ class Program {
     const CLI::App& scope = chosen.empty() ? app_ : *chosen.front();
     const std::string help =
         fmt::format(" \"{} --help\" tells how it is called.", chosen.empty() ? "orvex" : "orvex " + scope.get_name());
-    if (unknown.empty()) return fmt::format("{}.{}", error.what(), help);
+    if (unknown.empty()) return fmt::format("{}.{}", chosen.empty() ? "no command is given" : error.what(), help);
     const std::string& word = unknown.front();
     std::vector<std::string> names;
     if (word.starts_with('-')) {

@@ -10,6 +10,9 @@
 
 namespace orvex::cli {
 
+using catalogue::Class;
+using catalogue::Method;
+
 namespace {
 
 std::string lowered(std::string_view text) {
@@ -36,47 +39,61 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
   return row[b.size()];
 }
 
-/// Up to three of `names`, the nearest first: those that a few slips away, then those that `text` is a part of.
-std::vector<std::string> nearest(std::string_view text, const std::vector<std::string>& names) {
-  constexpr std::size_t most = 3;
+/// A name that may have been meant.
+struct Candidate {
+  std::size_t slips;
+  std::string name;
+
+  friend bool operator==(const Candidate&, const Candidate&) = default;
+};
+
+/// Adds `name` to the candidates if `key`, which stands for it, is a few slips away from `text` or has it as a part.
+void consider(std::vector<Candidate>& candidates, std::string_view text, std::string_view key, std::string name) {
   constexpr std::size_t shortestPart = 3;
   const std::string wanted = lowered(text);
-  std::vector<std::pair<std::size_t, std::string>> near;
-  for (const std::string& name : names) {
-    const std::string candidate = lowered(name);
-    const std::size_t slips = editDistance(wanted, candidate);
-    const bool partOf = wanted.size() >= shortestPart && candidate.find(wanted) != std::string::npos;
-    if (slips <= std::max<std::size_t>(1, wanted.size() / 3) || partOf) near.emplace_back(slips, name);
-  }
-  std::stable_sort(near.begin(), near.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-  if (near.size() > most) near.resize(most);
-  std::vector<std::string> result;
-  for (auto& [slips, name] : near) result.push_back(std::move(name));
-  return result;
+  const std::string candidate = lowered(key);
+  const std::size_t slips = editDistance(wanted, candidate);
+  const bool partOf = wanted.size() >= shortestPart && candidate.find(wanted) != std::string::npos;
+  if (slips <= std::max<std::size_t>(1, wanted.size() / 3) || partOf) candidates.push_back({slips, std::move(name)});
 }
 
-std::vector<std::string> classNames() {
+void considerMethods(std::vector<Candidate>& candidates, std::string_view text, const Class& owner) {
+  for (const Method* method : owner.methods) consider(candidates, text, method->name, fullName(owner, *method));
+}
+
+/// The nearest few of the candidates as a question, without those that are much further away than the first.
+std::string ask(std::vector<Candidate> candidates) {
+  constexpr std::size_t most = 3;
+  if (candidates.empty()) return {};
+  std::stable_sort(candidates.begin(), candidates.end(),
+                   [](const Candidate& a, const Candidate& b) { return a.slips < b.slips; });
+  candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
   std::vector<std::string> names;
-  for (const catalogue::Class* one : catalogue::classes()) names.emplace_back(one->name);
-  return names;
+  for (const Candidate& candidate : candidates) {
+    if (names.size() == most || candidate.slips > 2 * candidates.front().slips) break;
+    names.push_back(candidate.name);
+  }
+  return fmt::format(" Did you mean {}?", enumerate(names, "or"));
 }
 
-/// Suggestions for a method's name: full names, found by the name of the method alone.
-std::string didYouMeanMethod(std::string_view name, std::span<const catalogue::Class* const> among) {
-  std::vector<std::string> methods;
-  for (const catalogue::Class* owner : among) {
-    for (const catalogue::Method* method : owner->methods) methods.emplace_back(method->name);
+[[noreturn]] void refuseClass(std::string_view className, std::string_view method) {
+  std::vector<Candidate> candidates;
+  for (const Class* owner : catalogue::classes()) {
+    consider(candidates, className, owner->name, std::string(owner->name));
+    considerMethods(candidates, method, *owner);
   }
-  std::vector<std::string> full;
-  for (const std::string& method : nearest(name, methods)) {
-    for (const catalogue::Class* owner : among) {
-      const bool has = std::any_of(owner->methods.begin(), owner->methods.end(),
-                                   [&](const catalogue::Method* one) { return one->name == method; });
-      const std::string candidate = fmt::format("{}.{}", owner->name, method);
-      if (has && std::find(full.begin(), full.end(), candidate) == full.end()) full.push_back(candidate);
-    }
+  throw UsageError(
+      fmt::format("there is no class \"{}\".{} \"orvex list\" shows them all.", className, ask(candidates)));
+}
+
+[[noreturn]] void refuseMethod(const Class& owner, std::string_view name) {
+  std::vector<Candidate> candidates;
+  considerMethods(candidates, name, owner);
+  for (const Class* other : catalogue::classes()) {
+    if (candidates.empty()) considerMethods(candidates, name, *other);
   }
-  return full.empty() ? "" : fmt::format(" Did you mean {}?", enumerate(full, "or"));
+  throw UsageError(fmt::format("{0} has no method \"{1}\".{2} \"orvex describe {0}\" shows those that it has.",
+                               owner.name, name, ask(candidates)));
 }
 
 }  // namespace
@@ -91,38 +108,27 @@ std::string enumerate(const std::vector<std::string>& names, std::string_view la
 }
 
 std::string didYouMean(std::string_view text, const std::vector<std::string>& names) {
-  const std::vector<std::string> near = nearest(text, names);
-  return near.empty() ? "" : fmt::format(" Did you mean {}?", enumerate(near, "or"));
+  std::vector<Candidate> candidates;
+  for (const std::string& name : names) consider(candidates, text, name, name);
+  return ask(candidates);
 }
 
 Target findTarget(std::string_view text) {
   const std::size_t point = text.find('.');
   const std::string_view className = text.substr(0, point);
-  const catalogue::Class* owner = catalogue::findClass(className);
-  if (owner == nullptr) {
-    std::string hint = didYouMean(className, classNames());
-    if (hint.empty()) {
-      const std::string_view method = point == std::string_view::npos ? text : text.substr(point + 1);
-      hint = didYouMeanMethod(method, catalogue::classes());
-    }
-    throw UsageError(fmt::format("there is no class \"{}\".{} \"orvex list\" shows them all.", className, hint));
-  }
+  const std::string_view name = point == std::string_view::npos ? "" : text.substr(point + 1);
+  const Class* owner = catalogue::findClass(className);
+  if (owner == nullptr) refuseClass(className, point == std::string_view::npos ? text : name);
   Target target{owner, {}};
   if (point == std::string_view::npos) return target;
-  const std::string_view name = text.substr(point + 1);
-  for (const catalogue::Method* method : owner->methods) {
+  for (const Method* method : owner->methods) {
     if (equalNames(method->name, name)) target.methods.push_back(method);
   }
-  if (target.methods.empty()) {
-    std::string hint = didYouMeanMethod(name, std::span(&owner, 1));
-    if (hint.empty()) hint = didYouMeanMethod(name, catalogue::classes());
-    throw UsageError(fmt::format("{0} has no method \"{1}\".{2} \"orvex describe {0}\" shows those that it has.",
-                                 owner->name, name, hint));
-  }
+  if (target.methods.empty()) refuseMethod(*owner, name);
   return target;
 }
 
-std::string fullName(const catalogue::Class& owner, const catalogue::Method& method) {
+std::string fullName(const Class& owner, const Method& method) {
   return fmt::format("{}.{}", owner.name, method.name);
 }
 

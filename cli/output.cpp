@@ -189,8 +189,8 @@ std::string showNote(const Note& note, const std::vector<Written>& written, Form
   const int period = note.getPeriod().value();
   switch (format) {
     case Format::Table:
-      return fmt::format("Period  {}\nValue   {}\nText    {}\n", period, numberText(note.getValue()), note.getNote()) +
-             showWritten(written);
+      return fmt::format("Period  {}\nValue   {}\n", period, numberText(note.getValue())) +
+             (note.getNote().empty() ? "" : fmt::format("Text    {}\n", note.getNote())) + showWritten(written);
     case Format::Csv:
       return csvLine({"period", "value", "text"}) +
              csvLine({fmt::to_string(period), numberText(note.getValue()), note.getNote()});

@@ -189,7 +189,7 @@ PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
   Cells names;
   for (const std::string& name : all.front().cells) names.push_back(trimmed(name));
   const std::size_t dates = dateColumn(names);
-  PriceFile file{path, {}, nullptr, nullptr, std::make_shared<RecordSet>()};
+  PriceFile file{path, {}, nullptr, nullptr, std::make_shared<RecordSet>(), ""};
   for (std::size_t i = 0; i < names.size(); ++i) {
     const PriceColumn column =
         makePriceColumn(i == dates ? std::string(Database::DateName) : names[i], rows, i, i == dates);
@@ -201,14 +201,31 @@ PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
   return file;
 }
 
-PriceFile readWithoutHeader(const std::string& path, const std::string& delimiter) {
-  PriceFile file{path, {}, nullptr, std::make_shared<Database>(), nullptr};
+/// Tells whether a line is a date and five numbers.
+bool isRecord(std::string_view line, std::string_view delimiter) {
+  std::size_t numbers = 0;
+  for (std::size_t at = line.find(delimiter); at != std::string_view::npos; ++numbers) {
+    const std::size_t from = at + delimiter.size();
+    at = line.find(delimiter, from);
+    if (!isNumber(line.substr(from, at - from))) return false;
+  }
+  return numbers == priceNames.size();
+}
+
+PriceFile readWithoutHeader(const std::string& path, const std::string& delimiter, std::string_view firstLine) {
+  PriceFile file{path, {}, nullptr, std::make_shared<Database>(), nullptr, ""};
   file.data->OpenDataBase(path, delimiter);
   file.prices = file.data->getRecordset();
   file.dates = file.prices->getField(std::string(Database::DateName));
   file.columns.push_back({file.dates, true});
   for (const std::string_view name : priceNames) {
     file.columns.push_back({file.prices->getField(std::string(name)), false});
+  }
+  if (!isRecord(firstLine, delimiter)) {
+    file.remark = fmt::format(
+        "\"{}\" does not begin with a header line or with a date and five numbers (open, high, low, close, volume), "
+        "\"{}\" between them. What is missing there or is no number is taken for 0.",
+        path, delimiter);
   }
   return file;
 }
@@ -238,7 +255,7 @@ PriceFile readPriceFile(const std::string& path, const std::optional<std::string
   try {
     const std::string line = firstLine(path);
     const std::string mark = delimiter.value_or(delimiterOf(line));
-    return isHeader(line, mark) ? readWithHeader(path, mark) : readWithoutHeader(path, mark);
+    return isHeader(line, mark) ? readWithHeader(path, mark) : readWithoutHeader(path, mark, line);
   } catch (const Error& error) {
     throw Failure(Database::loadFault(error.description()), explain(path, error.fault()));
   }

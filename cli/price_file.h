@@ -28,6 +28,9 @@ struct PriceFile {
   /// The file's own columns of numbers, and its dates: a price that is missing is not taken for 0.
   std::shared_ptr<RecordSet> prices;
 
+  /// What is odd about the file and yet no error.
+  std::string remark;
+
   std::vector<std::string> columnNames() const;
 };
 

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "cli/binding.h"
+#include "cli/facts.h"
 #include "cli/failure.h"
 #include "cli/names.h"
 #include "cli/price_file.h"
@@ -37,16 +38,17 @@ const Method& findRunnable(const Target& target) {
     throw UsageError(fmt::format("{0} is a class; name one of its methods as {0}.METHOD. It has {1}.", owner.name,
                                  enumerate(names)));
   }
-  return *target.methods.front();
+  for (const Method* method : target.methods) {
+    if (isCalculation(owner, *method)) return *method;
+  }
+  throw UsageError(
+      fmt::format("{} is a property, which computes nothing by itself.", fullName(owner, *target.methods.front())));
 }
 
-void checkOptions(const std::string& name, const Method& method, const RunOptions& options) {
-  if (options.words.size() > 0 && !needsFile(method)) {
-    const CallWords words = readWords(options.words);
-    if (words.file) {
-      throw UsageError(fmt::format("{} takes no file, so \"{}\" cannot be meant; arguments are written NAME=VALUE.",
-                                   name, *words.file));
-    }
+void checkOptions(const std::string& name, const Method& method, const CallWords& words, const RunOptions& options) {
+  if (words.file && !needsFile(method)) {
+    throw UsageError(
+        fmt::format("{} takes no file, so \"{}\" has no place; arguments are written NAME=VALUE.", name, *words.file));
   }
   if (method.result == Type::RecordSet) return;
   const char* option = options.append        ? "--append"
@@ -131,10 +133,11 @@ std::string run(const RunOptions& options) {
   const std::string name = fullName(*target.owner, method);
   const CallWords words = readWords(options.words);
   checkNames(*target.owner, method, words.arguments);
-  checkOptions(name, method, options);
+  checkOptions(name, method, words, options);
   std::optional<PriceFile> prices;
   if (words.file) prices = readPriceFile(*words.file, options.delimiter);
   const PriceFile* const file = prices ? &*prices : nullptr;
+  if (file != nullptr && !file->remark.empty()) complain(file->remark);
 
   const std::vector<Value> before = bindArguments(*target.owner, method, words.arguments, file);
   std::vector<Value> arguments = before;
@@ -153,9 +156,7 @@ std::string run(const RunOptions& options) {
   if (columns == nullptr) return showValue(result, written, options.format);
   ShownColumns shown = selectColumns(object(*columns), method, arguments, file, options);
   shown.written = written;
-  const bool walks = std::any_of(method.arguments.begin(), method.arguments.end(),
-                                 [](const auto& argument) { return argument.type == Type::Database; });
-  if (walks && file != nullptr) shown.position = file->data->getPosition();
+  if (file != nullptr) shown.position = file->data->getPosition();
   return showColumns(shown, options.format);
 }
 
