@@ -5,6 +5,11 @@
 #pragma once
 
 #include <cstddef>
+#if defined(__SSE2__)
+#include <immintrin.h>
+#elif !defined(__GNUC__)
+#include <math.h>
+#endif
 
 namespace {
 
@@ -18,6 +23,7 @@ constexpr int widestLanes = 2;
 
 #if defined(__GNUC__)
 #define ORVEX_UNROLL _Pragma("GCC unroll 8")
+#define ORVEX_SQRT __builtin_sqrt
 
 template <int Lanes>
 struct Pack {
@@ -43,6 +49,7 @@ struct Pack {
 };
 #else
 #define ORVEX_UNROLL
+#define ORVEX_SQRT sqrt
 
 template <int Lanes>
 struct Pack {
@@ -86,6 +93,27 @@ struct Pack {
   }
 };
 #endif
+
+// The square roots of numbers that are not below 0.
+#if defined(__AVX512F__)
+Pack<8> root(Pack<8> a) {
+  // With all lanes selected: GCC 12 takes the plain form's unused operand for an uninitialised value.
+  return {_mm512_maskz_sqrt_pd(0xff, a.v)};
+}
+#elif defined(__AVX2__)
+Pack<4> root(Pack<4> a) {
+  return {_mm256_sqrt_pd(a.v)};
+}
+#elif defined(__SSE2__)
+Pack<2> root(Pack<2> a) {
+  return {_mm_sqrt_pd(a.v)};
+}
+#endif
+template <int Lanes>
+Pack<Lanes> root(Pack<Lanes> a) {
+  for (int i = 0; i < Lanes; ++i) a.v[i] = ORVEX_SQRT(a.v[i]);
+  return a;
+}
 
 /// Runs `body.template operator()<Lanes, Count>(i)` for blocks of Lanes x Count rows from row `from` (counted from 0)
 /// on, until `count` rows are done: wide blocks with `Count` packs in registers while they fit, then single packs, then
