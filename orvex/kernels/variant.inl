@@ -1,6 +1,8 @@
 // The kernels of one instruction set: included by a translation unit that is compiled for it and that names it in
 // ORVEX_VARIANT.
+#include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.h"
+#include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/recursions.inl"
 #include "orvex/kernels/variants.h"
@@ -14,6 +16,19 @@ const Table table = {
     .exponential = exponential,
     .approach = approach,
     .regression = regression,
+    .highest = highest,
+    .lowest = lowest,
+    .deviation = deviation,
+    .copy = copy,
+    .difference = difference,
+    .medianPrice = medianPrice,
+    .typicalPrice = typicalPrice,
+    .weightedClose = weightedClose,
+    .rateOfChange = rateOfChange,
+    .rateOfChangeKept = rateOfChangeKept,
+    .blend = blend,
+    .variable = variable,
+    .movementProducts = movementProducts,
 };
 
 }  // namespace orvex::kernels::ORVEX_VARIANT
