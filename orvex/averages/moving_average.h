@@ -32,6 +32,9 @@ class MovingAverage {
   static constexpr std::string_view WeightedMovingAverageName = "WeightedMovingAverage";
   static constexpr std::string_view TriangularMovingAverageName = "TriangularMovingAverage";
   static constexpr std::string_view WellesWilderSmoothingName = "WellesWilderSmoothing";
+  static constexpr std::string_view TimeSeriesMovingAverageName = "TimeSeriesMovingAverage";
+  static constexpr std::string_view VariableMovingAverageName = "VariableMovingAverage";
+  static constexpr std::string_view VIDYAName = "VIDYA";
 
   static constexpr Fault SimpleMovingAverageFault =
       unexpectedError("MovingAverage.SimpleMovingAverage.UnexpectedError");
@@ -43,6 +46,11 @@ class MovingAverage {
       unexpectedError("MovingAverage.TriangularMovingAverage.UnexpectedError");
   static constexpr Fault WellesWilderSmoothingFault =
       unexpectedError("MovingAverage.WellesWilderSmoothing.UnexpectedError");
+  static constexpr Fault TimeSeriesMovingAverageFault =
+      unexpectedError("MovingAverage.TimeSeriesMovingAverage.UnexpectedError");
+  static constexpr Fault VariableMovingAverageFault =
+      unexpectedError("MovingAverage.VariableMovingAverage.UnexpectedError");
+  static constexpr Fault VIDYAFault = unexpectedError("MovingAverage.VIDYA.UnexpectedError");
 
   /// The arithmetic mean of the last P values, row r = (Source(r) + Source(r - 1) + ... + Source(r - P + 1)) / P,
   /// summed in this order. Computed rows: P + 1 to N. P = N gives a column of 0; P > N fails.
@@ -71,6 +79,29 @@ class MovingAverage {
   /// 2P + 1 to N. P > N / 2 fails. No cursor is moved.
   std::shared_ptr<RecordSet> WellesWilderSmoothing(std::shared_ptr<Field> Source, Integer Periods,
                                                    InOut<std::string> Alias = {});
+
+  /// The moving end of a regression line: row r is the "Forecast" of `LinearRegression::Regression` over P records.
+  /// Computed rows: 2P + 1 to N, P rows later than the regression's own. P > N / 2 fails, and so do P < 2 and P > 181,
+  /// where there is no regression.
+  std::shared_ptr<RecordSet> TimeSeriesMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                     Integer Periods, InOut<std::string> Alias = {});
+
+  /// row r = (1 - k) x row (r - 1) + k x Source(r) from row 1 = 0, k = |CMO(r) / 100| of `Oscillator::CMO` over 9
+  /// records: an exponential average that moves the faster the more the series trends, after Tushar Chande (Adapting
+  /// Moving Averages to Market Volatility, Stocks & Commodities, March 1992). P sets no length here, only how many rows
+  /// are set to 0: 1 to 3P. Computed rows: max(3P, 9) + 1 to N; up to row 9 there is no momentum, and the average stays
+  /// 0. P > N / 3 fails.
+  std::shared_ptr<RecordSet> VariableMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                   Integer Periods, InOut<std::string> Alias = {});
+
+  /// row r = (1 - k) x Source(r - 1) + k x Source(r), k = RSquared(r) x `R2Scale`, RSquared of
+  /// `LinearRegression::Regression` over P records; k is not held between 0 and 1. It bears the name of the variable
+  /// index dynamic average (Tushar Chande and Stanley Kroll, The New Technical Trader, 1994), which blends each value
+  /// with its own row before; this one blends with the value before, so it remembers one record only. A scale of 0
+  /// gives the series one record late. Computed rows: 2P + 1 to N. P > N / 2 fails, and so do P < 2 and P > 181, where
+  /// there is no regression.
+  std::shared_ptr<RecordSet> VIDYA(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods,
+                                   double R2Scale, InOut<std::string> Alias = {});
 };
 
 }  // namespace orvex

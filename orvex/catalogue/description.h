@@ -26,6 +26,7 @@ struct List {
     for (const T& entry : entries) items[count++] = entry;
   }
   constexpr std::size_t size() const { return count; }
+  constexpr bool empty() const { return count == 0; }
   constexpr const T* begin() const { return items.data(); }
   constexpr const T* end() const { return items.data() + count; }
   constexpr const T& operator[](std::size_t index) const { return items[index]; }

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace orvex::bench {
+
+/// The series that a case runs on.
+enum class Prices {
+  Ordinary,     // a random walk in cents
+  NearTwo31,    // whole numbers near 2,000,000,000
+  NearBillion,  // whole numbers near 1,000,000,000
+};
+
+/// One line of the table: a method with its arguments, and what the peers need for the same.
+struct Case {
+  std::string method;                            // "Class.Method"
+  std::map<std::string, std::string> arguments;  // by name, as texts; the usual values for the rest
+  double peers = 0.0;                            // as a multiple of the yardstick; 0 where there is no such figure
+  Prices prices = Prices::Ordinary;
+
+  std::string label() const;
+};
+
+/// The cases with figures to compare with, then every other method of the catalogue that makes columns.
+std::vector<Case> cases();
+
+/// The usual value of an argument, as a text; empty for one that has none here.
+std::string usualArgument(const std::string& name);
+
+}  // namespace orvex::bench

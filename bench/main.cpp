@@ -1,0 +1,211 @@
+// Times every method of the catalogue on 32,766 records, the making of its result included, and prints the medians as
+// multiples of a yardstick that runs among them: a plain running sum over 20 records. Multiples are what can be
+// compared between machines. With any --benchmark_... option it is an ordinary Google Benchmark program instead.
+#include <benchmark/benchmark.h>
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
+#include "bench/cases.h"
+#include "bench/series.h"
+#include "orvex/catalogue/catalogue.h"
+#include "orvex/kernels/kernels.h"
+
+namespace orvex::bench {
+namespace {
+
+using catalogue::Type;
+using catalogue::Value;
+
+constexpr const char* yardstickLabel = "yardstick";
+constexpr const char* countLinesLabel = "counting lines";
+constexpr const char* loadLabel = "Database.OpenDataBase";
+
+void yardstick(benchmark::State& state) {
+  const auto close = series(Prices::Ordinary)->getRecordset()->getField("Close");
+  const auto x = close->values();
+  std::vector<double> out(x.size());
+  for (auto _ : state) {
+    double total = 0.0;
+    for (std::size_t i = 0; i < 20; ++i) total += x[i];
+    for (std::size_t i = 20; i < x.size(); ++i) {
+      total += x[i];
+      total -= x[i - 20];
+      out[i] = total / 20;
+    }
+    benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+Value argumentOf(const catalogue::Argument& argument, const Case& one, const std::shared_ptr<Database>& data) {
+  const std::string name(argument.name);
+  const auto given = one.arguments.find(name);
+  switch (argument.type) {
+    case Type::Database:
+      return data;
+    case Type::RecordSet:
+      return data->getRecordset();
+    case Type::Field:
+      return data->getRecordset()->getField(data->getRecordset()->isValidField(name) ? name : "Close");
+    default:
+      break;
+  }
+  if (given != one.arguments.end()) return given->second;
+  const std::string usual = usualArgument(name);
+  if (!usual.empty()) return usual;
+  if (argument.optional) return catalogue::Missing{};
+  throw std::invalid_argument(fmt::format("bench/cases.cpp has no usual value for the argument {}", name));
+}
+
+void indicator(benchmark::State& state, const Case& one) {
+  const std::size_t dot = one.method.find('.');
+  const catalogue::Class* owner = catalogue::findClass(one.method.substr(0, dot));
+  const catalogue::Method* method = catalogue::findMethod(*owner, one.method.substr(dot + 1));
+  const auto object = owner->create();
+  std::vector<Value> arguments;
+  for (const catalogue::Argument& argument : method->arguments) {
+    arguments.push_back(argumentOf(argument, one, series(one.prices)));
+  }
+  try {
+    for (auto _ : state) {
+      std::vector<Value> values = arguments;
+      benchmark::DoNotOptimize(catalogue::call(*method, object.get(), values));
+    }
+  } catch (const Error& error) {
+    state.SkipWithError(error.what());
+  }
+}
+
+const std::string& priceFile() {
+  static const std::string path = [] {
+    std::string name = (std::filesystem::temp_directory_path() / "orvex-bench-prices.csv").string();
+    writePriceFile(name);
+    return name;
+  }();
+  return path;
+}
+
+void countLines(benchmark::State& state) {
+  std::ifstream file(priceFile(), std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  for (auto _ : state) {
+    std::size_t count = 0;
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    while ((at = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)))) != nullptr) {
+      ++count;
+      if (++at == end) break;
+    }
+    benchmark::DoNotOptimize(count);
+  }
+}
+
+void load(benchmark::State& state) {
+  for (auto _ : state) {
+    Database data;
+    data.OpenDataBase(priceFile(), ",");
+    benchmark::DoNotOptimize(data.getRecordCount());
+  }
+}
+
+/// Keeps the median of every benchmark, and prints nothing on the way.
+class Medians : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context&) override { return true; }
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.error_occurred) failures[run.run_name.function_name] = run.error_message;
+      if (run.aggregate_name == "median") nanoseconds[run.run_name.function_name] = run.GetAdjustedRealTime();
+    }
+  }
+
+  std::map<std::string, double> nanoseconds;
+  std::map<std::string, std::string> failures;
+};
+
+bool printTable(const std::vector<Case>& all, const Medians& medians) {
+  const double unit = medians.nanoseconds.at(yardstickLabel);
+  fmt::print("yardstick: {:.2f} ns a record\n\n{:<52} {:>10} {:>10} {:>10}\n", unit / RecordCount, "", "ns/record",
+             "multiple", "peers");
+  for (const Case& one : all) {
+    const auto found = medians.nanoseconds.find(one.label());
+    if (found == medians.nanoseconds.end()) continue;
+    fmt::print("{:<52} {:>10.2f} {:>10.2f} {:>10}\n", one.label(), found->second / RecordCount, found->second / unit,
+               one.peers > 0.0 ? fmt::format("{:.2f}", one.peers) : "");
+  }
+  const double count = medians.nanoseconds.at(countLinesLabel);
+  const double loading = medians.nanoseconds.at(loadLabel);
+  fmt::print("\nloading {} lines: {:.0f} us, {:.1f} times what counting them with memchr takes\n", RecordCount,
+             loading / 1000, loading / count);
+  for (const auto& [name, message] : medians.failures) fmt::print(stderr, "{} failed: {}\n", name, message);
+  return medians.failures.empty();
+}
+
+int run(int argc, char** argv) {
+#ifdef __GLIBC__
+  // A process that has been running for a while has memory at hand. Without this the table would show how often the
+  // allocator gives pages back to the system and takes them again.
+  mallopt(M_MMAP_THRESHOLD, 1 << 26);
+  mallopt(M_TRIM_THRESHOLD, 1 << 28);
+#endif
+  const std::map<std::string_view, kernels::Level> levels = {{"--level=off", kernels::Level::Off},
+                                                             {"--level=baseline", kernels::Level::Baseline},
+                                                             {"--level=avx2", kernels::Level::Avx2},
+                                                             {"--level=avx512", kernels::Level::Avx512}};
+  bool table = true;
+  std::vector<char*> options;
+  for (int i = 0; i < argc; ++i) {
+    const auto level = levels.find(argv[i]);
+    if (level != levels.end()) {
+      kernels::setLevel(level->second);
+    } else {
+      options.push_back(argv[i]);
+    }
+    if (std::string_view(argv[i]).starts_with("--benchmark_")) table = false;
+  }
+  std::string repetitions = "--benchmark_repetitions=15";
+  std::string interleaving = "--benchmark_enable_random_interleaving=true";
+  std::string shortest = "--benchmark_min_time=0.02";
+  if (table) options.insert(options.end(), {repetitions.data(), interleaving.data(), shortest.data()});
+
+  const std::vector<Case> all = cases();
+  benchmark::RegisterBenchmark(yardstickLabel, yardstick);
+  for (const Case& one : all) {
+    benchmark::RegisterBenchmark(one.label().c_str(), [&one](benchmark::State& state) { indicator(state, one); });
+  }
+  benchmark::RegisterBenchmark(countLinesLabel, countLines);
+  benchmark::RegisterBenchmark(loadLabel, load);
+  int count = static_cast<int>(options.size());
+  benchmark::Initialize(&count, options.data());
+  if (benchmark::ReportUnrecognizedArguments(count, options.data())) {
+    fmt::print(stderr, "usage: orvex_bench [--level=off|baseline|avx2|avx512] [--benchmark_... options]\n");
+    return 2;
+  }
+  if (!table) {
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+  }
+  Medians medians;
+  benchmark::RunSpecifiedBenchmarks(&medians);
+  return printTable(all, medians) ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace orvex::bench
+
+int main(int argc, char** argv) {
+  return orvex::bench::run(argc, argv);
+}

@@ -1,0 +1,72 @@
+#include "bench/series.h"
+
+#include <fmt/os.h>
+#include <algorithm>
+#include <cstdint>
+#include <map>
+
+namespace orvex::bench {
+
+namespace {
+
+/// Whole numbers that look random and are the same everywhere.
+class Draws {
+ public:
+  int below(int limit) {
+    state_ = state_ * 6364136223846793005u + 1442695040888963407u;
+    return static_cast<int>((state_ >> 33) % static_cast<std::uint64_t>(limit));
+  }
+
+ private:
+  std::uint64_t state_ = 20;
+};
+
+std::shared_ptr<Database> make(Prices prices) {
+  auto data = std::make_shared<Database>();
+  data->OpenDatabaseByArray(std::vector<double>(RecordCount));
+  data->MoveFirst();
+  const auto column = [&](std::string_view name) {
+    return data->getRecordset()->getField(std::string(name))->values();
+  };
+  const auto open = column(Database::OpenName);
+  const auto high = column(Database::HighName);
+  const auto low = column(Database::LowName);
+  const auto close = column(Database::CloseName);
+  const auto volume = column(Database::VolumeName);
+  const bool ordinary = prices == Prices::Ordinary;
+  const int base = ordinary ? 10000 : prices == Prices::NearTwo31 ? 2'000'000'000 : 1'000'000'000;
+  const double unit = ordinary ? 100.0 : 1.0;
+  Draws draws;
+  int last = base;
+  for (std::size_t i = 0; i < close.size(); ++i) {
+    const int first = last;
+    last = std::max(last + draws.below(201) - 100, base / 10);
+    open[i] = first / unit;
+    close[i] = last / unit;
+    high[i] = (std::max(first, last) + draws.below(60)) / unit;
+    low[i] = (std::min(first, last) - draws.below(60)) / unit;
+    volume[i] = 100000 + draws.below(900000);
+  }
+  return data;
+}
+
+}  // namespace
+
+const std::shared_ptr<Database>& series(Prices prices) {
+  static std::map<Prices, std::shared_ptr<Database>> made;
+  auto& one = made[prices];
+  if (one == nullptr) one = make(prices);
+  return one;
+}
+
+void writePriceFile(const std::string& path) {
+  const auto prices = series(Prices::Ordinary)->getRecordset();
+  auto file = fmt::output_file(path);
+  for (int row = 1; row <= RecordCount; ++row) {
+    file.print("{}/{}/{},{},{},{},{},{}\n", row % 12 + 1, row % 28 + 1, 1900 + row / 336, prices->getValue("Open", row),
+               prices->getValue("High", row), prices->getValue("Low", row), prices->getValue("Close", row),
+               prices->getValue("Volume", row));
+  }
+}
+
+}  // namespace orvex::bench

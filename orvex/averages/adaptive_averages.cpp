@@ -1,0 +1,102 @@
+// The moving averages whose smoothing follows a statistic of the series.
+
+#include "orvex/averages/linear_regression.h"
+#include "orvex/averages/moving_average.h"
+#include "orvex/data/columns.h"
+#include "orvex/data/object.h"
+#include "orvex/data/real.h"
+#include "orvex/data/walk.h"
+#include "orvex/oscillators/oscillator.h"
+
+namespace orvex {
+
+namespace {
+
+std::shared_ptr<Field> columnOf(const std::shared_ptr<RecordSet>& recordset, std::string_view name) {
+  return recordset->getField(std::string(name));
+}
+
+/// Leaves a regression's set without columns.
+void removeRegression(RecordSet& recordset) {
+  for (const std::string_view name : {LinearRegression::RSquaredName, LinearRegression::SlopeName,
+                                      LinearRegression::InterceptName, LinearRegression::ForecastName}) {
+    recordset.removeField(std::string(name));
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<RecordSet> MovingAverage::TimeSeriesMovingAverage(std::shared_ptr<Database> data,
+                                                                  std::shared_ptr<Field> Source, Integer Periods,
+                                                                  InOut<std::string> Alias) {
+  return trap(TimeSeriesMovingAverageFault, [&] {
+    applyDefault(Alias, TimeSeriesMovingAverageName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    const auto recordset = LinearRegression().Regression(data, Source, Periods);
+    const auto forecasts = columnOf(recordset, LinearRegression::ForecastName);
+    data->MoveFirst();
+    walk(*data, 1, count, noKernel, [&](Integer record) { result->setValue(record, at(forecasts, record)); });
+    removeRegression(*recordset);
+    // Twice the regression's own warm-up: its first `Periods` forecasts are left out on purpose.
+    blank(*result, 2 * Periods);
+    data->MoveFirst();
+    recordset->addField(result);
+    return recordset;
+  });
+}
+
+std::shared_ptr<RecordSet> MovingAverage::VariableMovingAverage(std::shared_ptr<Database> data,
+                                                                std::shared_ptr<Field> Source, Integer Periods,
+                                                                InOut<std::string> Alias) {
+  return trap(VariableMovingAverageFault, [&] {
+    applyDefault(Alias, VariableMovingAverageName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    // The momentum's period is this constant, whatever `Periods` is.
+    const auto recordset = Oscillator().CMO(data, Source, 9, "");
+    const auto momentum = columnOf(recordset, Oscillator::CMOName);
+    data->setPosition(2);
+    walk(*data, 2, count, noKernel, [&](Integer record) {
+      data->MovePrevious();
+      const Real previous = at(result, record - 1);
+      data->MoveNext();
+      const Real k = abs(at(momentum, record) / 100);
+      result->setValue(record, (1 - k) * previous + k * at(Source, record));
+    });
+    // The momentum's warm-up and the recursion's climb from 0 are both hidden.
+    blank(*result, 3 * Periods);
+    data->MoveFirst();
+    // Added first and then removed by name: an alias "CMO" stays, since the momentum stands before it.
+    recordset->addField(result);
+    recordset->removeField(std::string(Oscillator::CMOName));
+    return recordset;
+  });
+}
+
+std::shared_ptr<RecordSet> MovingAverage::VIDYA(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                Integer Periods, double R2Scale, InOut<std::string> Alias) {
+  return trap(VIDYAFault, [&] {
+    applyDefault(Alias, VIDYAName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    const auto recordset = LinearRegression().Regression(data, Source, Periods);
+    const auto qualities = columnOf(recordset, LinearRegression::RSquaredName);
+    data->setPosition(2);
+    walk(*data, 2, count, noKernel, [&](Integer record) {
+      data->MovePrevious();
+      // The value before and not the average before: the recursion that the name promises is left out on purpose.
+      const Real previous = at(Source, record - 1);
+      data->MoveNext();
+      const Real k = at(qualities, record) * R2Scale;
+      result->setValue(record, (1 - k) * previous + k * at(Source, record));
+    });
+    removeRegression(*recordset);
+    blank(*result, 2 * Periods);
+    data->MoveFirst();
+    recordset->addField(result);
+    return recordset;
+  });
+}
+
+}  // namespace orvex

@@ -1,0 +1,30 @@
+#include "orvex/averages/average_type.h"
+
+#include "orvex/averages/moving_average.h"
+
+namespace orvex {
+
+std::shared_ptr<RecordSet> averageOfType(Integer MA_Type, std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                         Integer Periods, const std::string& name) {
+  MovingAverage average;
+  switch (MA_Type.value()) {
+    case average_type::Simple:
+      return average.SimpleMovingAverage(data, Source, Periods, name);
+    case average_type::Exponential:
+      return average.ExponentialMovingAverage(data, Source, Periods, name);
+    case average_type::TimeSeries:
+      return average.TimeSeriesMovingAverage(data, Source, Periods, name);
+    case average_type::Variable:
+      return average.VariableMovingAverage(data, Source, Periods, name);
+    case average_type::Triangular:
+      return average.TriangularMovingAverage(data, Source, Periods, name);
+    case average_type::Weighted:
+      return average.WeightedMovingAverage(data, Source, Periods, name);
+    case average_type::Vidya:
+      return average.VIDYA(data, Source, Periods, average_type::VidyaR2Scale, name);
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace orvex
