@@ -11,18 +11,22 @@ namespace orvex::catalogue {
 
 namespace {
 
-/// The first computed row of a moving average that a code selects.
-long firstAverageRow(long code, long periods) {
+/// The first computed row of the moving average that a code selects, of a column whose own first computed row is
+/// `first`.
+long firstAverageRow(long code, long periods, long first) {
   switch (code) {
+    case 2:
+      // Its seed takes as many values and one more.
+      return first + periods;
     case 3:
     case 5:
     case 7:
-      return 2 * periods + 1;
+      return std::max(2 * periods + 1, first + periods - 1);
     case 4:
       // The factor's own period of 9 holds the first rows back whatever the average's period is.
-      return std::max(3 * periods, 9L) + 1;
+      return std::max(3 * periods + 1, first + 9);
     default:
-      return periods + 1;
+      return std::max(periods + 1, first + periods - 1);
   }
 }
 
@@ -115,7 +119,8 @@ class Evaluation {
     } else if (name == "average") {
       const long code = sum();
       expect(',');
-      value = firstAverageRow(code, sum());
+      const long periods = sum();
+      value = firstAverageRow(code, periods, take(',') ? sum() : 1);
     } else if (name == "max" || name == "min") {
       value = sum();
       while (take(',')) value = name == "max" ? std::max(value, sum()) : std::min(value, sum());
