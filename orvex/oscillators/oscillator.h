@@ -53,6 +53,17 @@ class Oscillator {
   static constexpr std::string_view ChaosFractalOscillatorName = "Chaos Fractal Oscillator";
   static constexpr int ChaosFractalOscillatorPeriods = 100;
   static constexpr std::string_view PrimeNumberOscillatorName = "Prime Number Oscillator";
+  static constexpr std::string_view PriceOscillatorName = "PriceOscillator";
+  static constexpr std::string_view MACDName = "MACD";
+  static constexpr std::string_view MACDSignalSuffix = "Signal";
+  static constexpr std::string_view MACDHistogramSuffix = "Histogram";
+  static constexpr std::string_view VolumeOscillatorName = "VolumeOscillator";
+  static constexpr std::string_view DetrendedPriceOscillatorName = "DetrendedPriceOscillator";
+  static constexpr std::string_view TRIXName = "TRIX";
+  static constexpr std::string_view GoldenDeathCrossName = "GoldenDeathCross";
+  static constexpr std::string_view RainbowOscillatorName = "RainbowOscillator";
+  static constexpr std::string_view RainbowUpperName = "Rainbow Upper";
+  static constexpr std::string_view RainbowLowerName = "Rainbow Lower";
 
   static constexpr Fault TrueRangeFault = unexpectedError("Oscillator.TrueRange.UnexpectedError");
   static constexpr Fault AverageTrueRangeFault = unexpectedError("Oscillator.AverageTrueRange.UnexpectedError");
@@ -79,6 +90,31 @@ class Oscillator {
       unexpectedError("Oscillator.ChaosFractalOscillator.UnexpectedError");
   static constexpr Fault PrimeNumberOscillatorFault =
       unexpectedError("Oscillator.PrimeNumberOscillator.UnexpectedError");
+  static constexpr Fault PriceOscillatorFault = unexpectedError("Oscillator.PriceOscillator.UnexpectedError");
+  static constexpr Fault MACDFault = unexpectedError("Oscillator.MACD.UnexpectedError");
+  static constexpr Fault VolumeOscillatorFault = unexpectedError("Oscillator.VolumeOscillator.UnexpectedError");
+  static constexpr Fault DetrendedPriceOscillatorFault =
+      unexpectedError("Oscillator.DetrendedPriceOscillator.UnexpectedError");
+  static constexpr Fault TRIXFault = unexpectedError("Oscillator.TRIX.UnexpectedError");
+  static constexpr Fault GoldenDeathCrossFault = unexpectedError("Oscillator.GoldenDeathCross.UnexpectedError");
+  static constexpr Fault RainbowOscillatorFault = unexpectedError("Oscillator.RainbowOscillator.UnexpectedError");
+
+  static constexpr Fault invalidPeriods(std::string_view source) { return {1101, source, "Invalid Periods"}; }
+  static constexpr Fault invalidAverage(std::string_view source) {
+    return {1100, source, "Invalid Moving Average Type"};
+  }
+  static constexpr Fault PriceOscillatorPeriodsFault = invalidPeriods("Oscillator.PriceOscillator");
+  static constexpr Fault PriceOscillatorAverageFault = invalidAverage("Oscillator.PriceOscillator");
+  static constexpr Fault MACDPeriodsFault = invalidPeriods("Oscillator.MACD");
+  static constexpr Fault VolumeOscillatorPeriodsFault = invalidPeriods("Oscillator.VolumeOscillator");
+  static constexpr Fault VolumeOscillatorAverageFault = invalidAverage("Oscillator.VolumeOscillator");
+  static constexpr Fault DetrendedPriceOscillatorPeriodsFault = invalidPeriods("Oscillator.DetrendedPriceOscillator");
+  static constexpr Fault DetrendedPriceOscillatorAverageFault = invalidAverage("Oscillator.DetrendedPriceOscillator");
+  static constexpr Fault TRIXPeriodsFault = invalidPeriods("Oscillator.TRIX");
+  static constexpr Fault GoldenDeathCrossPeriodsFault = invalidPeriods("Oscillator.GoldenDeathCross");
+  static constexpr Fault GoldenDeathCrossAverageFault = invalidAverage("Oscillator.GoldenDeathCross");
+  static constexpr Fault RainbowOscillatorPeriodsFault = invalidPeriods("Oscillator.RainbowOscillator");
+  static constexpr Fault RainbowOscillatorAverageFault = invalidAverage("Oscillator.RainbowOscillator");
 
   /// @name Range and direction (J. Welles Wilder, New Concepts in Technical Trading Systems, 1978; Aroon: Tushar
   /// Chande, Stocks & Commodities, 1995)
@@ -231,6 +267,63 @@ class Oscillator {
   /// Fails for values that do not fit 32 bits.
   std::shared_ptr<RecordSet> PrimeNumberOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                    InOut<std::string> Alias = {});
+
+  /// @}
+  /// @name Differences of moving averages
+  /// These check their arguments first, in their order, and tell the caller directly: error 1101 "Invalid Periods" for
+  /// a number of periods or levels, 1100 "Invalid Moving Average Type" for a code. "Average" is the moving average of
+  /// the code `MA_Type`, A(P) the first computed row of one over P records (see `firstAverageRow`). An average of an
+  /// average begins where the inner one does, as a series of its own. Short and long periods bind nothing: the short
+  /// one may be the longer. With code 4 they make no difference, since its factor has a period of its own, and methods
+  /// that compare two averages give 0. A quotient whose divisor is 0 is 0.
+  /// @{
+
+  /// (short - long) / long x 100, of averages of `Source` over `ShortCycle` and `LongCycle` records, in percent.
+  /// Computed rows: max(A(`ShortCycle`), A(`LongCycle`)) to N. Errors: 1101 for a cycle outside 1..N.
+  std::shared_ptr<RecordSet> PriceOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                             Integer ShortCycle, Integer LongCycle, Integer MA_Type,
+                                             InOut<std::string> Alias = {});
+
+  /// Gerald Appel's moving average convergence/divergence (The Moving Average Convergence-Divergence Trading Method,
+  /// 1979), in the unit of `Source`, as the columns `Alias`, `Alias` + "Signal" and `Alias` + "Histogram": the
+  /// exponential average over `ShortCycle` records less that over `LongCycle`, the exponential average of that line
+  /// over `SignalPeriods`, and line - signal. Ours differs in the seed of its exponential averages. Computed rows: from
+  /// f = max(`ShortCycle`, `LongCycle`) + 1, the other two from f + `SignalPeriods`. Errors: 1101 for any of the three
+  /// outside 1..N.
+  std::shared_ptr<RecordSet> MACD(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer ShortCycle,
+                                  Integer LongCycle, Integer SignalPeriods, InOut<std::string> Alias = {});
+
+  /// `PriceOscillator` of a column of volumes.
+  std::shared_ptr<RecordSet> VolumeOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Volume,
+                                              Integer ShortCycle, Integer LongCycle, Integer MA_Type,
+                                              InOut<std::string> Alias = {});
+
+  /// Source(r - (`Periods` \ 2 + 1)) - average(r), in the unit of `Source`, \ being whole division: the price in the
+  /// middle of the average's records without their trend. Computed rows: A(`Periods`) to N. Errors: 1101 for `Periods`
+  /// outside 1..N.
+  std::shared_ptr<RecordSet> DetrendedPriceOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                      Integer Periods, Integer MA_Type, InOut<std::string> Alias = {});
+
+  /// The change (e(r) - e(r - 1)) / e(r - 1) x 100, in percent, of the exponential average over `Periods` records taken
+  /// three times (Jack Hutson, Stocks & Commodities, 1983, there of the logarithm). Computed rows: 3 x `Periods` + 2 to
+  /// N. Errors: 1101 for `Periods` outside 1..N.
+  std::shared_ptr<RecordSet> TRIX(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods,
+                                  InOut<std::string> Alias = {});
+
+  /// 1 where the average over `ShortPeriods` records crosses above that over `LongPeriods` (at or below it at r - 1,
+  /// above it at r), -1 where it crosses below, else 0. Computed rows: max(A(`ShortPeriods`), A(`LongPeriods`)) + 1 to
+  /// N. Errors: 1101 for periods outside 1..N.
+  std::shared_ptr<RecordSet> GoldenDeathCross(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                              Integer ShortPeriods, Integer LongPeriods, Integer MA_Type,
+                                              InOut<std::string> Alias = {});
+
+  /// Where `Source` stands among `Levels` averages over 2 records, the first of `Source` and each further one of the
+  /// one before (Mel Widner, Stocks & Commodities, 1997). With range = highest - lowest Source of the last `Levels`
+  /// records: `Alias` = 100 x (Source - (sum of the averages, first level first) / `Levels`) / range, "Rainbow Upper" =
+  /// 100 x (largest - smallest average) / range, and "Rainbow Lower" = its negative. Computed rows: `Levels` x (A(2) -
+  /// 1) + 1 to N. Errors: 1101 for `Levels` outside 2..N.
+  std::shared_ptr<RecordSet> RainbowOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                               Integer Levels, Integer MA_Type, InOut<std::string> Alias = {});
 
   /// @}
 
