@@ -4,6 +4,7 @@
 
 #include "orvex/catalogue/classes/database.h"
 #include "orvex/catalogue/classes/field.h"
+#include "orvex/catalogue/classes/general.h"
 #include "orvex/catalogue/classes/linear_regression.h"
 #include "orvex/catalogue/classes/moving_average.h"
 #include "orvex/catalogue/classes/note.h"
@@ -12,6 +13,6 @@
 namespace orvex::catalogue {
 
 /// Every described class, for ways in that need the types: `std::tuple_element_t<i, Classes>` and its `Description`.
-using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression>;
+using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General>;
 
 }  // namespace orvex::catalogue
