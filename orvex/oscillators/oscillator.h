@@ -99,22 +99,19 @@ class Oscillator {
   static constexpr Fault GoldenDeathCrossFault = unexpectedError("Oscillator.GoldenDeathCross.UnexpectedError");
   static constexpr Fault RainbowOscillatorFault = unexpectedError("Oscillator.RainbowOscillator.UnexpectedError");
 
-  static constexpr Fault invalidPeriods(std::string_view source) { return {1101, source, "Invalid Periods"}; }
-  static constexpr Fault invalidAverage(std::string_view source) {
-    return {1100, source, "Invalid Moving Average Type"};
-  }
   static constexpr Fault PriceOscillatorPeriodsFault = invalidPeriods("Oscillator.PriceOscillator");
-  static constexpr Fault PriceOscillatorAverageFault = invalidAverage("Oscillator.PriceOscillator");
+  static constexpr Fault PriceOscillatorAverageFault = invalidAverageType("Oscillator.PriceOscillator");
   static constexpr Fault MACDPeriodsFault = invalidPeriods("Oscillator.MACD");
   static constexpr Fault VolumeOscillatorPeriodsFault = invalidPeriods("Oscillator.VolumeOscillator");
-  static constexpr Fault VolumeOscillatorAverageFault = invalidAverage("Oscillator.VolumeOscillator");
+  static constexpr Fault VolumeOscillatorAverageFault = invalidAverageType("Oscillator.VolumeOscillator");
   static constexpr Fault DetrendedPriceOscillatorPeriodsFault = invalidPeriods("Oscillator.DetrendedPriceOscillator");
-  static constexpr Fault DetrendedPriceOscillatorAverageFault = invalidAverage("Oscillator.DetrendedPriceOscillator");
+  static constexpr Fault DetrendedPriceOscillatorAverageFault =
+      invalidAverageType("Oscillator.DetrendedPriceOscillator");
   static constexpr Fault TRIXPeriodsFault = invalidPeriods("Oscillator.TRIX");
   static constexpr Fault GoldenDeathCrossPeriodsFault = invalidPeriods("Oscillator.GoldenDeathCross");
-  static constexpr Fault GoldenDeathCrossAverageFault = invalidAverage("Oscillator.GoldenDeathCross");
+  static constexpr Fault GoldenDeathCrossAverageFault = invalidAverageType("Oscillator.GoldenDeathCross");
   static constexpr Fault RainbowOscillatorPeriodsFault = invalidPeriods("Oscillator.RainbowOscillator");
-  static constexpr Fault RainbowOscillatorAverageFault = invalidAverage("Oscillator.RainbowOscillator");
+  static constexpr Fault RainbowOscillatorAverageFault = invalidAverageType("Oscillator.RainbowOscillator");
 
   /// @name Range and direction (J. Welles Wilder, New Concepts in Technical Trading Systems, 1978; Aroon: Tushar
   /// Chande, Stocks & Commodities, 1995)
