@@ -8,11 +8,12 @@
 #include "orvex/catalogue/classes/linear_regression.h"
 #include "orvex/catalogue/classes/moving_average.h"
 #include "orvex/catalogue/classes/note.h"
+#include "orvex/catalogue/classes/oscillator.h"
 #include "orvex/catalogue/classes/record_set.h"
 
 namespace orvex::catalogue {
 
 /// Every described class, for ways in that need the types: `std::tuple_element_t<i, Classes>` and its `Description`.
-using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General>;
+using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General, Oscillator>;
 
 }  // namespace orvex::catalogue

@@ -54,6 +54,14 @@ constexpr Fault unexpectedError(std::string_view source) {
   return {1105, source, "An unexpected error has occured"};
 }
 
+/// The reports of arguments that are checked before a method's trap is armed; the source is class and method.
+constexpr Fault invalidAverageType(std::string_view source) {
+  return {1100, source, "Invalid Moving Average Type"};
+}
+constexpr Fault invalidPeriods(std::string_view source) {
+  return {1101, source, "Invalid Periods"};
+}
+
 /// The report of a row accessor for a row outside its column. The spelling is the published one.
 constexpr Fault outOfBounds(std::string_view source) {
   return {1105, source, "An unexpected out of bounds error has occured"};
