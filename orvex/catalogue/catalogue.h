@@ -5,6 +5,7 @@
 #include "orvex/catalogue/classes/database.h"
 #include "orvex/catalogue/classes/field.h"
 #include "orvex/catalogue/classes/general.h"
+#include "orvex/catalogue/classes/index.h"
 #include "orvex/catalogue/classes/linear_regression.h"
 #include "orvex/catalogue/classes/moving_average.h"
 #include "orvex/catalogue/classes/note.h"
@@ -13,6 +14,6 @@
 namespace orvex::catalogue {
 
 /// Every described class, for ways in that need the types: `std::tuple_element_t<i, Classes>` and its `Description`.
-using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General>;
+using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General, Index>;
 
 }  // namespace orvex::catalogue
