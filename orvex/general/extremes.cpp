@@ -1,28 +1,37 @@
 // The highest and lowest values of a span of records.
 
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex {
 
 namespace {
+
+using kernels::Table;
 
 /// The extreme of each record and the `Periods` before it. `beats(value, extreme)` tells whether a value takes the
 /// extreme's place.
 template <class Kernel, class Beats>
 std::shared_ptr<RecordSet> rollingExtreme(const std::shared_ptr<Database>& data, const std::shared_ptr<Field>& source,
                                           Integer Periods, InOut<std::string>& Alias, std::string_view name,
-                                          Kernel&& kernel, Beats&& beats) {
+                                          Kernel Table::*kernel, Beats&& beats) {
   applyDefault(Alias, name);
   const Integer count = object(data).getRecordCount();
   const auto result = makeColumn(count, Alias.get());
   data->MoveFirst();
+  const Integer first = Periods + 1;
   // The cursor runs along from record 1, `Periods` behind the record; after a fault that is where it stands.
   eachRecord(
-      Periods + 1, count, [&] { return kernel(*result, count); },
+      first, count,
+      [&] {
+        return kernels::run(kernel, rowsOf(source), Periods.value() + 1, kernels::Ties::Newest,
+                            recordRange(first, count), result->values().data());
+      },
       [&](Integer record) {
         Real extreme = at(source, record);
         for (Integer j = record; j >= record - Periods; --j) {
@@ -52,18 +61,16 @@ std::shared_ptr<Note> noteOf(Integer period, double value) {
 std::shared_ptr<RecordSet> General::HHV(std::shared_ptr<Database> data, std::shared_ptr<Field> High, Integer Periods,
                                         InOut<std::string> Alias) {
   return trap(HHVFault, [&] {
-    return rollingExtreme(
-        data, High, Periods, Alias, HHVName, [](Field&, Integer) { return std::size_t{0}; },
-        [](Real value, Real highest) { return value > highest; });
+    return rollingExtreme(data, High, Periods, Alias, HHVName, &Table::highest,
+                          [](Real value, Real highest) { return value > highest; });
   });
 }
 
 std::shared_ptr<RecordSet> General::LLV(std::shared_ptr<Database> data, std::shared_ptr<Field> Low, Integer Periods,
                                         InOut<std::string> Alias) {
   return trap(LLVFault, [&] {
-    return rollingExtreme(
-        data, Low, Periods, Alias, LLVName, [](Field&, Integer) { return std::size_t{0}; },
-        [](Real value, Real lowest) { return value < lowest; });
+    return rollingExtreme(data, Low, Periods, Alias, LLVName, &Table::lowest,
+                          [](Real value, Real lowest) { return value < lowest; });
   });
 }
 

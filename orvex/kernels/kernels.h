@@ -29,6 +29,9 @@ struct RegressionRows {
   double* rSquared;
 };
 
+/// Which of equal values is taken, the first or the last in the column: zeros of either sign are equal, and differ.
+enum class Ties { Oldest, Newest };
+
 /// The kernels as one variant of the processor has them.
 struct Table {
   /// Sum of the `window` values that end at the record, newest first, divided by `window`.
@@ -46,6 +49,12 @@ struct Table {
 
   /// The straight line through the `window` values that end at the record, for windows of 2 to 181 values.
   std::size_t (*regression)(Source source, int window, Records records, RegressionRows out);
+
+  /// The largest of the `window` values that end at the record, in time that does not grow with the window.
+  std::size_t (*highest)(Source source, int window, Ties ties, Records records, double* out);
+
+  /// The smallest of them, likewise.
+  std::size_t (*lowest)(Source source, int window, Ties ties, Records records, double* out);
 };
 
 /// The instruction sets that there are variants for, from none to the widest.

@@ -1,5 +1,7 @@
 // A few doubles side by side, one record a lane. Included by the kernel variants only: everything here has internal
 // linkage, so that no function compiled for a wider processor can be linked into code for a narrower one.
+//
+// `larger` and `smaller` give their second operand where neither is larger, zeros of either sign being equal.
 #pragma once
 
 #include <cstddef>
@@ -36,6 +38,8 @@ struct Pack {
   friend Pack operator-(Pack a, Pack b) { return {a.v - b.v}; }
   friend Pack operator*(Pack a, Pack b) { return {a.v * b.v}; }
   friend Pack operator/(Pack a, Pack b) { return {a.v / b.v}; }
+  friend Pack larger(Pack a, Pack b) { return {a.v > b.v ? a.v : b.v}; }
+  friend Pack smaller(Pack a, Pack b) { return {a.v < b.v ? a.v : b.v}; }
 };
 #else
 #define ORVEX_UNROLL
@@ -73,6 +77,12 @@ struct Pack {
   }
   friend Pack operator/(Pack a, Pack b) {
     return each([&](int i) { return a.v[i] / b.v[i]; });
+  }
+  friend Pack larger(Pack a, Pack b) {
+    return each([&](int i) { return a.v[i] > b.v[i] ? a.v[i] : b.v[i]; });
+  }
+  friend Pack smaller(Pack a, Pack b) {
+    return each([&](int i) { return a.v[i] < b.v[i] ? a.v[i] : b.v[i]; });
   }
 };
 #endif

@@ -1,5 +1,6 @@
 // The kernels of one instruction set: included by a translation unit that is compiled for it and that names it in
 // ORVEX_VARIANT.
+#include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.h"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/recursions.inl"
@@ -14,6 +15,8 @@ const Table table = {
     .exponential = exponential,
     .approach = approach,
     .regression = regression,
+    .highest = highest,
+    .lowest = lowest,
 };
 
 }  // namespace orvex::kernels::ORVEX_VARIANT
