@@ -5,6 +5,7 @@
 #include "orvex/catalogue/classes/database.h"
 #include "orvex/catalogue/classes/field.h"
 #include "orvex/catalogue/classes/general.h"
+#include "orvex/catalogue/classes/index.h"
 #include "orvex/catalogue/classes/linear_regression.h"
 #include "orvex/catalogue/classes/moving_average.h"
 #include "orvex/catalogue/classes/note.h"
@@ -14,6 +15,7 @@
 namespace orvex::catalogue {
 
 /// Every described class, for ways in that need the types: `std::tuple_element_t<i, Classes>` and its `Description`.
-using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General, Oscillator>;
+using Classes =
+    std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General, Oscillator, Index>;
 
 }  // namespace orvex::catalogue

@@ -1,5 +1,6 @@
 #include "orvex/data/columns.h"
 #include "orvex/data/object.h"
+#include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/indices/index.h"
@@ -34,6 +35,13 @@ Move nextMean(const Move& mean, const Move& move, Integer count) {
   return {next(mean.rise, move.rise), next(mean.fall, move.fall)};
 }
 
+/// How much of the two is the first, in percent: the middle where there is neither.
+Real percentage(Real part, Real rest) {
+  if (part == 0 && rest == 0) return 50;
+  const Real whole = part + rest;
+  return whole == 0 ? Real(0) : 100 * part / whole;
+}
+
 }  // namespace
 
 std::shared_ptr<RecordSet> Index::RelativeStrengthIndex(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
@@ -46,13 +54,36 @@ std::shared_ptr<RecordSet> Index::RelativeStrengthIndex(std::shared_ptr<Database
     if (Periods < count) {
       const Integer first = Periods + 1;
       Move mean;
-      data->setPosition(first);
-      walk(*data, first, count, noKernel, [&](Integer record) {
+      eachRecord(first, count, noKernel, [&](Integer record) {
         mean = record == first ? firstMean(Source, Periods) : nextMean(mean, moveAt(Source, record), Periods);
-        const bool still = mean.rise == 0 && mean.fall == 0;
-        result->setValue(record, still ? Real(50) : 100 * mean.rise / (mean.rise + mean.fall));
+        result->setValue(record, percentage(mean.rise, mean.fall));
       });
     }
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Index::MoneyFlowIndex(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                                 Integer Periods, InOut<std::string> Alias) {
+  applyDefault(Alias, MoneyFlowIndexName);
+  const Integer count = object(data).getRecordCount();
+  if (Periods < 1 || Periods > count) raise(MoneyFlowIndexPeriodsFault);
+  return trap(MoneyFlowIndexFault, [&] {
+    const auto result = makeColumn(count, Alias.get());
+    PriceColumn highs(OHLCV, Database::HighName), lows(OHLCV, Database::LowName);
+    PriceColumn closes(OHLCV, Database::CloseName), volumes(OHLCV, Database::VolumeName);
+    const auto typical = [&](Integer record) { return (highs(record) + lows(record) + closes(record)) / 3; };
+    const Integer first = Periods + 1;
+    eachRecord(first, count, noKernel, [&](Integer record) {
+      Real rising = 0, falling = 0;
+      for (Integer j = record - Periods + 1; j <= record; ++j) {
+        const Real price = typical(j), before = typical(j - 1);
+        if (price > before) rising += price * volumes(j);
+        if (price < before) falling += price * volumes(j);
+      }
+      result->setValue(record, percentage(rising, falling));
+    });
     data->MoveFirst();
     return makeRecordSet({result});
   });

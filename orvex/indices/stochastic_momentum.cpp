@@ -1,0 +1,65 @@
+#include "orvex/averages/average_of_part.h"
+#include "orvex/averages/average_type.h"
+#include "orvex/data/columns.h"
+#include "orvex/data/object.h"
+#include "orvex/data/price_column.h"
+#include "orvex/data/real.h"
+#include "orvex/data/walk.h"
+#include "orvex/general/general.h"
+#include "orvex/indices/index.h"
+
+namespace orvex {
+
+namespace {
+
+/// A column on its way through the averages, with its first computed row.
+struct Smoothed {
+  std::shared_ptr<Field> column;
+  int first;
+};
+
+Smoothed average(const Smoothed& inner, Integer MA_Type, Integer periods, const std::string& name) {
+  return {averageOfPart(MA_Type, inner.column, inner.first, periods, name),
+          inner.first + firstAverageRow(MA_Type.value(), periods.value()) - 1};
+}
+
+}  // namespace
+
+std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Database> data,
+                                                          std::shared_ptr<RecordSet> OHLCV, Integer KPeriods,
+                                                          Integer KSmoothing, Integer KDoubleSmoothing,
+                                                          Integer DPeriods, Integer MA_Type) {
+  const Integer count = object(data).getRecordCount();
+  if (KPeriods < 1 || KPeriods > count) raise(StochasticMomentumIndexPeriodsFault);
+  if (DPeriods < 1 || DPeriods > count) raise(StochasticMomentumIndexPeriodsFault);
+  if (MA_Type < average_type::Simple || MA_Type > average_type::Vidya) raise(StochasticMomentumIndexAverageFault);
+  return trap(StochasticMomentumIndexFault, [&] {
+    PriceColumn highs(OHLCV, Database::HighName), lows(OHLCV, Database::LowName);
+    PriceColumn closes(OHLCV, Database::CloseName);
+    // The extremes of `General` cover one record more than the number that they are given.
+    const auto highest = General().HHV(data, highs.field(), KPeriods - 1, "HHV")->getField("HHV");
+    const auto lowest = General().LLV(data, lows.field(), KPeriods - 1, "LLV")->getField("LLV");
+    Smoothed momentum{makeColumn(count, "Momentum"), KPeriods.value()};
+    Smoothed range{makeColumn(count, "Range"), KPeriods.value()};
+    eachRecord(KPeriods, count, noKernel, [&](Integer record) {
+      const Real high = at(highest, record), low = at(lowest, record);
+      momentum.column->setValue(record, closes(record) - (high + low) / 2);
+      range.column->setValue(record, high - low);
+    });
+    for (const Integer periods : {KSmoothing, KDoubleSmoothing}) {
+      if (periods < 2) continue;
+      momentum = average(momentum, MA_Type, periods, "Momentum");
+      range = average(range, MA_Type, periods, "Range");
+    }
+    const Smoothed percentK{makeColumn(count, std::string(PercentKName)), momentum.first};
+    for (int record = percentK.first; record <= count; ++record) {
+      const Real divisor = at(range.column, record) / 2;
+      percentK.column->setValue(record, divisor == 0 ? Real(0) : 100 * at(momentum.column, record) / divisor);
+    }
+    const Smoothed percentD = average(percentK, MA_Type, DPeriods, std::string(PercentDName));
+    data->MoveFirst();
+    return makeRecordSet({percentK.column, percentD.column});
+  });
+}
+
+}  // namespace orvex
