@@ -2,8 +2,12 @@
 
 #include <tuple>
 
+#include "orvex/catalogue/classes/bands.h"
+#include "orvex/catalogue/classes/chart_pattern.h"
+#include "orvex/catalogue/classes/cycle.h"
 #include "orvex/catalogue/classes/database.h"
 #include "orvex/catalogue/classes/field.h"
+#include "orvex/catalogue/classes/line_study.h"
 #include "orvex/catalogue/classes/linear_regression.h"
 #include "orvex/catalogue/classes/moving_average.h"
 #include "orvex/catalogue/classes/note.h"
@@ -12,6 +16,7 @@
 namespace orvex::catalogue {
 
 /// Every described class, for ways in that need the types: `std::tuple_element_t<i, Classes>` and its `Description`.
-using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression>;
+using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, Bands, LineStudy,
+                           ChartPattern, Cycle>;
 
 }  // namespace orvex::catalogue

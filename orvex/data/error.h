@@ -54,6 +54,11 @@ constexpr Fault unexpectedError(std::string_view source) {
   return {1105, source, "An unexpected error has occured"};
 }
 
+/// The report that an indicator makes of a fault of the moving average that it builds on.
+constexpr Fault averageError(std::string_view source) {
+  return {1104, source, "Error calculating moving average"};
+}
+
 /// The report of a row accessor for a row outside its column. The spelling is the published one.
 constexpr Fault outOfBounds(std::string_view source) {
   return {1105, source, "An unexpected out of bounds error has occured"};
