@@ -10,10 +10,21 @@ namespace orvex::catalogue {
 inline constexpr Argument Data{"data", "The price series: it supplies the record count and the cursor."};
 inline constexpr Argument Source{"Source", "The column to compute from."};
 inline constexpr Argument Periods{"Periods", "How many records the computation looks back."};
-inline constexpr Argument Ohlcv{"OHLCV", "The set of the price columns."};
-inline constexpr Argument AverageType{"MA_Type", "The code of the moving average, 1 to 7."};
 inline constexpr Argument StartPeriod{"StartPeriod", "The first record of the span."};
 inline constexpr Argument EndPeriod{"EndPeriod", "The last record of the span."};
+
+inline constexpr Argument OHLCV{"OHLCV",
+                                "The price columns Open, High, Low, Close and Volume, as far as they are read."};
+
+/// The code of a moving average, under the name that a method gives it.
+constexpr Argument averageType(std::string_view name) {
+  return {name,
+          "The moving average: 1 simple, 2 exponential, 3 time-series, 4 variable, 5 triangular, 6 weighted, 7 VIDYA."};
+}
+inline constexpr Argument MA_Type = averageType("MA_Type");
+
+/// The first computed row of a column that follows the average that `MA_Type` selects.
+inline constexpr std::string_view AverageRow = "average(MA_Type, Periods)";
 
 /// The name of the result's column; empty or left out it becomes the default, in the caller's variable too.
 constexpr Argument aliasOr(std::string_view name) {

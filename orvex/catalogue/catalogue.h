@@ -7,6 +7,7 @@
 #include "orvex/catalogue/classes/cycle.h"
 #include "orvex/catalogue/classes/database.h"
 #include "orvex/catalogue/classes/field.h"
+#include "orvex/catalogue/classes/general.h"
 #include "orvex/catalogue/classes/line_study.h"
 #include "orvex/catalogue/classes/linear_regression.h"
 #include "orvex/catalogue/classes/moving_average.h"
@@ -16,7 +17,12 @@
 namespace orvex::catalogue {
 
 /// Every described class, for ways in that need the types: `std::tuple_element_t<i, Classes>` and its `Description`.
+<<<<<<< HEAD
 using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, Bands, LineStudy,
                            ChartPattern, Cycle>;
+=======
+using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General, Bands, LineStudy,
+                           ChartPattern, Cycle>;
+>>>>>>> general
 
 }  // namespace orvex::catalogue

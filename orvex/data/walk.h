@@ -11,6 +11,9 @@ namespace orvex {
 /// What a walk is given where there is no kernel: every record is stepped.
 inline constexpr auto noKernel = [] { return std::size_t{0}; };
 
+/// What a walk is given that does not yield to the host.
+inline constexpr YieldHook noYield{};
+
 /// The loop over the records first..last that every indicator shares: `pass` for the kernel's records and after each
 /// step, a yield to the host after every record, and a 16-bit counter that is stepped after the last record too, so
 /// that a loop which reaches record 32,767 ends in error 6.
@@ -19,9 +22,8 @@ inline constexpr auto noKernel = [] { return std::size_t{0}; };
 /// number; what remains is computed by `step(record)`. Kernel and steps give the same bits, so where one ends and the
 /// other begins shows in nothing but time. No pointer into rows outlives the kernel's call: a yield may free them.
 template <class Kernel, class Step, class Pass>
-void eachRecord(Integer first, Integer last, Kernel&& kernel, Step&& step, Pass&& pass) {
+void eachRecord(Integer first, Integer last, Kernel&& kernel, Step&& step, Pass&& pass, YieldHook hook = yieldHook()) {
   if (first > last) return;
-  const YieldHook hook = yieldHook();
   const auto done = static_cast<int>(kernel());
   Integer record = first;
   if (done > 0 && !hook) {
@@ -50,7 +52,7 @@ void eachRecord(Integer first, Integer last, Kernel&& kernel, Step&& step) {
 /// The walk of the database's cursor: it stands on the record that is stepped, moves to the next one, and yields.
 /// REQUIRES: the step leaves the cursor on its record.
 template <class Kernel, class Step>
-void walk(Database& data, Integer first, Integer last, Kernel&& kernel, Step&& step) {
+void walk(Database& data, Integer first, Integer last, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
   eachRecord(
       first, last, kernel,
       [&](Integer record) {
@@ -60,7 +62,8 @@ void walk(Database& data, Integer first, Integer last, Kernel&& kernel, Step&& s
       [&](Integer record) {
         data.setPosition(record);
         data.MoveNext();
-      });
+      },
+      hook);
 }
 
 }  // namespace orvex

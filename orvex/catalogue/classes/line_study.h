@@ -22,7 +22,7 @@ struct Description<LineStudy> {
                                  {Source, StartPeriod, EndPeriod, aliasOr(LineStudy::FibonacciName)},
                                  {aliasedColumn("StartPeriod", "EndPeriod - 1")}, {LineStudy::FibonacciFault}),
       row<&LineStudy::TironeLevel>("TironeLevel", "The thirds and the middle of a span's range.",
-                                   {Data, Ohlcv, StartPeriod, EndPeriod},
+                                   {Data, OHLCV, StartPeriod, EndPeriod},
                                    {drawnColumn(LineStudy::TironeTopName), drawnColumn(LineStudy::TironeMedianName),
                                     drawnColumn(LineStudy::TironeBottomName)},
                                    {LineStudy::TironeLevelFault}),
@@ -35,7 +35,7 @@ struct Description<LineStudy> {
                                       LineStudy::QuadrantLinesEndFault, LineStudy::QuadrantLinesFault}),
       row<&LineStudy::SpeedResistanceLines>(
           "SpeedResistanceLines", "A line through a span's extremes, and two that move slower.",
-          {Data, Ohlcv, StartPeriod, EndPeriod},
+          {Data, OHLCV, StartPeriod, EndPeriod},
           {drawnColumn(LineStudy::SpeedLineName), drawnColumn(LineStudy::SpeedTwoThirdsName),
            drawnColumn(LineStudy::SpeedOneThirdName)},
           {faults::ObjectNotSet, LineStudy::SpeedResistanceLinesStartFault, LineStudy::SpeedResistanceLinesEndFault,

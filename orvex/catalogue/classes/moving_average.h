@@ -40,6 +40,26 @@ struct Description<MovingAverage> {
           MovingAverage::WellesWilderSmoothingName, "Moves by a share of 1 / Periods towards each value, from 0.",
           {Source, Periods, aliasOr(MovingAverage::WellesWilderSmoothingName)}, {aliasedColumn("2 * Periods + 1")},
           {MovingAverage::WellesWilderSmoothingFault}),
+      row<&MovingAverage::TimeSeriesMovingAverage>(
+          MovingAverage::TimeSeriesMovingAverageName, "The moving end of a regression line.",
+          {Data, Source, Periods, aliasOr(MovingAverage::TimeSeriesMovingAverageName)},
+          {aliasedColumn("average(3, Periods)")}, {MovingAverage::TimeSeriesMovingAverageFault}),
+      row<&MovingAverage::VariableMovingAverage>(
+          MovingAverage::VariableMovingAverageName,
+          "An exponential average that moves the faster the more the series trends.",
+          {Data,
+           Source,
+           {"Periods", "A third of the rows that are left 0; it sets no length."},
+           aliasOr(MovingAverage::VariableMovingAverageName)},
+          {aliasedColumn("average(4, Periods)")}, {MovingAverage::VariableMovingAverageFault}),
+      row<&MovingAverage::VIDYA>(MovingAverage::VIDYAName,
+                                 "Each value blended with the one before, by the r-squared of a regression.",
+                                 {Data,
+                                  Source,
+                                  Periods,
+                                  {"R2Scale", "What the r-squared is multiplied with."},
+                                  aliasOr(MovingAverage::VIDYAName)},
+                                 {aliasedColumn("average(7, Periods)")}, {MovingAverage::VIDYAFault}),
   };
 };
 

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
+#include "orvex/data/object.h"
+#include "orvex/data/record_set.h"
+
+namespace orvex {
+
+/// A column of an `OHLCV` set, looked up by its name when the first row is read and kept from then on: a set without it
+/// fails where a computation first needs it, and no record looks it up again.
+class PriceColumn {
+ public:
+  PriceColumn(std::shared_ptr<RecordSet> set, std::string_view name) : set_(std::move(set)), name_(name) {}
+
+  const std::shared_ptr<Field>& field() {
+    if (column_ == nullptr) column_ = object(set_).getField(name_);
+    return column_;
+  }
+
+  Real operator()(Integer record) { return at(field(), record); }
+
+  /// For a kernel; none where there is no such column, which the first step then reports.
+  kernels::Source rows() {
+    return set_ != nullptr && set_->isValidField(name_) ? rowsOf(set_->getField(name_)) : kernels::Source{};
+  }
+
+ private:
+  std::shared_ptr<RecordSet> set_;
+  std::string name_;
+  std::shared_ptr<Field> column_;
+};
+
+}  // namespace orvex

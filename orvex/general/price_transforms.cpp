@@ -1,0 +1,103 @@
+// Columns that are computed record by record from prices or volumes.
+
+#include "orvex/data/columns.h"
+#include "orvex/data/object.h"
+#include "orvex/data/price_column.h"
+#include "orvex/data/real.h"
+#include "orvex/data/walk.h"
+#include "orvex/general/general.h"
+
+namespace orvex {
+
+namespace {
+
+/// One value a record, `formula(record)`, from record 1 on.
+template <class Kernel, class Formula>
+std::shared_ptr<RecordSet> transform(const std::shared_ptr<Database>& data, InOut<std::string>& Alias,
+                                     std::string_view name, Kernel&& kernel, Formula&& formula) {
+  applyDefault(Alias, name);
+  const Integer count = object(data).getRecordCount();
+  const auto result = makeColumn(count, Alias.get());
+  data->MoveFirst();
+  walk(*data, 1, count, kernel, [&](Integer record) { result->setValue(record, formula(record)); });
+  data->MoveFirst();
+  return makeRecordSet({result});
+}
+
+}  // namespace
+
+std::shared_ptr<RecordSet> General::HighMinusLow(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                                 InOut<std::string> Alias) {
+  return trap(HighMinusLowFault, [&] {
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
+    return transform(data, Alias, HighMinusLowName, noKernel,
+                     [&](Integer record) { return high(record) - low(record); });
+  });
+}
+
+std::shared_ptr<RecordSet> General::MedianPrice(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                                InOut<std::string> Alias) {
+  return trap(MedianPriceFault, [&] {
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
+    return transform(data, Alias, MedianPriceName, noKernel,
+                     [&](Integer record) { return (high(record) + low(record)) / 2; });
+  });
+}
+
+std::shared_ptr<RecordSet> General::TypicalPrice(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                                 InOut<std::string> Alias) {
+  return trap(TypicalPriceFault, [&] {
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
+    return transform(data, Alias, TypicalPriceName, noKernel,
+                     [&](Integer record) { return (high(record) + low(record) + close(record)) / 3; });
+  });
+}
+
+std::shared_ptr<RecordSet> General::WeightedClose(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                                  InOut<std::string> Alias) {
+  return trap(WeightedCloseFault, [&] {
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
+    return transform(data, Alias, WeightedCloseName, noKernel,
+                     [&](Integer record) { return (high(record) + low(record) + 2 * close(record)) / 4; });
+  });
+}
+
+std::shared_ptr<RecordSet> General::VolumeROC(std::shared_ptr<Database> data, std::shared_ptr<Field> Volume,
+                                              Integer Periods, InOut<std::string> Alias) {
+  return trap(VolumeROCFault, [&] {
+    applyDefault(Alias, VolumeROCName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    Real rate = 0;
+    data->setPosition(Periods + 1);
+    walk(*data, Periods + 1, count, noKernel, [&](Integer record) {
+      data->setPosition(data->getPosition() - Periods);
+      const Real prior = at(Volume, data->getPosition());
+      data->setPosition(data->getPosition() + Periods);
+      // Of no volume there is no rate: the last one stands on, on purpose.
+      if (prior != 0) rate = (at(Volume, data->getPosition()) - prior) / prior * 100;
+      result->setValue(record, rate);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> General::PriceROC(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                             Integer Periods, InOut<std::string> Alias) {
+  return trap(PriceROCFault, [&] {
+    applyDefault(Alias, PriceROCName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    data->setPosition(Periods + 1);
+    walk(*data, Periods + 1, count, noKernel, [&](Integer record) {
+      const Real prior = at(Source, data->getPosition() - Periods);
+      const Real current = at(Source, data->getPosition());
+      result->setValue(record, (current - prior) / prior * 100);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+}  // namespace orvex
