@@ -1,5 +1,7 @@
 #include "orvex/averages/average_type.h"
 
+#include <algorithm>
+
 #include "orvex/averages/moving_average.h"
 
 namespace orvex {
@@ -24,6 +26,23 @@ std::shared_ptr<RecordSet> averageOfType(Integer MA_Type, std::shared_ptr<Databa
       return average.VIDYA(data, Source, Periods, average_type::VidyaR2Scale, name);
     default:
       return nullptr;
+  }
+}
+
+int firstAverageRow(int MA_Type, int periods, int first) {
+  switch (MA_Type) {
+    case average_type::Exponential:
+      // Its seed takes as many values and one more.
+      return first + periods;
+    case average_type::TimeSeries:
+    case average_type::Triangular:
+    case average_type::Vidya:
+      return std::max(2 * periods + 1, first + periods - 1);
+    case average_type::Variable:
+      // The factor's own period of 9 holds the first rows back whatever the average's period is.
+      return std::max(3 * periods + 1, first + 9);
+    default:
+      return std::max(periods + 1, first + periods - 1);
   }
 }
 

@@ -29,4 +29,8 @@ inline constexpr double VidyaR2Scale = 0.65;
 std::shared_ptr<RecordSet> averageOfType(Integer MA_Type, std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                          Integer Periods, const std::string& name);
 
+/// The first computed row of the average of that code over `periods` records, of a column whose own first computed row
+/// is `first`.
+int firstAverageRow(int MA_Type, int periods, int first = 1);
+
 }  // namespace orvex

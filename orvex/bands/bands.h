@@ -37,14 +37,13 @@ class Bands {
   static constexpr std::string_view FractalHighName = "Fractal High";
   static constexpr std::string_view FractalLowName = "Fractal Low";
 
-  static constexpr Fault BollingerBandsTypeFault{1100, "Bands.BollingerBands", "Invalid Moving Average Type"};
-  static constexpr Fault BollingerBandsPeriodsFault{1101, "Bands.BollingerBands", "Invalid Periods"};
+  static constexpr Fault BollingerBandsTypeFault = invalidAverageType("Bands.BollingerBands");
+  static constexpr Fault BollingerBandsPeriodsFault = invalidPeriods("Bands.BollingerBands");
   static constexpr Fault BollingerBandsDeviationsFault{1102, "Bands.BollingerBands", "Invalid Standard Deviations"};
   static constexpr Fault BollingerBandsAverageFault = averageError("Bands.BollingerBands.MAError");
   static constexpr Fault BollingerBandsFault = unexpectedError("Bands.BollingerBands.UnexpectedError");
-  static constexpr Fault MovingAverageEnvelopeTypeFault{1100, "Bands.MovingAverageEnvelope",
-                                                        "Invalid Moving Average Type"};
-  static constexpr Fault MovingAverageEnvelopePeriodsFault{1101, "Bands.MovingAverageEnvelope", "Invalid Periods"};
+  static constexpr Fault MovingAverageEnvelopeTypeFault = invalidAverageType("Bands.MovingAverageEnvelope");
+  static constexpr Fault MovingAverageEnvelopePeriodsFault = invalidPeriods("Bands.MovingAverageEnvelope");
   static constexpr Fault MovingAverageEnvelopeShiftFault{1102, "Bands.MovingAverageEnvelope", "Invalid Shift"};
   static constexpr Fault MovingAverageEnvelopeAverageFault = averageError("Bands.MovingAverageEnvelope.MAError");
   static constexpr Fault MovingAverageEnvelopeFault = unexpectedError("Bands.MovingAverageEnvelope.UnexpectedError");
@@ -54,7 +53,7 @@ class Bands {
   static constexpr Fault HighLowBandsFault = unexpectedError("Bands.HighLowBands.UnexpectedError");
   static constexpr Fault KeltnerFault = unexpectedError("Bands.Keltner.UnexpectedError");
   static constexpr Fault PrimeNumberBandsFault = unexpectedError("Bands.PrimeNumberBands.UnexpectedError");
-  static constexpr Fault FractalChaosBandsPeriodsFault{1101, "Bands.FractalChaosBands", "Invalid Periods"};
+  static constexpr Fault FractalChaosBandsPeriodsFault = invalidPeriods("Bands.FractalChaosBands");
   static constexpr Fault FractalChaosBandsFault = unexpectedError("Bands.FractalChaosBands.UnexpectedError");
 
   /// John Bollinger's bands (Bollinger on Bollinger Bands, 2001) around any average:

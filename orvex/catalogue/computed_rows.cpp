@@ -4,27 +4,13 @@
 #include <charconv>
 #include <limits>
 
+#include "orvex/averages/average_type.h"
 #include "orvex/data/error.h"
 #include "orvex/data/integer.h"
 
 namespace orvex::catalogue {
 
 namespace {
-
-/// The first computed row of a moving average that a code selects.
-long firstAverageRow(long code, long periods) {
-  switch (code) {
-    case 3:
-    case 5:
-    case 7:
-      return 2 * periods + 1;
-    case 4:
-      // The factor's own period of 9 holds the first rows back whatever the average's period is.
-      return std::max(3 * periods, 9L) + 1;
-    default:
-      return periods + 1;
-  }
-}
 
 /// Reads and evaluates an expression in one pass.
 class Evaluation {
@@ -113,9 +99,10 @@ class Evaluation {
       const long y = sum();
       value = a < b ? x : y;
     } else if (name == "average") {
-      const long code = sum();
+      const int code = static_cast<int>(sum());
       expect(',');
-      value = firstAverageRow(code, sum());
+      const int periods = static_cast<int>(sum());
+      value = firstAverageRow(code, periods, take(',') ? static_cast<int>(sum()) : 1);
     } else if (name == "max" || name == "min") {
       value = sum();
       while (take(',')) value = name == "max" ? std::max(value, sum()) : std::min(value, sum());

@@ -23,6 +23,7 @@ RowRange computedRows(const Method& method, const Column& column, int count, std
 /// whole division), parentheses, and the functions
 ///   max(a, b, ...), min(a, b, ...)
 ///   average(code, periods)   the first computed row of the moving average of that code
+///   average(code, periods, first)   the same of a column that is itself computed from row `first` on
 ///   choose(a < b, x, y)      x where the comparison holds, otherwise y
 /// Error 5 for one that is not well-formed or names something else.
 long evaluateRow(std::string_view expression, const Method& method, int count, std::span<const Value> arguments);

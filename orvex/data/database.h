@@ -31,6 +31,8 @@ class Database {
   static constexpr Fault loadFault(std::string_view description) { return {1012, "OpenDatabase", description}; }
 
   Database() = default;
+  /// A series of `count` records without a set, for a computation that needs the record count and the cursor alone.
+  explicit Database(Integer count) : recordCount_(count) {}
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
 

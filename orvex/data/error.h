@@ -54,6 +54,20 @@ constexpr Fault unexpectedError(std::string_view source) {
   return {1105, source, "An unexpected error has occured"};
 }
 
+/// The reports of arguments that are checked before a method's trap is armed; the source is class and method.
+constexpr Fault invalidAverageType(std::string_view source) {
+  return {1100, source, "Invalid Moving Average Type"};
+}
+constexpr Fault invalidPeriods(std::string_view source) {
+  return {1101, source, "Invalid Periods"};
+}
+constexpr Fault invalidStartPeriod(std::string_view source) {
+  return {1010, source, "Invalid start period"};
+}
+constexpr Fault invalidEndPeriod(std::string_view source) {
+  return {1010, source, "Invalid end period"};
+}
+
 /// The report that an indicator makes of a fault of the moving average that it builds on.
 constexpr Fault averageError(std::string_view source) {
   return {1104, source, "Error calculating moving average"};

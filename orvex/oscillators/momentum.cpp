@@ -1,6 +1,12 @@
+#include <algorithm>
+
+#include "orvex/averages/average_of_part.h"
+#include "orvex/averages/linear_regression.h"
 #include "orvex/data/columns.h"
 #include "orvex/data/object.h"
+#include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
+#include "orvex/data/walk.h"
 #include "orvex/oscillators/oscillator.h"
 #include "orvex/oscillators/spans.h"
 
@@ -12,17 +18,140 @@ std::shared_ptr<RecordSet> Oscillator::CMO(std::shared_ptr<Database> data, std::
     applyDefault(Alias, CMOName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
-    walkSpans(*data, Periods, count + 1, noKernel, [&](Integer record) {
+    walkSpans(*data, Periods, count + 1, 1, noKernel, [&](Integer record) {
       Real up = 0, down = 0;
-      visitSpan(
-          *data, Periods, record, [](Integer) {},
-          [&](Integer j) {
-            const Real value = at(Source, j), before = at(Source, j - 1);
-            if (value > before) up += value - before;
-            if (value < before) down += before - value;
-          });
+      visitSpan(*data, Periods, record, [&](Integer j) {
+        const Real value = at(Source, j), before = at(Source, j - 1);
+        if (value > before) up += value - before;
+        if (value < before) down += before - value;
+      });
       if (up + down != 0) result->setValue(record, (up - down) * 100 / (up + down));
     });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::Momentum(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                Integer Periods, InOut<std::string> Alias) {
+  return trap(MomentumFault, [&] {
+    applyDefault(Alias, MomentumName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    // Record Periods + 1 has its lag already and is passed over all the same: where the column begins is kept.
+    const Integer first = Periods + 2;
+    data->setPosition(first);
+    walk(*data, first, count, noKernel, [&](Integer record) {
+      data->setPosition(record - Periods);
+      const Real old = at(Source, data->getPosition());
+      data->setPosition(record);
+      result->setValue(record, (at(Source, record) - old) / old * 100 + 100);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::VerticalHorizontalFilter(std::shared_ptr<Database> data,
+                                                                std::shared_ptr<Field> Source, Integer Periods,
+                                                                InOut<std::string> Alias) {
+  return trap(VerticalHorizontalFilterFault, [&] {
+    applyDefault(Alias, VerticalHorizontalFilterName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    walkSpans(*data, Periods, count + 1, 1, noKernel, [&](Integer record) {
+      Extremes extremes;
+      Real path = 0;
+      visitSpan(
+          *data, Periods, record, [&](Integer j) { extremes.begin(at(Source, j), at(Source, j)); },
+          [&](Integer j) {
+            const Real value = at(Source, j);
+            extremes.take(value, value);
+            path += abs(value - at(Source, j - 1));
+          });
+      result->setValue(record, abs(extremes.highest() - extremes.lowest()) / path);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::LinearMomentumOscillator(std::shared_ptr<Database> data,
+                                                                std::shared_ptr<Field> Source, Integer Periods,
+                                                                InOut<std::string> Alias) {
+  return trap(LinearMomentumOscillatorFault, [&] {
+    applyDefault(Alias, LinearMomentumOscillatorName);
+    const auto momentum = CMO(data, Source, Periods)->getField(std::string(CMOName));
+    const auto quality =
+        LinearRegression().Regression(data, momentum, Periods)->getField(std::string(LinearRegression::RSquaredName));
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    data->MoveFirst();
+    // From record 1 on: where there is no line yet the column holds -100, and that is kept.
+    walk(*data, 1, count, noKernel,
+         [&](Integer record) { result->setValue(record, (at(quality, record) - 0.5) * 2 * 100); });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::WilliamsAccumulationDistribution(std::shared_ptr<Database> data,
+                                                                        std::shared_ptr<RecordSet> OHLCV,
+                                                                        InOut<std::string> Alias) {
+  return trap(WilliamsAccumulationDistributionFault, [&] {
+    applyDefault(Alias, WilliamsAccumulationDistributionName);
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    eachRecord(2, count, noKernel, [&](Integer record) {
+      const Real last = close(record), before = close(record - 1);
+      const Real trueHigh = std::max(high(record), before), trueLow = std::min(low(record), before);
+      Real flow = 0;
+      if (last > before) flow = last - trueLow;
+      if (last < before) flow = last - trueHigh;
+      result->setValue(record, at(result, record - 1) + flow);
+    });
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::ChaikinVolatility(std::shared_ptr<Database> data,
+                                                         std::shared_ptr<RecordSet> OHLCV, Integer Periods, Integer ROC,
+                                                         Integer MA_Type, InOut<std::string> Alias) {
+  return trap(ChaikinVolatilityFault, [&] {
+    applyDefault(Alias, ChaikinVolatilityName);
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    const auto range = makeColumn(count, "HL");
+    for (int record = 1; record <= count; ++record) range->setValue(record, high(record) - low(record));
+    const auto average = averageColumn(MA_Type, data, range, Periods, "HLMA");
+    eachRecord(ROC + 1, count, noKernel, [&](Integer record) {
+      const Real old = at(average, record - ROC), now = at(average, record);
+      if (old != 0 && now != 0) result->setValue(record, (old - now) / old * -100);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::EaseOfMovement(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                                      Integer Periods, Integer MA_Type, InOut<std::string> Alias) {
+  return trap(EaseOfMovementFault, [&] {
+    applyDefault(Alias, EaseOfMovementName);
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), volume(OHLCV, Database::VolumeName);
+    const Integer count = object(data).getRecordCount();
+    const auto ease = makeColumn(count, "EMV");
+    eachRecord(2, count, noKernel, [&](Integer record) {
+      const Real move = (high(record) + low(record)) / 2 - (high(record - 1) + low(record - 1)) / 2;
+      const Real range = high(record) - low(record);
+      if (range != 0) {
+        const Real boxRatio = volume(record) / range;
+        ease->setValue(record, move / boxRatio * 10000);
+      }
+    });
+    const auto result = averageColumn(MA_Type, data, ease, Periods, "MA");
+    result->setName(Alias.get());
     data->MoveFirst();
     return makeRecordSet({result});
   });

@@ -18,7 +18,7 @@ class NeuralNetwork {
  public:
   static constexpr std::string_view NeuralIndicatorName = "NeuralIndicator";
 
-  static constexpr Fault NeuralIndicatorPeriodsFault{1101, "NeuralNetwork.NeuralIndicator", "Invalid Periods"};
+  static constexpr Fault NeuralIndicatorPeriodsFault = invalidPeriods("NeuralNetwork.NeuralIndicator");
   static constexpr Fault NeuralIndicatorRateFault{1102, "NeuralNetwork.NeuralIndicator", "Invalid LearningRate"};
   static constexpr Fault NeuralIndicatorEpochsFault{1103, "NeuralNetwork.NeuralIndicator", "Invalid Epochs"};
   static constexpr Fault NeuralIndicatorShareFault{1106, "NeuralNetwork.NeuralIndicator", "Invalid TrainingShare"};

@@ -18,8 +18,8 @@ class ChartPattern {
   static constexpr std::string_view Declining = "DECLINING";
 
   /// Without the class's name, as published.
-  static constexpr Fault PercentRetracementEndFault{1010, "PercentRetracement", "Invalid end period"};
-  static constexpr Fault PercentRetracementStartFault{1010, "PercentRetracement", "Invalid start period"};
+  static constexpr Fault PercentRetracementEndFault = invalidEndPeriod("PercentRetracement");
+  static constexpr Fault PercentRetracementStartFault = invalidStartPeriod("PercentRetracement");
   static constexpr Fault PercentRetracementFault = unexpectedError("ChartPattern.PercentRetracement.UnexpectedError");
 
   /// How much of the span's move the last value has given back. With max and min the `General::MaxValue` and `MinValue`

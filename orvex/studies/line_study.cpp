@@ -13,8 +13,8 @@ namespace orvex {
 namespace {
 
 /// The reports that Tirone's own checks make, which stand inside its trap and never reach a caller.
-constexpr Fault TironeEndFault{1010, "TironeLevel", "Invalid end period"};
-constexpr Fault TironeStartFault{1010, "TironeLevel", "Invalid start period"};
+constexpr Fault TironeEndFault = invalidEndPeriod("TironeLevel");
+constexpr Fault TironeStartFault = invalidStartPeriod("TironeLevel");
 
 struct Extreme {
   Integer record;

@@ -34,12 +34,12 @@ class LineStudy {
 
   static constexpr Fault FibonacciFault = unexpectedError("LineStudy.Fibonacci.UnexpectedError");
   static constexpr Fault TironeLevelFault = unexpectedError("LineStudy.TironeLevel.UnexpectedError");
-  static constexpr Fault QuadrantLinesStartFault{1010, "LineStudy.QuadrantLines", "Invalid start period"};
-  static constexpr Fault QuadrantLinesEndFault{1010, "LineStudy.QuadrantLines", "Invalid end period"};
+  static constexpr Fault QuadrantLinesStartFault = invalidStartPeriod("LineStudy.QuadrantLines");
+  static constexpr Fault QuadrantLinesEndFault = invalidEndPeriod("LineStudy.QuadrantLines");
   /// The spelling is the published one.
   static constexpr Fault QuadrantLinesFault = unexpectedError("LineStuday.QuadrantLines.UnexpectedError");
-  static constexpr Fault SpeedResistanceLinesStartFault{1010, "LineStudy.SpeedResistanceLines", "Invalid start period"};
-  static constexpr Fault SpeedResistanceLinesEndFault{1010, "LineStudy.SpeedResistanceLines", "Invalid end period"};
+  static constexpr Fault SpeedResistanceLinesStartFault = invalidStartPeriod("LineStudy.SpeedResistanceLines");
+  static constexpr Fault SpeedResistanceLinesEndFault = invalidEndPeriod("LineStudy.SpeedResistanceLines");
   static constexpr Fault SpeedResistanceLinesFault = unexpectedError("LineStudy.SpeedResistanceLines.UnexpectedError");
   static constexpr Fault TrendLinePenetrationFault = unexpectedError("LineStudy.TrendLinePenetration.UnexpectedError");
 

@@ -1,0 +1,227 @@
+#include <algorithm>
+#include <vector>
+
+#include "orvex/averages/average_of_part.h"
+#include "orvex/averages/average_type.h"
+#include "orvex/data/columns.h"
+#include "orvex/data/object.h"
+#include "orvex/data/real.h"
+#include "orvex/data/walk.h"
+#include "orvex/oscillators/oscillator.h"
+#include "orvex/oscillators/spans.h"
+
+namespace orvex {
+
+namespace {
+
+void checkPeriods(Integer periods, int least, Integer count, const Fault& fault) {
+  if (periods < least || periods > count) raise(fault);
+}
+
+void checkAverage(Integer MA_Type, const Fault& fault) {
+  if (MA_Type < average_type::Simple || MA_Type > average_type::Vidya) raise(fault);
+}
+
+/// Steps the records from the first computed one on; where there is none, `first` need not fit 16 bits.
+template <class Step>
+void eachComputed(int first, Integer count, Step&& step) {
+  if (first <= count) eachRecord(first, count, noKernel, step);
+}
+
+/// part / whole x 100, or 0 of nothing.
+Real percent(Real part, Real whole) {
+  return whole == 0 ? Real(0) : part / whole * 100;
+}
+
+/// Two averages of one column, both computed from `first` on.
+struct ShortAndLong {
+  std::shared_ptr<Field> shorter, longer;
+  int first;
+};
+
+ShortAndLong shortAndLong(Integer MA_Type, const std::shared_ptr<Database>& data, const std::shared_ptr<Field>& source,
+                          Integer shortPeriods, Integer longPeriods) {
+  const auto average = [&](Integer periods) { return averageColumn(MA_Type, data, source, periods, "Average"); };
+  const auto first = [&](Integer periods) { return firstAverageRow(MA_Type.value(), periods.value()); };
+  return {average(shortPeriods), average(longPeriods), std::max(first(shortPeriods), first(longPeriods))};
+}
+
+/// What the price and the volume oscillator share.
+std::shared_ptr<RecordSet> differenceInPercent(const std::shared_ptr<Database>& data,
+                                               const std::shared_ptr<Field>& source, Integer shortCycle,
+                                               Integer longCycle, Integer MA_Type, const std::string& name) {
+  const Integer count = data->getRecordCount();
+  const auto result = makeColumn(count, name);
+  const ShortAndLong averages = shortAndLong(MA_Type, data, source, shortCycle, longCycle);
+  eachComputed(averages.first, count, [&](Integer record) {
+    const Real slow = at(averages.longer, record);
+    result->setValue(record, percent(at(averages.shorter, record) - slow, slow));
+  });
+  data->MoveFirst();
+  return makeRecordSet({result});
+}
+
+}  // namespace
+
+std::shared_ptr<RecordSet> Oscillator::PriceOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                       Integer ShortCycle, Integer LongCycle, Integer MA_Type,
+                                                       InOut<std::string> Alias) {
+  applyDefault(Alias, PriceOscillatorName);
+  const Integer count = object(data).getRecordCount();
+  checkPeriods(ShortCycle, 1, count, PriceOscillatorPeriodsFault);
+  checkPeriods(LongCycle, 1, count, PriceOscillatorPeriodsFault);
+  checkAverage(MA_Type, PriceOscillatorAverageFault);
+  return trap(PriceOscillatorFault,
+              [&] { return differenceInPercent(data, Source, ShortCycle, LongCycle, MA_Type, Alias.get()); });
+}
+
+std::shared_ptr<RecordSet> Oscillator::VolumeOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Volume,
+                                                        Integer ShortCycle, Integer LongCycle, Integer MA_Type,
+                                                        InOut<std::string> Alias) {
+  applyDefault(Alias, VolumeOscillatorName);
+  const Integer count = object(data).getRecordCount();
+  checkPeriods(ShortCycle, 1, count, VolumeOscillatorPeriodsFault);
+  checkPeriods(LongCycle, 1, count, VolumeOscillatorPeriodsFault);
+  checkAverage(MA_Type, VolumeOscillatorAverageFault);
+  return trap(VolumeOscillatorFault,
+              [&] { return differenceInPercent(data, Volume, ShortCycle, LongCycle, MA_Type, Alias.get()); });
+}
+
+std::shared_ptr<RecordSet> Oscillator::MACD(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                            Integer ShortCycle, Integer LongCycle, Integer SignalPeriods,
+                                            InOut<std::string> Alias) {
+  applyDefault(Alias, MACDName);
+  const Integer count = object(data).getRecordCount();
+  for (const Integer periods : {ShortCycle, LongCycle, SignalPeriods}) {
+    checkPeriods(periods, 1, count, MACDPeriodsFault);
+  }
+  return trap(MACDFault, [&] {
+    const std::string signalName = Alias.get() + std::string(MACDSignalSuffix);
+    const auto line = makeColumn(count, Alias.get());
+    const auto histogram = makeColumn(count, Alias.get() + std::string(MACDHistogramSuffix));
+    const ShortAndLong averages = shortAndLong(average_type::Exponential, data, Source, ShortCycle, LongCycle);
+    const int first = averages.first;
+    eachComputed(first, count, [&](Integer record) {
+      line->setValue(record, at(averages.shorter, record) - at(averages.longer, record));
+    });
+    const auto signal = averageOfPart(average_type::Exponential, line, first, SignalPeriods, signalName);
+    for (int record = first + SignalPeriods.value(); record <= count; ++record) {
+      histogram->setValue(record, at(line, record) - at(signal, record));
+    }
+    data->MoveFirst();
+    return makeRecordSet({line, signal, histogram});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::DetrendedPriceOscillator(std::shared_ptr<Database> data,
+                                                                std::shared_ptr<Field> Source, Integer Periods,
+                                                                Integer MA_Type, InOut<std::string> Alias) {
+  applyDefault(Alias, DetrendedPriceOscillatorName);
+  const Integer count = object(data).getRecordCount();
+  checkPeriods(Periods, 1, count, DetrendedPriceOscillatorPeriodsFault);
+  checkAverage(MA_Type, DetrendedPriceOscillatorAverageFault);
+  return trap(DetrendedPriceOscillatorFault, [&] {
+    const auto result = makeColumn(count, Alias.get());
+    const auto average = averageColumn(MA_Type, data, Source, Periods, "Average");
+    const int lag = Periods.value() / 2 + 1;
+    eachComputed(firstAverageRow(MA_Type.value(), Periods.value()), count,
+                 [&](Integer record) { result->setValue(record, at(Source, record - lag) - at(average, record)); });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::TRIX(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                            Integer Periods, InOut<std::string> Alias) {
+  applyDefault(Alias, TRIXName);
+  const Integer count = object(data).getRecordCount();
+  checkPeriods(Periods, 1, count, TRIXPeriodsFault);
+  return trap(TRIXFault, [&] {
+    const auto result = makeColumn(count, Alias.get());
+    auto average = averageColumn(average_type::Exponential, data, Source, Periods, "Average");
+    const int wait = Periods.value();
+    int first = 1 + wait;
+    for (int again = 1; again <= 2; ++again, first += wait) {
+      average = averageOfPart(average_type::Exponential, average, first, Periods, "Average");
+    }
+    eachComputed(first + 1, count, [&](Integer record) {
+      const Real before = at(average, record - 1);
+      result->setValue(record, percent(at(average, record) - before, before));
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::GoldenDeathCross(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                        Integer ShortPeriods, Integer LongPeriods, Integer MA_Type,
+                                                        InOut<std::string> Alias) {
+  applyDefault(Alias, GoldenDeathCrossName);
+  const Integer count = object(data).getRecordCount();
+  checkPeriods(ShortPeriods, 1, count, GoldenDeathCrossPeriodsFault);
+  checkPeriods(LongPeriods, 1, count, GoldenDeathCrossPeriodsFault);
+  checkAverage(MA_Type, GoldenDeathCrossAverageFault);
+  return trap(GoldenDeathCrossFault, [&] {
+    const auto result = makeColumn(count, Alias.get());
+    const auto averages = shortAndLong(MA_Type, data, Source, ShortPeriods, LongPeriods);
+    eachComputed(averages.first + 1, count, [&](Integer record) {
+      const Real shortBefore = at(averages.shorter, record - 1), longBefore = at(averages.longer, record - 1);
+      const Real shortNow = at(averages.shorter, record), longNow = at(averages.longer, record);
+      if (shortBefore <= longBefore && shortNow > longNow) result->setValue(record, 1);
+      if (shortBefore >= longBefore && shortNow < longNow) result->setValue(record, -1);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                         Integer Levels, Integer MA_Type, InOut<std::string> Alias) {
+  applyDefault(Alias, RainbowOscillatorName);
+  const Integer count = object(data).getRecordCount();
+  checkPeriods(Levels, 2, count, RainbowOscillatorPeriodsFault);
+  checkAverage(MA_Type, RainbowOscillatorAverageFault);
+  return trap(RainbowOscillatorFault, [&] {
+    const auto result = makeColumn(count, Alias.get());
+    const auto upper = makeColumn(count, std::string(RainbowUpperName));
+    const auto lower = makeColumn(count, std::string(RainbowLowerName));
+
+    // All levels of each record, added up and compared as they come: there may be thousands of them.
+    const int wait = firstAverageRow(MA_Type.value(), 2) - 1;
+    int first = 1 + wait;
+    auto level = averageColumn(MA_Type, data, Source, 2, "Level");
+    std::vector<Real> sums(static_cast<std::size_t>(count.value()) + 1);
+    std::vector<Extremes> extremes(sums.size());
+    const auto take = [&](auto&& compare) {
+      for (int record = first; record <= count; ++record) {
+        const Real value = at(level, record);
+        sums[static_cast<std::size_t>(record)] += value;
+        compare(extremes[static_cast<std::size_t>(record)], value);
+      }
+    };
+    take([](Extremes& of, Real value) { of.begin(value, value); });
+    for (int number = 2; number <= Levels; ++number) {
+      level = averageOfPart(MA_Type, level, first, 2, "Level");
+      first += wait;
+      take([](Extremes& of, Real value) { of.take(value, value); });
+    }
+
+    eachComputed(first, count, [&](Integer record) {
+      const Real value = at(Source, record);
+      Extremes span;
+      span.begin(value, value);
+      for (int j = (record - Levels + 1).value(); j < record; ++j) span.take(at(Source, j), at(Source, j));
+      const Real range = span.highest() - span.lowest();
+      if (range == 0) return;
+      const auto index = static_cast<std::size_t>(record.value());
+      result->setValue(record, 100 * (value - sums[index] / Levels) / range);
+      const Real width = 100 * (extremes[index].highest() - extremes[index].lowest()) / range;
+      upper->setValue(record, width);
+      lower->setValue(record, -width);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result, upper, lower});
+  });
+}
+
+}  // namespace orvex

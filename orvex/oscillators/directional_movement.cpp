@@ -1,0 +1,151 @@
+#include "orvex/averages/moving_average.h"
+#include "orvex/data/columns.h"
+#include "orvex/data/object.h"
+#include "orvex/data/price_column.h"
+#include "orvex/data/real.h"
+#include "orvex/data/walk.h"
+#include "orvex/oscillators/oscillator.h"
+
+namespace orvex {
+
+namespace {
+
+/// Rounded half up to a whole number.
+Real roundHalfUp(Real x) {
+  return fix(x + 0.5);
+}
+
+std::shared_ptr<Field> wilder(const std::shared_ptr<Field>& source, Integer periods, std::string_view name) {
+  const std::string alias(name);
+  return MovingAverage().WellesWilderSmoothing(source, periods, alias)->getField(alias);
+}
+
+}  // namespace
+
+std::shared_ptr<RecordSet> Oscillator::TrueRange(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                                 InOut<std::string> Alias) {
+  return trap(TrueRangeFault, [&] {
+    applyDefault(Alias, TrueRangeName);
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    eachRecord(2, count, noKernel, [&](Integer record) {
+      const Real inside = high(record) - low(record);
+      const Real above = abs(high(record) - close(record - 1));
+      const Real below = abs(close(record - 1) - low(record));
+      Real range = 0;
+      if (inside > 0) range = inside;
+      if (above > range) range = above;
+      if (below > range) range = below;
+      result->setValue(record, range);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::AverageTrueRange(std::shared_ptr<Database> data,
+                                                        std::shared_ptr<RecordSet> OHLCV, InOut<std::string> Alias,
+                                                        Integer Period) {
+  return trap(AverageTrueRangeFault, [&] {
+    applyDefault(Alias, AverageTrueRangeName);
+    const auto range = TrueRange(data, OHLCV)->getField(std::string(TrueRangeName));
+    // A series of its own, so that the average moves no cursor but that.
+    const auto ranges = std::make_shared<Database>(range->getRecordCount());
+    const auto result = MovingAverage().SimpleMovingAverage(ranges, range, Period, "A")->getField("A");
+    result->setName(Alias.get());
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr<Database> data,
+                                                                 std::shared_ptr<RecordSet> OHLCV, Integer Periods) {
+  return trap(DirectionalMovementSystemFault, [&] {
+    // The range that is smoothed is an average already: it goes through two of them.
+    const std::string rangeName(TrueRangeName);
+    const auto range = AverageTrueRange(data, OHLCV, rangeName, Periods)->getField(rangeName);
+    const auto rangeSum = wilder(range, Periods, RangeSumName);
+
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
+    const Integer count = object(data).getRecordCount();
+    const auto up = makeColumn(count, "UpDMI"), down = makeColumn(count, "DnDMI");
+    const auto downIndex = makeColumn(count, std::string(DownIndexName));
+    const auto upIndex = makeColumn(count, std::string(UpIndexName));
+    eachRecord(2, count, noKernel, [&](Integer record) {
+      const Real rise = high(record) - high(record - 1), fall = low(record - 1) - low(record);
+      // Equal moves cancel each other.
+      if ((rise >= 0 || fall >= 0) && rise != fall) {
+        up->setValue(record, rise < fall ? Real(0) : rise);
+        down->setValue(record, rise < fall ? fall : Real(0));
+      }
+    });
+
+    const auto upSum = wilder(up, Periods, "DM+Sum"), downSum = wilder(down, Periods, "DM-Sum");
+    eachRecord(2, count, noKernel, [&](Integer record) {
+      const Real sum = at(rangeSum, record);
+      if (sum != 0) {
+        upIndex->setValue(record, fix(at(upSum, record) * 100 / sum));
+        downIndex->setValue(record, fix(at(downSum, record) * 100 / sum));
+      }
+    });
+
+    const auto index = makeColumn(count, std::string(DirectionalIndexName));
+    eachRecord(2, count, noKernel, [&](Integer record) {
+      const Real difference = abs(at(downIndex, record) - at(upIndex, record));
+      const Real sum = at(downIndex, record) + at(upIndex, record);
+      // Truncated where the averages below are rounded.
+      if (difference > 0 && sum > 0) index->setValue(record, fix(difference / sum * 100));
+    });
+
+    // The average starts from 0 and not from the mean of the first indices: that seed is kept.
+    const auto average = makeColumn(count, std::string(AverageIndexName));
+    eachRecord(Periods + 1, count, noKernel, [&](Integer record) {
+      average->setValue(record, roundHalfUp(((Periods - 1) * at(average, record - 1) + at(index, record)) / Periods));
+    });
+
+    // The rating looks one record back and not `Periods` of them: kept as well.
+    const auto rating = makeColumn(count, std::string(AverageIndexRatingName));
+    eachRecord(Periods + 1, count, noKernel, [&](Integer record) {
+      rating->setValue(record, roundHalfUp((at(average, record) + at(average, record - 1)) / 2));
+    });
+
+    data->MoveFirst();
+    return makeRecordSet({average, rating, index, rangeSum, downIndex, upIndex});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::Aroon(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                             Integer Periods) {
+  return trap(AroonFault, [&] {
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
+    const Integer count = object(data).getRecordCount();
+    const auto up = makeColumn(count, std::string(AroonUpName));
+    const auto down = makeColumn(count, std::string(AroonDownName));
+    const auto oscillator = makeColumn(count, std::string(AroonOscillatorName));
+    eachRecord(Periods + 1, count, noKernel, [&](Integer record) {
+      // The record itself comes first and then the oldest: of equal extremes the record's own counts, otherwise the
+      // oldest.
+      Real highest = high(record), lowest = low(record);
+      Integer highestRecord = record, lowestRecord = record;
+      for (int j = (record - Periods).value(); j < record; ++j) {
+        if (high(j) > highest) {
+          highest = high(j);
+          highestRecord = j;
+        }
+        if (low(j) < lowest) {
+          lowest = low(j);
+          lowestRecord = j;
+        }
+      }
+      const auto share = [&](Integer extreme) { return Real(Periods - (record - extreme)) / Periods * 100; };
+      up->setValue(record, share(highestRecord));
+      down->setValue(record, share(lowestRecord));
+      oscillator->setValue(record, at(up, record) - at(down, record));
+    });
+    data->MoveFirst();
+    return makeRecordSet({up, down, oscillator});
+  });
+}
+
+}  // namespace orvex

@@ -1,0 +1,75 @@
+#include "orvex/data/columns.h"
+#include "orvex/data/object.h"
+#include "orvex/data/real.h"
+#include "orvex/data/walk.h"
+#include "orvex/oscillators/oscillator.h"
+
+namespace orvex {
+
+namespace {
+
+/// What a record leaves to the next one.
+struct Trend {
+  Integer direction;
+  Real stop;
+  Real longExtreme, shortExtreme;  // 0 while the other direction runs
+  Real factor;
+};
+
+}  // namespace
+
+std::shared_ptr<RecordSet> Oscillator::ParabolicSAR(std::shared_ptr<Database> data, std::shared_ptr<Field> HighPrice,
+                                                    std::shared_ptr<Field> LowPrice, double MinAF, double MaxAF,
+                                                    InOut<std::string> Alias) {
+  return trap(ParabolicSARFault, [&] {
+    applyDefault(Alias, ParabolicSARName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    data->setPosition(1);
+    const Real rise = at(HighPrice, 2) - at(HighPrice, 1);
+    // The rise of the low, not its fall: which way the first trend goes is kept.
+    const Real lowRise = at(LowPrice, 2) - at(LowPrice, 1);
+    Trend trend;
+    trend.direction = lowRise > rise ? -1 : 1;
+    trend.stop = lowRise > rise ? at(HighPrice, 1) : at(LowPrice, 1);
+    trend.longExtreme = at(HighPrice, 1);
+    trend.shortExtreme = at(LowPrice, 1);
+    trend.factor = MinAF;
+
+    eachRecord(
+        2, count, noKernel,
+        [&](Integer record) {
+          const Trend before = trend;
+          const Real high = at(HighPrice, record), low = at(LowPrice, record);
+          // The step is taken while the factor is below its bound and not cut to it: with the usual figures ten steps
+          // of 0.02 lead to about 0.22, since nine of them still end a little below 0.2.
+          const auto quicken = [&] {
+            if (trend.factor < Real(MaxAF)) trend.factor += MinAF;
+          };
+          // The stop goes by the extreme and the factor of the record before, and nothing holds it back from the lows
+          // or highs of the last records. A reversal puts it on the extreme as it was before this record.
+          if (before.direction == 1) {
+            if (high > trend.longExtreme) {
+              trend.longExtreme = high;
+              quicken();
+            }
+            trend.stop = before.stop + before.factor * (before.longExtreme - before.stop);
+            if (low < trend.stop) trend = {-1, before.longExtreme, 0, low, MinAF};
+          } else {
+            if (low < trend.shortExtreme) {
+              trend.shortExtreme = low;
+              quicken();
+            }
+            trend.stop = before.stop + before.factor * (before.shortExtreme - before.stop);
+            if (high > trend.stop) trend = {1, before.shortExtreme, high, 0, MinAF};
+          }
+          result->setValue(record, trend.stop);
+          data->MoveNext();
+        },
+        [&](Integer record) { data->setPosition(record); });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+}  // namespace orvex

@@ -1,0 +1,119 @@
+#include <algorithm>
+
+#include "orvex/averages/average_of_part.h"
+#include "orvex/data/columns.h"
+#include "orvex/data/object.h"
+#include "orvex/data/price_column.h"
+#include "orvex/data/real.h"
+#include "orvex/indices/index.h"
+#include "orvex/oscillators/oscillator.h"
+#include "orvex/oscillators/spans.h"
+
+namespace orvex {
+
+namespace {
+
+/// The extremes of two columns over the span that ends at `record`; the cursor ends on that record.
+template <class High, class Low>
+Extremes extremesOfSpan(Database& data, Integer length, Integer record, High&& high, Low&& low) {
+  Extremes extremes;
+  visitSpan(
+      data, length, record, [&](Integer j) { extremes.begin(high(j), low(j)); },
+      [&](Integer j) { extremes.take(high(j), low(j)); });
+  data.MovePrevious();
+  return extremes;
+}
+
+/// What the bars of a cycle add up to.
+struct Pressure {
+  Real buying, range;
+};
+
+}  // namespace
+
+std::shared_ptr<RecordSet> Oscillator::StochasticOscillator(std::shared_ptr<Database> data,
+                                                            std::shared_ptr<RecordSet> OHLCV, Integer KPeriods,
+                                                            Integer KSlowingPeriods, Integer DPeriods,
+                                                            Integer MA_Type) {
+  return trap(StochasticOscillatorFault, [&] {
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
+    const Integer count = object(data).getRecordCount();
+    auto k = makeColumn(count, std::string(PercentKName));
+    walkSpans(*data, KPeriods, count + 1, 0, noKernel, [&](Integer record) {
+      const Extremes span = extremesOfSpan(*data, KPeriods, record, high, low);
+      const Integer last = data->getPosition();
+      k->setValue(last, (close(last) - span.lowest()) / (span.highest() - span.lowest()) * 100);
+    });
+    if (KSlowingPeriods >= 2) k = averageColumn(MA_Type, data, k, KSlowingPeriods, std::string(PercentKName));
+    const auto d = averageColumn(MA_Type, data, k, DPeriods, std::string(PercentDName));
+    data->MoveFirst();
+    return makeRecordSet({k, d});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::WilliamsPctR(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
+                                                    Integer Periods, InOut<std::string> Alias) {
+  return trap(WilliamsPctRFault, [&] {
+    applyDefault(Alias, WilliamsPctRName);
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    // It ends one record before the stochastics do: the last record stays 0, and that is kept.
+    walkSpans(*data, Periods, count, 0, noKernel, [&](Integer record) {
+      const Extremes span = extremesOfSpan(*data, Periods, record, high, low);
+      const Integer last = data->getPosition();
+      result->setValue(last, (span.highest() - close(last)) / (span.highest() - span.lowest()) * -100);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::StochRSI(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+                                                Integer Periods, InOut<std::string> Alias) {
+  return trap(StochRSIFault, [&] {
+    applyDefault(Alias, StochRSIName);
+    const auto strength = Index().RelativeStrengthIndex(data, Source, Periods, "RSI")->getField("RSI");
+    const auto value = [&](Integer record) { return at(strength, record); };
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    walkSpans(*data, Periods, count + 1, 0, noKernel, [&](Integer record) {
+      const Extremes span = extremesOfSpan(*data, Periods, record, value, value);
+      const Integer last = data->getPosition();
+      result->setValue(last, (value(last) - span.lowest()) / (span.highest() - span.lowest()));
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+std::shared_ptr<RecordSet> Oscillator::UltimateOscillator(std::shared_ptr<Database> data,
+                                                          std::shared_ptr<RecordSet> OHLCV, Integer Cycle1,
+                                                          Integer Cycle2, Integer Cycle3, InOut<std::string> Alias) {
+  return trap(UltimateOscillatorFault, [&] {
+    applyDefault(Alias, UltimateOscillatorName);
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
+    const Integer count = object(data).getRecordCount();
+    const auto result = makeColumn(count, Alias.get());
+    walkSpans(*data, std::max({Cycle1, Cycle2, Cycle3}), count + 1, 1, noKernel, [&](Integer record) {
+      const auto pressure = [&](Integer cycle) {
+        Pressure sum;
+        visitSpan(*data, cycle, record, [&](Integer j) {
+          const Real before = close(j - 1);
+          sum.buying += close(j) - std::min(low(j), before);
+          sum.range += std::max({high(j) - low(j), high(j) - before, before - low(j)});
+        });
+        return sum;
+      };
+      const Pressure first = pressure(Cycle1), second = pressure(Cycle2), third = pressure(Cycle3);
+      // The weights go by the order of the arguments, whichever cycle is the shortest.
+      result->setValue(
+          record,
+          (first.buying / first.range * 4 + second.buying / second.range * 2 + third.buying / third.range) / 7 * 100);
+    });
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
+}
+
+}  // namespace orvex
