@@ -60,7 +60,7 @@ void fillFractals(const shared_ptr<Field>& column, Integer periods, Integer reco
     const Real after = at(column, center + distance);
     fractal = fractal && beyond(value, before) && beyond(value, after);
   }
-  result.setValue(record, fractal ? value : result.getValue(record - 1));
+  result.setValue(record, fractal ? value.value() : result.getValue(record - 1));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <tuple>
 
 #include "orvex/catalogue/classes/bands.h"
+#include "orvex/catalogue/classes/candle_stick.h"
 #include "orvex/catalogue/classes/chart_pattern.h"
 #include "orvex/catalogue/classes/cycle.h"
 #include "orvex/catalogue/classes/database.h"
@@ -11,18 +12,14 @@
 #include "orvex/catalogue/classes/line_study.h"
 #include "orvex/catalogue/classes/linear_regression.h"
 #include "orvex/catalogue/classes/moving_average.h"
+#include "orvex/catalogue/classes/neural_network.h"
 #include "orvex/catalogue/classes/note.h"
 #include "orvex/catalogue/classes/record_set.h"
 
 namespace orvex::catalogue {
 
 /// Every described class, for ways in that need the types: `std::tuple_element_t<i, Classes>` and its `Description`.
-<<<<<<< HEAD
-using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, Bands, LineStudy,
-                           ChartPattern, Cycle>;
-=======
 using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General, Bands, LineStudy,
-                           ChartPattern, Cycle>;
->>>>>>> general
+                           ChartPattern, Cycle, CandleStick, NeuralNetwork>;
 
 }  // namespace orvex::catalogue
