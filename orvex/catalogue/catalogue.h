@@ -14,12 +14,13 @@
 #include "orvex/catalogue/classes/moving_average.h"
 #include "orvex/catalogue/classes/neural_network.h"
 #include "orvex/catalogue/classes/note.h"
+#include "orvex/catalogue/classes/oscillator.h"
 #include "orvex/catalogue/classes/record_set.h"
 
 namespace orvex::catalogue {
 
 /// Every described class, for ways in that need the types: `std::tuple_element_t<i, Classes>` and its `Description`.
-using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General, Bands, LineStudy,
-                           ChartPattern, Cycle, CandleStick, NeuralNetwork>;
+using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General, Oscillator,
+                           Bands, LineStudy, ChartPattern, Cycle, CandleStick, NeuralNetwork>;
 
 }  // namespace orvex::catalogue
