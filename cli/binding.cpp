@@ -67,9 +67,10 @@ Value bindColumn(const PriceFile& file, const Argument& argument, const std::str
     throw Failure(RecordSet::getIndexFault, fmt::format("{}={}: \"{}\" has no such column; it has {}.{}", argument.name,
                                                         name, file.name, enumerate(names), didYouMean(name, names)));
   }
-  if (column->texts) {
-    throw Failure(faults::TypeMismatch, fmt::format("{}={}: that column of \"{}\" holds texts, not numbers.",
-                                                    argument.name, name, file.name));
+  if (column->textLine) {
+    throw Failure(faults::TypeMismatch,
+                  fmt::format("{}={}: that column of \"{}\" holds texts and not only numbers, in line {} for one.",
+                              argument.name, name, file.name, *column->textLine));
   }
   return column->field;
 }

@@ -156,11 +156,13 @@ std::size_t dateColumn(const Cells& names) {
 
 PriceColumn makePriceColumn(const std::string& name, std::span<const Row> rows, std::size_t index, bool dates) {
   const auto isText = [&](const Row& row) { return !isBlank(row.cells[index]) && !isNumber(row.cells[index]); };
-  const PriceColumn column{makeColumn(rows.size(), name), dates || std::any_of(rows.begin(), rows.end(), isText)};
+  PriceColumn column{makeColumn(rows.size(), name), {}};
+  const auto text = dates ? rows.begin() : std::find_if(rows.begin(), rows.end(), isText);
+  if (text != rows.end()) column.textLine = text->line;
   Integer record = 0;
   for (const Row& row : rows) {
     ++record;
-    if (column.texts) {
+    if (column.textLine) {
       column.field->setStrValue(record, row.cells[index]);
     } else {
       column.field->setValue(record, numberFromText(row.cells[index]));
@@ -195,7 +197,7 @@ PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
         makePriceColumn(i == dates ? std::string(Database::DateName) : names[i], rows, i, i == dates);
     file.columns.push_back(column);
     if (i == dates) file.dates = column.field;
-    if (i == dates || !column.texts) file.prices->addField(column.field);
+    if (i == dates || !column.textLine) file.prices->addField(column.field);
   }
   file.data = makeDatabase(*file.prices, rows.size());
   return file;
@@ -217,9 +219,9 @@ PriceFile readWithoutHeader(const std::string& path, const std::string& delimite
   file.data->OpenDataBase(path, delimiter);
   file.prices = file.data->getRecordset();
   file.dates = file.prices->getField(std::string(Database::DateName));
-  file.columns.push_back({file.dates, true});
+  file.columns.push_back({file.dates, 1});
   for (const std::string_view name : priceNames) {
-    file.columns.push_back({file.prices->getField(std::string(name)), false});
+    file.columns.push_back({file.prices->getField(std::string(name)), {}});
   }
   if (!isRecord(firstLine, delimiter)) {
     file.remark = fmt::format(

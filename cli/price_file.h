@@ -13,7 +13,9 @@ namespace orvex::cli {
 
 struct PriceColumn {
   std::shared_ptr<Field> field;
-  bool texts;  // it holds texts, the dates for one, and no numbers to compute with
+  /// The first line whose value is no number, if there is one: then the column holds texts and nothing to compute with.
+  /// The dates are such a column whatever they are made of.
+  std::optional<std::size_t> textLine;
 };
 
 /// What a price file gives to the methods.

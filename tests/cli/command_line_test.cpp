@@ -123,7 +123,7 @@ TEST_F(CommandLine, RoundsTheTableButNotTheOthers) {
 }
 
 TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
-  write("text.csv", "date,close,symbol\n1,2,AB\n2,3,CD\n");
+  write("text.csv", "date,close,symbol\n1,2,\n2,3,AB\n");
   write("empty.csv", "");
   write("names.csv", "date,close\n");
   write("quote.csv", "date,close\n1,\"2\n");
@@ -143,7 +143,8 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
       {"MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=abc", faults::TypeMismatch, "Periods=abc"},
       {"MovingAverage.SimpleMovingAverage plain.csv Source=Clsoe Periods=2", RecordSet::getIndexFault,
        "it has Date, Open, High, Low, Close and Volume. Did you mean Close?"},
-      {"MovingAverage.SimpleMovingAverage text.csv Source=Symbol Periods=1", faults::TypeMismatch, "holds texts"},
+      {"MovingAverage.SimpleMovingAverage text.csv Source=Symbol Periods=1", faults::TypeMismatch,
+       "holds texts and not only numbers, in line 3"},
       {"MovingAverage.SimpleMovingAverage none.csv Source=Close Periods=2", Database::loadFault("File not found"),
        "none.csv"},
       {"MovingAverage.SimpleMovingAverage . Source=Close Periods=2", Database::loadFault("Path/File access error"),
