@@ -95,7 +95,7 @@ TEST(RatesOfChange, Faults) {
   // A volume is looked up with the cursor moved back to it, a price with the cursor where it is.
   expectFault(General::VolumeROCFault, 3, &General::VolumeROC, {5, 0}, 1);
   expectFault(General::VolumeROCFault, 3, &General::VolumeROC, {5, 5}, 1);
-  expectFault(General::VolumeROCFault, 1, &General::VolumeROC, {notANumber, 5}, 1);
+  expectFault(General::VolumeROCFault, 2, &General::VolumeROC, {notANumber, 5}, 1);
   expectFault(General::PriceROCFault, 2, &General::PriceROC, {notANumber, 5}, 1);
 }
 
