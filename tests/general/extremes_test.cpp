@@ -51,12 +51,12 @@ TEST(Extremes, FaultsLeaveTheCursorThatRunsPeriodsBehind) {
       {{1, 2, 3, notANumber, 5}, 1, 3}, {{1, 2, 3}, 1, 3}, {{1, notANumber, 3, 4, 5}, 3, 1},
       {{1, 2, 3, 4, 5}, -1, 1},         {{1, 2}, 3, 1},    {{1, 2, 3, 4, 5}, 32767, 1},
   };
-  for (const auto& [series, periods, position] : cases) {
+  for (const auto& one : cases) {
     const auto data = records(5);
-    EXPECT_EQ(faultOf([&] { General().HHV(data, field(series), periods); }), General::HHVFault);
-    EXPECT_EQ(data->getPosition(), position);
-    EXPECT_EQ(faultOf([&] { General().LLV(data, field(series), periods); }), General::LLVFault);
-    EXPECT_EQ(data->getPosition(), position);
+    EXPECT_EQ(faultOf([&] { General().HHV(data, field(one.series), one.periods); }), General::HHVFault);
+    EXPECT_EQ(data->getPosition(), one.position);
+    EXPECT_EQ(faultOf([&] { General().LLV(data, field(one.series), one.periods); }), General::LLVFault);
+    EXPECT_EQ(data->getPosition(), one.position);
   }
 }
 
