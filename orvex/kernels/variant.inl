@@ -1,6 +1,7 @@
 // The kernels of one instruction set: included by a translation unit that is compiled for it and that names it in
 // ORVEX_VARIANT.
 #include "orvex/kernels/extremes.inl"
+#include "orvex/kernels/oscillators.inl"
 #include "orvex/kernels/pack.h"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/recursions.inl"
@@ -17,6 +18,21 @@ const Table table = {
     .regression = regression,
     .highest = highest,
     .lowest = lowest,
+    .trueRange = trueRange,
+    .directionalMovement = directionalMovement,
+    .aroon = aroon,
+    .place = place,
+    .rangeToPath = rangeToPath,
+    .balanceOfMoves = balanceOfMoves,
+    .momentum = momentum,
+    .buyingPressure = buyingPressure,
+    .ultimate = ultimate,
+    .parabolic = parabolic,
+    .accumulation = accumulation,
+    .easeOfMovement = easeOfMovement,
+    .breakouts = breakouts,
+    .difference = difference,
+    .percentAbove = percentAbove,
 };
 
 }  // namespace orvex::kernels::ORVEX_VARIANT
