@@ -39,7 +39,7 @@ std::shared_ptr<RecordSet> General::HighMinusLow(std::shared_ptr<Database> data,
     return transform(
         data, Alias, HighMinusLowName,
         [&](kernels::Records records, double* out) {
-          return kernels::run(&Table::difference, high.rows(), low.rows(), records, out);
+          return kernels::run(&Table::difference, high.rows(), 0, low.rows(), records, out);
         },
         [&](Integer record) { return high(record) - low(record); });
   });

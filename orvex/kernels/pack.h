@@ -46,6 +46,9 @@ struct Pack {
   friend Pack operator/(Pack a, Pack b) { return {a.v / b.v}; }
   friend Pack larger(Pack a, Pack b) { return {a.v > b.v ? a.v : b.v}; }
   friend Pack smaller(Pack a, Pack b) { return {a.v < b.v ? a.v : b.v}; }
+  /// Lane by lane: `yes` where a > b, `no` elsewhere.
+  friend Pack whereGreater(Pack a, Pack b, Pack yes, Pack no) { return {a.v > b.v ? yes.v : no.v}; }
+  friend Pack whereEqual(Pack a, Pack b, Pack yes, Pack no) { return {a.v == b.v ? yes.v : no.v}; }
 };
 #else
 #define ORVEX_UNROLL
@@ -91,6 +94,12 @@ struct Pack {
   friend Pack smaller(Pack a, Pack b) {
     return each([&](int i) { return a.v[i] < b.v[i] ? a.v[i] : b.v[i]; });
   }
+  friend Pack whereGreater(Pack a, Pack b, Pack yes, Pack no) {
+    return each([&](int i) { return a.v[i] > b.v[i] ? yes.v[i] : no.v[i]; });
+  }
+  friend Pack whereEqual(Pack a, Pack b, Pack yes, Pack no) {
+    return each([&](int i) { return a.v[i] == b.v[i] ? yes.v[i] : no.v[i]; });
+  }
 };
 #endif
 
@@ -113,6 +122,19 @@ template <int Lanes>
 Pack<Lanes> root(Pack<Lanes> a) {
   for (int i = 0; i < Lanes; ++i) a.v[i] = ORVEX_SQRT(a.v[i]);
   return a;
+}
+
+/// The whole part of values from 0 to below 2^31.
+template <int Lanes>
+Pack<Lanes> wholePart(Pack<Lanes> a) {
+  for (int lane = 0; lane < Lanes; ++lane) a.v[lane] = static_cast<double>(static_cast<int>(a.v[lane]));
+  return a;
+}
+
+/// The value without its sign; 0 without one too.
+template <int Lanes>
+Pack<Lanes> magnitude(Pack<Lanes> a) {
+  return larger(a, Pack<Lanes>::all(0.0) - a);
 }
 
 /// Runs `body.template operator()<Lanes, Count>(i)` for blocks of Lanes x Count rows from row `from` (counted from 0)

@@ -62,10 +62,11 @@ std::size_t copy(Source source, Records records, double* out) {
                     [=]<class P>(std::ptrdiff_t row) { return P::load(x + row); });
 }
 
-std::size_t difference(Source a, Source b, Records records, double* out) {
-  const std::ptrdiff_t count = least(present(a, records, 0), present(b, records, 0));
-  return fillFinite(records, count, out,
-                    [=]<class P>(std::ptrdiff_t row) { return P::load(a.rows + row) - P::load(b.rows + row); });
+std::size_t difference(Source minuend, int lag, Source subtrahend, Records records, double* out) {
+  const std::ptrdiff_t count = least(present(minuend, records, lag), present(subtrahend, records, 0));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
+    return P::load(minuend.rows + row - lag) - P::load(subtrahend.rows + row);
+  });
 }
 
 std::size_t medianPrice(Source high, Source low, Records records, double* out) {
