@@ -8,6 +8,7 @@
 #include "orvex/averages/moving_average.h"
 #include "orvex/data/columns.h"
 #include "orvex/data/object.h"
+#include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
@@ -48,16 +49,16 @@ double primeAtOrAbove(General& general, std::int32_t number) {
   return 0;
 }
 
-/// Carries the latest fractal of a column into every row of `result`.
+/// Carries the latest fractal of a column into the row of `record`.
 template <class Beyond>
-void fillFractals(const shared_ptr<Field>& column, Integer periods, Integer record, Field& result, Beyond beyond) {
+void stepFractals(PriceColumn& column, Integer periods, Integer record, Field& result, Beyond beyond) {
   const Integer center = record - periods;
   if (center <= periods) return;
-  const Real value = at(column, center);
+  const Real value = column(center);
   bool fractal = true;
   for (int distance = 1; distance <= periods; ++distance) {
-    const Real before = at(column, center - distance);
-    const Real after = at(column, center + distance);
+    const Real before = column(center - distance);
+    const Real after = column(center + distance);
     fractal = fractal && beyond(value, before) && beyond(value, after);
   }
   result.setValue(record, fractal ? value.value() : result.getValue(record - 1));
@@ -187,12 +188,11 @@ shared_ptr<RecordSet> Bands::PrimeNumberBands(shared_ptr<Database> data, shared_
     const Integer count = object(data).getRecordCount();
     const auto tops = makeColumn(count, std::string(PrimeTopName));
     const auto bottoms = makeColumn(count, std::string(PrimeBottomName));
-    const auto low = object(OHLCV).getField(std::string(Database::LowName));
-    const auto high = OHLCV->getField(std::string(Database::HighName));
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     General general;
     eachRecord(1, count, noKernel, [&](Integer record) {
-      bottoms->setValue(record, primeAtOrBelow(general, wholePrice(at(low, record))));
-      tops->setValue(record, primeAtOrAbove(general, wholePrice(at(high, record))));
+      bottoms->setValue(record, primeAtOrBelow(general, wholePrice(low(record))));
+      tops->setValue(record, primeAtOrAbove(general, wholePrice(high(record))));
     });
     return makeRecordSet({tops, bottoms});
   });
@@ -205,11 +205,10 @@ shared_ptr<RecordSet> Bands::FractalChaosBands(shared_ptr<Database> data, shared
   return trap(FractalChaosBandsFault, [&] {
     const auto highs = makeColumn(count, std::string(FractalHighName));
     const auto lows = makeColumn(count, std::string(FractalLowName));
-    const auto high = object(OHLCV).getField(std::string(Database::HighName));
-    const auto low = OHLCV->getField(std::string(Database::LowName));
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     eachRecord(1, count, noKernel, [&](Integer record) {
-      fillFractals(high, Periods, record, *highs, std::greater<double>());
-      fillFractals(low, Periods, record, *lows, std::less<double>());
+      stepFractals(high, Periods, record, *highs, std::greater<double>());
+      stepFractals(low, Periods, record, *lows, std::less<double>());
     });
     data->MoveFirst();
     return makeRecordSet({highs, lows});
