@@ -1,23 +1,36 @@
 #include "orvex/bands/bands.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <string>
 
 #include "orvex/averages/average_type.h"
 #include "orvex/averages/moving_average.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
+#include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
+#include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 
 namespace orvex {
 
 namespace {
 
+using kernels::Table;
 using std::shared_ptr;
+
+/// The rows center + width x factor and center - width x factor, as far as a kernel can prove them.
+std::size_t fillAround(kernels::Source center, kernels::Source width, double factor, Integer first, Integer last,
+                       Field& above, Field& below) {
+  return kernels::run(&Table::around, center, width, factor, recordRange(first, last), above.values().data(),
+                      below.values().data());
+}
 
 /// A whole number in 32 bits: error 6 for one that does not fit.
 std::int32_t long32(double number) {
@@ -48,16 +61,16 @@ double primeAtOrAbove(General& general, std::int32_t number) {
   return 0;
 }
 
-/// Carries the latest fractal of a column into every row of `result`.
+/// Carries the latest fractal of a column into the row of `record`.
 template <class Beyond>
-void fillFractals(const shared_ptr<Field>& column, Integer periods, Integer record, Field& result, Beyond beyond) {
+void stepFractals(PriceColumn& column, Integer periods, Integer record, Field& result, Beyond beyond) {
   const Integer center = record - periods;
   if (center <= periods) return;
-  const Real value = at(column, center);
+  const Real value = column(center);
   bool fractal = true;
   for (int distance = 1; distance <= periods; ++distance) {
-    const Real before = at(column, center - distance);
-    const Real after = at(column, center + distance);
+    const Real before = column(center - distance);
+    const Real after = column(center + distance);
     fractal = fractal && beyond(value, before) && beyond(value, after);
   }
   result.setValue(record, fractal ? value.value() : result.getValue(record - 1));
@@ -78,23 +91,34 @@ shared_ptr<RecordSet> Bands::BollingerBands(shared_ptr<Database> data, shared_pt
     const auto tops = makeColumn(count, std::string(BollingerTopName));
     const auto bottoms = makeColumn(count, std::string(BollingerBottomName));
     const auto medians = result->getField(std::string(BollingerMedianName));
-    data->setPosition(Periods + 1);
-    walk(*data, Periods + 1, count, noKernel, [&](Integer record) {
-      const Real mean = at(medians, data->getPosition());
-      Real sum = 0;
-      // The records before this one, measured around its own average. That is meant so: the bands tell how far the
-      // price strayed before it came here.
-      for (int i = 1; i <= Periods; ++i) {
-        data->MovePrevious();
-        const Real distance = at(Source, data->getPosition()) - mean;
-        sum += distance * distance;
-      }
-      data->setPosition(data->getPosition() + Periods);
-      const Real deviation = sqrt(sum / Periods);
-      const Real width = StandardDeviations * deviation;
-      tops->setValue(record, mean + width);
-      bottoms->setValue(record, mean - width);
-    });
+    const Integer first = Periods + 1;
+    data->setPosition(first);
+    walk(
+        *data, first, count,
+        [&]() -> std::size_t {
+          const auto widths = rowsOf(tops);
+          const std::size_t done =
+              kernels::run(&Table::deviation, rowsOf(Source), rowsOf(medians), Periods.value(), 1,
+                           Real(StandardDeviations).value(), recordRange(first, count), tops->values().data());
+          if (done == 0) return 0;
+          return fillAround(rowsOf(medians), widths, 1.0, first, first + static_cast<int>(done) - 1, *tops, *bottoms);
+        },
+        [&](Integer record) {
+          const Real mean = at(medians, data->getPosition());
+          Real sum = 0;
+          // The records before this one, measured around its own average. That is meant so: the bands tell how far the
+          // price strayed before it came here.
+          for (int i = 1; i <= Periods; ++i) {
+            data->MovePrevious();
+            const Real distance = at(Source, data->getPosition()) - mean;
+            sum += distance * distance;
+          }
+          data->setPosition(data->getPosition() + Periods);
+          const Real deviation = sqrt(sum / Periods);
+          const Real width = StandardDeviations * deviation;
+          tops->setValue(record, mean + width);
+          bottoms->setValue(record, mean - width);
+        });
     blank(*tops, Periods);
     blank(*bottoms, Periods);
     result->addField(tops);
@@ -120,11 +144,14 @@ shared_ptr<RecordSet> Bands::MovingAverageEnvelope(shared_ptr<Database> data, sh
     data->MoveFirst();
     const Real shift = Real(Shift.get()) / 100;
     Shift.set(shift);
-    walk(*data, 1, count, noKernel, [&](Integer record) {
-      const Real average = at(averages, data->getPosition());
-      tops->setValue(record, average * shift + average);
-      bottoms->setValue(record, average - average * shift);
-    });
+    walk(
+        *data, 1, count,
+        [&] { return fillAround(rowsOf(averages), rowsOf(averages), shift, 1, count, *tops, *bottoms); },
+        [&](Integer record) {
+          const Real average = at(averages, data->getPosition());
+          tops->setValue(record, average * shift + average);
+          bottoms->setValue(record, average - average * shift);
+        });
     // Twice the period, as published, so that no average's warm-up shows. It limits the period to half the series.
     blank(*tops, 2 * Periods);
     blank(*bottoms, 2 * Periods);
@@ -172,12 +199,15 @@ shared_ptr<RecordSet> Bands::Keltner(shared_ptr<Database> data, shared_ptr<Recor
     const Integer count = object(close).getRecordCount();
     const auto tops = makeColumn(count, std::string(KeltnerTopName));
     const auto bottoms = makeColumn(count, std::string(KeltnerBottomName));
-    eachRecord(Periods, count, noKernel, [&](Integer record) {
-      const Real width = at(ranges, record) * Factor;
-      const Real median = at(medians, record);
-      tops->setValue(record, median + width);
-      bottoms->setValue(record, median - width);
-    });
+    eachRecord(
+        Periods, count,
+        [&] { return fillAround(rowsOf(medians), rowsOf(ranges), Factor, Periods, count, *tops, *bottoms); },
+        [&](Integer record) {
+          const Real width = at(ranges, record) * Factor;
+          const Real median = at(medians, record);
+          tops->setValue(record, median + width);
+          bottoms->setValue(record, median - width);
+        });
     return makeRecordSet({medians, tops, bottoms});
   });
 }
@@ -187,12 +217,11 @@ shared_ptr<RecordSet> Bands::PrimeNumberBands(shared_ptr<Database> data, shared_
     const Integer count = object(data).getRecordCount();
     const auto tops = makeColumn(count, std::string(PrimeTopName));
     const auto bottoms = makeColumn(count, std::string(PrimeBottomName));
-    const auto low = object(OHLCV).getField(std::string(Database::LowName));
-    const auto high = OHLCV->getField(std::string(Database::HighName));
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     General general;
     eachRecord(1, count, noKernel, [&](Integer record) {
-      bottoms->setValue(record, primeAtOrBelow(general, wholePrice(at(low, record))));
-      tops->setValue(record, primeAtOrAbove(general, wholePrice(at(high, record))));
+      bottoms->setValue(record, primeAtOrBelow(general, wholePrice(low(record))));
+      tops->setValue(record, primeAtOrAbove(general, wholePrice(high(record))));
     });
     return makeRecordSet({tops, bottoms});
   });
@@ -205,12 +234,18 @@ shared_ptr<RecordSet> Bands::FractalChaosBands(shared_ptr<Database> data, shared
   return trap(FractalChaosBandsFault, [&] {
     const auto highs = makeColumn(count, std::string(FractalHighName));
     const auto lows = makeColumn(count, std::string(FractalLowName));
-    const auto high = object(OHLCV).getField(std::string(Database::HighName));
-    const auto low = OHLCV->getField(std::string(Database::LowName));
-    eachRecord(1, count, noKernel, [&](Integer record) {
-      fillFractals(high, Periods, record, *highs, std::greater<double>());
-      fillFractals(low, Periods, record, *lows, std::less<double>());
-    });
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
+    eachRecord(
+        1, count,
+        [&] {
+          const kernels::Records records = recordRange(1, count);
+          return std::min(kernels::run(&Table::peaks, high.rows(), Periods.value(), records, highs->values().data()),
+                          kernels::run(&Table::valleys, low.rows(), Periods.value(), records, lows->values().data()));
+        },
+        [&](Integer record) {
+          stepFractals(high, Periods, record, *highs, std::greater<double>());
+          stepFractals(low, Periods, record, *lows, std::less<double>());
+        });
     data->MoveFirst();
     return makeRecordSet({highs, lows});
   });

@@ -94,6 +94,13 @@ struct Table {
   /// The smallest of them, likewise.
   std::size_t (*lowest)(Source source, int window, Ties ties, Records records, double* out);
 
+  /// The source's latest value that is greater than each of the `neighbours` values on either side, the later ones not
+  /// after the record; 0 before the first. For records from 1 on.
+  std::size_t (*peaks)(Source source, int neighbours, Records records, double* out);
+
+  /// The latest one that is less than them, likewise.
+  std::size_t (*valleys)(Source source, int neighbours, Records records, double* out);
+
   /// factor x the root of the mean square distance from the record's `center` of the `window` values, newest first,
   /// that end `lag` records before the record.
   std::size_t (*deviation)(Source source, Source center, int window, int lag, double factor, Records records,
@@ -101,6 +108,9 @@ struct Table {
 
   /// The source itself.
   std::size_t (*copy)(Source source, Records records, double* out);
+
+  /// center + width x factor, and center - width x factor. `width` may be the rows of `above` or of `below`.
+  std::size_t (*around)(Source center, Source width, double factor, Records records, double* above, double* below);
 
   /// (high + low) / 2.
   std::size_t (*medianPrice)(Source high, Source low, Records records, double* out);

@@ -19,7 +19,7 @@ namespace {
 std::vector<double> leastLaterAbove(const std::shared_ptr<Field>& source, Integer count) {
   const auto rows = static_cast<std::size_t>(std::max(count.value(), 0));
   std::vector<double> above(rows, std::numeric_limits<double>::infinity());
-  if (rows < 3) return above;
+  if (rows < 4) return above;
   std::vector<double> values(rows);
   std::vector<std::size_t> order;
   for (std::size_t row = 2; row < rows; ++row) {
@@ -53,9 +53,9 @@ Integer Cycle::Analyze(std::shared_ptr<Field> Source) {
     Integer total = 0;
     eachRecord(2, count - 1, noKernel, [&](Integer i) {
       Real a = at(Source, i - 1);
-      const Real b = at(Source, i + 1);
       Integer j = i + 2;
       if (above[static_cast<std::size_t>(i.value())] < a) {
+        const Real b = at(Source, i + 1);
         for (; j <= count; ++j) {
           const Real value = at(Source, j);
           if (value > b && value < a) {

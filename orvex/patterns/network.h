@@ -6,7 +6,7 @@
 
 namespace orvex {
 
-/// The hyperbolic tangent to within two units in the last place, from basic operations alone: the standard library's
+/// The hyperbolic tangent to within three units in the last place, from basic operations alone: the standard library's
 /// differs from platform to platform.
 double hyperbolicTangent(double x);
 

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "tests/support/levels.h"
 #include "tests/support/series.h"
 
 namespace orvex {
@@ -202,9 +203,7 @@ TEST(Bands, PrimesAroundABar) {
 
 TEST(Bands, PrimesOfPricesBeyond32Bits) {
   // Twice the high, or the price itself, does not fit.
-  const struct {
-    double high, low;
-  } cases[] = {{1073741824, 10}, {10, 2147483648.0}, {10, -214748365}, {-1e9, 10}};
+  const struct { double high, low; } cases[] = {{1073741824, 10}, {10, 2147483648.0}, {10, -214748365}, {-1e9, 10}};
   for (const auto& c : cases) {
     const auto data = bars({{0, c.high, c.low, 0, 0}});
     EXPECT_EQ(faultOf([&] { Bands().PrimeNumberBands(data, data->getRecordset()); }), Bands::PrimeNumberBandsFault);
@@ -242,6 +241,28 @@ TEST(Bands, FractalsShowWhenTheirLastNeighbourHasCome) {
   EXPECT_EQ(faultOf([&] { Bands().FractalChaosBands(data, nullptr, 6); }), periods);
   EXPECT_EQ(faultOf([&] { Bands().FractalChaosBands(data, nullptr, 2); }), Bands::FractalChaosBandsFault);
   EXPECT_EQ(faultOf([&] { Bands().FractalChaosBands(nullptr, nullptr, 2); }), faults::ObjectNotSet);
+}
+
+TEST(Bands, SameAtAllLevels) {
+  using test::below;
+  std::mt19937 random(6);
+  for (int round = 0; round < 400; ++round) {
+    const std::size_t count = 30 + below(random, 170);
+    const auto data = records(count);
+    const auto prices = std::make_shared<RecordSet>();
+    for (const auto name : {Database::HighName, Database::LowName, Database::CloseName}) {
+      prices->addField(field(test::randomSeries(random, count), std::string(name)));
+    }
+    const auto close = prices->getField("Close");
+    const int periods = 1 + static_cast<int>(below(random, 20));
+    const int type = 1 + static_cast<int>(below(random, 7));
+    SCOPED_TRACE(testing::Message() << "round " << round << ", periods " << periods << ", type " << type);
+    test::expectSameAtAllLevels(*data, [&] { return Bands().BollingerBands(data, close, periods, 2, type); });
+    test::expectSameAtAllLevels(*data, [&] { return Bands().MovingAverageEnvelope(data, close, periods, type, 3.0); });
+    test::expectSameAtAllLevels(*data, [&] { return Bands().Keltner(data, prices, periods, 1.3); });
+    test::expectSameAtAllLevels(*data, [&] { return Bands().FractalChaosBands(data, prices, periods); });
+    if (testing::Test::HasFailure()) break;
+  }
 }
 
 }  // namespace
