@@ -1,7 +1,8 @@
 // A few doubles side by side, one record a lane. Included by the kernel variants only: everything here has internal
 // linkage, so that no function compiled for a wider processor can be linked into code for a narrower one.
 //
-// `larger` and `smaller` give their second operand where neither is larger, zeros of either sign being equal.
+// `larger` and `smaller` give their second operand where neither is larger, zeros of either sign being equal. The
+// others of their kind give x where the comparison holds, otherwise y.
 #pragma once
 
 #include <cstddef>
@@ -40,6 +41,8 @@ struct Pack {
   friend Pack operator/(Pack a, Pack b) { return {a.v / b.v}; }
   friend Pack larger(Pack a, Pack b) { return {a.v > b.v ? a.v : b.v}; }
   friend Pack smaller(Pack a, Pack b) { return {a.v < b.v ? a.v : b.v}; }
+  friend Pack ifLarger(Pack a, Pack b, Pack x, Pack y) { return {a.v > b.v ? x.v : y.v}; }
+  friend Pack ifEqual(Pack a, Pack b, Pack x, Pack y) { return {a.v == b.v ? x.v : y.v}; }
 };
 #else
 #define ORVEX_UNROLL
@@ -84,8 +87,36 @@ struct Pack {
   friend Pack smaller(Pack a, Pack b) {
     return each([&](int i) { return a.v[i] < b.v[i] ? a.v[i] : b.v[i]; });
   }
+  friend Pack ifLarger(Pack a, Pack b, Pack x, Pack y) {
+    return each([&](int i) { return a.v[i] > b.v[i] ? x.v[i] : y.v[i]; });
+  }
+  friend Pack ifEqual(Pack a, Pack b, Pack x, Pack y) {
+    return each([&](int i) { return a.v[i] == b.v[i] ? x.v[i] : y.v[i]; });
+  }
 };
 #endif
+
+/// Rows that lie `stride` apart, one a lane.
+template <class P>
+P gather(const double* from, std::ptrdiff_t stride) {
+  P pack;
+  ORVEX_UNROLL for (int i = 0; i < P::lanes; ++i) pack.v[i] = from[i * stride];
+  return pack;
+}
+
+template <class P>
+void scatter(const P& pack, double* to, std::ptrdiff_t stride) {
+  ORVEX_UNROLL for (int i = 0; i < P::lanes; ++i) to[i * stride] = pack.v[i];
+}
+
+/// A number, as often as `like` holds one: for what is written once for doubles and packs.
+template <int Lanes>
+Pack<Lanes> spread(double x, const Pack<Lanes>&) {
+  return Pack<Lanes>::all(x);
+}
+inline double spread(double x, double) {
+  return x;
+}
 
 /// Runs `body.template operator()<Lanes, Count>(i)` for blocks of Lanes x Count rows from row `from` (counted from 0)
 /// on, until `count` rows are done: wide blocks with `Count` packs in registers while they fit, then single packs, then
