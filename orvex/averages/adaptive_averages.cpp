@@ -3,14 +3,18 @@
 #include "orvex/averages/linear_regression.h"
 #include "orvex/averages/moving_average.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
+#include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 
 namespace orvex {
 
 namespace {
+
+using kernels::Table;
 
 std::shared_ptr<Field> columnOf(const std::shared_ptr<RecordSet>& recordset, std::string_view name) {
   return recordset->getField(std::string(name));
@@ -36,7 +40,10 @@ std::shared_ptr<RecordSet> MovingAverage::TimeSeriesMovingAverage(std::shared_pt
     const auto recordset = LinearRegression().Regression(data, Source, Periods);
     const auto forecasts = columnOf(recordset, LinearRegression::ForecastName);
     data->MoveFirst();
-    walk(*data, 1, count, noKernel, [&](Integer record) { result->setValue(record, at(forecasts, record)); });
+    walk(
+        *data, 1, count,
+        [&] { return kernels::run(&Table::copy, rowsOf(forecasts), recordRange(1, count), result->values().data()); },
+        [&](Integer record) { result->setValue(record, at(forecasts, record)); });
     removeRegression(*recordset);
     // Twice the regression's own warm-up: its first `Periods` forecasts are left out on purpose.
     blank(*result, 2 * Periods);
@@ -57,13 +64,19 @@ std::shared_ptr<RecordSet> MovingAverage::VariableMovingAverage(std::shared_ptr<
     const auto recordset = Oscillator().CMO(data, Source, 9, "");
     const auto momentum = columnOf(recordset, Oscillator::CMOName);
     data->setPosition(2);
-    walk(*data, 2, count, noKernel, [&](Integer record) {
-      data->MovePrevious();
-      const Real previous = at(result, record - 1);
-      data->MoveNext();
-      const Real k = abs(at(momentum, record) / 100);
-      result->setValue(record, (1 - k) * previous + k * at(Source, record));
-    });
+    walk(
+        *data, 2, count,
+        [&] {
+          return kernels::run(&Table::variable, rowsOf(Source), rowsOf(momentum), recordRange(2, count),
+                              result->values().data());
+        },
+        [&](Integer record) {
+          data->MovePrevious();
+          const Real previous = at(result, record - 1);
+          data->MoveNext();
+          const Real k = abs(at(momentum, record) / 100);
+          result->setValue(record, (1 - k) * previous + k * at(Source, record));
+        });
     // The momentum's warm-up and the recursion's climb from 0 are both hidden.
     blank(*result, 3 * Periods);
     data->MoveFirst();
@@ -83,14 +96,20 @@ std::shared_ptr<RecordSet> MovingAverage::VIDYA(std::shared_ptr<Database> data, 
     const auto recordset = LinearRegression().Regression(data, Source, Periods);
     const auto qualities = columnOf(recordset, LinearRegression::RSquaredName);
     data->setPosition(2);
-    walk(*data, 2, count, noKernel, [&](Integer record) {
-      data->MovePrevious();
-      // The value before and not the average before: the recursion that the name promises is left out on purpose.
-      const Real previous = at(Source, record - 1);
-      data->MoveNext();
-      const Real k = at(qualities, record) * R2Scale;
-      result->setValue(record, (1 - k) * previous + k * at(Source, record));
-    });
+    walk(
+        *data, 2, count,
+        [&] {
+          return kernels::run(&Table::blend, rowsOf(Source), rowsOf(qualities), R2Scale, recordRange(2, count),
+                              result->values().data());
+        },
+        [&](Integer record) {
+          data->MovePrevious();
+          // The value before and not the average before: the recursion that the name promises is left out on purpose.
+          const Real previous = at(Source, record - 1);
+          data->MoveNext();
+          const Real k = at(qualities, record) * R2Scale;
+          result->setValue(record, (1 - k) * previous + k * at(Source, record));
+        });
     removeRegression(*recordset);
     blank(*result, 2 * Periods);
     data->MoveFirst();

@@ -1,17 +1,21 @@
 // Columns that are computed record by record from prices or volumes.
 
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex {
 
 namespace {
 
-/// One value a record, `formula(record)`, from record 1 on.
+using kernels::Table;
+
+/// One value a record, `formula(record)`, from record 1 on; `kernel(records, out)` computes the same.
 template <class Kernel, class Formula>
 std::shared_ptr<RecordSet> transform(const std::shared_ptr<Database>& data, InOut<std::string>& Alias,
                                      std::string_view name, Kernel&& kernel, Formula&& formula) {
@@ -19,7 +23,9 @@ std::shared_ptr<RecordSet> transform(const std::shared_ptr<Database>& data, InOu
   const Integer count = object(data).getRecordCount();
   const auto result = makeColumn(count, Alias.get());
   data->MoveFirst();
-  walk(*data, 1, count, kernel, [&](Integer record) { result->setValue(record, formula(record)); });
+  walk(
+      *data, 1, count, [&] { return kernel(recordRange(1, count), result->values().data()); },
+      [&](Integer record) { result->setValue(record, formula(record)); });
   data->MoveFirst();
   return makeRecordSet({result});
 }
@@ -30,8 +36,12 @@ std::shared_ptr<RecordSet> General::HighMinusLow(std::shared_ptr<Database> data,
                                                  InOut<std::string> Alias) {
   return trap(HighMinusLowFault, [&] {
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
-    return transform(data, Alias, HighMinusLowName, noKernel,
-                     [&](Integer record) { return high(record) - low(record); });
+    return transform(
+        data, Alias, HighMinusLowName,
+        [&](kernels::Records records, double* out) {
+          return kernels::run(&Table::difference, high.rows(), low.rows(), records, out);
+        },
+        [&](Integer record) { return high(record) - low(record); });
   });
 }
 
@@ -39,8 +49,12 @@ std::shared_ptr<RecordSet> General::MedianPrice(std::shared_ptr<Database> data, 
                                                 InOut<std::string> Alias) {
   return trap(MedianPriceFault, [&] {
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
-    return transform(data, Alias, MedianPriceName, noKernel,
-                     [&](Integer record) { return (high(record) + low(record)) / 2; });
+    return transform(
+        data, Alias, MedianPriceName,
+        [&](kernels::Records records, double* out) {
+          return kernels::run(&Table::medianPrice, high.rows(), low.rows(), records, out);
+        },
+        [&](Integer record) { return (high(record) + low(record)) / 2; });
   });
 }
 
@@ -48,8 +62,12 @@ std::shared_ptr<RecordSet> General::TypicalPrice(std::shared_ptr<Database> data,
                                                  InOut<std::string> Alias) {
   return trap(TypicalPriceFault, [&] {
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
-    return transform(data, Alias, TypicalPriceName, noKernel,
-                     [&](Integer record) { return (high(record) + low(record) + close(record)) / 3; });
+    return transform(
+        data, Alias, TypicalPriceName,
+        [&](kernels::Records records, double* out) {
+          return kernels::run(&Table::typicalPrice, high.rows(), low.rows(), close.rows(), records, out);
+        },
+        [&](Integer record) { return (high(record) + low(record) + close(record)) / 3; });
   });
 }
 
@@ -57,8 +75,12 @@ std::shared_ptr<RecordSet> General::WeightedClose(std::shared_ptr<Database> data
                                                   InOut<std::string> Alias) {
   return trap(WeightedCloseFault, [&] {
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
-    return transform(data, Alias, WeightedCloseName, noKernel,
-                     [&](Integer record) { return (high(record) + low(record) + 2 * close(record)) / 4; });
+    return transform(
+        data, Alias, WeightedCloseName,
+        [&](kernels::Records records, double* out) {
+          return kernels::run(&Table::weightedClose, high.rows(), low.rows(), close.rows(), records, out);
+        },
+        [&](Integer record) { return (high(record) + low(record) + 2 * close(record)) / 4; });
   });
 }
 
@@ -69,15 +91,24 @@ std::shared_ptr<RecordSet> General::VolumeROC(std::shared_ptr<Database> data, st
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
     Real rate = 0;
-    data->setPosition(Periods + 1);
-    walk(*data, Periods + 1, count, noKernel, [&](Integer record) {
-      data->setPosition(data->getPosition() - Periods);
-      const Real prior = at(Volume, data->getPosition());
-      data->setPosition(data->getPosition() + Periods);
-      // Of no volume there is no rate: the last one stands on, on purpose.
-      if (prior != 0) rate = (at(Volume, data->getPosition()) - prior) / prior * 100;
-      result->setValue(record, rate);
-    });
+    const Integer first = Periods + 1;
+    data->setPosition(first);
+    walk(
+        *data, first, count,
+        [&]() -> std::size_t {
+          const std::size_t done = kernels::run(&Table::rateOfChangeKept, rowsOf(Volume), Periods.value(),
+                                                recordRange(first, count), result->values().data());
+          if (done > 0) rate = at(result, Periods.value() + static_cast<int>(done));
+          return done;
+        },
+        [&](Integer record) {
+          data->setPosition(data->getPosition() - Periods);
+          const Real prior = at(Volume, data->getPosition());
+          data->setPosition(data->getPosition() + Periods);
+          // Of no volume there is no rate: the last one stands on, on purpose.
+          if (prior != 0) rate = (at(Volume, data->getPosition()) - prior) / prior * 100;
+          result->setValue(record, rate);
+        });
     data->MoveFirst();
     return makeRecordSet({result});
   });
@@ -89,12 +120,19 @@ std::shared_ptr<RecordSet> General::PriceROC(std::shared_ptr<Database> data, std
     applyDefault(Alias, PriceROCName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
-    data->setPosition(Periods + 1);
-    walk(*data, Periods + 1, count, noKernel, [&](Integer record) {
-      const Real prior = at(Source, data->getPosition() - Periods);
-      const Real current = at(Source, data->getPosition());
-      result->setValue(record, (current - prior) / prior * 100);
-    });
+    const Integer first = Periods + 1;
+    data->setPosition(first);
+    walk(
+        *data, first, count,
+        [&] {
+          return kernels::run(&Table::rateOfChange, rowsOf(Source), Periods.value(), recordRange(first, count),
+                              result->values().data());
+        },
+        [&](Integer record) {
+          const Real prior = at(Source, data->getPosition() - Periods);
+          const Real current = at(Source, data->getPosition());
+          result->setValue(record, (current - prior) / prior * 100);
+        });
     data->MoveFirst();
     return makeRecordSet({result});
   });

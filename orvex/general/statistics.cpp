@@ -1,12 +1,16 @@
 #include "orvex/averages/average_type.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex {
+
+using kernels::Table;
 
 std::shared_ptr<RecordSet> General::StandardDeviation(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                       Integer Periods, Integer StandardDeviations, Integer MAType,
@@ -21,9 +25,14 @@ std::shared_ptr<RecordSet> General::StandardDeviation(std::shared_ptr<Database> 
   return trap(StandardDeviationFault, [&] {
     PriceColumn average(recordset, averageName);
     const Integer count = result->getRecordCount();
-    data->setPosition(Periods + 1);
+    const Integer first = Periods + 1;
+    data->setPosition(first);
     walk(
-        *data, Periods + 1, count, noKernel,
+        *data, first, count,
+        [&] {
+          return kernels::run(&Table::deviation, rowsOf(Source), average.rows(), Periods.value(), 0,
+                              Real(StandardDeviations).value(), recordRange(first, count), result->values().data());
+        },
         [&](Integer record) {
           Real sum = 0;
           const Real mean = average(data->getPosition());
@@ -47,9 +56,18 @@ double General::CorrelationAnalysis(std::shared_ptr<Field> Source1, std::shared_
   return trap(CorrelationAnalysisFault, [&] {
     const Integer count = object(Source1).getRecordCount();
     Real total = 0;
-    eachRecord(2, count, noKernel, [&](Integer row) {
-      total += abs(at(Source1, row) - at(Source1, row - 1)) * abs(at(Source2, row) - at(Source2, row - 1));
-    });
+    eachRecord(
+        2, count,
+        [&] {
+          double sum = 0.0;
+          const std::size_t done =
+              kernels::run(&Table::movementProducts, rowsOf(Source1), rowsOf(Source2), recordRange(2, count), &sum);
+          total = sum;
+          return done;
+        },
+        [&](Integer row) {
+          total += abs(at(Source1, row) - at(Source1, row - 1)) * abs(at(Source2, row) - at(Source2, row - 1));
+        });
     return (1 - total / (count - 2)).value();
   });
 }

@@ -55,6 +55,42 @@ struct Table {
 
   /// The smallest of them, likewise.
   std::size_t (*lowest)(Source source, int window, Ties ties, Records records, double* out);
+
+  /// factor x the root of the mean square distance from the record's `center` of the `window` values, newest first,
+  /// that end `lag` records before the record.
+  std::size_t (*deviation)(Source source, Source center, int window, int lag, double factor, Records records,
+                           double* out);
+
+  /// The source itself.
+  std::size_t (*copy)(Source source, Records records, double* out);
+
+  /// a - b.
+  std::size_t (*difference)(Source a, Source b, Records records, double* out);
+
+  /// (high + low) / 2.
+  std::size_t (*medianPrice)(Source high, Source low, Records records, double* out);
+
+  /// (high + low + close) / 3.
+  std::size_t (*typicalPrice)(Source high, Source low, Source close, Records records, double* out);
+
+  /// (high + low + 2 x close) / 4.
+  std::size_t (*weightedClose)(Source high, Source low, Source close, Records records, double* out);
+
+  /// (current - prior) / prior x 100, prior being the source's row `lag` records back.
+  std::size_t (*rateOfChange)(Source source, int lag, Records records, double* out);
+
+  /// The same, but for a prior of 0 the last rate so far, 0 where there is none.
+  std::size_t (*rateOfChangeKept)(Source source, int lag, Records records, double* out);
+
+  /// (1 - k) x the source's row before + k x its row, k = share x scale.
+  std::size_t (*blend)(Source source, Source share, double scale, Records records, double* out);
+
+  /// (1 - k) x the row before + k x the source, k = |momentum / 100|, likewise from the row before the first record.
+  std::size_t (*variable)(Source source, Source momentum, Records records, double* out);
+
+  /// Into `total`: the sum over the records of the products of how far, up or down, `a` and `b` move from the row
+  /// before.
+  std::size_t (*movementProducts)(Source a, Source b, Records records, double* total);
 };
 
 /// The instruction sets that there are variants for, from none to the widest.

@@ -1,11 +1,15 @@
 // A few doubles side by side, one record a lane. Included by the kernel variants only: everything here has internal
 // linkage, so that no function compiled for a wider processor can be linked into code for a narrower one.
 //
-// `larger` and `smaller` give their second operand where neither is larger, zeros of either sign being equal. The
-// others of their kind give x where the comparison holds, otherwise y.
+// `larger` and `smaller` give their second operand where neither is larger, zeros of either sign being equal.
 #pragma once
 
 #include <cstddef>
+#if defined(__SSE2__)
+#include <immintrin.h>
+#elif !defined(__GNUC__)
+#include <math.h>
+#endif
 
 namespace {
 
@@ -19,6 +23,7 @@ constexpr int widestLanes = 2;
 
 #if defined(__GNUC__)
 #define ORVEX_UNROLL _Pragma("GCC unroll 8")
+#define ORVEX_SQRT __builtin_sqrt
 
 template <int Lanes>
 struct Pack {
@@ -41,11 +46,13 @@ struct Pack {
   friend Pack operator/(Pack a, Pack b) { return {a.v / b.v}; }
   friend Pack larger(Pack a, Pack b) { return {a.v > b.v ? a.v : b.v}; }
   friend Pack smaller(Pack a, Pack b) { return {a.v < b.v ? a.v : b.v}; }
-  friend Pack ifLarger(Pack a, Pack b, Pack x, Pack y) { return {a.v > b.v ? x.v : y.v}; }
-  friend Pack ifEqual(Pack a, Pack b, Pack x, Pack y) { return {a.v == b.v ? x.v : y.v}; }
+  /// Lane by lane: `yes` where a > b, `no` elsewhere.
+  friend Pack whereGreater(Pack a, Pack b, Pack yes, Pack no) { return {a.v > b.v ? yes.v : no.v}; }
+  friend Pack whereEqual(Pack a, Pack b, Pack yes, Pack no) { return {a.v == b.v ? yes.v : no.v}; }
 };
 #else
 #define ORVEX_UNROLL
+#define ORVEX_SQRT sqrt
 
 template <int Lanes>
 struct Pack {
@@ -87,11 +94,11 @@ struct Pack {
   friend Pack smaller(Pack a, Pack b) {
     return each([&](int i) { return a.v[i] < b.v[i] ? a.v[i] : b.v[i]; });
   }
-  friend Pack ifLarger(Pack a, Pack b, Pack x, Pack y) {
-    return each([&](int i) { return a.v[i] > b.v[i] ? x.v[i] : y.v[i]; });
+  friend Pack whereGreater(Pack a, Pack b, Pack yes, Pack no) {
+    return each([&](int i) { return a.v[i] > b.v[i] ? yes.v[i] : no.v[i]; });
   }
-  friend Pack ifEqual(Pack a, Pack b, Pack x, Pack y) {
-    return each([&](int i) { return a.v[i] == b.v[i] ? x.v[i] : y.v[i]; });
+  friend Pack whereEqual(Pack a, Pack b, Pack yes, Pack no) {
+    return each([&](int i) { return a.v[i] == b.v[i] ? yes.v[i] : no.v[i]; });
   }
 };
 #endif
@@ -116,6 +123,27 @@ Pack<Lanes> spread(double x, const Pack<Lanes>&) {
 }
 inline double spread(double x, double) {
   return x;
+}
+
+// The square roots of numbers that are not below 0.
+#if defined(__AVX512F__)
+Pack<8> root(Pack<8> a) {
+  // With all lanes selected: GCC 12 takes the plain form's unused operand for an uninitialised value.
+  return {_mm512_maskz_sqrt_pd(0xff, a.v)};
+}
+#elif defined(__AVX2__)
+Pack<4> root(Pack<4> a) {
+  return {_mm256_sqrt_pd(a.v)};
+}
+#elif defined(__SSE2__)
+Pack<2> root(Pack<2> a) {
+  return {_mm_sqrt_pd(a.v)};
+}
+#endif
+template <int Lanes>
+Pack<Lanes> root(Pack<Lanes> a) {
+  for (int i = 0; i < Lanes; ++i) a.v[i] = ORVEX_SQRT(a.v[i]);
+  return a;
 }
 
 /// Runs `body.template operator()<Lanes, Count>(i)` for blocks of Lanes x Count rows from row `from` (counted from 0)

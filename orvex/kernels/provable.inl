@@ -19,36 +19,58 @@ bool isHandled(double x) {
   return x < largestInput && x > -largestInput;
 }
 
-/// How many values from the first on a kernel can take.
-std::ptrdiff_t handledPrefix(const double* x, std::ptrdiff_t count) {
+/// Whether `count` values, a multiple of eight packs, are finite once multiplied by `scale`.
+bool areFinite(const double* x, std::ptrdiff_t count, double scale) {
   using P = Pack<widestLanes>;
   constexpr std::ptrdiff_t packs = 8;
-  constexpr std::ptrdiff_t chunk = packs * widestLanes;
-  // Scaled so, a number that is too large becomes an infinity, and 0 times it, like 0 times not-a-number, is none.
-  const P scale = P::all(0x1p824);
+  // 0 times an infinity, like 0 times not-a-number, is no number.
   const P zero = P::all(0.0);
-  std::ptrdiff_t done = 0;
-  while (done + chunk <= count) {
-    P sum[packs];
-    ORVEX_UNROLL for (int i = 0; i < packs; ++i) sum[i] = P::load(x + done + i * widestLanes) * scale * zero;
-    const P total = ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7]));
-    double all = 0.0;
-    for (int lane = 0; lane < widestLanes; ++lane) all += total.v[lane];
-    if (!(all == 0.0)) break;
-    done += chunk;
+  P sum[packs] = {};
+  for (std::ptrdiff_t done = 0; done < count; done += packs * widestLanes) {
+    ORVEX_UNROLL for (int i = 0; i < packs; ++i) {
+      sum[i] = sum[i] + P::load(x + done + i * widestLanes) * P::all(scale) * zero;
+    }
   }
-  while (done < count && isHandled(x[done])) ++done;
+  const P total = ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7]));
+  double all = 0.0;
+  for (int lane = 0; lane < widestLanes; ++lane) all += total.v[lane];
+  return all == 0.0;
+}
+
+/// How many values from the first on are finite once multiplied by `scale`.
+std::ptrdiff_t finitePrefix(const double* x, std::ptrdiff_t count, double scale = 1.0) {
+  std::ptrdiff_t done = 0;
+  for (std::ptrdiff_t chunk = 64 * widestLanes; chunk >= 8 * widestLanes; chunk /= 8) {
+    while (done + chunk <= count && areFinite(x + done, chunk, scale)) done += chunk;
+  }
+  while (done < count && x[done] * scale * 0.0 == 0.0) ++done;
   return done;
+}
+
+/// How many values from the first on a kernel can take.
+std::ptrdiff_t handledPrefix(const double* x, std::ptrdiff_t count) {
+  // Scaled so, a number that is too large becomes an infinity.
+  return finitePrefix(x, count, 0x1p824);
+}
+
+/// How many of the records, from the first on, have the rows record - before .. record in the source.
+std::ptrdiff_t present(Source source, Records records, std::ptrdiff_t before) {
+  const auto rows = static_cast<std::ptrdiff_t>(source.count);
+  const std::ptrdiff_t last = records.last < rows ? records.last : rows;
+  if (before < 0 || records.first - before < 1 || last < records.first) return 0;
+  return last - records.first + 1;
 }
 
 /// How many of the records, from the first on, can be computed from the source's rows record - before .. record.
 std::ptrdiff_t provable(Source source, Records records, std::ptrdiff_t before) {
-  const auto rows = static_cast<std::ptrdiff_t>(source.count);
-  const std::ptrdiff_t last = records.last < rows ? records.last : rows;
-  const std::ptrdiff_t from = records.first - before;
-  if (before < 0 || from < 1 || last < records.first) return 0;
-  const std::ptrdiff_t handled = handledPrefix(source.rows + (from - 1), last - from + 1);
+  const std::ptrdiff_t count = present(source, records, before);
+  if (count == 0) return 0;
+  const std::ptrdiff_t handled = handledPrefix(source.rows + (records.first - before - 1), count + before);
   return handled > before ? handled - before : 0;
+}
+
+std::ptrdiff_t least(std::ptrdiff_t a, std::ptrdiff_t b) {
+  return a < b ? a : b;
 }
 
 }  // namespace

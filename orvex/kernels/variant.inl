@@ -2,6 +2,7 @@
 // ORVEX_VARIANT.
 #include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.h"
+#include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/recursions.inl"
 #include "orvex/kernels/variants.h"
@@ -17,6 +18,17 @@ const Table table = {
     .regression = regression,
     .highest = highest,
     .lowest = lowest,
+    .deviation = deviation,
+    .copy = copy,
+    .difference = difference,
+    .medianPrice = medianPrice,
+    .typicalPrice = typicalPrice,
+    .weightedClose = weightedClose,
+    .rateOfChange = rateOfChange,
+    .rateOfChangeKept = rateOfChangeKept,
+    .blend = blend,
+    .variable = variable,
+    .movementProducts = movementProducts,
 };
 
 }  // namespace orvex::kernels::ORVEX_VARIANT

@@ -94,4 +94,27 @@ std::size_t regression(Source source, int window, Records records, orvex::kernel
   return static_cast<std::size_t>(count);
 }
 
+std::size_t deviation(Source source, Source center, int window, int lag, double factor, Records records, double* out) {
+  if (window < 1 || lag < 0 || !isHandled(factor)) return 0;
+  const std::ptrdiff_t count =
+      least(provable(source, records, static_cast<std::ptrdiff_t>(window) - 1 + lag), provable(center, records, 0));
+  const double* const x = source.rows;
+  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+    using P = Pack<Lanes>;
+    P sum[Count] = {};
+    P middle[Count];
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) middle[i] = P::load(center.rows + row + i * Lanes);
+    for (std::ptrdiff_t j = 0; j < window; ++j) {
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+        const P distance = P::load(x + row + i * Lanes - lag - j) - middle[i];
+        sum[i] = sum[i] + distance * distance;
+      }
+    }
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+      (P::all(factor) * root(sum[i] / P::all(window))).store(out + row + i * Lanes);
+    }
+  });
+  return static_cast<std::size_t>(count);
+}
+
 }  // namespace

@@ -1,0 +1,122 @@
+// Kernels in which each row comes from one row of each input, or from a row some records back, and from no sum.
+#pragma once
+
+#include <cstddef>
+
+#include "orvex/kernels/pack.h"
+#include "orvex/kernels/provable.inl"
+
+namespace {
+
+constexpr std::ptrdiff_t rowsAPiece = 512;
+
+/// Fills up to `rowsAPiece` rows from row `first` (counted from 0) on by `formula.operator()<Pack>(row)`. Returns how
+/// many of them are finite.
+template <class Formula>
+std::ptrdiff_t fillPiece(std::ptrdiff_t first, std::ptrdiff_t count, double* out, Formula formula) {
+  eachBlock<4>(first, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+      formula.template operator()<Pack<Lanes>>(row + i * Lanes).store(out + row + i * Lanes);
+    }
+  });
+  return finitePrefix(out + first, count);
+}
+
+/// Fills the rows of `count` records. It ends at the first result that is not finite, so the inputs need no look of
+/// their own. REQUIRES: a formula out of which an infinity or not-a-number, once met, does not come as a number.
+template <class Formula>
+std::size_t fillFinite(Records records, std::ptrdiff_t count, double* out, Formula formula) {
+  std::ptrdiff_t done = 0;
+  while (done < count) {
+    const std::ptrdiff_t rows = least(rowsAPiece, count - done);
+    const std::ptrdiff_t finite = fillPiece(records.first - 1 + done, rows, out, formula);
+    done += finite;
+    if (finite < rows) break;
+  }
+  return static_cast<std::size_t>(done);
+}
+
+std::size_t copy(Source source, Records records, double* out) {
+  const double* const x = source.rows;
+  return fillFinite(records, present(source, records, 0), out,
+                    [=]<class P>(std::ptrdiff_t row) { return P::load(x + row); });
+}
+
+std::size_t difference(Source a, Source b, Records records, double* out) {
+  const std::ptrdiff_t count = least(present(a, records, 0), present(b, records, 0));
+  return fillFinite(records, count, out,
+                    [=]<class P>(std::ptrdiff_t row) { return P::load(a.rows + row) - P::load(b.rows + row); });
+}
+
+std::size_t medianPrice(Source high, Source low, Records records, double* out) {
+  const std::ptrdiff_t count = least(present(high, records, 0), present(low, records, 0));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
+    return (P::load(high.rows + row) + P::load(low.rows + row)) / P::all(2.0);
+  });
+}
+
+std::size_t typicalPrice(Source high, Source low, Source close, Records records, double* out) {
+  const std::ptrdiff_t count =
+      least(present(high, records, 0), least(present(low, records, 0), present(close, records, 0)));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
+    return (P::load(high.rows + row) + P::load(low.rows + row) + P::load(close.rows + row)) / P::all(3.0);
+  });
+}
+
+std::size_t weightedClose(Source high, Source low, Source close, Records records, double* out) {
+  const std::ptrdiff_t count =
+      least(present(high, records, 0), least(present(low, records, 0), present(close, records, 0)));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
+    return (P::load(high.rows + row) + P::load(low.rows + row) + P::all(2.0) * P::load(close.rows + row)) / P::all(4.0);
+  });
+}
+
+/// The change in percent; of a row that is 0 an infinity or not-a-number.
+template <class P>
+P changeInPercent(const double* current, std::ptrdiff_t lag) {
+  const P prior = P::load(current - lag);
+  return (P::load(current) - prior) / prior * P::all(100.0);
+}
+
+std::size_t rateOfChange(Source source, int lag, Records records, double* out) {
+  const double* const x = source.rows;
+  return fillFinite(records, present(source, records, lag), out,
+                    [=]<class P>(std::ptrdiff_t row) { return changeInPercent<P>(x + row, lag); });
+}
+
+std::size_t rateOfChangeKept(Source source, int lag, Records records, double* out) {
+  const double* const x = source.rows;
+  const std::ptrdiff_t count = present(source, records, lag);
+  double rate = 0.0;
+  std::ptrdiff_t done = 0;
+  while (done < count) {
+    const std::ptrdiff_t rows = least(rowsAPiece, count - done);
+    const std::ptrdiff_t first = records.first - 1 + done;
+    const std::ptrdiff_t finite =
+        fillPiece(first, rows, out, [=]<class P>(std::ptrdiff_t row) { return changeInPercent<P>(x + row, lag); });
+    if (finite > 0) rate = out[first + finite - 1];
+    for (std::ptrdiff_t row = first + finite; row < first + rows; ++row) {
+      if (x[row - lag] == 0.0) {
+        out[row] = rate;
+      } else if (out[row] * 0.0 == 0.0) {
+        rate = out[row];
+      } else {
+        return static_cast<std::size_t>(row - (records.first - 1));
+      }
+    }
+    done += rows;
+  }
+  return static_cast<std::size_t>(done);
+}
+
+std::size_t blend(Source source, Source share, double scale, Records records, double* out) {
+  if (!isHandled(scale)) return 0;
+  const double* const x = source.rows;
+  return fillFinite(records, least(provable(source, records, 1), provable(share, records, 0)), out,
+                    [=]<class P>(std::ptrdiff_t row) {
+                      const P k = P::load(share.rows + row) * P::all(scale);
+                      return (P::all(1.0) - k) * P::load(x + row - 1) + k * P::load(x + row);
+                    });
+}
+
+}  // namespace
