@@ -11,8 +11,8 @@ namespace {
 constexpr std::ptrdiff_t totalPiece = 256;
 
 /// Rows of `out` for `count` rows from `from` (counted from 0): `change(pack of rows)` many at a time, then row =
-/// next(row before, change). An infinite or undefined change, or one that makes the row so, must show in every later row:
-/// a piece is good when its last row is.
+/// next(row before, change). An infinite or undefined change, or one that makes the row so, must show in every later
+/// row: a piece is good when its last row is.
 template <class Change, class Next>
 std::size_t totals(std::ptrdiff_t from, std::ptrdiff_t count, double* out, Change change, Next next) {
   if (count == 0 || from < 1 || !isHandled(out[from - 1])) return 0;

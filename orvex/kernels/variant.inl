@@ -33,7 +33,11 @@ const Table table = {
     .variable = variable,
     .movementProducts = movementProducts,
     .trueRange = trueRange,
-    .directionalMovement = directionalMovement,
+    .directionalMoves = directionalMoves,
+    .wholePercent = wholePercent,
+    .directionalIndex = directionalIndex,
+    .averageIndex = averageIndex,
+    .meanHalfUp = meanHalfUp,
     .aroon = aroon,
     .place = place,
     .rangeToPath = rangeToPath,
@@ -47,6 +51,7 @@ const Table table = {
     .breakouts = breakouts,
     .difference = difference,
     .percentAbove = percentAbove,
+    .crossings = crossings,
 };
 
 }  // namespace orvex::kernels::ORVEX_VARIANT
