@@ -1,9 +1,9 @@
 // Kernels in which each row, or the sum so far, needs the row before.
 //
-// What a chain of rows waits for is itself. But an average also forgets: two chains that begin with different values end, after a
-// while, with the very same bits, and from then on they are one. So the records are cut into stretches that run side by
-// side, each from a guess and some records early. Where a stretch, at its own first record, has not met the one before
-// it, its rows are computed again until they do; the bits are those of the one chain in any case.
+// What a chain of rows waits for is itself. But an average also forgets: two chains that begin with different values
+// end, after a while, with the very same bits, and from then on they are one. So the records are cut into stretches
+// that run side by side, each from a guess and some records early. Where a stretch, at its own first record, has not
+// met the one before it, its rows are computed again until they do; the bits are those of the one chain in any case.
 #pragma once
 
 #include <cstddef>
