@@ -15,12 +15,12 @@ namespace {
 
 /// Reads the values of the records that end at `record`, oldest first. Moves the cursor over them and back to `record`.
 void readWindow(Database& data, const std::shared_ptr<Field>& source, Integer record, Integer count,
-                std::vector<Real>& window) {
+                std::vector<double>& window) {
   if (count < 1) raise(faults::SubscriptOutOfRange);
   window.resize(static_cast<std::size_t>(count.value()));
   data.setPosition(record - count + 1);
-  for (Real& value : window) {
-    value = at(source, data.getPosition());
+  for (double& value : window) {
+    value = object(source).getValue(data.getPosition());
     data.MoveNext();
   }
   data.MovePrevious();
@@ -36,7 +36,7 @@ std::shared_ptr<RecordSet> LinearRegression::Regression(std::shared_ptr<Database
     const auto intercepts = makeColumn(count, std::string(InterceptName));
     const auto forecasts = makeColumn(count, std::string(ForecastName));
     const auto qualities = makeColumn(count, std::string(RSquaredName));
-    std::vector<Real> y;
+    std::vector<double> y;
     Real quality = 0;
     data->MoveFirst();
     walk(

@@ -141,16 +141,15 @@ std::shared_ptr<RecordSet> MovingAverage::WellesWilderSmoothing(std::shared_ptr<
     applyDefault(Alias, WellesWilderSmoothingName);
     const Integer count = object(Source).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
-    const Real share = Real(1) / Periods;
     eachRecord(
         2, count,
         [&] {
-          return kernels::run(&Table::approach, rowsOf(Source), share.value(), recordRange(2, count),
+          return kernels::run(&Table::approach, rowsOf(Source), 1.0 / Periods.value(), recordRange(2, count),
                               result->values().data());
         },
         [&](Integer record) {
           const Real previous = at(result, record - 1);
-          result->setValue(record, previous + (at(Source, record) - previous) * share);
+          result->setValue(record, previous + (at(Source, record) - previous) * (Real(1) / Periods));
         });
     blank(*result, 2 * Periods);
     return makeRecordSet({result});

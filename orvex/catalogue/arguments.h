@@ -10,6 +10,8 @@ namespace orvex::catalogue {
 inline constexpr Argument Data{"data", "The price series: it supplies the record count and the cursor."};
 inline constexpr Argument Source{"Source", "The column to compute from."};
 inline constexpr Argument Periods{"Periods", "How many records the computation looks back."};
+inline constexpr Argument StartPeriod{"StartPeriod", "The first record of the span."};
+inline constexpr Argument EndPeriod{"EndPeriod", "The last record of the span."};
 
 inline constexpr Argument OHLCV{"OHLCV",
                                 "The price columns Open, High, Low, Close and Volume, as far as they are read."};
@@ -32,6 +34,11 @@ constexpr Argument aliasOr(std::string_view name) {
 /// A result column that bears the alias.
 constexpr Column aliasedColumn(std::string_view firstRow, std::string_view lastRow = "N") {
   return {"", firstRow, true, lastRow};
+}
+
+/// A result column that is drawn over the span of records only.
+constexpr Column drawnColumn(std::string_view name) {
+  return {name, "StartPeriod", false, "EndPeriod"};
 }
 
 }  // namespace orvex::catalogue

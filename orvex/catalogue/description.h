@@ -36,7 +36,7 @@ struct List {
 /// What an argument becomes that is left out: a number or a text.
 struct Default {
   double number = 0.0;
-  std::string_view text;
+  std::string_view text{};
 };
 
 struct Argument {

@@ -61,6 +61,17 @@ constexpr Fault invalidAverageType(std::string_view source) {
 constexpr Fault invalidPeriods(std::string_view source) {
   return {1101, source, "Invalid Periods"};
 }
+constexpr Fault invalidStartPeriod(std::string_view source) {
+  return {1010, source, "Invalid start period"};
+}
+constexpr Fault invalidEndPeriod(std::string_view source) {
+  return {1010, source, "Invalid end period"};
+}
+
+/// The report that an indicator makes of a fault of the moving average that it builds on.
+constexpr Fault averageError(std::string_view source) {
+  return {1104, source, "Error calculating moving average"};
+}
 
 /// The report of a row accessor for a row outside its column. The spelling is the published one.
 constexpr Fault outOfBounds(std::string_view source) {

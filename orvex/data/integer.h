@@ -10,6 +10,9 @@
 
 namespace orvex {
 
+template <class T>
+concept WholeNumber = std::integral<T> && !std::same_as<T, bool>;
+
 /// A 16-bit signed whole number whose arithmetic is checked: counts, record numbers, periods and loop counters.
 /// Making one from a number outside -32,768..32,767, and any operation whose result lies there, raises error 6
 /// "Overflow". Comparisons are made in wider arithmetic and never fail.
@@ -20,7 +23,7 @@ class Integer {
 
   constexpr Integer() noexcept = default;
 
-  template <std::integral T>
+  template <WholeNumber T>
   constexpr Integer(T number) : value_(static_cast<std::int16_t>(number)) {
     if (!std::in_range<std::int16_t>(number)) raise(faults::Overflow);
   }
@@ -50,11 +53,11 @@ class Integer {
 
   friend constexpr bool operator==(Integer, Integer) noexcept = default;
   friend constexpr auto operator<=>(Integer, Integer) noexcept = default;
-  template <std::integral T>
+  template <WholeNumber T>
   friend constexpr bool operator==(Integer a, T b) noexcept {
     return std::cmp_equal(a.value(), b);
   }
-  template <std::integral T>
+  template <WholeNumber T>
   friend constexpr std::strong_ordering operator<=>(Integer a, T b) noexcept {
     return std::cmp_less(a.value(), b)    ? std::strong_ordering::less
            : std::cmp_equal(a.value(), b) ? std::strong_ordering::equal

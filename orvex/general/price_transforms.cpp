@@ -39,7 +39,7 @@ std::shared_ptr<RecordSet> General::HighMinusLow(std::shared_ptr<Database> data,
     return transform(
         data, Alias, HighMinusLowName,
         [&](kernels::Records records, double* out) {
-          return kernels::run(&Table::difference, high.rows(), low.rows(), records, out);
+          return kernels::run(&Table::difference, high.rows(), 0, low.rows(), records, out);
         },
         [&](Integer record) { return high(record) - low(record); });
   });
@@ -103,8 +103,9 @@ std::shared_ptr<RecordSet> General::VolumeROC(std::shared_ptr<Database> data, st
         },
         [&](Integer record) {
           data->setPosition(data->getPosition() - Periods);
-          const Real prior = at(Volume, data->getPosition());
+          const double earlier = object(Volume).getValue(data->getPosition());
           data->setPosition(data->getPosition() + Periods);
+          const Real prior = earlier;
           // Of no volume there is no rate: the last one stands on, on purpose.
           if (prior != 0) rate = (at(Volume, data->getPosition()) - prior) / prior * 100;
           result->setValue(record, rate);

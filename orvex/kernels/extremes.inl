@@ -121,4 +121,43 @@ std::size_t lowest(Source source, int window, Ties ties, Records records, double
                               : extremes<Lowest, Ties::Oldest>(source, window, records, out);
 }
 
+/// The latest value that is `beyond` its neighbours: it is, where it is beyond the extreme of the `neighbours` values
+/// before it and of those after it.
+template <class Extreme, class Beyond>
+std::size_t fractals(Source source, int neighbours, Records records, double* out, Beyond beyond) {
+  if (neighbours < 1 || records.first != 1 || records.last < 1) return 0;
+  const std::ptrdiff_t reach = neighbours;
+  // Record 2 x reach + 1 is the first to have seen a value with all its neighbours.
+  const std::ptrdiff_t blank = least(2 * reach, records.last);
+  std::ptrdiff_t done = blank;
+  if (blank < records.last) {
+    const Records windows = {neighbours, records.last};
+    const auto extremes =
+        static_cast<std::ptrdiff_t>(::extremes<Extreme, Ties::Newest>(source, neighbours, windows, out));
+    if (reach - 1 + extremes > blank) done = reach - 1 + extremes;
+  }
+  // From the last record back, so that the extremes that lie before it are still there.
+  constexpr double none = largestInput;
+  for (std::ptrdiff_t row = done - 1; row >= blank; --row) {
+    const double value = source.rows[row - reach];
+    const bool fractal = beyond(value, out[row]) & beyond(value, out[row - reach - 1]);
+    out[row] = fractal ? value : none;
+  }
+  for (std::ptrdiff_t row = 0; row < blank; ++row) out[row] = 0.0;
+  double latest = 0.0;
+  for (std::ptrdiff_t row = blank; row < done; ++row) {
+    if (out[row] != none) latest = out[row];
+    out[row] = latest;
+  }
+  return static_cast<std::size_t>(done);
+}
+
+std::size_t peaks(Source source, int neighbours, Records records, double* out) {
+  return fractals<Highest>(source, neighbours, records, out, [](double a, double b) { return a > b; });
+}
+
+std::size_t valleys(Source source, int neighbours, Records records, double* out) {
+  return fractals<Lowest>(source, neighbours, records, out, [](double a, double b) { return a < b; });
+}
+
 }  // namespace

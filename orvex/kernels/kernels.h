@@ -36,6 +36,37 @@ struct Bars {
   Source close;
 };
 
+/// Directional movement, in the order of its steps; the last two are working space.
+struct DirectionRows {
+  double* rangeSum;
+  double* upIndex;
+  double* downIndex;
+  double* index;
+  double* average;
+  double* rating;
+  double* up;
+  double* down;
+};
+
+/// Aroon's columns and working space.
+struct AroonRows {
+  double* up;
+  double* down;
+  double* oscillator;
+  double* extremes;
+  double* places;
+};
+
+/// What one record of the parabolic stop-and-reverse leaves to the next: its level, the extreme of the trend (0 of the
+/// one that does not run) and the acceleration factor.
+struct Trend {
+  bool isLong;
+  double stop;
+  double longExtreme;
+  double shortExtreme;
+  double factor;
+};
+
 /// Which of equal values is taken, the first or the last in the column: zeros of either sign are equal, and differ.
 enum class Ties { Oldest, Newest };
 
@@ -63,6 +94,13 @@ struct Table {
   /// The smallest of them, likewise.
   std::size_t (*lowest)(Source source, int window, Ties ties, Records records, double* out);
 
+  /// The source's latest value that is greater than each of the `neighbours` values on either side, the later ones not
+  /// after the record; 0 before the first. For records from 1 on.
+  std::size_t (*peaks)(Source source, int neighbours, Records records, double* out);
+
+  /// The latest one that is less than them, likewise.
+  std::size_t (*valleys)(Source source, int neighbours, Records records, double* out);
+
   /// factor x the root of the mean square distance from the record's `center` of the `window` values, newest first,
   /// that end `lag` records before the record.
   std::size_t (*deviation)(Source source, Source center, int window, int lag, double factor, Records records,
@@ -71,8 +109,8 @@ struct Table {
   /// The source itself.
   std::size_t (*copy)(Source source, Records records, double* out);
 
-  /// a - b.
-  std::size_t (*difference)(Source a, Source b, Records records, double* out);
+  /// center + width x factor, and center - width x factor. `width` may be the rows of `above` or of `below`.
+  std::size_t (*around)(Source center, Source width, double factor, Records records, double* above, double* below);
 
   /// (high + low) / 2.
   std::size_t (*medianPrice)(Source high, Source low, Records records, double* out);
@@ -98,6 +136,58 @@ struct Table {
   /// Into `total`: the sum over the records of the products of how far, up or down, `a` and `b` move from the row
   /// before.
   std::size_t (*movementProducts)(Source a, Source b, Records records, double* total);
+
+  /// The largest of high - low and the distances of both to the close before, or 0.
+  std::size_t (*trueRange)(Bars bars, Records records, double* out);
+
+  /// Wilder's directional movement out of a column of ranges, for the records from 2 to the last of the columns or for
+  /// none: where it returns 0 the rows are left as they may be.
+  std::size_t (*directionalMovement)(Source range, Source high, Source low, int periods, DirectionRows out);
+
+  /// How far from the beginning of the `window` records before each record, and the record itself, the highest high and
+  /// the lowest low stand, in percent of `window`, and the difference. Of equal ones the record's own counts, otherwise
+  /// the oldest.
+  std::size_t (*aroon)(Source high, Source low, int window, Records records, AroonRows out);
+
+  /// (above - below) / (highest - lowest) x factor.
+  std::size_t (*place)(Source above, Source below, Source highest, Source lowest, double factor, Records records,
+                       double* out);
+
+  /// (highest - lowest) / the sum of the last `window` moves without their signs, oldest first.
+  std::size_t (*rangeToPath)(Source source, Source highest, Source lowest, int window, Records records, double* out);
+
+  /// (up - down) x 100 / (up + down) of the last `window` moves, oldest first; 0 where nothing moved.
+  std::size_t (*balanceOfMoves)(Source source, int window, Records records, double* out);
+
+  /// (value - old) / old x 100 + 100, with the value of `lag` records before.
+  std::size_t (*momentum)(Source source, int lag, Records records, double* out);
+
+  /// Close - min(low, close before), and the true range that is not cut at 0.
+  std::size_t (*buyingPressure)(Bars bars, Records records, double* buying, double* range);
+
+  /// ((b1 / r1) x 4 + (b2 / r2) x 2 + b3 / r3) / 7 x 100 of sums over the last `first`, `second` and `third` records,
+  /// oldest first.
+  std::size_t (*ultimate)(Source buying, Source range, int first, int second, int third, Records records, double* out);
+
+  /// The parabolic stop-and-reverse from `trend` on, which it leaves as of the last record that it fills. For steps and
+  /// bounds of the factor above 0 up to 1.
+  std::size_t (*parabolic)(Source high, Source low, double step, double bound, Trend* trend, Records records,
+                           double* out);
+
+  /// The row before + the move of the close from the true low or the true high, whichever way it went.
+  std::size_t (*accumulation)(Bars bars, Records records, double* out);
+
+  /// The move of the bar's middle / (volume / range) x 10000; 0 without a range.
+  std::size_t (*easeOfMovement)(Source high, Source low, Source volume, Records records, double* out);
+
+  /// 1 for a high above the four before, -1 for a low below the four before, otherwise 0.
+  std::size_t (*breakouts)(Source high, Source low, Records records, double* out);
+
+  /// The minuend of `lag` records before less the subtrahend.
+  std::size_t (*difference)(Source minuend, int lag, Source subtrahend, Records records, double* out);
+
+  /// (a - b) / b x 100, of b `lag` records before; 0 where b is 0.
+  std::size_t (*percentAbove)(Source a, Source b, int lag, Records records, double* out);
 
   /// The row before + the source, likewise from the row before the first record; so are the four that follow.
   std::size_t (*runningTotal)(Source source, Records records, double* out);

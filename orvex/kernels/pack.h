@@ -146,6 +146,19 @@ Pack<Lanes> root(Pack<Lanes> a) {
   return a;
 }
 
+/// The whole part of values from 0 to below 2^31.
+template <int Lanes>
+Pack<Lanes> wholePart(Pack<Lanes> a) {
+  for (int lane = 0; lane < Lanes; ++lane) a.v[lane] = static_cast<double>(static_cast<int>(a.v[lane]));
+  return a;
+}
+
+/// The value without its sign; 0 without one too.
+template <int Lanes>
+Pack<Lanes> magnitude(Pack<Lanes> a) {
+  return larger(a, Pack<Lanes>::all(0.0) - a);
+}
+
 /// Runs `body.template operator()<Lanes, Count>(i)` for blocks of Lanes x Count rows from row `from` (counted from 0)
 /// on, until `count` rows are done: wide blocks with `Count` packs in registers while they fit, then single packs, then
 /// single rows.

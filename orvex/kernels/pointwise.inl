@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "orvex/kernels/pack.h"
 #include "orvex/kernels/provable.inl"
@@ -10,16 +11,35 @@ namespace {
 
 constexpr std::ptrdiff_t rowsAPiece = 512;
 
-/// Fills up to `rowsAPiece` rows from row `first` (counted from 0) on by `formula.operator()<Pack>(row)`. Returns how
-/// many of them are finite.
+/// How many rows to fill next: a few where `out` is inside a cache line, so that no pack after them lies in two.
+std::ptrdiff_t nextPiece(const double* out, std::ptrdiff_t remaining) {
+  constexpr std::uintptr_t line = 64;
+  const std::uintptr_t inside = reinterpret_cast<std::uintptr_t>(out) % line;
+  return least(inside == 0 ? rowsAPiece : static_cast<std::ptrdiff_t>((line - inside) / sizeof(double)), remaining);
+}
+
+/// Fills `count` rows from row `first` (counted from 0) on by `formula.operator()<Pack>(row)`. Returns how many of them
+/// are finite.
 template <class Formula>
 std::ptrdiff_t fillPiece(std::ptrdiff_t first, std::ptrdiff_t count, double* out, Formula formula) {
-  eachBlock<4>(first, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-      formula.template operator()<Pack<Lanes>>(row + i * Lanes).store(out + row + i * Lanes);
+  using P = Pack<widestLanes>;
+  constexpr std::ptrdiff_t packs = 4;
+  const P zero = P::all(0.0);
+  const std::ptrdiff_t end = first + count;
+  P sum[packs] = {};
+  std::ptrdiff_t row = first;
+  for (; row + packs * widestLanes <= end; row += packs * widestLanes) {
+    ORVEX_UNROLL for (int i = 0; i < packs; ++i) {
+      const P result = formula.template operator()<P>(row + i * widestLanes);
+      result.store(out + row + i * widestLanes);
+      sum[i] = sum[i] + result * zero;
     }
+  }
+  eachBlock<1>(row, end - row, [=]<int Lanes, int>(std::ptrdiff_t at) {
+    formula.template operator()<Pack<Lanes>>(at).store(out + at);
   });
-  return finitePrefix(out + first, count);
+  const std::ptrdiff_t checked = isZero((sum[0] + sum[1]) + (sum[2] + sum[3])) ? row - first : 0;
+  return checked + finitePrefix(out + first + checked, count - checked);
 }
 
 /// Fills the rows of `count` records. It ends at the first result that is not finite, so the inputs need no look of
@@ -28,7 +48,7 @@ template <class Formula>
 std::size_t fillFinite(Records records, std::ptrdiff_t count, double* out, Formula formula) {
   std::ptrdiff_t done = 0;
   while (done < count) {
-    const std::ptrdiff_t rows = least(rowsAPiece, count - done);
+    const std::ptrdiff_t rows = nextPiece(out + records.first - 1 + done, count - done);
     const std::ptrdiff_t finite = fillPiece(records.first - 1 + done, rows, out, formula);
     done += finite;
     if (finite < rows) break;
@@ -42,10 +62,27 @@ std::size_t copy(Source source, Records records, double* out) {
                     [=]<class P>(std::ptrdiff_t row) { return P::load(x + row); });
 }
 
-std::size_t difference(Source a, Source b, Records records, double* out) {
-  const std::ptrdiff_t count = least(present(a, records, 0), present(b, records, 0));
-  return fillFinite(records, count, out,
-                    [=]<class P>(std::ptrdiff_t row) { return P::load(a.rows + row) - P::load(b.rows + row); });
+std::size_t difference(Source minuend, int lag, Source subtrahend, Records records, double* out) {
+  const std::ptrdiff_t count = least(present(minuend, records, lag), present(subtrahend, records, 0));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
+    return P::load(minuend.rows + row - lag) - P::load(subtrahend.rows + row);
+  });
+}
+
+std::size_t around(Source center, Source width, double factor, Records records, double* above, double* below) {
+  if (!isHandled(factor)) return 0;
+  const std::ptrdiff_t count = least(provable(center, records, 0), provable(width, records, 0));
+  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+    using P = Pack<Lanes>;
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+      const std::ptrdiff_t at = row + i * Lanes;
+      const P middle = P::load(center.rows + at);
+      const P distance = P::load(width.rows + at) * P::all(factor);
+      (middle + distance).store(above + at);
+      (middle - distance).store(below + at);
+    }
+  });
+  return static_cast<std::size_t>(count);
 }
 
 std::size_t medianPrice(Source high, Source low, Records records, double* out) {
@@ -90,8 +127,8 @@ std::size_t rateOfChangeKept(Source source, int lag, Records records, double* ou
   double rate = 0.0;
   std::ptrdiff_t done = 0;
   while (done < count) {
-    const std::ptrdiff_t rows = least(rowsAPiece, count - done);
     const std::ptrdiff_t first = records.first - 1 + done;
+    const std::ptrdiff_t rows = nextPiece(out + first, count - done);
     const std::ptrdiff_t finite =
         fillPiece(first, rows, out, [=]<class P>(std::ptrdiff_t row) { return changeInPercent<P>(x + row, lag); });
     if (finite > 0) rate = out[first + finite - 1];

@@ -19,6 +19,13 @@ bool isHandled(double x) {
   return x < largestInput && x > -largestInput;
 }
 
+/// Whether each lane is 0, of lanes that are 0 or no number.
+bool isZero(Pack<widestLanes> pack) {
+  double all = 0.0;
+  for (int lane = 0; lane < widestLanes; ++lane) all += pack.v[lane];
+  return all == 0.0;
+}
+
 /// Whether `count` values, a multiple of eight packs, are finite once multiplied by `scale`.
 bool areFinite(const double* x, std::ptrdiff_t count, double scale) {
   using P = Pack<widestLanes>;
@@ -31,10 +38,7 @@ bool areFinite(const double* x, std::ptrdiff_t count, double scale) {
       sum[i] = sum[i] + P::load(x + done + i * widestLanes) * P::all(scale) * zero;
     }
   }
-  const P total = ((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7]));
-  double all = 0.0;
-  for (int lane = 0; lane < widestLanes; ++lane) all += total.v[lane];
-  return all == 0.0;
+  return isZero(((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7])));
 }
 
 /// How many values from the first on are finite once multiplied by `scale`.

@@ -1,6 +1,7 @@
 // The kernels of one instruction set: included by a translation unit that is compiled for it and that names it in
 // ORVEX_VARIANT.
 #include "orvex/kernels/extremes.inl"
+#include "orvex/kernels/oscillators.inl"
 #include "orvex/kernels/pack.h"
 #include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
@@ -21,9 +22,11 @@ const Table table = {
     .regression = regression,
     .highest = highest,
     .lowest = lowest,
+    .peaks = peaks,
+    .valleys = valleys,
     .deviation = deviation,
     .copy = copy,
-    .difference = difference,
+    .around = around,
     .medianPrice = medianPrice,
     .typicalPrice = typicalPrice,
     .weightedClose = weightedClose,
@@ -32,6 +35,21 @@ const Table table = {
     .blend = blend,
     .variable = variable,
     .movementProducts = movementProducts,
+    .trueRange = trueRange,
+    .directionalMovement = directionalMovement,
+    .aroon = aroon,
+    .place = place,
+    .rangeToPath = rangeToPath,
+    .balanceOfMoves = balanceOfMoves,
+    .momentum = momentum,
+    .buyingPressure = buyingPressure,
+    .ultimate = ultimate,
+    .parabolic = parabolic,
+    .accumulation = accumulation,
+    .easeOfMovement = easeOfMovement,
+    .breakouts = breakouts,
+    .difference = difference,
+    .percentAbove = percentAbove,
     .runningTotal = runningTotal,
     .onBalanceVolume = onBalanceVolume,
     .priceVolumeTrend = priceVolumeTrend,

@@ -4,15 +4,20 @@
 #include "orvex/averages/average_of_part.h"
 #include "orvex/averages/average_type.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/host_events.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
+#include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 #include "orvex/oscillators/spans.h"
 
 namespace orvex {
 
 namespace {
+
+using kernels::Table;
 
 void checkPeriods(Integer periods, int least, Integer count, const Fault& fault) {
   if (periods < least || periods > count) raise(fault);
@@ -23,14 +28,45 @@ void checkAverage(Integer MA_Type, const Fault& fault) {
 }
 
 /// Steps the records from the first computed one on; where there is none, `first` need not fit 16 bits.
-template <class Step>
-void eachComputed(int first, Integer count, Step&& step) {
-  if (first <= count) eachRecord(first, count, noKernel, step);
+template <class Kernel, class Step>
+void eachComputed(int first, Integer count, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
+  if (first > count) return;
+  const kernels::Records records{first, count.value()};
+  eachRecord(
+      first, count, [&] { return kernel(records); }, step, [](Integer) {}, hook);
 }
 
-/// part / whole x 100, or 0 of nothing.
-Real percent(Real part, Real whole) {
-  return whole == 0 ? Real(0) : part / whole * 100;
+/// The same without a kernel.
+template <class Step>
+void eachComputed(int first, Integer count, Step&& step) {
+  eachComputed(
+      first, count, [](kernels::Records) { return std::size_t{0}; }, step);
+}
+
+/// result(r) = minuend(r - lag) - subtrahend(r) from `first` on.
+void fillDifferences(int first, Integer count, const std::shared_ptr<Field>& minuend, int lag,
+                     const std::shared_ptr<Field>& subtrahend, Field& result, YieldHook hook = yieldHook()) {
+  eachComputed(
+      first, count,
+      [&](kernels::Records records) {
+        return kernels::run(&Table::difference, rowsOf(minuend), lag, rowsOf(subtrahend), records,
+                            result.values().data());
+      },
+      [&](Integer record) { result.setValue(record, at(minuend, record - lag) - at(subtrahend, record)); }, hook);
+}
+
+/// result(r) = (a(r) - b(r - lag)) / b(r - lag) x 100 from `first` on, 0 where b is 0.
+void fillPercentages(int first, Integer count, const std::shared_ptr<Field>& a, const std::shared_ptr<Field>& b,
+                     int lag, Field& result) {
+  eachComputed(
+      first, count,
+      [&](kernels::Records records) {
+        return kernels::run(&Table::percentAbove, rowsOf(a), rowsOf(b), lag, records, result.values().data());
+      },
+      [&](Integer record) {
+        const Real whole = at(b, record - lag), part = at(a, record) - whole;
+        result.setValue(record, whole == 0 ? Real(0) : part / whole * 100);
+      });
 }
 
 /// Two averages of one column, both computed from `first` on.
@@ -53,10 +89,7 @@ std::shared_ptr<RecordSet> differenceInPercent(const std::shared_ptr<Database>& 
   const Integer count = data->getRecordCount();
   const auto result = makeColumn(count, name);
   const ShortAndLong averages = shortAndLong(MA_Type, data, source, shortCycle, longCycle);
-  eachComputed(averages.first, count, [&](Integer record) {
-    const Real slow = at(averages.longer, record);
-    result->setValue(record, percent(at(averages.shorter, record) - slow, slow));
-  });
+  fillPercentages(averages.first, count, averages.shorter, averages.longer, 0, *result);
   data->MoveFirst();
   return makeRecordSet({result});
 }
@@ -101,13 +134,9 @@ std::shared_ptr<RecordSet> Oscillator::MACD(std::shared_ptr<Database> data, std:
     const auto histogram = makeColumn(count, Alias.get() + std::string(MACDHistogramSuffix));
     const ShortAndLong averages = shortAndLong(average_type::Exponential, data, Source, ShortCycle, LongCycle);
     const int first = averages.first;
-    eachComputed(first, count, [&](Integer record) {
-      line->setValue(record, at(averages.shorter, record) - at(averages.longer, record));
-    });
+    fillDifferences(first, count, averages.shorter, 0, averages.longer, *line);
     const auto signal = averageOfPart(average_type::Exponential, line, first, SignalPeriods, signalName);
-    for (int record = first + SignalPeriods.value(); record <= count; ++record) {
-      histogram->setValue(record, at(line, record) - at(signal, record));
-    }
+    fillDifferences(first + SignalPeriods.value(), count, line, 0, signal, *histogram, noYield);
     data->MoveFirst();
     return makeRecordSet({line, signal, histogram});
   });
@@ -124,8 +153,7 @@ std::shared_ptr<RecordSet> Oscillator::DetrendedPriceOscillator(std::shared_ptr<
     const auto result = makeColumn(count, Alias.get());
     const auto average = averageColumn(MA_Type, data, Source, Periods, "Average");
     const int lag = Periods.value() / 2 + 1;
-    eachComputed(firstAverageRow(MA_Type.value(), Periods.value()), count,
-                 [&](Integer record) { result->setValue(record, at(Source, record - lag) - at(average, record)); });
+    fillDifferences(firstAverageRow(MA_Type.value(), Periods.value()), count, Source, lag, average, *result);
     data->MoveFirst();
     return makeRecordSet({result});
   });
@@ -144,10 +172,7 @@ std::shared_ptr<RecordSet> Oscillator::TRIX(std::shared_ptr<Database> data, std:
     for (int again = 1; again <= 2; ++again, first += wait) {
       average = averageOfPart(average_type::Exponential, average, first, Periods, "Average");
     }
-    eachComputed(first + 1, count, [&](Integer record) {
-      const Real before = at(average, record - 1);
-      result->setValue(record, percent(at(average, record) - before, before));
-    });
+    fillPercentages(first + 1, count, average, average, 1, *result);
     data->MoveFirst();
     return makeRecordSet({result});
   });

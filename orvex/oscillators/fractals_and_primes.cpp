@@ -1,13 +1,16 @@
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
 
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
+#include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 
 namespace orvex {
@@ -57,13 +60,21 @@ std::shared_ptr<RecordSet> Oscillator::ChaosFractalOscillator(std::shared_ptr<Da
     const auto result = makeColumn(count, std::string(ChaosFractalOscillatorName));
     // From record 2 on, although four records stand behind the fifth only: before it the comparison is with 0, so that
     // ordinary prices give 1 there. It is kept.
-    eachRecord(2, count, noKernel, [&](Integer record) {
+    const auto step = [&](Integer record) {
       bool above = true, below = true;
       for (const Real before : fourBefore(high, record)) above &= at(high, record) > before;
       for (const Real before : fourBefore(low, record)) below &= at(low, record) < before;
       if (above) result->setValue(record, 1);
       if (below) result->setValue(record, -1);
-    });
+    };
+    eachRecord(2, std::min(count, Integer(4)), noKernel, step);
+    eachRecord(
+        5, count,
+        [&] {
+          return kernels::run(&kernels::Table::breakouts, rowsOf(high), rowsOf(low), recordRange(5, count),
+                              result->values().data());
+        },
+        step);
     return makeRecordSet({result});
   });
 }

@@ -3,14 +3,18 @@
 #include "orvex/averages/average_of_part.h"
 #include "orvex/averages/linear_regression.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
+#include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 #include "orvex/oscillators/spans.h"
 
 namespace orvex {
+
+using kernels::Table;
 
 std::shared_ptr<RecordSet> Oscillator::CMO(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                            Integer Periods, InOut<std::string> Alias) {
@@ -18,7 +22,10 @@ std::shared_ptr<RecordSet> Oscillator::CMO(std::shared_ptr<Database> data, std::
     applyDefault(Alias, CMOName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
-    walkSpans(*data, Periods, count + 1, 1, noKernel, [&](Integer record) {
+    const auto kernel = [&](kernels::Records records) {
+      return kernels::run(&Table::balanceOfMoves, rowsOf(Source), Periods.value(), records, result->values().data());
+    };
+    walkSpans(*data, Periods, count + 1, 1, kernel, [&](Integer record) {
       Real up = 0, down = 0;
       visitSpan(*data, Periods, record, [&](Integer j) {
         const Real value = at(Source, j), before = at(Source, j - 1);
@@ -41,7 +48,11 @@ std::shared_ptr<RecordSet> Oscillator::Momentum(std::shared_ptr<Database> data, 
     // Record Periods + 1 has its lag already and is passed over all the same: where the column begins is kept.
     const Integer first = Periods + 2;
     data->setPosition(first);
-    walk(*data, first, count, noKernel, [&](Integer record) {
+    const auto kernel = [&] {
+      return kernels::run(&Table::momentum, rowsOf(Source), Periods.value(), recordRange(first, count),
+                          result->values().data());
+    };
+    walk(*data, first, count, kernel, [&](Integer record) {
       data->setPosition(record - Periods);
       const Real old = at(Source, data->getPosition());
       data->setPosition(record);
@@ -59,7 +70,12 @@ std::shared_ptr<RecordSet> Oscillator::VerticalHorizontalFilter(std::shared_ptr<
     applyDefault(Alias, VerticalHorizontalFilterName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
-    walkSpans(*data, Periods, count + 1, 1, noKernel, [&](Integer record) {
+    const auto kernel = [&](kernels::Records records) {
+      const SpanExtremes spans = spanExtremes(rowsOf(Source), rowsOf(Source), Periods, records);
+      return kernels::run(&Table::rangeToPath, rowsOf(Source), kernels::source(spans.highest),
+                          kernels::source(spans.lowest), Periods.value(), spans.records, result->values().data());
+    };
+    walkSpans(*data, Periods, count + 1, 1, kernel, [&](Integer record) {
       Extremes extremes;
       Real path = 0;
       visitSpan(
@@ -103,7 +119,11 @@ std::shared_ptr<RecordSet> Oscillator::WilliamsAccumulationDistribution(std::sha
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
-    eachRecord(2, count, noKernel, [&](Integer record) {
+    const auto kernel = [&] {
+      return kernels::run(&Table::accumulation, kernels::Bars{high.rows(), low.rows(), close.rows()},
+                          recordRange(2, count), result->values().data());
+    };
+    eachRecord(2, count, kernel, [&](Integer record) {
       const Real last = close(record), before = close(record - 1);
       const Real trueHigh = std::max(high(record), before), trueLow = std::min(low(record), before);
       Real flow = 0;
@@ -124,7 +144,13 @@ std::shared_ptr<RecordSet> Oscillator::ChaikinVolatility(std::shared_ptr<Databas
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
     const auto range = makeColumn(count, "HL");
-    for (int record = 1; record <= count; ++record) range->setValue(record, high(record) - low(record));
+    const auto kernel = [&] {
+      return kernels::run(&Table::difference, high.rows(), 0, low.rows(), recordRange(1, count),
+                          range->values().data());
+    };
+    eachRecord(
+        1, count, kernel, [&](Integer record) { range->setValue(record, high(record) - low(record)); }, [](Integer) {},
+        noYield);
     const auto average = averageColumn(MA_Type, data, range, Periods, "HLMA");
     eachRecord(ROC + 1, count, noKernel, [&](Integer record) {
       const Real old = at(average, record - ROC), now = at(average, record);
@@ -142,7 +168,11 @@ std::shared_ptr<RecordSet> Oscillator::EaseOfMovement(std::shared_ptr<Database> 
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), volume(OHLCV, Database::VolumeName);
     const Integer count = object(data).getRecordCount();
     const auto ease = makeColumn(count, "EMV");
-    eachRecord(2, count, noKernel, [&](Integer record) {
+    const auto kernel = [&] {
+      return kernels::run(&Table::easeOfMovement, high.rows(), low.rows(), volume.rows(), recordRange(2, count),
+                          ease->values().data());
+    };
+    eachRecord(2, count, kernel, [&](Integer record) {
       const Real move = (high(record) + low(record)) / 2 - (high(record - 1) + low(record - 1)) / 2;
       const Real range = high(record) - low(record);
       if (range != 0) {

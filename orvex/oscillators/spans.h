@@ -1,7 +1,13 @@
 #pragma once
 
+#include <algorithm>
+#include <vector>
+
 #include "orvex/data/database.h"
+#include "orvex/data/field.h"
 #include "orvex/data/integer.h"
+#include "orvex/data/kernel_rows.h"
+#include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 
 /// The trailing-span walk: what the oscillators share that place a value within the last records.
@@ -9,11 +15,15 @@ namespace orvex {
 
 /// Walks the records that have a span of `length` records behind them, one record late: the first that is stepped is
 /// `length` + 1, and the last the one before `end`. The counter of the walk runs one ahead of the record, in 16 bits,
-/// which bounds both the length and the series. The step leaves the cursor `ahead` records past its own.
+/// which bounds both the length and the series. The step leaves the cursor `ahead` records past its own. The kernel is
+/// handed the records.
 template <class Kernel, class Step>
 void walkSpans(Database& data, Integer length, Integer end, Integer ahead, Kernel&& kernel, Step&& step) {
   const Integer counter = length + 2;
-  eachRecord(counter - 1, end - 1, kernel, step, [&](Integer record) { data.setPosition(record + ahead); });
+  const Integer first = counter - 1, last = end - 1;
+  eachRecord(
+      first, last, [&] { return kernel(recordRange(first, last)); }, step,
+      [&](Integer record) { data.setPosition(record + ahead); });
 }
 
 /// Moves the cursor over the `length` records that end at `record`: `begin` with the first of them under it, then
@@ -33,6 +43,31 @@ template <class Visit>
 void visitSpan(Database& data, Integer length, Integer record, Visit&& visit) {
   visitSpan(
       data, length, record, [](Integer) {}, visit);
+}
+
+/// The extremes of the spans that end at the records, for those records from the first on that kernels can tell.
+struct SpanExtremes {
+  std::vector<double> highest, lowest;
+  kernels::Records records;
+
+  /// Fills rows with (above - below) / (highest - lowest) x factor and tells how many.
+  std::size_t place(kernels::Source above, kernels::Source below, double factor, Field& out) const {
+    return kernels::run(&kernels::Table::place, above, below, kernels::source(highest), kernels::source(lowest), factor,
+                        records, out.values().data());
+  }
+};
+
+inline SpanExtremes spanExtremes(kernels::Source high, kernels::Source low, Integer length, kernels::Records records) {
+  if (records.first < 1) return {{}, {}, {1, 0}};
+  const auto count = static_cast<std::size_t>(records.last);
+  SpanExtremes spans{std::vector<double>(count), std::vector<double>(count), records};
+  const auto fill = [&](auto kernel, kernels::Source source, std::vector<double>& out) {
+    const std::size_t done = kernels::run(kernel, source, length.value(), kernels::Ties::Oldest, records, out.data());
+    spans.records.last = std::min(spans.records.last, records.first - 1 + static_cast<int>(done));
+  };
+  fill(&kernels::Table::highest, high, spans.highest);
+  fill(&kernels::Table::lowest, low, spans.lowest);
+  return spans;
 }
 
 /// The highest and the lowest of values that are taken one after the other.

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <vector>
 
 #include "orvex/averages/average_of_part.h"
 #include "orvex/data/columns.h"
@@ -6,6 +7,7 @@
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/indices/index.h"
+#include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 #include "orvex/oscillators/spans.h"
 
@@ -39,7 +41,11 @@ std::shared_ptr<RecordSet> Oscillator::StochasticOscillator(std::shared_ptr<Data
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
     auto k = makeColumn(count, std::string(PercentKName));
-    walkSpans(*data, KPeriods, count + 1, 0, noKernel, [&](Integer record) {
+    const auto kernel = [&](kernels::Records records) {
+      const SpanExtremes spans = spanExtremes(high.rows(), low.rows(), KPeriods, records);
+      return spans.place(close.rows(), kernels::source(spans.lowest), 100, *k);
+    };
+    walkSpans(*data, KPeriods, count + 1, 0, kernel, [&](Integer record) {
       const Extremes span = extremesOfSpan(*data, KPeriods, record, high, low);
       const Integer last = data->getPosition();
       k->setValue(last, (close(last) - span.lowest()) / (span.highest() - span.lowest()) * 100);
@@ -59,7 +65,11 @@ std::shared_ptr<RecordSet> Oscillator::WilliamsPctR(std::shared_ptr<Database> da
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
     // It ends one record before the stochastics do: the last record stays 0, and that is kept.
-    walkSpans(*data, Periods, count, 0, noKernel, [&](Integer record) {
+    const auto kernel = [&](kernels::Records records) {
+      const SpanExtremes spans = spanExtremes(high.rows(), low.rows(), Periods, records);
+      return spans.place(kernels::source(spans.highest), close.rows(), -100, *result);
+    };
+    walkSpans(*data, Periods, count, 0, kernel, [&](Integer record) {
       const Extremes span = extremesOfSpan(*data, Periods, record, high, low);
       const Integer last = data->getPosition();
       result->setValue(last, (span.highest() - close(last)) / (span.highest() - span.lowest()) * -100);
@@ -77,7 +87,11 @@ std::shared_ptr<RecordSet> Oscillator::StochRSI(std::shared_ptr<Database> data, 
     const auto value = [&](Integer record) { return at(strength, record); };
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
-    walkSpans(*data, Periods, count + 1, 0, noKernel, [&](Integer record) {
+    const auto kernel = [&](kernels::Records records) {
+      const SpanExtremes spans = spanExtremes(rowsOf(strength), rowsOf(strength), Periods, records);
+      return spans.place(rowsOf(strength), kernels::source(spans.lowest), 1, *result);
+    };
+    walkSpans(*data, Periods, count + 1, 0, kernel, [&](Integer record) {
       const Extremes span = extremesOfSpan(*data, Periods, record, value, value);
       const Integer last = data->getPosition();
       result->setValue(last, (value(last) - span.lowest()) / (span.highest() - span.lowest()));
@@ -95,7 +109,19 @@ std::shared_ptr<RecordSet> Oscillator::UltimateOscillator(std::shared_ptr<Databa
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
-    walkSpans(*data, std::max({Cycle1, Cycle2, Cycle3}), count + 1, 1, noKernel, [&](Integer record) {
+    const Integer longest = std::max({Cycle1, Cycle2, Cycle3});
+    const auto kernel = [&](kernels::Records records) -> std::size_t {
+      if (records.first < 2) return 0;
+      std::vector<double> buying(static_cast<std::size_t>(count.value())), range(buying.size());
+      const kernels::Records bars{2, records.last};
+      const std::size_t done =
+          kernels::run(&kernels::Table::buyingPressure, kernels::Bars{high.rows(), low.rows(), close.rows()}, bars,
+                       buying.data(), range.data());
+      const kernels::Records known{records.first, 1 + static_cast<int>(done)};
+      return kernels::run(&kernels::Table::ultimate, kernels::source(buying), kernels::source(range), Cycle1.value(),
+                          Cycle2.value(), Cycle3.value(), known, result->values().data());
+    };
+    walkSpans(*data, longest, count + 1, 1, kernel, [&](Integer record) {
       const auto pressure = [&](Integer cycle) {
         Pressure sum;
         visitSpan(*data, cycle, record, [&](Integer j) {

@@ -1,0 +1,191 @@
+#include "cli/binding.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+#include "cli/failure.h"
+#include "cli/names.h"
+#include "orvex/data/text.h"
+
+namespace orvex::cli {
+
+namespace {
+
+using catalogue::Argument;
+using catalogue::Type;
+using catalogue::Value;
+
+bool comesFromFile(const Argument& argument) {
+  return argument.type == Type::Database || argument.type == Type::RecordSet;
+}
+
+bool isName(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+  });
+}
+
+const NamedText* find(const std::vector<NamedText>& given, std::string_view name) {
+  const auto found =
+      std::find_if(given.begin(), given.end(), [&](const NamedText& one) { return equalNames(one.name, name); });
+  return found == given.end() ? nullptr : &*found;
+}
+
+std::vector<std::string> givableNames(const catalogue::Method& method) {
+  std::vector<std::string> names;
+  for (const Argument& argument : method.arguments) {
+    if (!comesFromFile(argument)) names.emplace_back(argument.name);
+  }
+  return names;
+}
+
+std::string_view placeholder(const Argument& argument) {
+  switch (argument.type) {
+    case Type::Field:
+      return "COLUMN";
+    case Type::String:
+      return "TEXT";
+    case Type::Boolean:
+      return "True|False";
+    default:
+      return "NUMBER";
+  }
+}
+
+const PriceColumn* findColumn(const PriceFile& file, std::string_view name) {
+  const auto found = std::find_if(file.columns.begin(), file.columns.end(),
+                                  [&](const PriceColumn& one) { return equalNames(one.field->name(), name); });
+  return found == file.columns.end() ? nullptr : &*found;
+}
+
+Value bindColumn(const PriceFile& file, const Argument& argument, const std::string& name) {
+  const PriceColumn* column = findColumn(file, name);
+  if (column == nullptr) {
+    const std::vector<std::string> names = file.columnNames();
+    throw Failure(RecordSet::getIndexFault, fmt::format("{}={}: \"{}\" has no such column; it has {}.{}", argument.name,
+                                                        name, file.name, enumerate(names), didYouMean(name, names)));
+  }
+  if (column->textLine) {
+    throw Failure(faults::TypeMismatch,
+                  fmt::format("{}={}: that column of \"{}\" holds texts and not only numbers, in line {} for one.",
+                              argument.name, name, file.name, *column->textLine));
+  }
+  return column->field;
+}
+
+/// What a text must be to become a value of a type.
+std::string demand(Type type) {
+  switch (type) {
+    case Type::Integer:
+      return fmt::format("a whole number from {} to {}", Integer::Least, Integer::Greatest);
+    case Type::Long:
+      return fmt::format("a whole number from {} to {}", std::numeric_limits<std::int32_t>::min(),
+                         std::numeric_limits<std::int32_t>::max());
+    case Type::Boolean:
+      return "True or False";
+    default:
+      return "a number";
+  }
+}
+
+Value bindText(const Argument& argument, const std::string& text) {
+  try {
+    return catalogue::coerce(text, argument.type);
+  } catch (const Error& error) {
+    throw Failure(error.fault(), fmt::format("{}={}: it must be {}.", argument.name, text, demand(argument.type)));
+  }
+}
+
+/// An argument that the caller did not give: a value, or nothing that could stand for it.
+std::optional<Value> bindUnnamed(const Argument& argument, const PriceFile* file) {
+  if (argument.type == Type::Database && file != nullptr) return file->data;
+  if (argument.type == Type::RecordSet && file != nullptr) return file->prices;
+  if (argument.optional) return catalogue::Missing{};
+  if (argument.type == Type::Field && file != nullptr && findColumn(*file, argument.name) != nullptr) {
+    return bindColumn(*file, argument, std::string(argument.name));
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+CallWords readWords(const std::vector<std::string>& words) {
+  CallWords result;
+  for (const std::string& word : words) {
+    const std::size_t equals = word.find('=');
+    if (equals != std::string::npos && isName(std::string_view(word).substr(0, equals))) {
+      result.arguments.push_back({word.substr(0, equals), word.substr(equals + 1)});
+    } else if (!result.file) {
+      result.file = word;
+    } else {
+      throw UsageError(fmt::format("\"{}\" would be a second file after \"{}\"; arguments are written NAME=VALUE.",
+                                   word, *result.file));
+    }
+  }
+  return result;
+}
+
+bool needsFile(const catalogue::Method& method) {
+  return std::any_of(method.arguments.begin(), method.arguments.end(),
+                     [](const Argument& argument) { return comesFromFile(argument) || argument.type == Type::Field; });
+}
+
+void checkNames(const catalogue::Class& owner, const catalogue::Method& method, const std::vector<NamedText>& given) {
+  for (const NamedText& one : given) {
+    const auto argument = std::find_if(method.arguments.begin(), method.arguments.end(),
+                                       [&](const Argument& each) { return equalNames(each.name, one.name); });
+    if (argument == method.arguments.end()) {
+      const std::vector<std::string> names = givableNames(method);
+      const std::string has =
+          names.empty() ? "it takes no arguments by name" : fmt::format("it has {}", enumerate(names));
+      throw UsageError(fmt::format("{} has no argument \"{}\"; {}.{}", fullName(owner, method), one.name, has,
+                                   didYouMean(one.name, names)));
+    }
+    if (comesFromFile(*argument)) {
+      throw UsageError(
+          fmt::format("{} is taken from the price file: leave \"{}={}\" out.", argument->name, one.name, one.value));
+    }
+    if (find(given, one.name) != &one) throw UsageError(fmt::format("{} is given twice.", argument->name));
+  }
+}
+
+std::vector<Value> bindArguments(const catalogue::Class& owner, const catalogue::Method& method,
+                                 const std::vector<NamedText>& given, const PriceFile* file) {
+  std::vector<Value> values;
+  std::string missing;
+  for (const Argument& argument : method.arguments) {
+    const NamedText* text = find(given, argument.name);
+    if (text == nullptr) {
+      const std::optional<Value> value = bindUnnamed(argument, file);
+      if (value) {
+        values.push_back(*value);
+      } else if (!comesFromFile(argument)) {
+        missing += fmt::format("\n  {}={}: {}", argument.name, placeholder(argument), argument.help);
+      }
+    } else if (argument.type != Type::Field) {
+      values.push_back(bindText(argument, text->value));
+    } else if (file != nullptr) {
+      values.push_back(bindColumn(*file, argument, text->value));
+    }
+  }
+  const bool noFile = file == nullptr && needsFile(method);
+  if (noFile || !missing.empty()) {
+    throw UsageError(fmt::format("{} still needs{}{}\nA whole call: {}", fullName(owner, method),
+                                 noFile ? "\n  FILE: a price file" : "", missing, exampleCall(owner, method)));
+  }
+  return values;
+}
+
+std::string exampleCall(const catalogue::Class& owner, const catalogue::Method& method) {
+  std::string call = fmt::format("orvex run {}{}", fullName(owner, method), needsFile(method) ? " FILE" : "");
+  for (const Argument& argument : method.arguments) {
+    if (!argument.optional && !comesFromFile(argument)) {
+      call += fmt::format(" {}={}", argument.name, placeholder(argument));
+    }
+  }
+  return call;
+}
+
+}  // namespace orvex::cli

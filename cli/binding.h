@@ -1,0 +1,46 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/price_file.h"
+#include "orvex/catalogue/description.h"
+
+/// From the words of a command line to the values of a call.
+namespace orvex::cli {
+
+/// NAME=VALUE.
+struct NamedText {
+  std::string name;
+  std::string value;
+};
+
+/// The words behind CLASS.METHOD.
+struct CallWords {
+  std::optional<std::string> file;
+  std::vector<NamedText> arguments;
+};
+
+/// Tells the file from the arguments. UsageError for a second file.
+CallWords readWords(const std::vector<std::string>& words);
+
+/// Tells whether a method computes from a price file.
+bool needsFile(const catalogue::Method& method);
+
+/// UsageError for an argument that the method does not have, that is given twice, or that only a file can supply.
+void checkNames(const catalogue::Class& owner, const catalogue::Method& method, const std::vector<NamedText>& given);
+
+/// The values of the method's arguments, each of its type or left out. `file` may be missing only where none is needed.
+///   Database, RecordSet  from the file
+///   Field                the column that the text names; if it is left out, the column that bears the argument's name
+///   numbers, texts       converted as automation converts them
+/// UsageError for what is missing; Failure 1110 for an unknown column, 13 for a column or text that is no number, 6 for
+/// a number that does not fit.
+std::vector<catalogue::Value> bindArguments(const catalogue::Class& owner, const catalogue::Method& method,
+                                            const std::vector<NamedText>& given, const PriceFile* file);
+
+/// A call as the caller would write it, with what stands for each argument that must be given.
+std::string exampleCall(const catalogue::Class& owner, const catalogue::Method& method);
+
+}  // namespace orvex::cli

@@ -1,0 +1,157 @@
+#include "cli/catalogue_pages.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "cli/binding.h"
+#include "cli/facts.h"
+#include "cli/values.h"
+
+namespace orvex::cli {
+
+namespace {
+
+using catalogue::Argument;
+using catalogue::Class;
+using catalogue::Column;
+using catalogue::Method;
+using Json = nlohmann::ordered_json;
+
+constexpr std::string_view stateNote = "Its objects hold data between calls, so its methods are not run from here.";
+
+/// Rows of cells with every column but the last as wide as its widest cell.
+std::string aligned(const std::vector<std::vector<std::string>>& rows) {
+  std::vector<std::size_t> widths;
+  for (const auto& row : rows) {
+    widths.resize(std::max(widths.size(), row.size()));
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+  }
+  std::string text;
+  for (const auto& row : rows) {
+    text += ' ';
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      text += fmt::format(" {:<{}}", row[i], i + 1 < row.size() ? widths[i] + 1 : 0);
+    }
+    text += '\n';
+  }
+  return text;
+}
+
+std::string methodLines(const Class& owner) {
+  std::vector<std::vector<std::string>> rows;
+  for (const Method* method : owner.methods) rows.push_back({std::string(method->name), helpOf(*method)});
+  return aligned(rows);
+}
+
+Json methodsJson(const Class& owner) {
+  Json methods = Json::array();
+  for (const Method* method : owner.methods) {
+    methods.push_back({{"name", method->name}, {"kind", kindOf(*method)}, {"help", method->help}});
+  }
+  return methods;
+}
+
+Json classJson(const Class& owner) {
+  return {{"name", owner.name}, {"help", owner.help}, {"runnable", !owner.holdsState}, {"methods", methodsJson(owner)}};
+}
+
+std::string describeClass(const Class& owner) {
+  std::string text = fmt::format("{}: {}\n", owner.name, owner.help);
+  if (owner.holdsState) text += fmt::format("{}\n", stateNote);
+  return text + fmt::format("\nMethods\n{}", methodLines(owner));
+}
+
+std::string describeMethod(const Class& owner, const Method& method) {
+  std::string text = fmt::format("{}.{}\n\n{}\n", owner.name, signatureOf(method), helpOf(method));
+  const auto section = [&](std::string_view title, const std::vector<std::vector<std::string>>& rows) {
+    if (!rows.empty()) text += fmt::format("\n{}\n{}", title, aligned(rows));
+  };
+  std::vector<std::vector<std::string>> rows;
+  for (const Argument& argument : method.arguments) {
+    rows.push_back({std::string(argument.name), std::string(typeName(argument.type)), meaningOf(argument)});
+  }
+  section("Arguments", rows);
+  rows.clear();
+  for (const Column& column : method.columns)
+    rows.push_back({titleOf(column), fmt::format("computed rows {}", rowsOf(column))});
+  section("Result columns (N: the record count)", rows);
+  rows.clear();
+  for (const Fault& fault : method.faults) {
+    rows.push_back({fmt::to_string(fault.number), std::string(fault.source), descriptionOf(fault)});
+  }
+  section("Errors", rows);
+  if (isCalculation(owner, method)) section("Run", {{exampleCall(owner, method)}});
+  if (owner.holdsState) text += fmt::format("\n{}\n", stateNote);
+  return text;
+}
+
+Json methodJson(const Class& owner, const Method& method) {
+  Json arguments = Json::array();
+  for (const Argument& argument : method.arguments) {
+    Json one = {{"name", argument.name},
+                {"type", typeName(argument.type)},
+                {"help", argument.help},
+                {"optional", argument.optional},
+                {"written", argument.written}};
+    if (argument.optional) one["default"] = Json::parse(jsonValue(defaultOf(argument)));
+    arguments.push_back(one);
+  }
+  Json columns = Json::array();
+  for (const Column& column : method.columns) {
+    columns.push_back({{"name", column.name},
+                       {"aliased", column.aliased},
+                       {"firstRow", column.firstRow},
+                       {"lastRow", column.lastRow}});
+  }
+  Json faults = Json::array();
+  for (const Fault& fault : method.faults) {
+    faults.push_back({{"number", fault.number}, {"source", fault.source}, {"description", fault.description}});
+  }
+  return {{"class", owner.name},
+          {"name", method.name},
+          {"kind", kindOf(method)},
+          {"help", method.help},
+          {"runnable", isCalculation(owner, method)},
+          {"signature", signatureOf(method)},
+          {"arguments", arguments},
+          {"result", typeName(method.result)},
+          {"columns", columns},
+          {"errors", faults}};
+}
+
+}  // namespace
+
+std::string listPage(PageFormat format) {
+  if (format == PageFormat::Json) {
+    Json classes = Json::array();
+    for (const Class* owner : catalogue::classes()) classes.push_back(classJson(*owner));
+    return Json{{"classes", classes}}.dump(2) + '\n';
+  }
+  std::string text;
+  for (const Class* owner : catalogue::classes()) {
+    text += fmt::format("{}{}: {}{}\n{}", text.empty() ? "" : "\n", owner->name, owner->help,
+                        owner->holdsState ? " (holds data: described, not run)" : "", methodLines(*owner));
+  }
+  return text;
+}
+
+std::string describePage(const Target& target, PageFormat format) {
+  const Class& owner = *target.owner;
+  if (format == PageFormat::Json) {
+    if (target.methods.empty()) return classJson(owner).dump(2) + '\n';
+    Json methods = Json::array();
+    for (const Method* method : target.methods) methods.push_back(methodJson(owner, *method));
+    return (methods.size() == 1 ? methods.front() : methods).dump(2) + '\n';
+  }
+  if (target.methods.empty()) return describeClass(owner);
+  std::string text;
+  for (const Method* method : target.methods) {
+    if (!text.empty()) text += '\n';
+    text += describeMethod(owner, *method);
+  }
+  return text;
+}
+
+}  // namespace orvex::cli

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "orvex/data/error.h"
+
+namespace orvex::cli {
+
+/// A mistake in how the program was called: exit status 2.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A fault of the library, and what it means for this call in a reader's words: exit status 1.
+class Failure : public std::exception {
+ public:
+  Failure(const Fault& fault, std::string explanation) : fault_(fault), explanation_(std::move(explanation)) {}
+
+  const Fault& fault() const noexcept { return fault_; }
+  const std::string& explanation() const noexcept { return explanation_; }
+  const char* what() const noexcept override { return explanation_.c_str(); }
+
+ private:
+  Fault fault_;
+  std::string explanation_;
+};
+
+/// Tells something on the standard error.
+inline void complain(std::string_view text) {
+  fmt::print(stderr, "orvex: {}\n", text);
+}
+
+}  // namespace orvex::cli

@@ -1,0 +1,192 @@
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/catalogue_pages.h"
+#include "cli/failure.h"
+#include "cli/names.h"
+#include "cli/output.h"
+#include "cli/reference.h"
+#include "cli/run.h"
+#include "orvex/data/text.h"
+
+namespace orvex::cli {
+namespace {
+
+constexpr int failed = 1;
+constexpr int misused = 2;
+
+/// Writes what a command gave; a full disk must not look like success.
+int write(const std::string& text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return 0;
+  complain("the result could not be written to the standard output.");
+  return failed;
+}
+
+/// The command line: its commands, and what each of them was given.
+class Program {
+ public:
+  Program() {
+    app_.set_version_flag("--version", "orvex " ORVEX_VERSION);
+    app_.require_subcommand(1);
+    app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    addList();
+    addDescribe();
+    addRun();
+    addCommand("reference", "Print the description of every class and method in Markdown.", referencePage);
+  }
+
+  int main(int argc, char** argv) {
+    try {
+      app_.parse(argc, argv);
+    } catch (const CLI::Success& asked) {
+      return app_.exit(asked);
+    } catch (const CLI::ParseError& error) {
+      complain(explain(error));
+      return misused;
+    }
+    try {
+      return write(command_());
+    } catch (const UsageError& mistake) {
+      complain(mistake.what());
+      return misused;
+    } catch (const Failure& failure) {
+      return report(failure);
+    } catch (const std::exception& error) {
+      complain(error.what());
+      return failed;
+    }
+  }
+
+ private:
+  void addCommand(const std::string& name, const std::string& help, std::function<std::string()> command) {
+    CLI::App* added = app_.add_subcommand(name, help);
+    added->group("Commands");
+    added->callback([this, command] { command_ = command; });
+  }
+
+  void addList() {
+    addCommand("list", "List the classes and their methods.", [this] { return listPage(pageFormat()); });
+    addPageFormat("list");
+  }
+
+  void addDescribe() {
+    addCommand("describe", "Tell what a class or a method does, takes and returns.",
+               [this] { return describePage(findTarget(target_), pageFormat()); });
+    app_.get_subcommand("describe")
+        ->add_option("CLASS[.METHOD]", target_, "What to describe; upper and lower case are the same.")
+        ->required()
+        ->option_text(" ");
+    addPageFormat("describe");
+  }
+
+  void addRun() {
+    addCommand("run", "Compute a method.", [this] { return runMethod(); });
+    CLI::App* run = app_.get_subcommand("run");
+    run->add_option("CLASS.METHOD", run_.target, "What to compute, for example MovingAverage.SimpleMovingAverage.")
+        ->required()
+        ->option_text(" ");
+    run->add_option("ARGUMENTS", run_.words,
+                    "FILE, where the method computes from prices, and NAME=VALUE for each argument.")
+        ->option_text(" ");
+    run->add_option("--format", format_, "How to print: a table (on a terminal), csv (otherwise) or json.")
+        ->check(CLI::IsMember({"table", "csv", "json"}))
+        ->option_text("table|csv|json");
+    run->add_option("--warmup", warmup_,
+                    "What stands in rows that are not computed: zero, as in the library, or blank.")
+        ->check(CLI::IsMember({"zero", "blank"}))
+        ->option_text("zero|blank");
+    run->add_flag("--append", run_.append, "Print the columns of the file and the result together.");
+    run->add_option("--last", run_.last, "Print the last N records only.")
+        ->check([](const std::string& text) {
+          const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
+          const bool zero = text.find_first_not_of('0') == std::string::npos;
+          return digits && !zero ? "" : fmt::format("\"{}\" is not a whole number from 1", text);
+        })
+        ->option_text("N");
+    run->add_option("--delimiter", delimiter_, "What stands between the columns of the file, if it is to be told.")
+        ->option_text("CHARACTER|tab");
+    run->footer(
+        "A price file has one record a line: date, open, high, low, close and volume without a header line, or any\n"
+        "columns with one. An argument that is a field is given as a column's name, Source=Close; where it is left "
+        "out\n"
+        "and the file has a column of the argument's own name, such as Volume, that is taken. What a method takes is\n"
+        "told by: orvex describe CLASS.METHOD");
+  }
+
+  void addPageFormat(const std::string& command) {
+    app_.get_subcommand(command)
+        ->add_option("--format", format_, "How to print: text or json.")
+        ->check(CLI::IsMember({"text", "json"}))
+        ->option_text("text|json");
+  }
+
+  PageFormat pageFormat() const { return format_ == "json" ? PageFormat::Json : PageFormat::Text; }
+
+  std::string runMethod() {
+    run_.format = outputFormat();
+    run_.blankWarmup = warmup_ == "blank";
+    if (!delimiter_.empty()) {
+      run_.delimiter = delimiter_ == "tab" || delimiter_ == "\\t" ? "\t" : delimiter_;
+      if (firstCharacterLength(*run_.delimiter) != run_.delimiter->size()) {
+        throw UsageError(fmt::format("--delimiter is one character, or \"tab\"; \"{}\" is more.", delimiter_));
+      }
+    }
+    return run(run_);
+  }
+
+  Format outputFormat() const {
+    if (format_.empty()) return isatty(STDOUT_FILENO) != 0 ? Format::Table : Format::Csv;
+    return format_ == "json" ? Format::Json : format_ == "csv" ? Format::Csv : Format::Table;
+  }
+
+  /// What is wrong with the command line itself.
+  std::string explain(const CLI::ParseError& error) const {
+    const std::vector<CLI::App*> chosen = app_.get_subcommands();
+    const std::vector<std::string> unknown = app_.remaining(true);
+    const CLI::App& scope = chosen.empty() ? app_ : *chosen.front();
+    const std::string help =
+        fmt::format(" \"{} --help\" tells how it is called.", chosen.empty() ? "orvex" : "orvex " + scope.get_name());
+    if (unknown.empty()) return fmt::format("{}.{}", chosen.empty() ? "no command is given" : error.what(), help);
+    const std::string& word = unknown.front();
+    std::vector<std::string> names;
+    if (word.starts_with('-')) {
+      for (const CLI::Option* option : scope.get_options()) {
+        if (!option->get_positional()) names.push_back(option->get_name());
+      }
+      return fmt::format("there is no option \"{}\".{}{}", word, didYouMean(word, names), help);
+    }
+    if (!chosen.empty()) return fmt::format("\"{}\" is one word too many.{}", word, help);
+    for (const CLI::App* command : app_.get_subcommands({})) names.push_back(command->get_name());
+    return fmt::format("there is no command \"{}\".{}{}", word, didYouMean(word, names), help);
+  }
+
+  /// For people on the standard error, and for programs that asked for it on the standard output.
+  int report(const Failure& failure) const {
+    const Fault& fault = failure.fault();
+    complain(failure.explanation());
+    complain(fmt::format("error {}, {}: {}", fault.number, fault.source, fault.description));
+    if (format_ == "json") write(showError(fault));
+    return failed;
+  }
+
+  CLI::App app_{"Technical analysis of price series.", "orvex"};
+  std::function<std::string()> command_;
+  std::string target_;
+  std::string format_;
+  std::string warmup_;
+  std::string delimiter_;
+  RunOptions run_;
+};
+
+}  // namespace
+}  // namespace orvex::cli
+
+int main(int argc, char** argv) {
+  return orvex::cli::Program().main(argc, argv);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "orvex/catalogue/computed_rows.h"
+#include "orvex/catalogue/value.h"
+#include "orvex/data/error.h"
+#include "orvex/data/field.h"
+#include "orvex/data/note.h"
+
+/// What a call gave, in each of the formats.
+namespace orvex::cli {
+
+enum class Format { Table, Csv, Json };
+
+/// An argument that the call has changed.
+struct Written {
+  std::string name;
+  catalogue::Value value;
+  bool given;  // the caller had named it
+};
+
+struct ShownColumn {
+  std::shared_ptr<Field> field;
+  bool texts;
+  catalogue::RowRange filled;  // the rows outside it are left empty
+};
+
+struct ShownColumns {
+  std::vector<ShownColumn> columns;
+  catalogue::RowRange records;
+  std::vector<Written> written;
+  std::optional<Integer> position;  // where the call left the cursor of the price series
+};
+
+/// The table is rounded to be read by people, and alone shows the numbers of the records. The other formats have every
+/// digit that matters.
+std::string showColumns(const ShownColumns& result, Format format);
+std::string showNote(const Note& note, const std::vector<Written>& written, Format format);
+std::string showValue(const catalogue::Value& value, const std::vector<Written>& written, Format format);
+std::string showError(const Fault& fault);
+
+}  // namespace orvex::cli

@@ -1,0 +1,83 @@
+#include "cli/reference.h"
+
+#include <fmt/format.h>
+
+#include <string_view>
+#include <vector>
+
+#include "cli/facts.h"
+#include "cli/names.h"
+#include "orvex/catalogue/description.h"
+
+namespace orvex::cli {
+
+namespace {
+
+using catalogue::Argument;
+using catalogue::Class;
+using catalogue::Column;
+using catalogue::Method;
+using Rows = std::vector<std::vector<std::string>>;
+
+constexpr std::string_view introduction = R"(# Reference
+
+Every class of the library with its methods. `orvex reference` prints this page; `scripts/update-generated` writes it.
+
+- Records run from 1, the oldest, to N, the record count. An Integer has 16 bits; a period that does not fit is error 6
+  "Overflow", a text that is no number error 13 "Type mismatch", both from "Orvex".
+- The computed rows of a result column are the records whose every input is itself computed. Rows outside them hold 0,
+  or what the formula makes of values that are not computed yet.
+- A class that holds data keeps it between calls. The others are calculators: one object serves any number of calls.
+)";
+
+/// A cell of a table, where "|" would end it.
+std::string cell(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    if (c == '|') result += '\\';
+    result += c;
+  }
+  return result;
+}
+
+std::string table(const std::vector<std::string>& titles, const Rows& rows) {
+  if (rows.empty()) return {};
+  std::string text = fmt::format("\n| {} |\n|", fmt::join(titles, " | "));
+  for (std::size_t i = 0; i < titles.size(); ++i) text += "---|";
+  text += '\n';
+  for (const auto& row : rows) {
+    text += '|';
+    for (const std::string& one : row) text += fmt::format(" {} |", cell(one));
+    text += '\n';
+  }
+  return text;
+}
+
+std::string methodSection(const Class& owner, const Method& method) {
+  std::string text =
+      fmt::format("\n### {}\n\n{}\n\n    {}\n", fullName(owner, method), helpOf(method), signatureOf(method));
+  Rows arguments, columns, faults;
+  for (const Argument& one : method.arguments) {
+    arguments.push_back({std::string(one.name), std::string(typeName(one.type)), meaningOf(one)});
+  }
+  for (const Column& one : method.columns) columns.push_back({titleOf(one), rowsOf(one)});
+  for (const Fault& one : method.faults) {
+    faults.push_back({fmt::to_string(one.number), std::string(one.source), descriptionOf(one)});
+  }
+  return text + table({"Argument", "Type", "Meaning"}, arguments) + table({"Result column", "Computed rows"}, columns) +
+         table({"Error", "Source", "Description"}, faults);
+}
+
+}  // namespace
+
+std::string referencePage() {
+  std::string text(introduction);
+  for (const Class* owner : catalogue::classes()) {
+    text += fmt::format("\n## {}\n\n{}{}\n", owner->name, owner->help,
+                        owner->holdsState ? " Its objects hold data between calls." : "");
+    for (const Method* method : owner->methods) text += methodSection(*owner, *method);
+  }
+  return text;
+}
+
+}  // namespace orvex::cli

@@ -1,0 +1,163 @@
+#include "cli/run.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "cli/binding.h"
+#include "cli/facts.h"
+#include "cli/failure.h"
+#include "cli/names.h"
+#include "cli/price_file.h"
+#include "cli/values.h"
+#include "orvex/data/object.h"
+
+namespace orvex::cli {
+
+namespace {
+
+using catalogue::Class;
+using catalogue::Column;
+using catalogue::Method;
+using catalogue::RowRange;
+using catalogue::Type;
+using catalogue::Value;
+
+const Method& findRunnable(const Target& target) {
+  const Class& owner = *target.owner;
+  if (owner.holdsState) {
+    throw UsageError(
+        fmt::format("{0} is a class whose objects hold data between calls; a single call of one shows nothing, so it "
+                    "is not run. \"orvex describe {0}\" tells what it does.",
+                    owner.name));
+  }
+  if (target.methods.empty()) {
+    std::vector<std::string> names;
+    for (const Method* method : owner.methods) names.emplace_back(method->name);
+    throw UsageError(fmt::format("{0} is a class; name one of its methods as {0}.METHOD. It has {1}.", owner.name,
+                                 enumerate(names)));
+  }
+  for (const Method* method : target.methods) {
+    if (isCalculation(owner, *method)) return *method;
+  }
+  throw UsageError(
+      fmt::format("{} is a property, which computes nothing by itself.", fullName(owner, *target.methods.front())));
+}
+
+void checkOptions(const std::string& name, const Method& method, const CallWords& words, const RunOptions& options) {
+  if (words.file && !needsFile(method)) {
+    throw UsageError(
+        fmt::format("{} takes no file, so \"{}\" has no place; arguments are written NAME=VALUE.", name, *words.file));
+  }
+  if (method.result == Type::RecordSet) return;
+  const char* option = options.append        ? "--append"
+                       : options.blankWarmup ? "--warmup blank"
+                       : options.last        ? "--last"
+                                             : nullptr;
+  if (option != nullptr) {
+    throw UsageError(fmt::format("{} is for methods that return columns; {} returns a {}.", option, name,
+                                 catalogue::typeName(method.result)));
+  }
+}
+
+/// What may lie behind an error that a method reports in its general words only.
+std::string explain(const std::string& name, const Method& method, std::span<const Value> arguments,
+                    const PriceFile* file) {
+  std::string text = fmt::format("{} could not be computed.", name);
+  if (file != nullptr) {
+    std::vector<std::string> lacking;
+    for (const std::string_view price :
+         {Database::OpenName, Database::HighName, Database::LowName, Database::CloseName, Database::VolumeName}) {
+      if (!file->prices->isValidField(std::string(price))) lacking.emplace_back(price);
+    }
+    const bool takesPrices = std::any_of(method.arguments.begin(), method.arguments.end(),
+                                         [](const auto& argument) { return argument.type == Type::RecordSet; });
+    if (takesPrices && !lacking.empty()) {
+      text += fmt::format(" It takes prices by name, and \"{}\" has no numbers for {}.", file->name,
+                          enumerate(lacking, "or"));
+    }
+    const int count = file->data->getRecordCount().value();
+    for (const Column& column : method.columns) {
+      const RowRange rows = catalogue::computedRows(method, column, count, arguments);
+      if (rows.first <= rows.last) continue;
+      text += fmt::format(" With these arguments its first value would stand in record {}, and \"{}\" has {} records.",
+                          catalogue::evaluateRow(column.firstRow, method, count, arguments), file->name, count);
+      break;
+    }
+  }
+  return text + fmt::format(" \"orvex describe {}\" tells what it takes and when it fails.", name);
+}
+
+std::vector<Written> findWritten(const Method& method, std::span<const Value> before, std::span<const Value> after) {
+  std::vector<Written> written;
+  for (std::size_t i = 0; i < after.size(); ++i) {
+    const bool given = !std::holds_alternative<catalogue::Missing>(before[i]);
+    if (method.arguments[i].written && (!given || jsonValue(before[i]) != jsonValue(after[i]))) {
+      written.push_back({std::string(method.arguments[i].name), after[i], given});
+    }
+  }
+  return written;
+}
+
+ShownColumns selectColumns(const RecordSet& result, const Method& method, std::span<const Value> arguments,
+                           const PriceFile* file, const RunOptions& options) {
+  ShownColumns shown;
+  const auto add = [&](const std::shared_ptr<Field>& field, bool texts) {
+    shown.columns.push_back({field, texts, {1, field->getRecordCount().value()}});
+  };
+  if (file != nullptr && options.append) {
+    for (const PriceColumn& column : file->columns) add(column.field, column.textLine.has_value());
+  } else if (file != nullptr && file->dates != nullptr && options.format != Format::Json) {
+    add(file->dates, true);
+  }
+  int count = 0;
+  for (int i = 1; i <= result.getFieldCount(); ++i) {
+    add(result.getField(result.getName(i)), false);
+    ShownColumn& column = shown.columns.back();
+    count = std::max(count, column.filled.last);
+    if (options.blankWarmup && static_cast<std::size_t>(i) <= method.columns.size()) {
+      column.filled = catalogue::computedRows(method, method.columns[static_cast<std::size_t>(i - 1)],
+                                              column.filled.last, arguments);
+    }
+  }
+  shown.records = {std::max(1, count - options.last.value_or(count) + 1), count};
+  return shown;
+}
+
+}  // namespace
+
+std::string run(const RunOptions& options) {
+  const Target target = findTarget(options.target);
+  const Method& method = findRunnable(target);
+  const std::string name = fullName(*target.owner, method);
+  const CallWords words = readWords(options.words);
+  checkNames(*target.owner, method, words.arguments);
+  checkOptions(name, method, words, options);
+  std::optional<PriceFile> prices;
+  if (words.file) prices = readPriceFile(*words.file, options.delimiter);
+  const PriceFile* const file = prices ? &*prices : nullptr;
+  if (file != nullptr && !file->remark.empty()) complain(file->remark);
+
+  const std::vector<Value> before = bindArguments(*target.owner, method, words.arguments, file);
+  std::vector<Value> arguments = before;
+  Value result;
+  try {
+    result = catalogue::call(method, target.owner->create().get(), arguments);
+  } catch (const Error& error) {
+    throw Failure(error.fault(), explain(name, method, arguments, file));
+  }
+
+  const std::vector<Written> written = findWritten(method, before, arguments);
+  if (const auto* note = std::get_if<std::shared_ptr<Note>>(&result)) {
+    return showNote(object(*note), written, options.format);
+  }
+  const auto* columns = std::get_if<std::shared_ptr<RecordSet>>(&result);
+  if (columns == nullptr) return showValue(result, written, options.format);
+  ShownColumns shown = selectColumns(object(*columns), method, arguments, file, options);
+  shown.written = written;
+  if (file != nullptr) shown.position = file->data->getPosition();
+  return showColumns(shown, options.format);
+}
+
+}  // namespace orvex::cli

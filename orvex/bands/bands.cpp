@@ -1,0 +1,254 @@
+#include "orvex/bands/bands.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <string>
+
+#include "orvex/averages/average_type.h"
+#include "orvex/averages/moving_average.h"
+#include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
+#include "orvex/data/object.h"
+#include "orvex/data/price_column.h"
+#include "orvex/data/real.h"
+#include "orvex/data/walk.h"
+#include "orvex/general/general.h"
+#include "orvex/kernels/kernels.h"
+#include "orvex/oscillators/oscillator.h"
+
+namespace orvex {
+
+namespace {
+
+using kernels::Table;
+using std::shared_ptr;
+
+/// The rows center + width x factor and center - width x factor, as far as a kernel can prove them.
+std::size_t fillAround(kernels::Source center, kernels::Source width, double factor, Integer first, Integer last,
+                       Field& above, Field& below) {
+  return kernels::run(&Table::around, center, width, factor, recordRange(first, last), above.values().data(),
+                      below.values().data());
+}
+
+/// A whole number in 32 bits: error 6 for one that does not fit.
+std::int32_t long32(double number) {
+  if (number < std::numeric_limits<std::int32_t>::min() || number > std::numeric_limits<std::int32_t>::max()) {
+    raise(faults::Overflow);
+  }
+  return static_cast<std::int32_t>(number);
+}
+
+/// The whole number that stands for a price among the primes. Multiplied by 10 once only, so a price below 1 stays 0.
+std::int32_t wholePrice(Real price) {
+  const Real whole = fix(price);
+  return long32(whole < 10 ? whole * 10 : whole);
+}
+
+double primeAtOrBelow(General& general, std::int32_t number) {
+  for (; number >= 2; --number) {
+    if (general.IsPrime(number)) return number;
+  }
+  return 0;
+}
+
+double primeAtOrAbove(General& general, std::int32_t number) {
+  const std::int32_t bound = long32(long32(2.0 * number) - 1.0);
+  for (; number <= bound; ++number) {
+    if (general.IsPrime(number)) return number;
+  }
+  return 0;
+}
+
+/// Carries the latest fractal of a column into the row of `record`.
+template <class Beyond>
+void stepFractals(PriceColumn& column, Integer periods, Integer record, Field& result, Beyond beyond) {
+  const Integer center = record - periods;
+  if (center <= periods) return;
+  const Real value = column(center);
+  bool fractal = true;
+  for (int distance = 1; distance <= periods; ++distance) {
+    const Real before = column(center - distance);
+    const Real after = column(center + distance);
+    fractal = fractal && beyond(value, before) && beyond(value, after);
+  }
+  result.setValue(record, fractal ? value.value() : result.getValue(record - 1));
+}
+
+}  // namespace
+
+shared_ptr<RecordSet> Bands::BollingerBands(shared_ptr<Database> data, shared_ptr<Field> Source, Integer Periods,
+                                            Integer StandardDeviations, Integer MA_Type) {
+  const Integer count = object(data).getRecordCount();
+  if (MA_Type < 1 || MA_Type > 7) raise(BollingerBandsTypeFault);
+  if (Periods < 1 || Periods > count) raise(BollingerBandsPeriodsFault);
+  if (StandardDeviations < 0 || StandardDeviations > 100) raise(BollingerBandsDeviationsFault);
+  const auto result = trap(BollingerBandsAverageFault, [&] {
+    return averageOfType(MA_Type, data, Source, Periods, std::string(BollingerMedianName));
+  });
+  return trap(BollingerBandsFault, [&] {
+    const auto tops = makeColumn(count, std::string(BollingerTopName));
+    const auto bottoms = makeColumn(count, std::string(BollingerBottomName));
+    const auto medians = result->getField(std::string(BollingerMedianName));
+    const Integer first = Periods + 1;
+    data->setPosition(first);
+    walk(
+        *data, first, count,
+        [&]() -> std::size_t {
+          const auto widths = rowsOf(tops);
+          const std::size_t done =
+              kernels::run(&Table::deviation, rowsOf(Source), rowsOf(medians), Periods.value(), 1,
+                           Real(StandardDeviations).value(), recordRange(first, count), tops->values().data());
+          if (done == 0) return 0;
+          return fillAround(rowsOf(medians), widths, 1.0, first, first + static_cast<int>(done) - 1, *tops, *bottoms);
+        },
+        [&](Integer record) {
+          const Real mean = at(medians, data->getPosition());
+          Real sum = 0;
+          // The records before this one, measured around its own average. That is meant so: the bands tell how far the
+          // price strayed before it came here.
+          for (int i = 1; i <= Periods; ++i) {
+            data->MovePrevious();
+            const Real distance = at(Source, data->getPosition()) - mean;
+            sum += distance * distance;
+          }
+          data->setPosition(data->getPosition() + Periods);
+          const Real deviation = sqrt(sum / Periods);
+          const Real width = StandardDeviations * deviation;
+          tops->setValue(record, mean + width);
+          bottoms->setValue(record, mean - width);
+        });
+    blank(*tops, Periods);
+    blank(*bottoms, Periods);
+    result->addField(tops);
+    result->addField(bottoms);
+    data->MoveFirst();
+    return result;
+  });
+}
+
+shared_ptr<RecordSet> Bands::MovingAverageEnvelope(shared_ptr<Database> data, shared_ptr<Field> Source, Integer Periods,
+                                                   Integer MA_Type, InOut<double> Shift) {
+  const Integer count = object(data).getRecordCount();
+  if (MA_Type < 1 || MA_Type > 7) raise(MovingAverageEnvelopeTypeFault);
+  if (Periods < 1 || Periods > count) raise(MovingAverageEnvelopePeriodsFault);
+  if (Shift.get() < 0 || Shift.get() > 100) raise(MovingAverageEnvelopeShiftFault);
+  const std::string averageName = "Temp";
+  const auto result = trap(MovingAverageEnvelopeAverageFault,
+                           [&] { return averageOfType(MA_Type, data, Source, Periods, averageName); });
+  return trap(MovingAverageEnvelopeFault, [&] {
+    const auto tops = makeColumn(count, std::string(EnvelopeTopName));
+    const auto bottoms = makeColumn(count, std::string(EnvelopeBottomName));
+    const auto averages = result->getField(averageName);
+    data->MoveFirst();
+    const Real shift = Real(Shift.get()) / 100;
+    Shift.set(shift);
+    walk(
+        *data, 1, count,
+        [&] { return fillAround(rowsOf(averages), rowsOf(averages), shift, 1, count, *tops, *bottoms); },
+        [&](Integer record) {
+          const Real average = at(averages, data->getPosition());
+          tops->setValue(record, average * shift + average);
+          bottoms->setValue(record, average - average * shift);
+        });
+    // Twice the period, as published, so that no average's warm-up shows. It limits the period to half the series.
+    blank(*tops, 2 * Periods);
+    blank(*bottoms, 2 * Periods);
+    result->addField(tops);
+    result->addField(bottoms);
+    result->removeField(averageName);
+    data->MoveFirst();
+    return result;
+  });
+}
+
+shared_ptr<RecordSet> Bands::HighLowBands(shared_ptr<Database> data, shared_ptr<Field> HighPrice,
+                                          shared_ptr<Field> LowPrice, shared_ptr<Field> ClosePrice, Integer Periods) {
+  const Integer count = object(data).getRecordCount();
+  if (Periods < 6 || Periods > count) raise(HighLowBandsPeriodsFault);
+  shared_ptr<RecordSet> tops, medians, bottoms;
+  trap(HighLowBandsAverageFault, [&] {
+    constexpr double scale = 0.8;
+    MovingAverage average;
+    tops = average.VIDYA(data, HighPrice, Periods, scale, std::string(HighLowTopName));
+    const Integer half = Integer::rounded(Periods.value() / 2.0);
+    medians = average.VIDYA(data, ClosePrice, half, scale, std::string(HighLowMedianName));
+    bottoms = average.VIDYA(data, LowPrice, Periods, scale, std::string(HighLowBottomName));
+  });
+  return trap(HighLowBandsFault, [&] {
+    const auto top = tops->getField(std::string(HighLowTopName));
+    const auto median = medians->getField(std::string(HighLowMedianName));
+    const auto bottom = bottoms->getField(std::string(HighLowBottomName));
+    for (const auto& column : {top, median, bottom}) blank(*column, Periods);
+    const auto result = makeRecordSet({top, median, bottom});
+    data->MoveFirst();
+    return result;
+  });
+}
+
+shared_ptr<RecordSet> Bands::Keltner(shared_ptr<Database> data, shared_ptr<RecordSet> OHLCV, Integer Periods,
+                                     double Factor) {
+  return trap(KeltnerFault, [&] {
+    // Not `Periods`: the range is always that of 14 records.
+    const auto ranges = Oscillator().AverageTrueRange(data, OHLCV, "ATR", 14)->getField("ATR");
+    const auto close = object(OHLCV).getField(std::string(Database::CloseName));
+    const auto medians = MovingAverage()
+                             .VIDYA(data, close, Periods, average_type::VidyaR2Scale, std::string(KeltnerMedianName))
+                             ->getField(std::string(KeltnerMedianName));
+    const Integer count = object(close).getRecordCount();
+    const auto tops = makeColumn(count, std::string(KeltnerTopName));
+    const auto bottoms = makeColumn(count, std::string(KeltnerBottomName));
+    eachRecord(
+        Periods, count,
+        [&] { return fillAround(rowsOf(medians), rowsOf(ranges), Factor, Periods, count, *tops, *bottoms); },
+        [&](Integer record) {
+          const Real width = at(ranges, record) * Factor;
+          const Real median = at(medians, record);
+          tops->setValue(record, median + width);
+          bottoms->setValue(record, median - width);
+        });
+    return makeRecordSet({medians, tops, bottoms});
+  });
+}
+
+shared_ptr<RecordSet> Bands::PrimeNumberBands(shared_ptr<Database> data, shared_ptr<RecordSet> OHLCV) {
+  return trap(PrimeNumberBandsFault, [&] {
+    const Integer count = object(data).getRecordCount();
+    const auto tops = makeColumn(count, std::string(PrimeTopName));
+    const auto bottoms = makeColumn(count, std::string(PrimeBottomName));
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
+    General general;
+    eachRecord(1, count, noKernel, [&](Integer record) {
+      bottoms->setValue(record, primeAtOrBelow(general, wholePrice(low(record))));
+      tops->setValue(record, primeAtOrAbove(general, wholePrice(high(record))));
+    });
+    return makeRecordSet({tops, bottoms});
+  });
+}
+
+shared_ptr<RecordSet> Bands::FractalChaosBands(shared_ptr<Database> data, shared_ptr<RecordSet> OHLCV,
+                                               Integer Periods) {
+  const Integer count = object(data).getRecordCount();
+  if (Periods < 1 || Periods > count) raise(FractalChaosBandsPeriodsFault);
+  return trap(FractalChaosBandsFault, [&] {
+    const auto highs = makeColumn(count, std::string(FractalHighName));
+    const auto lows = makeColumn(count, std::string(FractalLowName));
+    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
+    eachRecord(
+        1, count,
+        [&] {
+          const kernels::Records records = recordRange(1, count);
+          return std::min(kernels::run(&Table::peaks, high.rows(), Periods.value(), records, highs->values().data()),
+                          kernels::run(&Table::valleys, low.rows(), Periods.value(), records, lows->values().data()));
+        },
+        [&](Integer record) {
+          stepFractals(high, Periods, record, *highs, std::greater<double>());
+          stepFractals(low, Periods, record, *lows, std::less<double>());
+        });
+    data->MoveFirst();
+    return makeRecordSet({highs, lows});
+  });
+}
+
+}  // namespace orvex

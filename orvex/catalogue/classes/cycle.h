@@ -1,0 +1,26 @@
+#pragma once
+
+#include <tuple>
+
+#include "orvex/catalogue/arguments.h"
+#include "orvex/catalogue/describe.h"
+#include "orvex/patterns/cycle.h"
+
+namespace orvex::catalogue {
+
+template <>
+struct Description<Cycle> {
+  static constexpr Identity identity{
+      .name = "Cycle",
+      .help = "The length of the cycle in a column.",
+      .classId = Guid("22a37c99-9001-486b-a383-2e289e386909"),
+      .interfaceId = Guid("2e539042-9bc8-496a-860f-8535ac0cfb3c"),
+  };
+
+  static constexpr auto rows = std::tuple{
+      row<&Cycle::Analyze>("Analyze", "How many records a price that has fallen takes to climb back, on average.",
+                           {Source}, {}, {Cycle::AnalyzeFault}),
+  };
+};
+
+}  // namespace orvex::catalogue

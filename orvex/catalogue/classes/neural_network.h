@@ -1,0 +1,38 @@
+#pragma once
+
+#include <tuple>
+
+#include "orvex/catalogue/arguments.h"
+#include "orvex/catalogue/describe.h"
+#include "orvex/patterns/neural_network.h"
+
+namespace orvex::catalogue {
+
+template <>
+struct Description<NeuralNetwork> {
+  static constexpr Identity identity{
+      .name = "NeuralNetwork",
+      .help = "Forecasts by learning from the past.",
+      .classId = Guid("3b56809b-2140-405e-b7c1-b96751c36378"),
+      .interfaceId = Guid("3997d337-317a-4f93-a4c4-b5b9eabb80f3"),
+  };
+
+  static constexpr auto rows = std::tuple{
+      row<&NeuralNetwork::NeuralIndicator>(
+          NeuralNetwork::NeuralIndicatorName,
+          "Forecasts each value from the ones before it with a small neural network.",
+          {Data,
+           Source,
+           {"Periods", "How many relative changes the network sees, and how many hidden units it has."},
+           {"LearningRate", "How far one example moves the weights, above 0."},
+           {"Epochs", "How often it goes through the examples."},
+           {"TrainingShare", "How much of the series it learns from, above 0 and at most 1."},
+           aliasOr(NeuralNetwork::NeuralIndicatorName)},
+          {aliasedColumn("Periods + 2")},
+          {faults::ObjectNotSet, NeuralNetwork::NeuralIndicatorPeriodsFault, NeuralNetwork::NeuralIndicatorRateFault,
+           NeuralNetwork::NeuralIndicatorEpochsFault, NeuralNetwork::NeuralIndicatorShareFault,
+           NeuralNetwork::NeuralIndicatorFault}),
+  };
+};
+
+}  // namespace orvex::catalogue

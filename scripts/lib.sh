@@ -1,0 +1,80 @@
+# What the scripts of this folder share; they source it.
+# shellcheck shell=bash
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
+
+# The Debian packages that each purpose takes. One list each; every script names the lists that it needs.
+# shellcheck disable=SC2034
+{
+    build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev libfmt-dev)
+    native_test_packages=(libgtest-dev libbenchmark-dev pkg-config)
+    sanitize_packages=(clang libclang-rt-14-dev)
+    format_packages=(clang-format)
+    lint_packages=(clang clang-tidy clang-tools)
+    script_packages=(shellcheck)
+    windows_packages=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools googletest)
+    wine_packages=(wine64)
+    bare_packages=(debootstrap git ca-certificates)
+}
+
+say() {
+    printf '==> %s\n' "$*"
+}
+
+# fail LINE...: what went wrong and what to do about it, then the end.
+fail() {
+    printf '%s: %s\n' "${0##*/}" "$1" >&2
+    shift
+    (($# == 0)) || printf '    %s\n' "$@" >&2
+    exit 1
+}
+
+# Prints the comment at the head of the running script.
+print_help() {
+    sed -n '2,/^$/s/^# \{0,1\}//p' "$0"
+}
+
+as_root() {
+    if ((EUID == 0)); then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+# need_packages NAME...: installs those that are missing; leaves the machine alone when none is.
+need_packages() {
+    local name missing=() log
+    for name in "$@"; do
+        [[ $(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null) == installed ]] || missing+=("$name")
+    done
+    ((${#missing[@]} > 0)) || return 0
+
+    local by_hand="apt-get update && apt-get install --no-install-recommends ${missing[*]}"
+    if ! grep -qs '^[A-Z_]*CODENAME=bookworm$' /etc/os-release || ! command -v apt-get >/dev/null; then
+        fail "this system is not Debian 12 (bookworm) or one made of it, so the packages it lacks are not installed here" \
+            "Install what Debian calls: ${missing[*]}"
+    fi
+    if ((EUID != 0)) && ! command -v sudo >/dev/null; then
+        fail "packages are missing, and installing them takes root or sudo" "Let root run: $by_hand"
+    fi
+
+    say "Installing ${#missing[@]} Debian packages: ${missing[*]}"
+    log=$(mktemp)
+    # An index that cannot be had may be one that is not needed: installing tells.
+    as_root apt-get -q update >"$log" 2>&1 || say "apt-get update failed; trying with the indexes that are there"
+    if ! as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -y -o Dpkg::Use-Pty=0 -o DPkg::Lock::Timeout=300 \
+        install --no-install-recommends "${missing[@]}" >>"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        fail "apt could not install the packages; its messages are above" \
+            "Check the network and /etc/apt/sources.list, then run: $by_hand"
+    fi
+    rm -f "$log"
+}
+
+# Compiled objects are kept outside the checkout, for all checkouts of this project together.
+use_compiler_cache() {
+    export CCACHE_DIR=$cache/ccache CCACHE_MAXSIZE=2G CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+}

@@ -1,0 +1,120 @@
+#include "orvex/averages/average_type.h"
+#include "orvex/averages/moving_average.h"
+#include "tests/support/levels.h"
+#include "tests/support/series.h"
+
+namespace orvex {
+namespace {
+
+using test::expectColumns;
+using test::faultOf;
+using test::field;
+using test::records;
+
+const std::vector<double> line{1, 2, 3, 4, 5, 6, 7, 8};
+
+TEST(AdaptiveAverages, OfALineTheForecastIsTheLine) {
+  const auto data = records(8);
+  expectColumns(*MovingAverage().TimeSeriesMovingAverage(data, field(line), 3),
+                {{"TimeSeriesMovingAverage", {0, 0, 0, 0, 0, 0, 7, 8}}});
+  // An alias that is the name of a column on the way is not taken for it.
+  expectColumns(*MovingAverage().TimeSeriesMovingAverage(data, field(line), 4, "Slope"),
+                {{"Slope", {0, 0, 0, 0, 0, 0, 0, 0}}});
+  EXPECT_EQ(data->getPosition(), 1);
+}
+
+TEST(AdaptiveAverages, VidyaBlendsWithTheValueBefore) {
+  const struct {
+    double scale, seventh, eighth;
+  } cases[] = {{0, 6, 7}, {0.5, 6.5, 7.5}, {1, 7, 8}, {2, 8, 9}, {-1, 5, 6}};
+  for (const auto& [scale, seventh, eighth] : cases) {
+    const auto data = records(8);
+    expectColumns(*MovingAverage().VIDYA(data, field(line), 3, scale),
+                  {{"VIDYA", {0, 0, 0, 0, 0, 0, seventh, eighth}}});
+    EXPECT_EQ(data->getPosition(), 1);
+  }
+}
+
+TEST(AdaptiveAverages, TheVariableOneFollowsTheMomentumOfNineRecords) {
+  // From record 10 on the rises of nine records are 9 and the falls 3: a factor of 1/2.
+  const auto source = field({0, 1, 0, 1, 0, 1, 0, 2, 4, 6, 7, 6});
+  const struct {
+    int periods;
+    std::vector<double> expected;
+  } cases[] = {
+      {-1, {0, 0, 0, 0, 0, 0, 0, 0, 0, 3, 5, 5.5}},
+      {3, {0, 0, 0, 0, 0, 0, 0, 0, 0, 3, 5, 5.5}},
+      {4, std::vector<double>(12)},
+  };
+  for (const auto& [periods, expected] : cases) {
+    const auto data = records(12);
+    expectColumns(*MovingAverage().VariableMovingAverage(data, source, periods, "CMO"), {{"CMO", expected}});
+    EXPECT_EQ(data->getPosition(), 1);
+  }
+}
+
+TEST(AdaptiveAverages, FailWhereTheSeriesCannotCarryThem) {
+  const auto data = records(400);
+  const auto source = field(std::vector<double>(400, 1.0));
+  MovingAverage average;
+  std::string alias;
+  EXPECT_EQ(faultOf([&] { average.VIDYA(nullptr, source, 3, 1, alias); }), MovingAverage::VIDYAFault);
+  EXPECT_EQ(alias, "VIDYA");
+  for (const int periods : {-1, 0, 1, 182, 201, 16384}) {
+    SCOPED_TRACE(periods);
+    EXPECT_EQ(faultOf([&] { average.TimeSeriesMovingAverage(data, source, periods); }),
+              MovingAverage::TimeSeriesMovingAverageFault);
+    EXPECT_EQ(faultOf([&] { average.VIDYA(data, source, periods, 1); }), MovingAverage::VIDYAFault);
+  }
+  for (const int periods : {134, 10923, 32767}) {
+    SCOPED_TRACE(periods);
+    EXPECT_EQ(faultOf([&] { average.VariableMovingAverage(data, source, periods); }),
+              MovingAverage::VariableMovingAverageFault);
+  }
+  EXPECT_EQ(faultOf([&] { average.VariableMovingAverage(data, nullptr, 1); }),
+            MovingAverage::VariableMovingAverageFault);
+}
+
+TEST(AverageType, ChoosesByCode) {
+  const auto data = records(30);
+  std::vector<double> squares(30);
+  for (int i = 0; i < 30; ++i) squares[static_cast<std::size_t>(i)] = i * i % 17;
+  const auto source = field(squares);
+  MovingAverage average;
+  const std::shared_ptr<RecordSet> expected[] = {
+      nullptr,
+      average.SimpleMovingAverage(data, source, 4, "m"),
+      average.ExponentialMovingAverage(data, source, 4, "m"),
+      average.TimeSeriesMovingAverage(data, source, 4, "m"),
+      average.VariableMovingAverage(data, source, 4, "m"),
+      average.TriangularMovingAverage(data, source, 4, "m"),
+      average.WeightedMovingAverage(data, source, 4, "m"),
+      average.VIDYA(data, source, 4, 0.65, "m"),
+  };
+  for (int code = 1; code <= 7; ++code) {
+    const auto values = expected[code]->getField("m")->values();
+    SCOPED_TRACE(code);
+    expectColumns(*averageOfType(code, data, source, 4, "m"), {{"m", {values.begin(), values.end()}}});
+  }
+  for (const int code : {0, 8, -1}) EXPECT_EQ(averageOfType(code, data, source, 4, "m"), nullptr);
+}
+
+TEST(AdaptiveAverages, AreTheSameAtAllLevels) {
+  std::mt19937 random(5);
+  for (int i = 0; i < 200; ++i) {
+    const std::size_t count = 1 + test::below(random, i % 20 == 0 ? 700 : 90);
+    const auto data = records(count);
+    const auto source = field(test::randomSeries(random, count));
+    const int periods = static_cast<int>(test::below(random, 15)) - 1;
+    const double scale = test::randomSeries(random, 1)[0];
+    SCOPED_TRACE(testing::Message() << "series " << i << ", " << count << " records, " << periods << " periods, scale "
+                                    << scale);
+    MovingAverage average;
+    test::expectSameAtAllLevels(*data, [&] { return average.TimeSeriesMovingAverage(data, source, periods); });
+    test::expectSameAtAllLevels(*data, [&] { return average.VariableMovingAverage(data, source, periods); });
+    test::expectSameAtAllLevels(*data, [&] { return average.VIDYA(data, source, periods, scale); });
+  }
+}
+
+}  // namespace
+}  // namespace orvex

@@ -1,0 +1,187 @@
+// What holds for every method of the catalogue, on thousands of series and arguments, awkward ones first of all.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "orvex/catalogue/computed_rows.h"
+#include "orvex/data/host_events.h"
+#include "orvex/kernels/kernels.h"
+#include "tests/support/calls.h"
+#include "tests/support/series.h"
+
+namespace orvex {
+namespace {
+
+using catalogue::Class;
+using catalogue::Method;
+using kernels::Level;
+using test::Choices;
+using test::Outcome;
+
+struct Named {
+  const Class* owner;
+  const Method* method;
+};
+
+void PrintTo(const Named& named, std::ostream* out) {
+  *out << named.owner->name << '.' << named.method->name;
+}
+
+/// The methods of the calculators.
+std::vector<Named> calculations() {
+  std::vector<Named> all;
+  for (const Class* owner : catalogue::classes()) {
+    for (const Method* method : owner->methods) {
+      if (!owner->holdsState && method->kind == catalogue::Kind::Method) all.push_back({owner, method});
+    }
+  }
+  return all;
+}
+
+std::string nameOf(const testing::TestParamInfo<Named>& info) {
+  return std::string(info.param.owner->name) + "_" + std::string(info.param.method->name);
+}
+
+class EveryMethod : public testing::TestWithParam<Named> {
+ protected:
+  ~EveryMethod() override {
+    kernels::setLevel(kernels::widestLevel());
+    setYieldHook({});
+  }
+
+  const Method& method() const { return *GetParam().method; }
+  const Class& owner() const { return *GetParam().owner; }
+
+  /// Runs `check(bytes)` for as many random calls as are worth their time.
+  template <class Check>
+  void forRandomCalls(Check check) {
+    std::mt19937 generator(20);
+    for (int i = 0; i < 1000 && !HasFailure(); ++i) {
+      std::vector<std::uint8_t> bytes(160);
+      std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(generator()); });
+      check(bytes);
+    }
+  }
+};
+
+/// The positions at which a computation yielded.
+struct Positions {
+  const Database* data;
+  std::vector<int> seen;
+
+  static void record(void* context) {
+    auto& self = *static_cast<Positions*>(context);
+    self.seen.push_back(self.data->getPosition().value());
+  }
+};
+
+/// Makes the call that the bytes choose, under one level of kernels, with or without a host that watches.
+Outcome outcomeAt(Level level, const std::vector<std::uint8_t>& bytes, const Named& named,
+                  std::vector<int>* positions = nullptr) {
+  Choices choices(bytes);
+  const test::World world = test::makeWorld(choices);
+  const test::Call call = test::makeCall(choices, world, *named.owner, *named.method);
+  kernels::setLevel(level);
+  Positions watch{world.data.get(), {}};
+  if (positions != nullptr) setYieldHook({&Positions::record, &watch});
+  Outcome outcome = test::run(world, call);
+  setYieldHook({});
+  if (positions != nullptr) *positions = std::move(watch.seen);
+  return outcome;
+}
+
+TEST_P(EveryMethod, HasOneResultAtEveryLevelAndUnderEveryHost) {
+  forRandomCalls([&](const std::vector<std::uint8_t>& bytes) {
+    std::vector<int> expectedPositions;
+    const Outcome expected = outcomeAt(Level::Off, bytes, GetParam(), &expectedPositions);
+    EXPECT_EQ(outcomeAt(Level::Off, bytes, GetParam()), expected);
+    for (const Level level : {Level::Baseline, Level::Avx2, Level::Avx512}) {
+      std::vector<int> positions;
+      EXPECT_EQ(outcomeAt(level, bytes, GetParam(), &positions), expected) << "level " << static_cast<int>(level);
+      EXPECT_EQ(positions, expectedPositions);
+      EXPECT_EQ(outcomeAt(level, bytes, GetParam()), expected) << "level " << static_cast<int>(level) << ", no hook";
+    }
+    if (HasFailure()) {
+      Choices choices(bytes);
+      const test::World world = test::makeWorld(choices);
+      ADD_FAILURE() << test::makeCall(choices, world, owner(), method()).describe() << " on " << world.count
+                    << " records";
+    }
+  });
+}
+
+TEST_P(EveryMethod, ReturnsWhatItPromisesOrAnErrorThatItNames) {
+  int returned = 0;
+  forRandomCalls([&](const std::vector<std::uint8_t>& bytes) {
+    Choices choices(bytes);
+    const test::World world = test::makeWorld(choices);
+    const test::Call call = test::makeCall(choices, world, owner(), method());
+    SCOPED_TRACE(call.describe() + " on " + std::to_string(world.count) + " records");
+    const auto inputs = test::contents(world);
+    const int start = world.data->getPosition().value();
+    const Outcome outcome = test::run(world, call);
+    EXPECT_EQ(test::contents(world), inputs) << "an input was changed";
+    if (outcome.fault) {
+      EXPECT_NE(std::find(method().faults.begin(), method().faults.end(), *outcome.fault), method().faults.end())
+          << outcome.fault->number << ' ' << outcome.fault->source << ": " << outcome.fault->description;
+      EXPECT_TRUE(outcome.columns.empty());
+      return;
+    }
+    ++returned;
+    EXPECT_TRUE(outcome.position == start || outcome.position == 1) << outcome.position;
+    std::string alias;
+    for (std::size_t i = 0; i < method().arguments.size(); ++i) {
+      if (method().arguments[i].name == "Alias") alias = outcome.written.substr(0, outcome.written.rfind(';'));
+    }
+    ASSERT_EQ(outcome.columns.size(), method().columns.size());
+    for (std::size_t i = 0; i < outcome.columns.size(); ++i) {
+      const auto& [name, bits] = outcome.columns[i];
+      EXPECT_EQ(name, catalogue::columnName(method().columns[i], alias));
+      for (const std::uint64_t value : bits) EXPECT_TRUE(std::isfinite(std::bit_cast<double>(value))) << name;
+    }
+  });
+  EXPECT_GT(returned, 20) << "too few of the calls succeed to tell anything";
+}
+
+TEST_P(EveryMethod, NamesComputedRowsThatCanBeEvaluated) {
+  // Each number larger than the one before, so that a span ends after it begins.
+  std::vector<catalogue::Value> arguments(method().arguments.size());
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (method().arguments[i].type == catalogue::Type::Integer) arguments[i] = Integer(3 * (i + 1));
+  }
+  for (const catalogue::Column& column : method().columns) {
+    const auto rows = catalogue::computedRows(method(), column, 1000, arguments);
+    EXPECT_GE(rows.first, 1) << column.firstRow;
+    EXPECT_LE(rows.last, 1000) << column.lastRow;
+    EXPECT_LE(rows.first, rows.last) << column.firstRow;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Catalogue, EveryMethod, testing::ValuesIn(calculations()), nameOf);
+
+TEST(Catalogue, NamesAndIdentifiersAreUnique) {
+  std::set<std::array<std::uint8_t, 16>> identifiers;
+  std::set<std::string_view> names;
+  for (const Class* owner : catalogue::classes()) {
+    EXPECT_TRUE(names.insert(owner->name).second) << owner->name;
+    EXPECT_TRUE(identifiers.insert(owner->classId.bytes).second) << owner->name;
+    EXPECT_TRUE(identifiers.insert(owner->interfaceId.bytes).second) << owner->name;
+    EXPECT_FALSE(owner->help.empty()) << owner->name;
+    std::set<std::pair<std::string_view, catalogue::Kind>> methods;
+    for (const Method* method : owner->methods) {
+      EXPECT_TRUE(methods.insert({method->name, method->kind}).second) << owner->name << '.' << method->name;
+      EXPECT_FALSE(method->help.empty()) << owner->name << '.' << method->name;
+      for (const catalogue::Argument& argument : method->arguments)
+        EXPECT_FALSE(argument.help.empty()) << argument.name;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orvex

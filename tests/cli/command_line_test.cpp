@@ -1,0 +1,351 @@
+// Runs the built program as its users do.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "orvex/averages/moving_average.h"
+#include "orvex/catalogue/description.h"
+#include "tests/support/series.h"
+
+namespace orvex {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+std::string contentsOf(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+struct Ended {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+class CommandLine : public testing::Test {
+ protected:
+  void SetUp() override {
+    folder_ = fs::path(testing::TempDir()) / ("orvex_cli_" + std::to_string(getpid()));
+    fs::create_directories(folder_);
+    write("plain.csv",
+          "2020-01-01,0,9,0,1,10\n2020-01-02,1,9,0,2,10\n2020-01-03,2,9,0,3,10\n2020-01-04,3,9,0,4,10\n"
+          "2020-01-05,4,9,0,5,10\n");
+  }
+  void TearDown() override { fs::remove_all(folder_); }
+
+  void write(const std::string& name, const std::string& text) {
+    std::ofstream(folder_ / name, std::ios::binary) << text;
+  }
+
+  /// Runs the program in the folder of the files.
+  Ended orvex(const std::string& arguments) const {
+    const std::string command =
+        "cd '" + folder_.string() + "' && '" ORVEX_PROGRAM "' " + arguments + " 2>stderr </dev/null";
+    std::FILE* pipe = popen(command.c_str(), "r");
+    Ended ended{};
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) ended.out += static_cast<char>(c);
+    const int status = pclose(pipe);
+    ended.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    ended.err = contentsOf(folder_ / "stderr");
+    return ended;
+  }
+
+  /// The columns of a result as JSON, by name.
+  json columnsOf(const std::string& arguments) const {
+    const Ended ended = orvex("run " + arguments + " --format json");
+    EXPECT_EQ(ended.status, 0) << arguments << '\n' << ended.err;
+    const json result = json::parse(ended.out);
+    json columns;
+    for (const json& column : result["columns"]) columns[column["name"]] = column["values"];
+    return columns;
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(CommandLine, PrintsAResultInEveryFormat) {
+  const struct {
+    const char* arguments;
+    const char* printed;
+  } cases[] = {
+      {"--format json", R"({"columns":[{"name":"SimpleMovingAverage","values":[0,0,0,3,4]}],)"
+                        R"("written":{"Alias":"SimpleMovingAverage"},"position":1})"
+                        "\n"},
+      {"--format json --warmup blank alias=a",
+       R"({"columns":[{"name":"a","values":[null,null,null,3,4]}],"written":{},"position":1})"
+       "\n"},
+      {"--format json --append --last 1 'Alias=\"'",
+       R"({"columns":[{"name":"Date","values":["2020-01-05"]},{"name":"Open","values":[4]},{"name":"High","values":[9]},)"
+       R"({"name":"Low","values":[0]},{"name":"Close","values":[5]},{"name":"Volume","values":[10]},)"
+       R"({"name":"\"","values":[4]}],"written":{},"position":1})"
+       "\n"},
+      {"--last 3 --warmup blank", "Date,SimpleMovingAverage\n2020-01-03,\n2020-01-04,3\n2020-01-05,4\n"},
+      {"--last 1 --append 'Alias=a,\"b\"'",
+       "Date,Open,High,Low,Close,Volume,\"a,\"\"b\"\"\"\n2020-01-05,4,9,0,5,10,4\n"},
+      {"--format table --last 3 --warmup blank Alias=",
+       "Record  Date        SimpleMovingAverage\n"
+       "     3  2020-01-03\n"
+       "     4  2020-01-04                    3\n"
+       "     5  2020-01-05                    4\n"
+       "Alias is now \"SimpleMovingAverage\"\n"},
+  };
+  for (const auto& [arguments, printed] : cases) {
+    const Ended ended =
+        orvex(std::string("run movingaverage.SIMPLEMOVINGAVERAGE plain.csv Source=close Periods=3 ") + arguments);
+    EXPECT_EQ(ended.status, 0) << ended.err;
+    EXPECT_EQ(ended.out, printed) << arguments;
+    EXPECT_EQ(ended.err, "");
+  }
+}
+
+TEST_F(CommandLine, RoundsTheTableButNotTheOthers) {
+  write("fractions.csv", "date,x,tiny\nä,1000.123456789,0.00000000001\nbc,-2.5,0\n");
+  const std::string call = "run MovingAverage.SimpleMovingAverage fractions.csv Source=x Periods=1 --append --format ";
+  EXPECT_EQ(orvex(call + "table").out,
+            "Record  Date          x   tiny  SimpleMovingAverage\n"
+            "     1  ä     1000.1235  1e-11                  0.0\n"
+            "     2  bc      -2.5000      0                 -2.5\n");
+  EXPECT_EQ(orvex(call + "csv").out, "Date,x,tiny,SimpleMovingAverage\nä,1000.123456789,1e-11,0\nbc,-2.5,0,-2.5\n");
+}
+
+TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
+  write("text.csv", "date,close,symbol\n1,2,\n2,3,AB\n");
+  write("empty.csv", "");
+  write("names.csv", "date,close\n");
+  write("quote.csv", "date,close\n1,\"2\n");
+  write("wide.csv", "date,close\n1,2,3\n");
+  const std::string unexpected = "An unexpected error has occured";
+  const struct {
+    const char* arguments;
+    Fault fault;
+    const char* told;  // part of what stands on the standard error
+  } cases[] = {
+      {"MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=0", MovingAverage::SimpleMovingAverageFault,
+       "orvex describe MovingAverage.SimpleMovingAverage"},
+      {"MovingAverage.TriangularMovingAverage plain.csv Source=Close Periods=4",
+       MovingAverage::TriangularMovingAverageFault, "in record 9, and \"plain.csv\" has 5 records"},
+      {"MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=40000", faults::Overflow,
+       "from -32768 to 32767"},
+      {"MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=abc", faults::TypeMismatch, "Periods=abc"},
+      {"MovingAverage.SimpleMovingAverage plain.csv Source=Clsoe Periods=2", RecordSet::getIndexFault,
+       "it has Date, Open, High, Low, Close and Volume. Did you mean Close?"},
+      {"MovingAverage.SimpleMovingAverage text.csv Source=Symbol Periods=1", faults::TypeMismatch,
+       "holds texts and not only numbers, in line 3"},
+      {"MovingAverage.SimpleMovingAverage none.csv Source=Close Periods=2", Database::loadFault("File not found"),
+       "none.csv"},
+      {"MovingAverage.SimpleMovingAverage . Source=Close Periods=2", Database::loadFault("Path/File access error"),
+       "\".\""},
+      {"MovingAverage.SimpleMovingAverage empty.csv Source=Close Periods=2",
+       Database::loadFault("Subscript out of range"), "no records"},
+      {"MovingAverage.SimpleMovingAverage names.csv Source=Close Periods=2",
+       Database::loadFault("Subscript out of range"), "no records"},
+      {"MovingAverage.SimpleMovingAverage quote.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
+       "line 2"},
+      {"MovingAverage.SimpleMovingAverage wide.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
+       "line 2"},
+  };
+  for (const auto& [arguments, fault, told] : cases) {
+    const json error = {{"number", fault.number}, {"source", fault.source}, {"description", fault.description}};
+    const Ended asJson = orvex(std::string("run --format json ") + arguments);
+    EXPECT_EQ(asJson.status, 1) << arguments;
+    EXPECT_EQ(json::parse(asJson.out), json({{"error", error}})) << arguments;
+    const Ended asCsv = orvex(std::string("run ") + arguments);
+    EXPECT_EQ(asCsv.status, 1) << arguments;
+    EXPECT_EQ(asCsv.out, "") << arguments;
+    EXPECT_NE(asCsv.err.find(told), std::string::npos) << arguments << '\n' << asCsv.err;
+    EXPECT_NE(asCsv.err.find(fault.description), std::string::npos) << asCsv.err;
+  }
+  EXPECT_EQ(orvex("run MovingAverage.SimpleMovingAverage none.csv Source=x Periods=1 --format json").out,
+            R"({"error":{"number":1012,"source":"OpenDatabase","description":"File not found"}})"
+            "\n");
+}
+
+TEST_F(CommandLine, ToleratesTheLongestSeriesOnly) {
+  std::string lines = "close,date\n";
+  for (int i = 0; i < 32767; ++i) lines += "1,d\n";
+  write("longest.csv", lines);
+  write("longer.csv", lines + "1,d\n");
+  const std::string call = "run MovingAverage.WellesWilderSmoothing Source=close Periods=1 --last 1 --format json ";
+  // The counter of the method's loop cannot step past the last record of the longest series.
+  EXPECT_EQ(json::parse(orvex(call + "longest.csv").out)["error"]["number"], 1105);
+  EXPECT_EQ(json::parse(orvex(call + "longer.csv").out)["error"]["description"], "Overflow");
+}
+
+TEST_F(CommandLine, ExplainsMistakes) {
+  const struct {
+    const char* arguments;
+    const char* told;
+  } cases[] = {
+      {"", "no command is given"},
+      {"lsit", "Did you mean list?"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv --apend", "Did you mean --append?"},
+      {"run MovingAvrage.SimpleMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
+      {"describe simplemovingaverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
+      {"run MovingAverage.SimpelMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
+      {"run MovingAverage.Wilder", "Did you mean MovingAverage.WellesWilderSmoothing?"},
+      {"run MovingAverage", "It has SimpleMovingAverage, ExponentialMovingAverage"},
+      {"run Field.getValue", "is not run"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Period=3",
+       "it has Source, Periods and Alias. Did you mean Periods?"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close",
+       "Periods=NUMBER: How many records the computation looks back."},
+      {"run MovingAverage.SimpleMovingAverage Periods=3", "FILE: a price file"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv plain.csv", "second file"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv data=plain.csv", "taken from the price file"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv Periods=1 periods=2", "given twice"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv --last 0", "\"0\" is not a whole number from 1"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --delimiter ab", "one character"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv --format xml", "xml not in {table,csv,json}"},
+  };
+  for (const auto& [arguments, told] : cases) {
+    const Ended ended = orvex(arguments);
+    EXPECT_EQ(ended.status, 2) << arguments;
+    EXPECT_EQ(ended.out, "") << arguments;
+    EXPECT_NE(ended.err.find(told), std::string::npos) << arguments << '\n' << ended.err;
+  }
+}
+
+TEST_F(CommandLine, ReadsTheSameSeriesFromManyLayouts) {
+  const struct {
+    const char* what;
+    std::string text;
+    const char* options;
+  } cases[] = {
+      {"without a header, no end of the last line", "a,0,0,0,1.5,0\nb,0,0,0,2,0\nc,0,0,0,4,0", ""},
+      {"semicolons", "a;0;0;0;1.5;0\nb;0;0;0;2;0\nc;0;0;0;4;0\n", ""},
+      {"a delimiter of its own", "a|0|0|0|1.5|0\nb|0|0|0|2|0\nc|0|0|0|4|0\n", "--delimiter '|'"},
+      {"columns in another order", "volume,CLOSE,date\n9,1.5,a\n9,2,b\n9,4,c\n", ""},
+      {"byte-order mark, CR LF, tabs, blank line",
+       "\xEF\xBB\xBF"
+       "Close\tDate\r\n1.5\ta\r\n2\tb\r\n\r\n4\tc\r\n",
+       ""},
+      {"quotes", "\"date\",\"say \"\"x\"\", y\",\"close\"\n\"a\",1,\"1.5\"\nb,2,2\nc,3,4,\n", ""},
+      {"another word for the date", "timestamp, close \na, 1.5 \nb,2\nc,4\n", ""},
+      {"a name that is a number", "date,20,close\na,7,1.5\nb,7,2\nc,7,4\n", ""},
+      {"Windows-1252", "date,Sch\xE4tzung,close\na,1,1.5\nb,,2\nc,1,4\n", ""},
+  };
+  for (const auto& [what, text, options] : cases) {
+    write("layout.csv", text);
+    const Ended ended = orvex(
+        std::string("run MovingAverage.SimpleMovingAverage layout.csv Source=Close Periods=1 Alias=x ") + options);
+    EXPECT_EQ(ended.out, "Date,x\na,0\nb,2\nc,4\n") << what << '\n' << ended.err;
+    EXPECT_EQ(ended.err, "") << what;
+  }
+}
+
+TEST_F(CommandLine, TellsWhatItDoesNotUnderstandInAFile) {
+  write("decimal.csv", "2020-01-01;1,5;2;1;2;0\n2020-01-02;1,5;2;1;2;0\n");
+  const Ended ended = orvex("run MovingAverage.SimpleMovingAverage decimal.csv Source=Open Periods=1");
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_NE(ended.err.find("\";\" between them"), std::string::npos) << ended.err;
+}
+
+TEST_F(CommandLine, AppendedResultIsTheNextSource) {
+  write("step.csv",
+        orvex("run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 'Alias=a;\"b\"' --append").out);
+  // The first pass gives 0, 2, 3, 4, 5.
+  EXPECT_EQ(columnsOf("MovingAverage.SimpleMovingAverage step.csv 'Source=A;\"B\"' Periods=2"),
+            json({{"SimpleMovingAverage", {0, 0, 2.5, 3.5, 4.5}}}));
+}
+
+TEST_F(CommandLine, NumbersReadBackToTheSameDouble) {
+  std::mt19937_64 random(1);
+  std::vector<double> values = {-0.0, 1e-310, 1e17, 123456789.123456789};
+  std::uniform_real_distribution<double> exponent(-20.0, 20.0);
+  while (values.size() < 2000) values.push_back(std::pow(10.0, exponent(random)) * (random() % 2 == 0 ? 1.0 : -1.0));
+  std::string lines = "x\n";
+  for (const double value : values) lines += json(value).dump() + '\n';
+  write("random.csv", lines);
+  const auto result = MovingAverage()
+                          .SimpleMovingAverage(test::records(values.size()), test::field(values), 3)
+                          ->getField("SimpleMovingAverage");
+
+  const json printed = columnsOf("MovingAverage.SimpleMovingAverage random.csv Source=x Periods=3 --append");
+  ASSERT_EQ(printed["x"].size(), values.size());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(printed["x"][i].get<double>()), std::bit_cast<std::uint64_t>(values[i]));
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(printed["SimpleMovingAverage"][i].get<double>()),
+              std::bit_cast<std::uint64_t>(result->values()[i]));
+  }
+  // The same once more by way of CSV.
+  write("again.csv", orvex("run MovingAverage.SimpleMovingAverage random.csv Source=x Periods=3 --append").out);
+  EXPECT_EQ(columnsOf("MovingAverage.SimpleMovingAverage again.csv Source=x Periods=3 Alias=y --append")["y"],
+            printed["SimpleMovingAverage"]);
+}
+
+TEST_F(CommandLine, EveryMethodIsDescribedAndEveryCalculationRun) {
+  std::string lines;
+  for (int i = 1; i <= 60; ++i) {
+    lines += "d," + std::to_string(20 + i) + ',' + std::to_string(25 + i) + ',' + std::to_string(15 + i) + ',' +
+             std::to_string(20 + i * 7 % 11) + ",100\n";
+  }
+  write("series.csv", lines);
+  const json list = json::parse(orvex("list --format json").out)["classes"];
+  ASSERT_EQ(list.size(), catalogue::classes().size());
+  for (const catalogue::Class* owner : catalogue::classes()) {
+    for (const catalogue::Method* method : owner->methods) {
+      const std::string name = std::string(owner->name) + '.' + std::string(method->name);
+      SCOPED_TRACE(name);
+      const json description = json::parse(orvex("describe " + name + " --format json").out);
+      const json parts = description.is_array() ? description : json::array({description});
+      EXPECT_TRUE(std::any_of(parts.begin(), parts.end(), [&](const json& part) {
+        return part["help"] == method->help && part["arguments"].size() == method->arguments.size();
+      }));
+      EXPECT_NE(orvex("describe " + name).out.find(method->help), std::string::npos);
+      if (owner->holdsState || method->kind != catalogue::Kind::Method) continue;
+
+      std::string call = "run --format json " + name;
+      bool series = false;
+      for (const catalogue::Argument& argument : method->arguments) {
+        const bool column = argument.type == catalogue::Type::Field;
+        const bool whole = argument.type == catalogue::Type::Database || argument.type == catalogue::Type::RecordSet;
+        series = series || column || whole;
+        if (!whole && !argument.optional) call += ' ' + std::string(argument.name) + (column ? "=Close" : "=3");
+      }
+      const Ended ended = orvex(call + (series ? " series.csv" : ""));
+      const json result = json::parse(ended.out);
+      if (ended.status == 1) {
+        EXPECT_TRUE(result["error"]["number"].is_number()) << ended.out;
+        continue;
+      }
+      ASSERT_EQ(ended.status, 0) << ended.err;
+      if (method->result == catalogue::Type::RecordSet) {
+        EXPECT_EQ(result["columns"].size(), method->columns.size());
+      } else {
+        EXPECT_EQ(result.contains("note"), method->result == catalogue::Type::Note);
+        EXPECT_EQ(result.contains("value"), method->result != catalogue::Type::Note);
+      }
+    }
+  }
+}
+
+TEST_F(CommandLine, HelpsAndTellsItsVersion) {
+  for (const char* command : {"--help", "list --help", "describe --help", "run --help", "reference --help"}) {
+    const Ended ended = orvex(command);
+    EXPECT_EQ(ended.status, 0) << command;
+    EXPECT_NE(ended.out.find("Usage: orvex"), std::string::npos) << command;
+  }
+  EXPECT_EQ(orvex("--version").out.rfind("orvex ", 0), 0u);
+}
+
+TEST_F(CommandLine, ReferencePageIsUpToDate) {
+  EXPECT_TRUE(orvex("reference").out == contentsOf(fs::path(ORVEX_SOURCE) / "docs/reference.md"))
+      << "run scripts/update-generated";
+}
+
+}  // namespace
+}  // namespace orvex

@@ -1,0 +1,85 @@
+#include "orvex/data/record_set.h"
+
+#include <string>
+#include <vector>
+
+#include "tests/support/series.h"
+
+namespace orvex {
+namespace {
+
+using test::faultOf;
+using test::field;
+
+RecordSet& fill(RecordSet& set, const std::vector<std::string>& names) {
+  for (const std::string& name : names) set.addField(field({1, 2, 3}, name));
+  return set;
+}
+
+std::vector<std::string> names(const RecordSet& set) {
+  std::vector<std::string> all;
+  for (int i = 1; i <= set.getFieldCount(); ++i) all.push_back(set.getName(i));
+  return all;
+}
+
+TEST(RecordSet, FindsNamesWithoutRegardToCaseAndTheFirstOfTwo) {
+  RecordSet set;
+  fill(set, {"Open", "Close", "CLOSE"});
+  EXPECT_EQ(set.getIndex("close"), 2);
+  set.getField("cLOSE")->setValue(1, 7);
+  EXPECT_EQ(set.getValue("Close", 1), 7) << "the set refers to the field itself";
+  EXPECT_TRUE(set.isValidField("OPEN"));
+  EXPECT_FALSE(set.isValidField("Open "));
+}
+
+TEST(RecordSet, RemovesTheFirstOfANameAndKeepsTheOrder) {
+  struct {
+    std::vector<std::string> before;
+    std::string removed;
+    std::vector<std::string> after;
+  } const cases[] = {{{"A", "B", "C"}, "b", {"A", "C"}}, {{"A", "x", "a"}, "A", {"x", "a"}}, {{"A"}, "A", {}}};
+  for (const auto& [before, removed, after] : cases) {
+    RecordSet set;
+    fill(set, before).removeField(removed);
+    EXPECT_EQ(names(set), after);
+    set.addField(field({1}, "again"));
+    EXPECT_EQ(set.getName(set.getFieldCount()), "again");
+  }
+}
+
+TEST(RecordSet, ReportsWhereTheNameOrRowIsUnknown) {
+  RecordSet empty;
+  RecordSet set;
+  fill(set, {"A"});
+  EXPECT_EQ(faultOf([&] { set.getIndex("B"); }), RecordSet::getIndexFault);
+  EXPECT_EQ(faultOf([&] { empty.getField("A"); }), RecordSet::getFieldFault);
+  EXPECT_EQ(faultOf([&] { empty.removeField("A"); }), RecordSet::removeFieldFault);
+  EXPECT_EQ(faultOf([&] { set.removeField("B"); }), RecordSet::removeFieldFault);
+  EXPECT_EQ(faultOf([&] { set.renameField("B", "C"); }), RecordSet::renameFieldFault);
+  EXPECT_EQ(faultOf([&] { set.getValue("A", 4); }), RecordSet::getValueFault);
+  EXPECT_EQ(faultOf([&] { set.setValue("B", 1, 1); }), RecordSet::setValueFault);
+  EXPECT_EQ(faultOf([&] { set.getName(0); }), RecordSet::getNameFault);
+  EXPECT_EQ(faultOf([&] { set.getName(2); }), RecordSet::getNameFault);
+}
+
+TEST(RecordSet, KeepsANullFieldAndStumblesOverItOnlyWhenItMustAskItsName) {
+  RecordSet set;
+  fill(set, {"A"}).addField(nullptr);
+  fill(set, {"B"});
+  EXPECT_EQ(set.getFieldCount(), 3);
+  EXPECT_EQ(set.getIndex("A"), 1);
+  EXPECT_TRUE(set.isValidField("B"));
+  EXPECT_EQ(faultOf([&] { set.getIndex("B"); }), faults::ObjectNotSet);
+  EXPECT_EQ(faultOf([&] { set.getField("B"); }), RecordSet::getFieldFault);
+}
+
+TEST(RecordSet, TakesAsManyFieldsAsA16BitCount) {
+  RecordSet set;
+  const auto one = field({1}, "A");
+  for (int i = 0; i < 32767; ++i) set.addField(one);
+  EXPECT_EQ(faultOf([&] { set.addField(one); }), faults::Overflow);
+  EXPECT_EQ(set.getFieldCount(), 32767);
+}
+
+}  // namespace
+}  // namespace orvex

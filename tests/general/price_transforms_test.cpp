@@ -1,0 +1,123 @@
+#include <limits>
+
+#include "orvex/general/general.h"
+#include "tests/support/levels.h"
+#include "tests/support/series.h"
+
+namespace orvex {
+namespace {
+
+using test::bars;
+using test::expectColumns;
+using test::faultOf;
+using test::field;
+using test::records;
+
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+TEST(PriceTransforms, HandComputedBars) {
+  const auto data = bars({{9, 12, 8, 11, 0}, {5, 5, 5, 5, 0}, {0, -1, -3, -2, 0}});
+  const auto prices = data->getRecordset();
+  expectColumns(*General().HighMinusLow(data, prices), {{"HighMinusLow", {4, 0, 2}}});
+  expectColumns(*General().MedianPrice(data, prices), {{"MedianPrice", {10, 5, -2}}});
+  expectColumns(*General().TypicalPrice(data, prices), {{"TypicalPrice", {31.0 / 3, 5, -2}}});
+  expectColumns(*General().WeightedClose(data, prices, "w"), {{"w", {10.5, 5, -2}}});
+  EXPECT_EQ(data->getPosition(), 1);
+}
+
+TEST(PriceTransforms, ReadOnlyTheirOwnColumns) {
+  const auto data = records(2);
+  const auto prices = makeRecordSet({field({3, 5}, "HIGH"), field({1, 2}, "low")});
+  expectColumns(*General().MedianPrice(data, prices), {{"MedianPrice", {2, 3.5}}});
+  EXPECT_EQ(faultOf([&] { General().TypicalPrice(data, prices); }), General::TypicalPriceFault);
+  EXPECT_EQ(faultOf([&] { General().WeightedClose(data, prices); }), General::WeightedCloseFault);
+  EXPECT_EQ(faultOf([&] { General().HighMinusLow(data, nullptr); }), General::HighMinusLowFault);
+  std::string alias;
+  EXPECT_EQ(faultOf([&] { General().MedianPrice(nullptr, prices, alias); }), General::MedianPriceFault);
+  EXPECT_EQ(alias, "MedianPrice");
+}
+
+TEST(PriceTransforms, OverflowStopsAtItsRecord) {
+  const auto data = bars({{0, 2, 1, 0, 0}, {0, 1e308, -1e308, 0, 0}});
+  EXPECT_EQ(faultOf([&] { General().HighMinusLow(data, data->getRecordset()); }), General::HighMinusLowFault);
+  EXPECT_EQ(data->getPosition(), 2);
+}
+
+TEST(RatesOfChange, HandComputedSeries) {
+  const struct {
+    std::vector<double> series;
+    int periods;
+    std::vector<double> rates;
+  } cases[] = {
+      {{8, 10, 5, 10}, 1, {0, 25, -50, 100}},
+      {{8, 10, 4, 5}, 2, {0, 0, -50, -50}},
+      {{8, 10}, 0, {0, 0}},
+      {{8, 0}, 2, {0, 0}},
+  };
+  for (const auto& [series, periods, rates] : cases) {
+    const auto data = records(series.size());
+    expectColumns(*General().PriceROC(data, field(series), periods), {{"PriceROC", rates}});
+    expectColumns(*General().VolumeROC(data, field(series), periods), {{"VolumeROC", rates}});
+    EXPECT_EQ(data->getPosition(), 1);
+  }
+}
+
+TEST(RatesOfChange, OfNoVolumeTheLastRateStandsOn) {
+  const struct {
+    std::vector<double> volumes;
+    int periods;
+    std::vector<double> rates;
+  } cases[] = {
+      {{0, 8, 0, 10, 5}, 1, {0, 0, -100, -100, -50}},
+      {{-0.0, 0, 0}, 1, {0, 0, 0}},
+      {{0, 4, notANumber, 8}, 2, {0, 0, 0, 100}},  // a volume beside no earlier one is not even read
+  };
+  for (const auto& [volumes, periods, rates] : cases) {
+    expectColumns(*General().VolumeROC(records(volumes.size()), field(volumes), periods), {{"VolumeROC", rates}});
+  }
+}
+
+TEST(RatesOfChange, Faults) {
+  const auto data = records(6);
+  const auto expectFault = [&](const Fault& expected, int position, auto method, const std::vector<double>& series,
+                               int periods) {
+    SCOPED_TRACE(testing::Message() << expected.source << " over " << periods);
+    data->MoveFirst();
+    EXPECT_EQ(faultOf([&] { (General().*method)(data, field(series), periods, {}); }), expected);
+    EXPECT_EQ(data->getPosition(), position);
+  };
+  const std::vector<double> whole{1, 2, 0, 4, 5, 6};
+  expectFault(General::PriceROCFault, 4, &General::PriceROC, whole, 1);
+  for (const int periods : {-1, 7, 32767}) {
+    expectFault(General::PriceROCFault, 1, &General::PriceROC, whole, periods);
+    expectFault(General::VolumeROCFault, 1, &General::VolumeROC, whole, periods);
+  }
+  // A volume is looked up with the cursor moved back to it, a price with the cursor where it is.
+  expectFault(General::VolumeROCFault, 3, &General::VolumeROC, {5, 0}, 1);
+  expectFault(General::VolumeROCFault, 3, &General::VolumeROC, {5, 5}, 1);
+  expectFault(General::VolumeROCFault, 2, &General::VolumeROC, {notANumber, 5}, 1);
+  expectFault(General::PriceROCFault, 2, &General::PriceROC, {notANumber, 5}, 1);
+}
+
+TEST(PriceTransforms, AreTheSameAtAllLevels) {
+  std::mt19937 random(2);
+  for (int i = 0; i < 200; ++i) {
+    const std::size_t count = 1 + test::below(random, i % 20 == 0 ? 1500 : 100);
+    const auto data = records(count);
+    const auto column = [&](const std::string& name) { return field(test::randomSeries(random, count), name); };
+    const auto prices = makeRecordSet({column("High"), column("Low"), column("Close")});
+    const auto source = column("Source");
+    const int periods = static_cast<int>(test::below(random, count + 3)) - 1;
+    SCOPED_TRACE(testing::Message() << "series " << i << ", " << count << " records, " << periods << " periods");
+    General general;
+    test::expectSameAtAllLevels(*data, [&] { return general.HighMinusLow(data, prices); });
+    test::expectSameAtAllLevels(*data, [&] { return general.MedianPrice(data, prices); });
+    test::expectSameAtAllLevels(*data, [&] { return general.TypicalPrice(data, prices); });
+    test::expectSameAtAllLevels(*data, [&] { return general.WeightedClose(data, prices); });
+    test::expectSameAtAllLevels(*data, [&] { return general.PriceROC(data, source, periods); });
+    test::expectSameAtAllLevels(*data, [&] { return general.VolumeROC(data, source, periods); });
+  }
+}
+
+}  // namespace
+}  // namespace orvex

@@ -1,0 +1,237 @@
+#include "tests/support/calls.h"
+
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <ostream>
+#include <sstream>
+
+#include "orvex/data/columns.h"
+
+namespace orvex::test {
+
+namespace {
+
+using catalogue::Type;
+using catalogue::Value;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
+
+/// Values of one kind: prices in cents, few different ones, signed zeros, huge ones, ...
+std::vector<double> series(Choices& choices, int count) {
+  enum { Walk, Walk2, FewWholes, Flat, Zero, SignedZeros, Negative, Huge, Tiny, Volumes, Kinds };
+  const auto kind = choices.below(Kinds);
+  const int start = static_cast<int>(choices.below(4000));
+  std::uint32_t state = static_cast<std::uint32_t>(choices.below(65536));
+  const auto draw = [&](int limit) {
+    state = state * 1664525u + 1013904223u;
+    return static_cast<int>((state >> 8) % static_cast<unsigned>(limit));
+  };
+  std::vector<double> values;
+  int walk = 5000 + start;
+  for (int i = 0; i < count; ++i) {
+    walk += draw(201) - 100;
+    switch (kind) {
+      case FewWholes:
+        values.push_back(draw(4));
+        break;
+      case Flat:
+        values.push_back(start / 8.0);
+        break;
+      case Zero:
+        values.push_back(0.0);
+        break;
+      case SignedZeros:
+        values.push_back(draw(2) == 0 ? -0.0 : draw(3) == 0 ? 1.0 : 0.0);
+        break;
+      case Negative:
+        values.push_back(-walk / 100.0);
+        break;
+      case Huge:
+        values.push_back((draw(2000) - 1000) * 1e305);
+        break;
+      case Tiny:
+        values.push_back(draw(1000) * 5e-324);
+        break;
+      case Volumes:
+        values.push_back(draw(5) == 0 ? 0.0 : 1000.0 * draw(1000));
+        break;
+      default:
+        values.push_back(walk / 100.0);
+    }
+  }
+  if (choices.once(6))
+    values[choices.below(values.size())] = choices.of<double>({infinity, -infinity, undefined, 1e300, 1e59});
+  return values;
+}
+
+std::shared_ptr<Field> column(Choices& choices, int count, const std::string& name) {
+  auto made = makeColumn(count, name);
+  const std::vector<double> values = series(choices, count);
+  std::copy(values.begin(), values.end(), made->values().begin());
+  return made;
+}
+
+/// Prices that belong together: the low lowest, the high highest.
+void order(RecordSet& prices) {
+  const auto rows = [&](const char* name) { return prices.getField(name)->values(); };
+  const auto open = rows("Open"), high = rows("High"), low = rows("Low"), close = rows("Close");
+  for (std::size_t i = 0; i < open.size(); ++i) {
+    high[i] = std::fmax(std::fmax(open[i], close[i]), high[i]);
+    low[i] = std::fmin(std::fmin(open[i], close[i]), low[i]);
+  }
+}
+
+Value number(Choices& choices, const World& world) {
+  const int n = world.count;
+  const std::vector<int> plain = {1, 2, 3, 5, 8, 14, n / 4, n / 3};
+  const std::vector<int> awkward = {-32768, -1, 0, n / 2, n - 1, n, n + 1, 181, 182, 16384, 32767};
+  return Integer(choices.of(choices.once(3) ? awkward : plain));
+}
+
+Value fraction(Choices& choices) {
+  return choices.of<double>({0.02, 0.65, 0.2, 1.0, 5.0, 100.0, 0.0, -1.0, 101.0, 1e300, -1e-300, undefined, infinity});
+}
+
+Value text(Choices& choices) {
+  return choices.of<std::string>({"", "x", "CMO", "Slope", "RSquared", "Forecast", "Temp", "MA", "EMA", "\xCE\xA9"});
+}
+
+}  // namespace
+
+World makeWorld(Choices& choices) {
+  World world;
+  world.count = choices.of<int>({1, 2, 3, 7, 30, 60, 200, 300});
+  world.prices = std::make_shared<RecordSet>();
+  const bool incomplete = choices.once(12);
+  for (const auto name : {Database::DateName, Database::OpenName, Database::HighName, Database::LowName,
+                          Database::CloseName, Database::VolumeName}) {
+    world.prices->addField(column(choices, world.count, std::string(name)));
+  }
+  if (!choices.once(3)) order(*world.prices);
+  world.data = std::make_shared<Database>();
+  world.data->RecordsetCache(world.prices);
+  world.data->setPosition(static_cast<int>(1 + choices.below(static_cast<std::size_t>(world.count) + 1)));
+  world.fields = {world.prices->getField("Close"), world.prices->getField("Close"), world.prices->getField("High"),
+                  world.prices->getField("Low"), world.prices->getField("Volume")};
+  if (choices.once(3)) {
+    auto destroyed = column(choices, world.count, "destroyed");
+    destroyed->destroy();
+    world.fields = {nullptr,
+                    std::make_shared<Field>(),
+                    destroyed,
+                    column(choices, world.count + 1, "longer"),
+                    column(choices, std::max(1, world.count - 2), "shorter"),
+                    world.fields[0]};
+  }
+  if (incomplete) world.prices->removeField(world.prices->getName(static_cast<int>(1 + choices.below(6))));
+  if (choices.once(12)) world.prices->addField(column(choices, world.count, "Close"));
+  return world;
+}
+
+std::vector<std::vector<std::uint64_t>> contents(const World& world) {
+  std::vector<std::shared_ptr<Field>> all = world.fields;
+  for (int i = 1; i <= world.prices->getFieldCount(); ++i)
+    all.push_back(world.prices->getField(world.prices->getName(i)));
+  std::vector<std::vector<std::uint64_t>> rows;
+  for (const auto& field : all) {
+    rows.emplace_back();
+    if (field == nullptr) continue;
+    for (const double value : field->values()) rows.back().push_back(std::bit_cast<std::uint64_t>(value));
+  }
+  return rows;
+}
+
+Call makeCall(Choices& choices, const World& world, const catalogue::Class& owner, const catalogue::Method& method) {
+  Call made{&owner, &method, {}};
+  for (const catalogue::Argument& argument : method.arguments) {
+    Value value = catalogue::Missing{};
+    switch (argument.type) {
+      case Type::Database:
+        value = choices.once(40) ? nullptr : world.data;
+        break;
+      case Type::RecordSet:
+        value = choices.once(40) ? nullptr : world.prices;
+        break;
+      case Type::Field:
+        value = choices.of(world.fields);
+        break;
+      case Type::Integer:
+        value = number(choices, world);
+        break;
+      case Type::Long:
+        value = choices.of<std::int32_t>({0, 1, 4, 121, 2147483647, -7});
+        break;
+      case Type::Double:
+        value = fraction(choices);
+        break;
+      case Type::String:
+        value = text(choices);
+        break;
+      default:
+        value = catalogue::Object();
+    }
+    if (argument.optional && choices.once(4)) value = catalogue::Missing{};
+    made.arguments.push_back(value);
+  }
+  return made;
+}
+
+std::string Call::describe() const {
+  std::ostringstream out;
+  out << owner->name << '.' << method->name;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    out << ' ' << method->arguments[i].name << '=';
+    if (const auto* whole = std::get_if<Integer>(&arguments[i])) out << whole->value();
+    if (const auto* real = std::get_if<double>(&arguments[i])) out << *real;
+    if (const auto* words = std::get_if<std::string>(&arguments[i])) out << '"' << *words << '"';
+    if (const auto* field = std::get_if<std::shared_ptr<Field>>(&arguments[i])) {
+      out << (*field == nullptr ? "nothing" : (*field)->getName());
+    }
+  }
+  return out.str();
+}
+
+Outcome run(const World& world, Call call) {
+  Outcome outcome;
+  std::ostringstream other;
+  const auto object = call.owner->create();
+  try {
+    const Value result = catalogue::call(*call.method, object.get(), call.arguments);
+    if (const auto* set = std::get_if<std::shared_ptr<RecordSet>>(&result)) {
+      for (int i = 1; i <= (*set)->getFieldCount(); ++i) {
+        auto& [name, bits] = outcome.columns.emplace_back();
+        name = (*set)->getName(i);
+        for (const double value : (*set)->getField(name)->values()) bits.push_back(std::bit_cast<std::uint64_t>(value));
+      }
+    } else if (const auto* note = std::get_if<std::shared_ptr<Note>>(&result)) {
+      other << std::hexfloat << (*note)->getPeriod().value() << ' ' << (*note)->getValue() << ' ' << (*note)->getNote();
+    } else if (call.method->result == Type::Double) {
+      other << std::hexfloat << std::get<double>(result);
+    } else if (call.method->result == Type::Integer || call.method->result == Type::Boolean) {
+      other << std::get<std::string>(catalogue::coerce(result, Type::String));
+    }
+  } catch (const Error& error) {
+    outcome.fault = error.fault();
+  }
+  outcome.other = other.str();
+  for (std::size_t i = 0; i < call.arguments.size(); ++i) {
+    if (!call.method->arguments[i].written) continue;
+    outcome.written += std::get<std::string>(catalogue::coerce(call.arguments[i], Type::String)) + ';';
+  }
+  outcome.position = world.data->getPosition().value();
+  return outcome;
+}
+
+std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
+  out << "position " << outcome.position << ", written " << outcome.written << ' ' << outcome.other;
+  if (outcome.fault) out << ", error " << outcome.fault->number << ' ' << outcome.fault->source;
+  for (const auto& [name, bits] : outcome.columns) {
+    out << "\n  " << name << ':';
+    for (const std::uint64_t bit : bits) out << ' ' << std::bit_cast<double>(bit);
+  }
+  return out;
+}
+
+}  // namespace orvex::test

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "orvex/catalogue/catalogue.h"
+#include "orvex/data/error.h"
+
+/// Calls through the catalogue that a string of bytes chooses: which method, on what series, with which arguments. The
+/// same bytes make the same call, so it can be made again under other circumstances.
+namespace orvex::test {
+
+/// Chooses by bytes, one after the other; 0 when they are used up.
+class Choices {
+ public:
+  explicit Choices(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+
+  std::uint8_t byte() {
+    if (bytes_.empty()) return 0;
+    const std::uint8_t first = bytes_.front();
+    bytes_ = bytes_.subspan(1);
+    return first;
+  }
+  /// A number from 0 to `count` - 1.
+  std::size_t below(std::size_t count) { return (byte() * 256u + byte()) % count; }
+  bool once(std::size_t in) { return below(in) == 0; }
+  template <class T>
+  const T& of(const std::vector<T>& options) {
+    return options[below(options.size())];
+  }
+  bool exhausted() const { return bytes_.empty(); }
+
+ private:
+  std::span<const std::uint8_t> bytes_;
+};
+
+/// A price series with odd columns beside it, and everything a call can be given.
+struct World {
+  std::shared_ptr<Database> data;
+  std::shared_ptr<RecordSet> prices;
+  std::vector<std::shared_ptr<Field>> fields;  // those that can be an argument, null and destroyed ones among them
+  int count = 0;
+};
+
+World makeWorld(Choices& choices);
+
+/// The rows of every field of a world, to see whether a call has changed its inputs.
+std::vector<std::vector<std::uint64_t>> contents(const World& world);
+
+/// A method with its arguments.
+struct Call {
+  const catalogue::Class* owner;
+  const catalogue::Method* method;
+  std::vector<catalogue::Value> arguments;
+
+  std::string describe() const;
+};
+
+/// Arguments for a method, plain ones and awkward ones.
+Call makeCall(Choices& choices, const World& world, const catalogue::Class& owner, const catalogue::Method& method);
+
+/// What came of a call, down to the bits.
+struct Outcome {
+  std::optional<Fault> fault;
+  std::vector<std::pair<std::string, std::vector<std::uint64_t>>> columns;
+  std::string other;    // a note or a plain value, as a text
+  std::string written;  // the texts and numbers of the arguments afterwards
+  int position = 0;
+
+  bool operator==(const Outcome&) const = default;
+};
+
+Outcome run(const World& world, Call call);
+
+std::ostream& operator<<(std::ostream& out, const Outcome& outcome);
+
+}  // namespace orvex::test
