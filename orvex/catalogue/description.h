@@ -18,6 +18,8 @@ namespace orvex::catalogue {
 /// A short list that can be part of a constant.
 template <class T, std::size_t Capacity>
 struct List {
+  static constexpr std::size_t capacity = Capacity;
+
   std::array<T, Capacity> items{};
   std::size_t count = 0;
 
@@ -50,6 +52,12 @@ struct Argument {
   bool written = false;  // the method may write it back
   bool byValue = false;  // automation passes all others by reference
 };
+
+/// The same argument, but passed by value in automation.
+constexpr Argument byValue(Argument argument) {
+  argument.byValue = true;
+  return argument;
+}
 
 /// A column of a method's result.
 struct Column {
