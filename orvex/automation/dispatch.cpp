@@ -17,6 +17,7 @@ using catalogue::Class;
 using catalogue::Kind;
 using catalogue::Method;
 using catalogue::Missing;
+using catalogue::Type;
 using catalogue::Value;
 
 std::string nameOf(LPCOLESTR name) {
@@ -117,7 +118,8 @@ class Call {
 
   static bool differ(const Value& before, const Value& after) {
     if (const auto* text = std::get_if<std::string>(&before)) return *text != std::get<std::string>(after);
-    return std::get<Integer>(before) != std::get<Integer>(after);
+    const auto number = [](const Value& value) { return std::get<double>(catalogue::coerce(value, Type::Double)); };
+    return number(before) != number(after);
   }
 
   const Method& method_;

@@ -128,8 +128,9 @@ inline void writeBack(BSTR& place, const std::string& value) {
   SysFreeString(place);
   place = fresh;
 }
-inline void writeBack(short& place, Integer value) {
-  place = Wire<Integer>::out(value);
+template <class T>
+void writeBack(typename Wire<T>::Type& place, const T& value) {
+  place = Wire<T>::out(value);
 }
 
 /// One that the call may write back. What it wrote reaches the caller even if the call then fails.

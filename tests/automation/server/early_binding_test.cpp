@@ -33,7 +33,7 @@ class Foreign final : public IDispatch {
 };
 
 class EarlyBinding : public ::testing::Test {
- protected:
+ public:
   Ref<_Database> data = Server::get().create<_Database>(catalogue::classOf<Database>);
   Ref<_MovingAverage> average = Server::get().create<_MovingAverage>(catalogue::classOf<MovingAverage>);
   Ref<_RecordSet> prices;
@@ -147,7 +147,7 @@ TEST_F(EarlyBinding, ComputesTheSameForHostsThatComputeOtherwise) {
 
 /// A window whose messages run host code in the middle of a call.
 class EarlyBindingWithEvents : public EarlyBinding {
- protected:
+ public:
   using Handler = void (*)(EarlyBindingWithEvents&);
 
   void SetUp() override {

@@ -354,7 +354,9 @@ struct Host {
     std::string text;
     for (std::size_t i = 0; i < variables.size(); ++i) {
       if (!method.arguments[i].written || round == Round::LeftOut) continue;
-      text += " wrote " + (variables[i].vt == VT_BSTR ? variables[i].text() : std::to_string(variables[i].iVal));
+      Outcome variable;
+      variable.result = variables[i];
+      text += " wrote " + show(variable);
     }
     return text;
   }

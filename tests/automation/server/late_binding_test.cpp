@@ -132,9 +132,9 @@ TEST_F(LateBinding, SetsPropertiesByValueAndByReference) {
     invoke(set, "addField", {column});
   }
   const DISPID id = idOf(data.get(), "RecordsetCache");
-  for (const WORD flag : {DISPATCH_PROPERTYPUTREF, DISPATCH_PROPERTYPUT}) {
+  for (const int flag : {DISPATCH_PROPERTYPUTREF, DISPATCH_PROPERTYPUT}) {
     data = Server::get().create<_Database>(catalogue::classOf<Database>);
-    EXPECT_EQ(invoke(data.get(), id, {set}, flag, {DISPID_PROPERTYPUT}).code, S_OK);
+    EXPECT_EQ(invoke(data.get(), id, {set}, static_cast<WORD>(flag), {DISPID_PROPERTYPUT}).code, S_OK);
     EXPECT_EQ(invoke(data, "getRecordCount", {}).result.iVal, 9);
   }
   EXPECT_EQ(invoke(data.get(), id, {}, DISPATCH_PROPERTYGET).code, DISP_E_MEMBERNOTFOUND);
