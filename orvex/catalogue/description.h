@@ -53,12 +53,6 @@ struct Argument {
   bool byValue = false;  // automation passes all others by reference
 };
 
-/// The same argument, but passed by value in automation.
-constexpr Argument byValue(Argument argument) {
-  argument.byValue = true;
-  return argument;
-}
-
 /// A column of a method's result.
 struct Column {
   /// Its name, or what follows the alias in it.
