@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <initializer_list>
 #include <ostream>
 #include <string>
@@ -71,25 +69,29 @@ struct LeftOut {};
 
 /// A VARIANT that clears itself.
 class Variant : public VARIANT {
+  struct Kind {
+    int type;
+  };
+
  public:
   Variant() : VARIANT{} {}
-  Variant(int value) : Variant(VT_I4) { lVal = value; }
-  Variant(short value) : Variant(VT_I2) { iVal = value; }
-  Variant(double value) : Variant(VT_R8) { dblVal = value; }
-  Variant(bool value) : Variant(VT_BOOL) { boolVal = value ? VARIANT_TRUE : VARIANT_FALSE; }
-  Variant(const char* value) : Variant(VT_BSTR) { bstrVal = automation::newText(value); }
-  Variant(LeftOut) : Variant(VT_ERROR) { scode = DISP_E_PARAMNOTFOUND; }
-  Variant(IDispatch* object) : Variant(VT_DISPATCH) {
+  Variant(int value) : Variant(Kind{VT_I4}) { lVal = value; }
+  Variant(short value) : Variant(Kind{VT_I2}) { iVal = value; }
+  Variant(double value) : Variant(Kind{VT_R8}) { dblVal = value; }
+  Variant(bool value) : Variant(Kind{VT_BOOL}) { boolVal = value ? VARIANT_TRUE : VARIANT_FALSE; }
+  Variant(const char* value) : Variant(Kind{VT_BSTR}) { bstrVal = automation::newText(value); }
+  Variant(LeftOut) : Variant(Kind{VT_ERROR}) { scode = DISP_E_PARAMNOTFOUND; }
+  Variant(IDispatch* object) : Variant(Kind{VT_DISPATCH}) {
     pdispVal = object;
     if (object != nullptr) object->AddRef();
   }
   template <class I>
   Variant(const Ref<I>& object) : Variant(static_cast<IDispatch*>(object.get())) {}
-  Variant(VARIANT* variable) : Variant(VT_BYREF | VT_VARIANT) { pvarVal = variable; }
-  Variant(BSTR* variable) : Variant(VT_BYREF | VT_BSTR) { pbstrVal = variable; }
+  Variant(VARIANT* variable) : Variant(Kind{VT_BYREF | VT_VARIANT}) { pvarVal = variable; }
+  Variant(BSTR* variable) : Variant(Kind{VT_BYREF | VT_BSTR}) { pbstrVal = variable; }
   /// Takes the array over.
-  Variant(VARTYPE elements, SAFEARRAY* array) : Variant(VT_ARRAY | elements) { parray = array; }
-  static Variant null() { return Variant(VT_NULL, nullptr, 0); }
+  Variant(VARTYPE elements, SAFEARRAY* array) : Variant(Kind{VT_ARRAY | elements}) { parray = array; }
+  static Variant null() { return Variant(Kind{VT_NULL}); }
 
   Variant(const Variant& other) : Variant() { VariantCopy(this, const_cast<Variant*>(&other)); }
   Variant& operator=(const Variant& other) {
@@ -101,8 +103,7 @@ class Variant : public VARIANT {
   std::string text() const { return vt == VT_BSTR ? automation::textOf(bstrVal) : "no text"; }
 
  private:
-  explicit Variant(VARENUM type) : Variant(static_cast<VARTYPE>(type), nullptr, 0) {}
-  Variant(VARTYPE type, std::nullptr_t, int) : VARIANT{} { vt = type; }
+  explicit Variant(Kind kind) : VARIANT{} { vt = static_cast<VARTYPE>(kind.type); }
 };
 
 /// What came of a call.
