@@ -13,6 +13,7 @@
 #include "cli/output.h"
 #include "cli/reference.h"
 #include "cli/run.h"
+#include "orvex/automation/interface_definition.h"
 #include "orvex/data/text.h"
 
 namespace orvex::cli {
@@ -38,6 +39,9 @@ class Program {
     addList();
     addDescribe();
     addRun();
+    addCommand("idl", "Print the interface definition of the automation server.", automation::interfaceDefinition);
+    addCommand("manifest", "Print the manifest that makes the automation server usable without registration.",
+               automation::registrationFreeManifest);
     addCommand("reference", "Print the description of every class and method in Markdown.", referencePage);
   }
 

@@ -18,6 +18,8 @@ namespace orvex::catalogue {
 /// A short list that can be part of a constant.
 template <class T, std::size_t Capacity>
 struct List {
+  static constexpr std::size_t capacity = Capacity;
+
   std::array<T, Capacity> items{};
   std::size_t count = 0;
 

@@ -22,6 +22,11 @@ struct Null {
   friend bool operator==(Null, Null) = default;
 };
 
+/// An element of an array that is no value: an object, an array, an error. Error 13 where it is to be a number.
+struct NoValue {
+  friend bool operator==(NoValue, NoValue) = default;
+};
+
 /// A one-dimensional array with a lower bound of its own, or no array at all.
 template <class T>
 class Array {
@@ -60,7 +65,7 @@ class Array {
 };
 
 /// One element of an array that a host hands in: a number, or whatever else the host has, as its text.
-using Cell = std::variant<Empty, Null, double, std::string>;
+using Cell = std::variant<Empty, Null, double, std::string, NoValue>;
 
 /// What a host hands in where an array of prices is expected: an array of numbers, of texts or of mixed elements with
 /// any lower bound; or something else, which fails when it is used as an array.
