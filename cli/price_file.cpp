@@ -31,9 +31,14 @@ std::string trimmed(std::string_view text) {
   return std::string(text.substr(from, text.find_last_not_of(" \t") - from + 1));
 }
 
+/// What a double cannot hold is no number here but a text: identifiers such as 12e4567 look so.
 bool isNumber(std::string_view text) {
-  const NumberText number = readNumber(text);
-  return number.length > 0 && isBlank(text.substr(number.length));
+  try {
+    const NumberText number = readNumber(text);
+    return number.length > 0 && isBlank(text.substr(number.length));
+  } catch (const Error&) {
+    return false;
+  }
 }
 
 /// The cells of a line. What begins with a quotation mark goes to the next single one; a doubled one stands for itself.

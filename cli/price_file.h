@@ -13,8 +13,8 @@ namespace orvex::cli {
 
 struct PriceColumn {
   std::shared_ptr<Field> field;
-  /// The first line whose value is no number, if there is one: then the column holds texts and nothing to compute with.
-  /// The dates are such a column whatever they are made of.
+  /// The first line whose value is no number that fits a double, if there is one: then the column holds texts and
+  /// nothing to compute with. The dates are such a column whatever they are made of.
   std::optional<std::size_t> textLine;
 };
 

@@ -124,6 +124,7 @@ TEST_F(CommandLine, RoundsTheTableButNotTheOthers) {
 
 TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
   write("text.csv", "date,close,symbol\n1,2,\n2,3,AB\n");
+  write("huge.csv", "date,close\n1,1e999\n");
   write("empty.csv", "");
   write("names.csv", "date,close\n");
   write("quote.csv", "date,close\n1,\"2\n");
@@ -144,7 +145,8 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
       {"MovingAverage.SimpleMovingAverage plain.csv Source=Clsoe Periods=2", RecordSet::getIndexFault,
        "it has Date, Open, High, Low, Close and Volume. Did you mean Close?"},
       {"MovingAverage.SimpleMovingAverage text.csv Source=Symbol Periods=1", faults::TypeMismatch,
-       "holds texts and not only numbers, in line 3"},
+       "no number, or none that fits a double, in line 3"},
+      {"MovingAverage.SimpleMovingAverage huge.csv Source=Close Periods=1", faults::TypeMismatch, "in line 2"},
       {"MovingAverage.SimpleMovingAverage none.csv Source=Close Periods=2", Database::loadFault("File not found"),
        "none.csv"},
       {"MovingAverage.SimpleMovingAverage . Source=Close Periods=2", Database::loadFault("Path/File access error"),
@@ -236,6 +238,7 @@ TEST_F(CommandLine, ReadsTheSameSeriesFromManyLayouts) {
       {"quotes", "\"date\",\"say \"\"x\"\", y\",\"close\"\n\"a\",1,\"1.5\"\nb,2,2\nc,3,4,\n", ""},
       {"another word for the date", "timestamp, close \na, 1.5 \nb,2\nc,4\n", ""},
       {"a name that is a number", "date,20,close\na,7,1.5\nb,7,2\nc,7,4\n", ""},
+      {"identifiers like huge numbers", "date,7e9999,close\na,12e4567,1.5\nb,9e999ab,2\nc,1,4\n", ""},
       {"Windows-1252", "date,Sch\xE4tzung,close\na,1,1.5\nb,,2\nc,1,4\n", ""},
   };
   for (const auto& [what, text, options] : cases) {
