@@ -196,7 +196,7 @@ PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
   Cells names;
   for (const std::string& name : all.front().cells) names.push_back(trimmed(name));
   const std::size_t dates = dateColumn(names);
-  PriceFile file{path, {}, nullptr, nullptr, std::make_shared<RecordSet>(), ""};
+  PriceFile file{path, {}, nullptr, nullptr, std::make_shared<RecordSet>(), {}};
   for (std::size_t i = 0; i < names.size(); ++i) {
     const PriceColumn column =
         makePriceColumn(i == dates ? std::string(Database::DateName) : names[i], rows, i, i == dates);
@@ -219,8 +219,16 @@ bool isRecord(std::string_view line, std::string_view delimiter) {
   return numbers == priceNames.size();
 }
 
+std::size_t countBlankLines(const std::string& path) {
+  TextFile file(path);
+  std::size_t count = 0;
+  std::string_view line;
+  while (file.nextLine(line)) count += isBlank(line) ? 1 : 0;
+  return count;
+}
+
 PriceFile readWithoutHeader(const std::string& path, const std::string& delimiter, std::string_view firstLine) {
-  PriceFile file{path, {}, nullptr, std::make_shared<Database>(), nullptr, ""};
+  PriceFile file{path, {}, nullptr, std::make_shared<Database>(), nullptr, {}};
   file.data->OpenDataBase(path, delimiter);
   file.prices = file.data->getRecordset();
   file.dates = file.prices->getField(std::string(Database::DateName));
@@ -229,10 +237,15 @@ PriceFile readWithoutHeader(const std::string& path, const std::string& delimite
     file.columns.push_back({file.prices->getField(std::string(name)), {}});
   }
   if (!isRecord(firstLine, delimiter)) {
-    file.remark = fmt::format(
+    file.remarks.push_back(fmt::format(
         "\"{}\" does not begin with a header line or with a date and five numbers (open, high, low, close, volume), "
         "\"{}\" between them. What is missing there or is no number is taken for 0.",
-        path, delimiter);
+        path, delimiter));
+  }
+  if (const std::size_t blanks = countBlankLines(path); blanks > 0) {
+    file.remarks.push_back(
+        fmt::format("\"{}\" has no header line, so its blank lines count as records of zeros: {} of {} records.", path,
+                    blanks, file.data->getRecordCount().value()));
   }
   return file;
 }

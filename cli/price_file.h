@@ -31,7 +31,7 @@ struct PriceFile {
   std::shared_ptr<RecordSet> prices;
 
   /// What is odd about the file and yet no error.
-  std::string remark;
+  std::vector<std::string> remarks;
 
   std::vector<std::string> columnNames() const;
 };

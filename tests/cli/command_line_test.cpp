@@ -251,10 +251,20 @@ TEST_F(CommandLine, ReadsTheSameSeriesFromManyLayouts) {
 }
 
 TEST_F(CommandLine, TellsWhatItDoesNotUnderstandInAFile) {
-  write("decimal.csv", "2020-01-01;1,5;2;1;2;0\n2020-01-02;1,5;2;1;2;0\n");
-  const Ended ended = orvex("run MovingAverage.SimpleMovingAverage decimal.csv Source=Open Periods=1");
-  EXPECT_EQ(ended.status, 0);
-  EXPECT_NE(ended.err.find("\";\" between them"), std::string::npos) << ended.err;
+  const struct {
+    const char* text;
+    const char* told;
+    const char* lastRecord;
+  } cases[] = {
+      {"2020-01-01;1,5;2;1;2;0\n2020-01-02;1,5;2;1;2;0\n", "\";\" between them", "2020-01-02,1\n"},
+      {"\n \na,1,1,1,1,1\nb,2,2,2,2,2\n\n", "blank lines count as records of zeros: 3 of 5 records", ",0\n"},
+  };
+  for (const auto& [text, told, lastRecord] : cases) {
+    write("odd.csv", text);
+    const Ended ended = orvex("run MovingAverage.SimpleMovingAverage odd.csv Source=Open Periods=1 Alias=x --last 1");
+    EXPECT_EQ(ended.out, std::string("Date,x\n") + lastRecord);
+    EXPECT_NE(ended.err.find(told), std::string::npos) << ended.err;
+  }
 }
 
 TEST_F(CommandLine, AppendedResultIsTheNextSource) {
