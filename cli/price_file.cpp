@@ -138,10 +138,14 @@ std::vector<Row> readRows(const std::string& path, std::string_view delimiter) {
     } catch (const Error&) {
       refuse("opens a quotation mark and does not close it");
     }
+    // Enough to know that the file cannot load: what else it has is not worth the memory.
+    if (rows.size() > std::size_t{Integer::Greatest} + 1) raise(faults::Overflow);
     Cells& cells = rows.back().cells;
     const std::size_t width = rows.front().cells.size();
     for (std::size_t i = width; i < cells.size(); ++i) {
-      if (!isBlank(cells[i])) refuse(fmt::format("has more than the {} values that line 1 names", width));
+      if (!isBlank(cells[i])) {
+        refuse(fmt::format("has more than the {} values that line {} names", width, rows.front().line));
+      }
     }
     cells.resize(width);
   }

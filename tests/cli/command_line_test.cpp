@@ -128,7 +128,7 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
   write("empty.csv", "");
   write("names.csv", "date,close\n");
   write("quote.csv", "date,close\n1,\"2\n");
-  write("wide.csv", "date,close\n1,2,3\n");
+  write("wide.csv", "\n\ndate,close\n1,2,3\n");
   const std::string unexpected = "An unexpected error has occured";
   const struct {
     const char* arguments;
@@ -158,7 +158,7 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
       {"MovingAverage.SimpleMovingAverage quote.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
        "line 2"},
       {"MovingAverage.SimpleMovingAverage wide.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
-       "line 2"},
+       "line 4 of \"wide.csv\" has more than the 2 values that line 3 names"},
   };
   for (const auto& [arguments, fault, told] : cases) {
     const json error = {{"number", fault.number}, {"source", fault.source}, {"description", fault.description}};
