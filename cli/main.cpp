@@ -120,7 +120,8 @@ class Program {
         "columns with one. An argument that is a field is given as a column's name, Source=Close; where it is left "
         "out\n"
         "and the file has a column of the argument's own name, such as Volume, that is taken. What a method takes is\n"
-        "told by: orvex describe CLASS.METHOD");
+        "told by: orvex describe CLASS.METHOD\n\n"
+        "A file whose name looks like an option or an argument is written with its folder: ./-x.csv, ./a=b.csv.");
   }
 
   void addPageFormat(const std::string& command) {
