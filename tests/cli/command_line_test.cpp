@@ -93,6 +93,9 @@ TEST_F(CommandLine, PrintsAResultInEveryFormat) {
        R"({"name":"Low","values":[0]},{"name":"Close","values":[5]},{"name":"Volume","values":[10]},)"
        R"({"name":"\"","values":[4]}],"written":{},"position":1})"
        "\n"},
+      {"--last 99999999999",
+       "Date,SimpleMovingAverage\n2020-01-01,0\n2020-01-02,0\n2020-01-03,0\n2020-01-04,3\n"
+       "2020-01-05,4\n"},
       {"--last 3 --warmup blank", "Date,SimpleMovingAverage\n2020-01-03,\n2020-01-04,3\n2020-01-05,4\n"},
       {"--last 1 --append 'Alias=a,\"b\"'",
        "Date,Open,High,Low,Close,Volume,\"a,\"\"b\"\"\"\n2020-01-05,4,9,0,5,10,4\n"},
@@ -212,6 +215,7 @@ TEST_F(CommandLine, ExplainsMistakes) {
       {"run MovingAverage.SimpleMovingAverage plain.csv Periods=1 periods=2", "given twice"},
       {"run MovingAverage.SimpleMovingAverage plain.csv --last 0", "\"0\" is not a whole number from 1"},
       {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --delimiter ab", "one character"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --delimiter ''", "one character"},
       {"run MovingAverage.SimpleMovingAverage plain.csv --format xml", "xml not in {table,csv,json}"},
   };
   for (const auto& [arguments, told] : cases) {
@@ -231,6 +235,7 @@ TEST_F(CommandLine, ReadsTheSameSeriesFromManyLayouts) {
       {"without a header, no end of the last line", "a,0,0,0,1.5,0\nb,0,0,0,2,0\nc,0,0,0,4,0", ""},
       {"semicolons", "a;0;0;0;1.5;0\nb;0;0;0;2;0\nc;0;0;0;4;0\n", ""},
       {"a delimiter of its own", "a|0|0|0|1.5|0\nb|0|0|0|2|0\nc|0|0|0|4|0\n", "--delimiter '|'"},
+      {"a tab by its name", "Date\tClose\tx;;;\na\t1.5\nb\t2\nc\t4\n", "--delimiter tab"},
       {"columns in another order", "volume,CLOSE,date\n9,1.5,a\n9,2,b\n9,4,c\n", ""},
       {"byte-order mark, CR LF, tabs, blank line",
        "\xEF\xBB\xBF"
@@ -354,6 +359,14 @@ TEST_F(CommandLine, HelpsAndTellsItsVersion) {
     EXPECT_NE(ended.out.find("Usage: orvex"), std::string::npos) << command;
   }
   EXPECT_EQ(orvex("--version").out.rfind("orvex ", 0), 0u);
+}
+
+TEST_F(CommandLine, TellsWhenItCannotWrite) {
+  for (const char* command : {"list", "--help", "run --help", "--version"}) {
+    const Ended ended = orvex(std::string(command) + " >&-");
+    EXPECT_EQ(ended.status, 1) << command;
+    EXPECT_NE(ended.err.find("could not be written"), std::string::npos) << command << '\n' << ended.err;
+  }
 }
 
 TEST_F(CommandLine, ReferencePageIsUpToDate) {
