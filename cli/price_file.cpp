@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <string_view>
 
 #include "cli/failure.h"
@@ -16,7 +17,11 @@ namespace orvex::cli {
 
 namespace {
 
-using Cells = std::vector<std::string>;
+struct Cell {
+  std::string text;
+  bool quoted = false;
+};
+using Cells = std::vector<Cell>;
 
 constexpr std::array priceNames = {Database::OpenName, Database::HighName, Database::LowName, Database::CloseName,
                                    Database::VolumeName};
@@ -25,10 +30,12 @@ bool isBlank(std::string_view text) {
   return text.find_first_not_of(" \t") == std::string_view::npos;
 }
 
-std::string trimmed(std::string_view text) {
-  if (isBlank(text)) return {};
-  const std::size_t from = text.find_first_not_of(" \t");
-  return std::string(text.substr(from, text.find_last_not_of(" \t") - from + 1));
+/// The name that a cell gives to a column: blanks around it belong to it only if it is quoted.
+std::string nameOf(const Cell& cell) {
+  if (cell.quoted) return cell.text;
+  if (isBlank(cell.text)) return {};
+  const std::size_t from = cell.text.find_first_not_of(" \t");
+  return cell.text.substr(from, cell.text.find_last_not_of(" \t") - from + 1);
 }
 
 /// What a double cannot hold is no number here but a text: identifiers such as 12e4567 look so.
@@ -49,19 +56,20 @@ Cells split(std::string_view line, std::string_view delimiter) {
     if (line.starts_with(delimiter)) {
       cells.emplace_back();
       line.remove_prefix(delimiter.size());
-    } else if (line.front() == '"' && cells.back().empty()) {
+    } else if (line.front() == '"' && cells.back().text.empty()) {
+      cells.back().quoted = true;
       line.remove_prefix(1);
       for (;;) {
         const std::size_t mark = line.find('"');
         if (mark == std::string_view::npos) raise(faults::TypeMismatch);
-        cells.back() += line.substr(0, mark);
+        cells.back().text += line.substr(0, mark);
         line.remove_prefix(mark + 1);
         if (!line.starts_with('"')) break;
-        cells.back() += '"';
+        cells.back().text += '"';
         line.remove_prefix(1);
       }
     } else {
-      cells.back() += line.front();
+      cells.back().text += line.front();
       line.remove_prefix(1);
     }
   }
@@ -96,12 +104,11 @@ bool isHeader(std::string_view line, std::string_view delimiter) {
   } catch (const Error&) {
     return false;
   }
-  const auto named = [](const std::string& cell) { return isPriceName(trimmed(cell)); };
-  if (std::any_of(cells.begin(), cells.end(), named)) return true;
-  if (std::all_of(cells.begin(), cells.end(), isBlank) || std::any_of(cells.begin(), cells.end(), isNumber)) {
+  if (std::ranges::any_of(cells, isPriceName, nameOf)) return true;
+  if (std::ranges::all_of(cells, isBlank, &Cell::text) || std::ranges::any_of(cells, isNumber, &Cell::text)) {
     return false;
   }
-  const std::string first = trimmed(cells.front());
+  const std::string first = nameOf(cells.front());
   return first.empty() || first.front() < '0' || first.front() > '9';
 }
 
@@ -143,7 +150,7 @@ std::vector<Row> readRows(const std::string& path, std::string_view delimiter) {
     Cells& cells = rows.back().cells;
     const std::size_t width = rows.front().cells.size();
     for (std::size_t i = width; i < cells.size(); ++i) {
-      if (!isBlank(cells[i])) {
+      if (!isBlank(cells[i].text)) {
         refuse(fmt::format("has more than the {} values that line {} names", width, rows.front().line));
       }
     }
@@ -153,7 +160,7 @@ std::vector<Row> readRows(const std::string& path, std::string_view delimiter) {
 }
 
 /// The column of the dates among these names, or the number of names.
-std::size_t dateColumn(const Cells& names) {
+std::size_t dateColumn(const std::vector<std::string>& names) {
   for (const std::string_view name : {std::string_view(Database::DateName), std::string_view("Datetime"),
                                       std::string_view("Timestamp"), std::string_view("Time")}) {
     const auto found =
@@ -164,7 +171,9 @@ std::size_t dateColumn(const Cells& names) {
 }
 
 PriceColumn makePriceColumn(const std::string& name, std::span<const Row> rows, std::size_t index, bool dates) {
-  const auto isText = [&](const Row& row) { return !isBlank(row.cells[index]) && !isNumber(row.cells[index]); };
+  const auto isText = [&](const Row& row) {
+    return !isBlank(row.cells[index].text) && !isNumber(row.cells[index].text);
+  };
   PriceColumn column{makeColumn(rows.size(), name), {}};
   const auto text = dates ? rows.begin() : std::find_if(rows.begin(), rows.end(), isText);
   if (text != rows.end()) column.textLine = text->line;
@@ -172,9 +181,9 @@ PriceColumn makePriceColumn(const std::string& name, std::span<const Row> rows, 
   for (const Row& row : rows) {
     ++record;
     if (column.textLine) {
-      column.field->setStrValue(record, row.cells[index]);
+      column.field->setStrValue(record, row.cells[index].text);
     } else {
-      column.field->setValue(record, numberFromText(row.cells[index]));
+      column.field->setValue(record, numberFromText(row.cells[index].text));
     }
   }
   return column;
@@ -197,8 +206,8 @@ std::shared_ptr<Database> makeDatabase(const RecordSet& prices, Integer count) {
 PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
   const std::vector<Row> all = readRows(path, delimiter);
   const std::span<const Row> rows = std::span(all).subspan(1);
-  Cells names;
-  for (const std::string& name : all.front().cells) names.push_back(trimmed(name));
+  std::vector<std::string> names;
+  std::ranges::transform(all.front().cells, std::back_inserter(names), nameOf);
   const std::size_t dates = dateColumn(names);
   PriceFile file{path, {}, nullptr, nullptr, std::make_shared<RecordSet>(), {}};
   for (std::size_t i = 0; i < names.size(); ++i) {

@@ -274,11 +274,14 @@ TEST_F(CommandLine, TellsWhatItDoesNotUnderstandInAFile) {
 }
 
 TEST_F(CommandLine, AppendedResultIsTheNextSource) {
-  write("step.csv",
-        orvex("run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 'Alias=a;\"b\"' --append").out);
-  // The first pass gives 0, 2, 3, 4, 5.
-  EXPECT_EQ(columnsOf("MovingAverage.SimpleMovingAverage step.csv 'Source=A;\"B\"' Periods=2"),
-            json({{"SimpleMovingAverage", {0, 0, 2.5, 3.5, 4.5}}}));
+  for (const std::string name : {"a;\"b\"", "a ", " a"}) {
+    write("step.csv",
+          orvex("run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --append 'Alias=" + name + "'")
+              .out);
+    // The first pass gives 0, 2, 3, 4, 5.
+    EXPECT_EQ(columnsOf("MovingAverage.SimpleMovingAverage step.csv Periods=2 'Source=" + name + "'"),
+              json({{"SimpleMovingAverage", {0, 0, 2.5, 3.5, 4.5}}}));
+  }
 }
 
 TEST_F(CommandLine, NumbersReadBackToTheSameDouble) {
