@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "cli/failure.h"
+#include "cli/names.h"
 #include "orvex/data/columns.h"
 #include "orvex/data/number_text.h"
 #include "orvex/data/text.h"
@@ -170,6 +171,16 @@ std::size_t dateColumn(const std::vector<std::string>& names) {
   return names.size();
 }
 
+/// The names that more than one column bears, each once. Columns without a name do not count.
+std::vector<std::string> doubledNames(const std::vector<std::string>& names) {
+  std::vector<std::string> doubled;
+  for (auto name = names.begin(); name != names.end(); ++name) {
+    const auto same = [&](const std::string& one) { return equalNames(one, *name); };
+    if (!name->empty() && std::count_if(names.begin(), name, same) == 1) doubled.push_back(*name);
+  }
+  return doubled;
+}
+
 PriceColumn makePriceColumn(const std::string& name, std::span<const Row> rows, std::size_t index, bool dates) {
   const auto isText = [&](const Row& row) {
     return !isBlank(row.cells[index].text) && !isNumber(row.cells[index].text);
@@ -218,6 +229,10 @@ PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
     if (i == dates || !column.textLine) file.prices->addField(column.field);
   }
   file.data = makeDatabase(*file.prices, rows.size());
+  if (const std::vector<std::string> doubled = doubledNames(names); !doubled.empty()) {
+    file.remarks.push_back(fmt::format("\"{}\" has more than one column called {}; the first one is taken.", path,
+                                       enumerate(doubled, "or")));
+  }
   return file;
 }
 

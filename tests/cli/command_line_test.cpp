@@ -264,6 +264,7 @@ TEST_F(CommandLine, TellsWhatItDoesNotUnderstandInAFile) {
   } cases[] = {
       {"2020-01-01;1,5;2;1;2;0\n2020-01-02;1,5;2;1;2;0\n", "\";\" between them", "2020-01-02,1\n"},
       {"\n \na,1,1,1,1,1\nb,2,2,2,2,2\n\n", "blank lines count as records of zeros: 3 of 5 records", ",0\n"},
+      {"date,open,x,,OPEN,\na,1,2,3,4,5\nb,6,7,8,9,0\n", "more than one column called OPEN;", "b,6\n"},
   };
   for (const auto& [text, told, lastRecord] : cases) {
     write("odd.csv", text);
