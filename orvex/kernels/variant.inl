@@ -51,6 +51,7 @@ const Table table = {
     .breakouts = breakouts,
     .difference = difference,
     .percentAbove = percentAbove,
+    .fallInPercent = fallInPercent,
     .crossings = crossings,
 };
 
