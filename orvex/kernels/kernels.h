@@ -165,7 +165,8 @@ struct Table {
   /// (value - old) / old x 100 + 100, with the value of `lag` records before.
   std::size_t (*momentum)(Source source, int lag, Records records, double* out);
 
-  /// Close - min(low, close before), and the true range that is not cut at 0.
+  /// Close - min(low, close before), and the true range that is not cut at 0; not-a-number where a row is left to the
+  /// steps, which `ultimate` meets.
   std::size_t (*buyingPressure)(Bars bars, Records records, double* buying, double* range);
 
   /// ((b1 / r1) x 4 + (b2 / r2) x 2 + b3 / r3) / 7 x 100 of sums over the last records of three cycles, oldest first,
@@ -191,6 +192,9 @@ struct Table {
 
   /// (a - b) / b x 100, of b `lag` records before; 0 where b is 0.
   std::size_t (*percentAbove)(Source a, Source b, int lag, Records records, double* out);
+
+  /// (old - row) / old x -100, of the old row `lag` records before; 0 where either is 0.
+  std::size_t (*fallInPercent)(Source source, int lag, Records records, double* out);
 
   /// 1 where a crosses above b (at or below it in the row before, above it now), -1 where it crosses below, otherwise
   /// 0.

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+#include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.h"
 #include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
@@ -14,21 +15,30 @@ using orvex::kernels::AroonRows;
 using orvex::kernels::Bars;
 using orvex::kernels::Trend;
 
-std::ptrdiff_t provable(Bars bars, Records records) {
-  return least(least(provable(bars.high, records, 0), provable(bars.low, records, 0)),
-               provable(bars.close, records, 1));
+/// The lower one of low and the close before, and the true range, in as few operations as can be: of bars whose high is
+/// not below their low the largest of the three differences lies between the highest and the lowest of the three
+/// prices. Not-a-number where that does not hold, or where a price is none.
+template <class P>
+struct TrueBar {
+  P low, range;
+
+  TrueBar(const Bars& bars, std::ptrdiff_t at) {
+    const P top = P::load(bars.high.rows + at), bottom = P::load(bars.low.rows + at);
+    const P before = P::load(bars.close.rows + at - 1), none = P::all(0.0);
+    low = smaller(before, bottom);
+    // The comparisons let go of a close that is none; its difference with itself does not.
+    range = whereGreater(bottom, top, none / none, larger(before, top) - low + (before - before));
+  }
+};
+
+/// How many records have their bars and the closes before.
+std::ptrdiff_t present(const Bars& bars, Records records) {
+  return least(least(present(bars.high, records, 0), present(bars.low, records, 0)), present(bars.close, records, 1));
 }
 
 std::size_t trueRange(Bars bars, Records records, double* out) {
-  const double *const high = bars.high.rows, *const low = bars.low.rows, *const close = bars.close.rows;
-  const std::ptrdiff_t count =
-      least(present(bars.high, records, 0), least(present(bars.low, records, 0), present(bars.close, records, 1)));
-  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
-    const P top = P::load(high + at), bottom = P::load(low + at), before = P::load(close + at - 1), none = P::all(0.0);
-    const P range = larger(magnitude(before - bottom), larger(magnitude(top - before), larger(top - bottom, none)));
-    // The comparisons let go of what is no number; the sum does not.
-    return range + (top + bottom + before) * none;
-  });
+  return fillFinite(records, present(bars, records), out,
+                    [=]<class P>(std::ptrdiff_t at) { return TrueBar<P>(bars, at).range; });
 }
 
 std::size_t directionalMoves(Source high, Source low, Records records, double* up, double* down) {
@@ -227,15 +237,13 @@ std::size_t momentum(Source source, int lag, Records records, double* out) {
 }
 
 std::size_t buyingPressure(Bars bars, Records records, double* buying, double* range) {
-  const double *const high = bars.high.rows, *const low = bars.low.rows, *const close = bars.close.rows;
-  const std::ptrdiff_t count = provable(bars, records);
+  const std::ptrdiff_t count = least(present(bars, records), present(bars.close, records, 0));
   eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
-    using P = Pack<Lanes>;
     ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
       const std::ptrdiff_t at = row + i * Lanes;
-      const P top = P::load(high + at), bottom = P::load(low + at), before = P::load(close + at - 1);
-      (P::load(close + at) - smaller(before, bottom)).store(buying + at);
-      larger(before - bottom, larger(top - before, top - bottom)).store(range + at);
+      const TrueBar<Pack<Lanes>> bar(bars, at);
+      (Pack<Lanes>::load(bars.close.rows + at) - bar.low).store(buying + at);
+      bar.range.store(range + at);
     }
   });
   return static_cast<std::size_t>(count);
@@ -285,7 +293,11 @@ std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles,
     add(1 - shortest, 1, From<0>());
     ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
       P pressure[3];
-      for (int cycle = 0; cycle < 3; ++cycle) pressure[order[cycle]] = bought[cycle][i] / ranged[cycle][i];
+      for (int cycle = 0; cycle < 3; ++cycle) {
+        // Times 1, or not-a-number where the sum of the ranges is too large: the quotient alone would not show that.
+        const P sum = ranged[cycle][i];
+        pressure[order[cycle]] = bought[cycle][i] / sum * (P::all(1.0) + (sum - sum));
+      }
       ((pressure[0] * P::all(4.0) + pressure[1] * P::all(2.0) + pressure[2]) / P::all(7.0) * P::all(100.0))
           .store(out + row + i * Lanes);
     }
@@ -293,37 +305,32 @@ std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles,
   return static_cast<std::size_t>(finitePrefix(out + first, count));
 }
 
-/// One trend, up to its reversal or the end. Returns the row after it.
-template <bool isLong>
-std::ptrdiff_t runTrend(const double* ahead, const double* behind, std::ptrdiff_t i, std::ptrdiff_t end, double step,
-                        double bound, Trend& trend, double* out) {
-  double stop = trend.stop, factor = trend.factor;
-  double extreme = isLong ? trend.longExtreme : trend.shortExtreme;
-  for (; i < end; ++i) {
-    const double next = stop + factor * (extreme - stop);
-    if (isLong ? behind[i] < next : behind[i] > next) {
-      trend = {!isLong, extreme, isLong ? 0.0 : behind[i], isLong ? behind[i] : 0.0, step};
-      out[i] = extreme;
-      return i + 1;
-    }
-    out[i] = stop = next;
-    const bool isNew = isLong ? ahead[i] > extreme : ahead[i] < extreme;
-    extreme = isNew ? ahead[i] : extreme;
-    factor += (isNew & (factor < bound)) ? step : 0.0;
-  }
-  trend = {isLong, stop, isLong ? extreme : 0.0, isLong ? 0.0 : extreme, factor};
-  return i;
-}
-
 std::size_t parabolic(Source high, Source low, double step, double bound, Trend* trend, Records records, double* out) {
   if (!(step > 0.0 && step <= 1.0 && bound > 0.0 && bound <= 1.0)) return 0;
+  const std::ptrdiff_t first = records.first - 1;
   const std::ptrdiff_t count = least(provable(high, records, 0), provable(low, records, 0));
-  const std::ptrdiff_t end = records.first - 1 + count;
-  std::ptrdiff_t i = records.first - 1;
-  while (i < end) {
-    i = trend->isLong ? runTrend<true>(high.rows, low.rows, i, end, step, bound, *trend, out)
-                      : runTrend<false>(low.rows, high.rows, i, end, step, bound, *trend, out);
+  // Both directions are worked out and one is chosen, since no processor foretells reversals: packs are selected from
+  // without a jump.
+  using P = Pack<2>;
+  const P none = P::all(0.0), smallest = P::all(step), most = P::all(bound);
+  P direction = P::all(trend->isLong ? 1.0 : -1.0), stop = P::all(trend->stop), factor = P::all(trend->factor);
+  P extreme = P::all(trend->isLong ? trend->longExtreme : trend->shortExtreme);
+  for (std::ptrdiff_t i = first; i < first + count; ++i) {
+    const P top = P::all(high.rows[i]), bottom = P::all(low.rows[i]);
+    const P behind = whereGreater(direction, none, bottom, top);
+    const P furthest = whereGreater(direction, none, larger(top, extreme), smaller(bottom, extreme));
+    const P grown = whereEqual(furthest, extreme, factor, whereGreater(most, factor, factor + smallest, factor));
+    const P next = stop + factor * (extreme - stop);
+    // The trend turns where the upper of these is above the lower.
+    const P upper = whereGreater(direction, none, next, top), lower = whereGreater(direction, none, bottom, next);
+    stop = whereGreater(upper, lower, extreme, next);
+    extreme = whereGreater(upper, lower, behind, furthest);
+    factor = whereGreater(upper, lower, smallest, grown);
+    direction = whereGreater(upper, lower, none - direction, direction);
+    out[i] = stop.v[0];
   }
+  const bool isLong = direction.v[0] > 0.0;
+  *trend = {isLong, stop.v[0], isLong ? extreme.v[0] : 0.0, isLong ? 0.0 : extreme.v[0], factor.v[0]};
   return static_cast<std::size_t>(count);
 }
 
@@ -331,7 +338,8 @@ std::size_t accumulation(Bars bars, Records records, double* out) {
   const double *const high = bars.high.rows, *const low = bars.low.rows, *const close = bars.close.rows;
   const std::ptrdiff_t first = records.first - 1;
   if (first < 1 || !isHandled(out[first - 1])) return 0;
-  const std::ptrdiff_t count = provable(bars, records);
+  const std::ptrdiff_t count =
+      least(least(provable(bars.high, records, 0), provable(bars.low, records, 0)), provable(bars.close, records, 1));
   fillPiece(first, count, out, [=]<class P>(std::ptrdiff_t at) {
     const P last = P::load(close + at), before = P::load(close + at - 1), none = P::all(0.0);
     const P fromLow = last - smaller(before, P::load(low + at));
@@ -378,6 +386,14 @@ std::size_t percentAbove(Source a, Source b, int lag, Records records, double* o
   return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
     const P whole = P::load(b.rows + at - lag), part = P::load(a.rows + at) - whole, none = P::all(0.0);
     return whereEqual(whole, none, part - part, part / whole * P::all(100.0));
+  });
+}
+
+std::size_t fallInPercent(Source source, int lag, Records records, double* out) {
+  const double* const x = source.rows;
+  return fillFinite(records, present(source, records, lag), out, [=]<class P>(std::ptrdiff_t at) {
+    const P old = P::load(x + at - lag), now = P::load(x + at), none = P::all(0.0);
+    return whereEqual(old, none, now - now, whereEqual(now, none, old - old, (old - now) / old * P::all(-100.0)));
   });
 }
 

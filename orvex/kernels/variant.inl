@@ -54,6 +54,7 @@ const Table table = {
     .breakouts = breakouts,
     .difference = difference,
     .percentAbove = percentAbove,
+    .fallInPercent = fallInPercent,
     .crossings = crossings,
     .runningTotal = runningTotal,
     .onBalanceVolume = onBalanceVolume,

@@ -239,17 +239,18 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
       }
     }
 
-    if (first > count) return makeRecordSet({result, upper, lower});
     const SpanExtremes spans = spanExtremes(rowsOf(Source), rowsOf(Source), Levels, {first, count.value()});
-    eachRecord(first, count, noKernel, [&](Integer record) {
-      const auto index = static_cast<std::size_t>(record.value() - 1);
-      const Real range = rangeOfSpan(spans, Source, Levels, record);
-      if (range == 0) return;
-      result->setValue(record, 100 * (at(Source, record) - Real(sums[index]) / Levels) / range);
-      const Real width = 100 * (Real(largest[index]) - smallest[index]) / range;
-      upper->setValue(record, width);
-      lower->setValue(record, -width);
-    });
+    eachComputed(
+        first, count, [](kernels::Records) { return std::size_t{0}; },
+        [&](Integer record) {
+          const auto index = static_cast<std::size_t>(record.value() - 1);
+          const Real range = rangeOfSpan(spans, Source, Levels, record);
+          if (range == 0) return;
+          result->setValue(record, 100 * (at(Source, record) - Real(sums[index]) / Levels) / range);
+          const Real width = 100 * (Real(largest[index]) - smallest[index]) / range;
+          upper->setValue(record, width);
+          lower->setValue(record, -width);
+        });
     data->MoveFirst();
     return makeRecordSet({result, upper, lower});
   });
