@@ -24,9 +24,13 @@ class PriceColumn {
 
   Real operator()(Integer record) { return at(field(), record); }
 
-  /// For a kernel; none where there is no such column, which the first step then reports.
+  /// For a kernel; none where the column cannot be had, which the first step that needs it then reports.
   kernels::Source rows() {
-    return set_ != nullptr && set_->isValidField(name_) ? rowsOf(set_->getField(name_)) : kernels::Source{};
+    try {
+      return rowsOf(field());
+    } catch (const Error&) {
+      return {};
+    }
   }
 
  private:

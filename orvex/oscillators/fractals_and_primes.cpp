@@ -58,6 +58,10 @@ std::shared_ptr<RecordSet> Oscillator::ChaosFractalOscillator(std::shared_ptr<Da
     const auto high = object(OHLCV).getField(std::string(Database::HighName));
     const auto low = object(OHLCV).getField(std::string(Database::LowName));
     const auto result = makeColumn(count, std::string(ChaosFractalOscillatorName));
+    // The rows that stand before others are all taken first, so a column that lacks them fails before any comparison.
+    if (count > 4) {
+      for (const auto& column : {high, low}) object(column).getValue(count - 1);
+    }
     // From record 2 on, although four records stand behind the fifth only: before it the comparison is with 0, so that
     // ordinary prices give 1 there. It is kept.
     const auto step = [&](Integer record) {
