@@ -37,7 +37,7 @@ struct FloatingPoint {
   /// matter.
   bool computesAsOurs() const noexcept {
     constexpr std::uint32_t vectorControl = 0xFFC0;
-    constexpr std::uint16_t stackControl = 0x0C3F;
+    [[maybe_unused]] constexpr std::uint16_t stackControl = 0x0C3F;
 #ifdef __i386__
     if ((stack & stackControl) != (ours().stack & stackControl)) return false;
 #endif

@@ -106,7 +106,7 @@ TEST(NumberText, IsTheNearestDouble) {
   for (int i = 0; i < 20000; ++i) {
     const std::uint64_t digits = draw() >> (draw() % 64);
     std::string text = std::to_string(digits);
-    if (draw() % 2 == 0) text.insert(draw() % (text.size() + 1), ".");
+    if (draw() % 2 == 0) text.insert(static_cast<std::size_t>(draw() % (text.size() + 1)), ".");
     if (draw() % 2 == 0) text += "e" + std::to_string(static_cast<int>(draw() % 80) - 40);
     EXPECT_EQ(numberFromText(text), std::strtod(text.c_str(), nullptr)) << text;
   }
