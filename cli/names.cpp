@@ -99,8 +99,8 @@ std::string ask(std::vector<Candidate> candidates) {
 [[noreturn]] void refuseMethod(const Class& owner, std::string_view name) {
   std::vector<Candidate> candidates;
   considerMethods(candidates, name, owner);
-  for (const Class* other : catalogue::classes()) {
-    if (candidates.empty()) considerMethods(candidates, name, *other);
+  if (candidates.empty()) {
+    for (const Class* other : catalogue::classes()) considerMethods(candidates, name, *other);
   }
   throw UsageError(fmt::format("{0} has no method \"{1}\".{2} \"orvex describe {0}\" shows those that it has.",
                                owner.name, name, ask(candidates)));

@@ -203,6 +203,7 @@ TEST_F(CommandLine, ExplainsMistakes) {
       {"run MovingAverage.SimpelMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
       {"run MovingAverage.Wilder", "Did you mean MovingAverage.WellesWilderSmoothing?"},
       {"run MovingAverage.sma", "Did you mean MovingAverage.SimpleMovingAverage?"},
+      {"run MovingAverage.RSI", "Did you mean Index.RelativeStrengthIndex?"},
       {"run MovingAverage", "It has SimpleMovingAverage, ExponentialMovingAverage"},
       {"run Field.getValue", "is not run"},
       {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Period=3",
