@@ -134,6 +134,20 @@ HRESULT removeTypeLibrary(RegisteredFor whom) {
   return SUCCEEDED(outcome) || outcome == TYPE_E_REGISTRYACCESS ? S_OK : SELFREG_E_TYPELIB;
 }
 
+/// A user who never had a class of their own registered has no keys to hold them, so registering made these too.
+void removeEmptyParents() {
+  for (const wchar_t* parent : {L"CLSID", L"Interface", L"TypeLib"}) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, parent, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) continue;
+    DWORD keys = 0;
+    DWORD values = 0;
+    const LSTATUS told = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                                          nullptr, nullptr, nullptr);
+    RegCloseKey(key);
+    if (told == ERROR_SUCCESS && keys == 0 && values == 0) RegDeleteKeyW(HKEY_CLASSES_ROOT, parent);
+  }
+}
+
 template <class Work>
 HRESULT withClassesOf(RegisteredFor whom, Work&& work) noexcept {
   const ClassesOf classes(whom);
@@ -160,6 +174,7 @@ HRESULT unregisterServer(RegisteredFor whom) noexcept {
   return withClassesOf(whom, [&] {
     const HRESULT library = removeTypeLibrary(whom);
     const HRESULT classes = removeClasses();
+    removeEmptyParents();
     return FAILED(classes) ? classes : library;
   });
 }
