@@ -13,7 +13,7 @@ namespace orvex::test {
 namespace {
 
 /// A server whose every method does nothing.
-class Nothing final : public IDispatch {
+class Nothing : public IDispatch {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
   ULONG STDMETHODCALLTYPE AddRef() override { return 1; }

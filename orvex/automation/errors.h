@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "orvex/automation/event_pump.h"
 #include "orvex/automation/floating_point.h"
 #include "orvex/automation/platform.h"
 #include "orvex/data/error.h"
@@ -25,6 +26,7 @@ HRESULT report(const Fault& fault, EXCEPINFO* where) noexcept;
 template <class Body, class Where>
 HRESULT guarded(Where&& where, Body&& body) noexcept {
   const FloatingPointScope scope;
+  noteCall();
   try {
     body();
     return S_OK;

@@ -1,5 +1,7 @@
 #include "orvex/automation/event_pump.h"
 
+#include <atomic>
+
 #include "orvex/automation/floating_point.h"
 #include "orvex/automation/platform.h"
 #include "orvex/data/host_events.h"
@@ -8,8 +10,24 @@ namespace orvex::automation {
 
 namespace {
 
-void runPendingEvents(void*) {
+std::atomic<unsigned> calls = 0;
+
+/// When a thread asked for events last.
+struct Asked {
+  DWORD tick = 0;
+  unsigned call = 0;
+};
+thread_local Asked asked;
+
+void runPendingEvents(void* context) {
+  auto& last = *static_cast<Asked*>(context);
+  const DWORD tick = GetTickCount();
+  const unsigned call = calls.load(std::memory_order_relaxed);
+  if (tick == last.tick && call == last.call) return;
+  last = {tick, call};
   if (HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0) return;
+  // What a handler posts is for the next yield.
+  last.call = call - 1;
   const HostFloatingPointScope scope;
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
@@ -26,7 +44,12 @@ void runPendingEvents(void*) {
 }  // namespace
 
 void pumpEventsOfThisThread() noexcept {
-  setYieldHook({&runPendingEvents, nullptr});
+  setYieldHook({&runPendingEvents, &asked});
+}
+
+void noteCall() noexcept {
+  // Losing a count to another thread's is harmless: the number still changes.
+  calls.store(calls.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
 }  // namespace orvex::automation

@@ -10,14 +10,16 @@
 #include "orvex/automation/module.h"
 #include "orvex/automation/server_classes.h"
 
-// Some headers lack it.
-extern "C" void WINAPI OaEnablePerUserTLibRegistration();
+// The headers of some compilers lack them.
+extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
+extern "C" HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID id, WORD majorVersion, WORD minorVersion, LCID locale,
+                                                   SYSKIND system);
 
 namespace orvex::automation {
 
 namespace {
 
-/// Makes HKEY_CLASSES_ROOT that of the current user alone, also for the platform's own registration of type libraries.
+/// Makes HKEY_CLASSES_ROOT that of the current user alone, also for a platform that registers type libraries there.
 class ClassesOf {
  public:
   explicit ClassesOf(RegisteredFor whom) noexcept {
@@ -29,8 +31,6 @@ class ClassesOf {
     outcome_ = HRESULT_FROM_WIN32(static_cast<unsigned long>(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes)));
     RegCloseKey(classes);
     overridden_ = SUCCEEDED(outcome_);
-    // The platform registers type libraries for the whole machine unless it is told to go by HKEY_CLASSES_ROOT.
-    OaEnablePerUserTLibRegistration();
   }
   ~ClassesOf() {
     if (overridden_) RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
@@ -116,21 +116,36 @@ HRESULT removeClasses() {
   return outcome;
 }
 
-HRESULT registerTypeLibrary() {
+HRESULT registerTypeLibrary(RegisteredFor whom) {
+  const auto enter = whom == RegisteredFor::User ? &RegisterTypeLibForUser : &RegisterTypeLib;
   ITypeLib* library = nullptr;
   HRESULT outcome = loadTypeLibrary(&library);
   if (SUCCEEDED(outcome)) {
-    outcome = RegisterTypeLib(library, modulePath().data(), nullptr);
+    outcome = enter(library, modulePath().data(), nullptr);
     library->Release();
   }
   return SUCCEEDED(outcome) ? S_OK : SELFREG_E_TYPELIB;
 }
 
-HRESULT removeTypeLibrary() {
+HRESULT removeTypeLibrary(RegisteredFor whom) {
+  const auto remove = whom == RegisteredFor::User ? &UnRegisterTypeLibForUser : &UnRegisterTypeLib;
   constexpr SYSKIND system = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-  const HRESULT outcome =
-      UnRegisterTypeLib(guidOf(LibraryId), LibraryMajorVersion, LibraryMinorVersion, LibraryLocale, system);
+  const HRESULT outcome = remove(guidOf(LibraryId), LibraryMajorVersion, LibraryMinorVersion, LibraryLocale, system);
   return SUCCEEDED(outcome) || outcome == TYPE_E_REGISTRYACCESS ? S_OK : SELFREG_E_TYPELIB;
+}
+
+/// A user who never had a class of their own registered has no keys to hold them, so registering made these too.
+void removeEmptyParents() {
+  for (const wchar_t* parent : {L"CLSID", L"Interface", L"TypeLib"}) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, parent, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) continue;
+    DWORD keys = 0;
+    DWORD values = 0;
+    const LSTATUS told = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                                          nullptr, nullptr, nullptr);
+    RegCloseKey(key);
+    if (told == ERROR_SUCCESS && keys == 0 && values == 0) RegDeleteKeyW(HKEY_CLASSES_ROOT, parent);
+  }
 }
 
 template <class Work>
@@ -147,18 +162,19 @@ HRESULT withClassesOf(RegisteredFor whom, Work&& work) noexcept {
 }  // namespace
 
 HRESULT registerServer(RegisteredFor whom) noexcept {
-  HRESULT outcome = withClassesOf(whom, [] {
+  HRESULT outcome = withClassesOf(whom, [&] {
     const HRESULT classes = registerClasses();
-    return SUCCEEDED(classes) ? registerTypeLibrary() : classes;
+    return SUCCEEDED(classes) ? registerTypeLibrary(whom) : classes;
   });
   if (FAILED(outcome)) unregisterServer(whom);
   return outcome;
 }
 
 HRESULT unregisterServer(RegisteredFor whom) noexcept {
-  return withClassesOf(whom, [] {
-    const HRESULT library = removeTypeLibrary();
+  return withClassesOf(whom, [&] {
+    const HRESULT library = removeTypeLibrary(whom);
     const HRESULT classes = removeClasses();
+    removeEmptyParents();
     return FAILED(classes) ? classes : library;
   });
 }

@@ -176,6 +176,9 @@ VariantArray arrayOf(SAFEARRAY* array, VARTYPE type) {
     return VariantArray::ofSeveralDimensions(bound);
   }
   SafeArrayGetLBound(array, 1, &bound);
+  // A VARIANT may name another type than its array has; the array's is the one that its elements have.
+  VARTYPE own = VT_EMPTY;
+  if (SUCCEEDED(SafeArrayGetVartype(array, &own))) type = own;
   const Elements elements(array);
   if (type == VT_R8) {
     const auto* numbers = elements.as<double>();

@@ -159,6 +159,11 @@ struct Host {
     data->MoveFirst(&position);
     data->getRecordset(set.put());
   }
+  ~Host() {
+    // Database and set may have been made to hold each other.
+    Ref<_Database> none;
+    set->setDatabase(none.byRef());
+  }
 
   Ref<_Field> close() const {
     Ref<_Field> field;
