@@ -189,7 +189,7 @@ struct Table {
   /// (a - b) / b x 100, of b `lag` records before; 0 where b is 0.
   std::size_t (*percentAbove)(Source a, Source b, int lag, Records records, double* out);
 
-  /// The row before + the source, likewise from the row before the first record; so are the four that follow.
+  /// The row before + the source, likewise from the row before the first record; so are the five that follow.
   std::size_t (*runningTotal)(Source source, Records records, double* out);
 
   /// The row before + the volume where the price rose, - the volume where it fell.
