@@ -33,17 +33,18 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
 
     const Integer first = 2 * Periods + 1;
     data->setPosition(first);
-    // The counter runs one record ahead of the row that is written.
+    // The counter runs one record ahead of the row that is written, in 16 bits, up to this end.
+    const Integer end = count + 1;
     eachRecord(
-        first, count + 1,
+        first - 1, end - 1,
         [&] {
           const auto terms = workingRows(count);
           return kernels::run(&kernels::Table::ratioSum, rowsOf(single), rowsOf(twice), Periods.value(),
                               recordRange(first - 1, count), terms.get(), result->values().data());
         },
-        [&](Integer ahead) {
+        [&](Integer record) {
           Real sum = 0;
-          data->setPosition(ahead - Periods);
+          data->setPosition(record + 1 - Periods);
           for (int i = 1; i <= Periods; ++i) {
             const Real divisor = at(twice, data->getPosition());
             // The cursor stands still on a double smoothing of 0, so the rest of the window reads that record again and
@@ -56,7 +57,7 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
           result->setValue(data->getPosition(), sum);
           data->MoveNext();
         },
-        [&](Integer ahead) { data->setPosition(ahead); });
+        [&](Integer record) { data->setPosition(record + 1); });
     data->MoveFirst();
     return makeRecordSet({result});
   });

@@ -36,16 +36,8 @@ struct Bars {
   Source close;
 };
 
-/// Directional movement, in the order of its steps; the last two are working space.
-struct DirectionRows {
-  double* rangeSum;
-  double* upIndex;
-  double* downIndex;
-  double* index;
-  double* average;
-  double* rating;
-  double* up;
-  double* down;
+struct Cycles {
+  int lengths[3];
 };
 
 /// Aroon's columns and working space.
@@ -140,9 +132,20 @@ struct Table {
   /// The largest of high - low and the distances of both to the close before, or 0.
   std::size_t (*trueRange)(Bars bars, Records records, double* out);
 
-  /// Wilder's directional movement out of a column of ranges, for the records from 2 to the last of the columns or for
-  /// none: where it returns 0 the rows are left as they may be.
-  std::size_t (*directionalMovement)(Source range, Source high, Source low, int periods, DirectionRows out);
+  /// How far the high rose and the low fell, the larger of both where they differ, otherwise 0.
+  std::size_t (*directionalMoves)(Source high, Source low, Records records, double* up, double* down);
+
+  /// part x 100 / whole, truncated; 0 where the whole is 0. For parts and wholes that are not below 0.
+  std::size_t (*wholePercent)(Source part, Source whole, Records records, double* out);
+
+  /// |a - b| / (a + b) x 100, truncated; 0 where they are equal. For numbers that are not below 0.
+  std::size_t (*directionalIndex)(Source a, Source b, Records records, double* out);
+
+  /// ((periods - 1) x the row before + index) / periods, rounded half up, for whole numbers from 0 to 100.
+  std::size_t (*averageIndex)(Source index, int periods, Records records, double* out);
+
+  /// The mean of a row and the row before, rounded half up, for numbers that are not below 0.
+  std::size_t (*meanHalfUp)(Source source, Records records, double* out);
 
   /// How far from the beginning of the `window` records before each record, and the record itself, the highest high and
   /// the lowest low stand, in percent of `window`, and the difference. Of equal ones the record's own counts, otherwise
@@ -162,12 +165,13 @@ struct Table {
   /// (value - old) / old x 100 + 100, with the value of `lag` records before.
   std::size_t (*momentum)(Source source, int lag, Records records, double* out);
 
-  /// Close - min(low, close before), and the true range that is not cut at 0.
+  /// Close - min(low, close before), and the true range that is not cut at 0; not-a-number where a row is left to the
+  /// steps, which `ultimate` meets.
   std::size_t (*buyingPressure)(Bars bars, Records records, double* buying, double* range);
 
-  /// ((b1 / r1) x 4 + (b2 / r2) x 2 + b3 / r3) / 7 x 100 of sums over the last `first`, `second` and `third` records,
-  /// oldest first.
-  std::size_t (*ultimate)(Source buying, Source range, int first, int second, int third, Records records, double* out);
+  /// ((b1 / r1) x 4 + (b2 / r2) x 2 + b3 / r3) / 7 x 100 of sums over the last records of three cycles, oldest first,
+  /// out of the columns of `buyingPressure`.
+  std::size_t (*ultimate)(Source buying, Source range, Cycles cycles, Records records, double* out);
 
   /// The parabolic stop-and-reverse from `trend` on, which it leaves as of the last record that it fills. For steps and
   /// bounds of the factor above 0 up to 1.
@@ -188,6 +192,13 @@ struct Table {
 
   /// (a - b) / b x 100, of b `lag` records before; 0 where b is 0.
   std::size_t (*percentAbove)(Source a, Source b, int lag, Records records, double* out);
+
+  /// (old - row) / old x -100, of the old row `lag` records before; 0 where either is 0.
+  std::size_t (*fallInPercent)(Source source, int lag, Records records, double* out);
+
+  /// 1 where a crosses above b (at or below it in the row before, above it now), -1 where it crosses below, otherwise
+  /// 0.
+  std::size_t (*crossings)(Source a, Source b, Records records, double* out);
 
   /// The row before + the source, likewise from the row before the first record; so are the five that follow.
   std::size_t (*runningTotal)(Source source, Records records, double* out);

@@ -1,121 +1,117 @@
-// The kernels of the oscillators. Each computes its rows without looking and then finds how many of them came out as
-// ordinary numbers: a division by 0 or an overflow on the way shows in the row itself.
+// The kernels of the oscillators. Where a division by 0 or an overflow shows in the row itself, rows are computed
+// without looking and then counted as far as they came out as numbers.
 #pragma once
 
 #include <cstddef>
 
+#include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.h"
+#include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
 
 namespace {
 
 using orvex::kernels::AroonRows;
 using orvex::kernels::Bars;
-using orvex::kernels::DirectionRows;
 using orvex::kernels::Trend;
 
-std::ptrdiff_t provable(Bars bars, Records records) {
-  return least(least(provable(bars.high, records, 1), provable(bars.low, records, 1)),
-               provable(bars.close, records, 1));
-}
+/// The lower one of low and the close before, and the true range, in as few operations as can be: of bars whose high is
+/// not below their low the largest of the three differences lies between the highest and the lowest of the three
+/// prices. Not-a-number where that does not hold, or where a price is none.
+template <class P>
+struct TrueBar {
+  P low, range;
 
-/// Computes `count` rows from the first record on, row(at) giving the pack of rows `at` and following, and returns how
-/// many of them are ordinary numbers.
-template <int Count, class Row>
-std::size_t eachRow(Records records, std::ptrdiff_t count, double* out, Row row) {
-  const std::ptrdiff_t first = records.first - 1;
-  eachBlock<Count>(first, count, [=]<int Lanes, int Packs>(std::ptrdiff_t at) {
-    ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
-      row.template operator()<Pack<Lanes>>(at + i * Lanes).store(out + at + i * Lanes);
-    }
-  });
-  return static_cast<std::size_t>(handledPrefix(out + first, count));
+  TrueBar(const Bars& bars, std::ptrdiff_t at) {
+    const P top = P::load(bars.high.rows + at), bottom = P::load(bars.low.rows + at);
+    const P before = P::load(bars.close.rows + at - 1), none = P::all(0.0);
+    low = smaller(before, bottom);
+    // The comparisons let go of a close that is none; its difference with itself does not.
+    range = whereGreater(bottom, top, none / none, larger(before, top) - low + (before - before));
+  }
+};
+
+/// How many records have their bars and the closes before.
+std::ptrdiff_t present(const Bars& bars, Records records) {
+  return least(least(present(bars.high, records, 0), present(bars.low, records, 0)), present(bars.close, records, 1));
 }
 
 std::size_t trueRange(Bars bars, Records records, double* out) {
-  const double *const high = bars.high.rows, *const low = bars.low.rows, *const close = bars.close.rows;
-  return eachRow<4>(records, provable(bars, records), out, [=]<class P>(std::ptrdiff_t at) {
-    const P top = P::load(high + at), bottom = P::load(low + at), before = P::load(close + at - 1);
-    return larger(magnitude(before - bottom), larger(magnitude(top - before), larger(top - bottom, P::all(0.0))));
-  });
+  return fillFinite(records, present(bars, records), out,
+                    [=]<class P>(std::ptrdiff_t at) { return TrueBar<P>(bars, at).range; });
 }
 
-/// The sums of ranges and of moves, each approaching its column by a share, side by side.
-void approachThree(const double* range, double* up, double* down, double* rangeSum, double share,
-                   std::ptrdiff_t count) {
-  double a = 0.0, b = 0.0, c = 0.0;
-  for (std::ptrdiff_t i = 1; i < count; ++i) {
-    rangeSum[i] = a = a + (range[i] - a) * share;
-    up[i] = b = b + (up[i] - b) * share;
-    down[i] = c = c + (down[i] - c) * share;
-  }
-}
-
-/// Averages and ratings of indices 0 to 100. All of them are whole numbers, and so the average moves by as much as the
-/// distance between it and the index says: half a record's share of it, rounded.
-void averageIndices(const double* index, int periods, std::ptrdiff_t count, double* average, double* rating) {
-  int steps[201];
-  for (int distance = -100; distance <= 100; ++distance) {
-    const int halves = 2 * distance + periods;
-    steps[distance + 100] = halves >= 0 ? halves / (2 * periods) : -((2 * periods - 1 - halves) / (2 * periods));
-  }
-  int before = 0;
-  for (std::ptrdiff_t i = periods; i < count; ++i) {
-    const int now = before + steps[static_cast<int>(index[i]) - before + 100];
-    average[i] = now;
-    rating[i] = (now + before + 1) / 2;
-    before = now;
-  }
-}
-
-std::size_t directionalMovement(Source range, Source high, Source low, int periods, DirectionRows out) {
-  const auto count = static_cast<std::ptrdiff_t>(range.count);
-  const Records records{2, static_cast<int>(count)};
-  if (periods < 1 || 2 * periods > count || provable(range, records, 1) != count - 1 ||
-      provable(high, records, 1) != count - 1 || provable(low, records, 1) != count - 1) {
-    return 0;
-  }
-  const double *const highs = high.rows, *const lows = low.rows;
-  eachBlock<4>(1, count - 1, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
+std::size_t directionalMoves(Source high, Source low, Records records, double* up, double* down) {
+  const std::ptrdiff_t count = least(provable(high, records, 1), provable(low, records, 1));
+  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     const P none = P::all(0.0);
     ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
       const std::ptrdiff_t at = row + i * Lanes;
-      const P rise = P::load(highs + at) - P::load(highs + at - 1), fall = P::load(lows + at - 1) - P::load(lows + at);
-      whereGreater(rise, fall, larger(rise, none), none).store(out.up + at);
-      whereGreater(fall, rise, larger(fall, none), none).store(out.down + at);
+      const P rise = P::load(high.rows + at) - P::load(high.rows + at - 1);
+      const P fall = P::load(low.rows + at - 1) - P::load(low.rows + at);
+      whereGreater(rise, fall, larger(rise, none), none).store(up + at);
+      whereGreater(fall, rise, larger(fall, none), none).store(down + at);
     }
   });
-  approachThree(range.rows, out.up, out.down, out.rangeSum, 1.0 / periods, count);
-  const std::ptrdiff_t climb = 2 * periods;
-  for (std::ptrdiff_t i = 0; i < climb; ++i) out.rangeSum[i] = 0.0;
+  return static_cast<std::size_t>(count);
+}
 
-  // Below this bound the whole part fits 32 bits; everything else is left to the steps.
-  constexpr double bound = 0x1p30;
-  double worst = 0.0;
-  eachBlock<4>(climb, count - climb, [=, &worst]<int Lanes, int Packs>(std::ptrdiff_t row) {
-    using P = Pack<Lanes>;
-    const P none = P::all(0.0), hundred = P::all(100.0);
-    P most = none;
-    ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
-      const std::ptrdiff_t at = row + i * Lanes;
-      const P sum = P::load(out.rangeSum + at);
-      const P upShare = whereEqual(sum, none, none, P::load(out.up + at) * hundred / sum);
-      const P downShare = whereEqual(sum, none, none, P::load(out.down + at) * hundred / sum);
-      most = larger(most, larger(upShare, downShare));
-      const P upIndex = wholePart(smaller(upShare, P::all(bound)));
-      const P downIndex = wholePart(smaller(downShare, P::all(bound)));
-      const P difference = magnitude(downIndex - upIndex);
-      upIndex.store(out.upIndex + at);
-      downIndex.store(out.downIndex + at);
-      const P share = difference / (downIndex + upIndex) * hundred;
-      wholePart(whereGreater(difference, none, share, none)).store(out.index + at);
-    }
-    for (int lane = 0; lane < Lanes; ++lane) worst = most.v[lane] > worst ? most.v[lane] : worst;
+/// The whole parts of numbers that are not below 0, and not-a-number for what is left to the steps: numbers whose whole
+/// part might not fit 32 bits.
+template <class P>
+P truncated(P x) {
+  const P bound = P::all(0x1p30), none = P::all(0.0);
+  return whereGreater(bound, x, wholePart(whereGreater(bound, x, x, none)), none / none);
+}
+
+std::size_t wholePercent(Source part, Source whole, Records records, double* out) {
+  const std::ptrdiff_t count = least(present(part, records, 0), present(whole, records, 0));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+    const P sum = P::load(whole.rows + at), none = P::all(0.0);
+    return truncated(whereEqual(sum, none, none, P::load(part.rows + at) * P::all(100.0) / sum));
   });
-  if (!(worst < bound)) return 0;
-  averageIndices(out.index, periods, count, out.average, out.rating);
-  return static_cast<std::size_t>(count - 1);
+}
+
+std::size_t directionalIndex(Source a, Source b, Records records, double* out) {
+  const std::ptrdiff_t count = least(present(a, records, 0), present(b, records, 0));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+    const P x = P::load(a.rows + at), y = P::load(b.rows + at), none = P::all(0.0);
+    const P difference = magnitude(x - y);
+    return truncated(whereGreater(difference, none, difference / (x + y) * P::all(100.0), none));
+  });
+}
+
+bool isWholePercentage(double x) {
+  return x >= 0.0 && x <= 100.0 && static_cast<int>(x) == x;
+}
+
+std::size_t averageIndex(Source index, int periods, Records records, double* out) {
+  constexpr int most = 100;
+  const std::ptrdiff_t count = present(index, records, 0);
+  if (count == 0 || records.first < 2 || periods < 1 || !isWholePercentage(out[records.first - 2])) return 0;
+  // Among whole numbers the average moves by the distance between it and the index, divided and rounded: by so much
+  // for each distance.
+  int steps[2 * most + 1];
+  for (int distance = -most; distance <= most; ++distance) {
+    const int halves = 2 * distance + periods, whole = 2 * periods;
+    steps[distance + most] = halves >= 0 ? halves / whole : -((whole - 1 - halves) / whole);
+  }
+  const std::ptrdiff_t first = records.first - 1;
+  int average = static_cast<int>(out[first - 1]);
+  for (std::ptrdiff_t i = first; i < first + count; ++i) {
+    if (!isWholePercentage(index.rows[i])) return static_cast<std::size_t>(i - first);
+    average += steps[static_cast<int>(index.rows[i]) - average + most];
+    out[i] = average;
+  }
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t meanHalfUp(Source source, Records records, double* out) {
+  return fillFinite(records, present(source, records, 1), out, [=]<class P>(std::ptrdiff_t at) {
+    const P sum = P::load(source.rows + at) + P::load(source.rows + at - 1);
+    return truncated(sum / P::all(2.0) + P::all(0.5));
+  });
 }
 
 /// Into `out` how far from the beginning of the `window` rows before each row, and the row itself, the best of them
@@ -170,15 +166,15 @@ std::size_t aroon(Source high, Source low, int window, Records records, AroonRow
   const std::ptrdiff_t first = records.first - 1;
   placesOfExtremes<true>(high.rows, window, first, count, out.extremes, out.places, out.up);
   placesOfExtremes<false>(low.rows, window, first, count, out.extremes, out.places, out.down);
-  return eachRow<4>(records, count, out.oscillator,
+  return fillFinite(records, count, out.oscillator,
                     [=]<class P>(std::ptrdiff_t at) { return P::load(out.up + at) - P::load(out.down + at); });
 }
 
 std::size_t place(Source above, Source below, Source highest, Source lowest, double factor, Records records,
                   double* out) {
-  const std::ptrdiff_t count = least(least(provable(above, records, 0), provable(below, records, 0)),
+  const std::ptrdiff_t count = least(least(present(above, records, 0), present(below, records, 0)),
                                      least(provable(highest, records, 0), provable(lowest, records, 0)));
-  return eachRow<4>(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
     return (P::load(above.rows + at) - P::load(below.rows + at)) /
            (P::load(highest.rows + at) - P::load(lowest.rows + at)) * P::all(factor);
   });
@@ -204,7 +200,7 @@ std::size_t rangeToPath(Source source, Source highest, Source lowest, int window
       (magnitude(P::load(highest.rows + at) - P::load(lowest.rows + at)) / path[i]).store(out + at);
     }
   });
-  return static_cast<std::size_t>(handledPrefix(out + first, count));
+  return static_cast<std::size_t>(finitePrefix(out + first, count));
 }
 
 std::size_t balanceOfMoves(Source source, int window, Records records, double* out) {
@@ -233,89 +229,108 @@ std::size_t balanceOfMoves(Source source, int window, Records records, double* o
 }
 
 std::size_t momentum(Source source, int lag, Records records, double* out) {
-  if (lag < 0) return 0;
   const double* const x = source.rows;
-  return eachRow<4>(records, provable(source, records, lag), out, [=]<class P>(std::ptrdiff_t at) {
+  return fillFinite(records, present(source, records, lag), out, [=]<class P>(std::ptrdiff_t at) {
     const P old = P::load(x + at - lag), hundred = P::all(100.0);
     return (P::load(x + at) - old) / old * hundred + hundred;
   });
 }
 
 std::size_t buyingPressure(Bars bars, Records records, double* buying, double* range) {
-  const double *const high = bars.high.rows, *const low = bars.low.rows, *const close = bars.close.rows;
-  const std::ptrdiff_t count = provable(bars, records);
-  eachRow<4>(records, count, buying, [=]<class P>(std::ptrdiff_t at) {
-    return P::load(close + at) - smaller(P::load(close + at - 1), P::load(low + at));
+  const std::ptrdiff_t count = least(present(bars, records), present(bars.close, records, 0));
+  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
+    ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
+      const std::ptrdiff_t at = row + i * Lanes;
+      const TrueBar<Pack<Lanes>> bar(bars, at);
+      (Pack<Lanes>::load(bars.close.rows + at) - bar.low).store(buying + at);
+      bar.range.store(range + at);
+    }
   });
-  return eachRow<4>(records, count, range, [=]<class P>(std::ptrdiff_t at) {
-    const P top = P::load(high + at), bottom = P::load(low + at), before = P::load(close + at - 1);
-    return larger(before - bottom, larger(top - before, top - bottom));
-  });
+  return static_cast<std::size_t>(count);
 }
 
-std::size_t ultimate(Source buying, Source range, int first, int second, int third, Records records, double* out) {
-  if (first < 1 || second < 1 || third < 1) return 0;
-  const int longer = first > second ? first : second, longest = longer > third ? longer : third;
-  const std::ptrdiff_t count = least(provable(buying, records, longest - 1), provable(range, records, longest - 1));
-  const std::ptrdiff_t from = records.first - 1;
-  eachBlock<4>(from, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
+/// A number that is part of a type, so that a loop from it on unrolls.
+template <int number>
+struct From {
+  static constexpr int value = number;
+};
+
+std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles, Records records, double* out) {
+  // From the shortest to the longest: the records that cycles share are read once.
+  int order[] = {0, 1, 2};
+  const auto sort = [&](int& a, int& b) {
+    if (cycles.lengths[b] < cycles.lengths[a]) {
+      const int shorter = b;
+      b = a;
+      a = shorter;
+    }
+  };
+  sort(order[0], order[1]);
+  sort(order[1], order[2]);
+  sort(order[0], order[1]);
+  const std::ptrdiff_t shortest = cycles.lengths[order[0]], middle = cycles.lengths[order[1]],
+                       longest = cycles.lengths[order[2]];
+  if (shortest < 1) return 0;
+  const std::ptrdiff_t count = least(present(buying, records, longest - 1), present(range, records, longest - 1));
+  const std::ptrdiff_t first = records.first - 1;
+  eachBlock<2>(first, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
-    P pressure[3][Packs];
-    const int cycles[] = {first, second, third};
-    for (int cycle = 0; cycle < 3; ++cycle) {
-      P bought[Packs] = {};
-      P ranged[Packs] = {};
-      for (std::ptrdiff_t j = 1 - cycles[cycle]; j <= 0; ++j) {
+    P bought[3][Packs] = {};
+    P ranged[3][Packs] = {};
+    const auto add = [&](std::ptrdiff_t from, std::ptrdiff_t to, auto shortestOfThem) {
+      for (std::ptrdiff_t j = from; j < to; ++j) {
         ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
-          bought[i] = bought[i] + P::load(buying.rows + row + i * Lanes + j);
-          ranged[i] = ranged[i] + P::load(range.rows + row + i * Lanes + j);
+          const P b = P::load(buying.rows + row + i * Lanes + j), r = P::load(range.rows + row + i * Lanes + j);
+          ORVEX_UNROLL for (int cycle = shortestOfThem.value; cycle < 3; ++cycle) {
+            bought[cycle][i] = bought[cycle][i] + b;
+            ranged[cycle][i] = ranged[cycle][i] + r;
+          }
         }
       }
-      ORVEX_UNROLL for (int i = 0; i < Packs; ++i) pressure[cycle][i] = bought[i] / ranged[i];
-    }
+    };
+    add(1 - longest, 1 - middle, From<2>());
+    add(1 - middle, 1 - shortest, From<1>());
+    add(1 - shortest, 1, From<0>());
     ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
-      ((pressure[0][i] * P::all(4.0) + pressure[1][i] * P::all(2.0) + pressure[2][i]) / P::all(7.0) * P::all(100.0))
+      P pressure[3];
+      for (int cycle = 0; cycle < 3; ++cycle) {
+        // Times 1, or not-a-number where the sum of the ranges is too large: the quotient alone would not show that.
+        const P sum = ranged[cycle][i];
+        pressure[order[cycle]] = bought[cycle][i] / sum * (P::all(1.0) + (sum - sum));
+      }
+      ((pressure[0] * P::all(4.0) + pressure[1] * P::all(2.0) + pressure[2]) / P::all(7.0) * P::all(100.0))
           .store(out + row + i * Lanes);
     }
   });
-  return static_cast<std::size_t>(handledPrefix(out + from, count));
+  return static_cast<std::size_t>(finitePrefix(out + first, count));
 }
 
 std::size_t parabolic(Source high, Source low, double step, double bound, Trend* trend, Records records, double* out) {
   if (!(step > 0.0 && step <= 1.0 && bound > 0.0 && bound <= 1.0)) return 0;
-  const std::ptrdiff_t count = least(provable(high, records, 0), provable(low, records, 0));
   const std::ptrdiff_t first = records.first - 1;
-  Trend now = *trend;
+  const std::ptrdiff_t count = least(provable(high, records, 0), provable(low, records, 0));
+  // Both directions are worked out and one is chosen, since no processor foretells reversals: packs are selected from
+  // without a jump.
+  using P = Pack<2>;
+  const P none = P::all(0.0), smallest = P::all(step), most = P::all(bound);
+  P direction = P::all(trend->isLong ? 1.0 : -1.0), stop = P::all(trend->stop), factor = P::all(trend->factor);
+  P extreme = P::all(trend->isLong ? trend->longExtreme : trend->shortExtreme);
   for (std::ptrdiff_t i = first; i < first + count; ++i) {
-    const double top = high.rows[i], bottom = low.rows[i];
-    if (now.isLong) {
-      const double extreme = now.longExtreme;
-      const double stop = now.stop + now.factor * (extreme - now.stop);
-      if (bottom < stop) {
-        now = {false, extreme, 0.0, bottom, step};
-      } else {
-        now.stop = stop;
-        if (top > extreme) {
-          now.longExtreme = top;
-          if (now.factor < bound) now.factor += step;
-        }
-      }
-    } else {
-      const double extreme = now.shortExtreme;
-      const double stop = now.stop + now.factor * (extreme - now.stop);
-      if (top > stop) {
-        now = {true, extreme, top, 0.0, step};
-      } else {
-        now.stop = stop;
-        if (bottom < extreme) {
-          now.shortExtreme = bottom;
-          if (now.factor < bound) now.factor += step;
-        }
-      }
-    }
-    out[i] = now.stop;
+    const P top = P::all(high.rows[i]), bottom = P::all(low.rows[i]);
+    const P behind = whereGreater(direction, none, bottom, top);
+    const P furthest = whereGreater(direction, none, larger(top, extreme), smaller(bottom, extreme));
+    const P grown = whereEqual(furthest, extreme, factor, whereGreater(most, factor, factor + smallest, factor));
+    const P next = stop + factor * (extreme - stop);
+    // The trend turns where the upper of these is above the lower.
+    const P upper = whereGreater(direction, none, next, top), lower = whereGreater(direction, none, bottom, next);
+    stop = whereGreater(upper, lower, extreme, next);
+    extreme = whereGreater(upper, lower, behind, furthest);
+    factor = whereGreater(upper, lower, smallest, grown);
+    direction = whereGreater(upper, lower, none - direction, direction);
+    out[i] = stop.v[0];
   }
-  *trend = now;
+  const bool isLong = direction.v[0] > 0.0;
+  *trend = {isLong, stop.v[0], isLong ? extreme.v[0] : 0.0, isLong ? 0.0 : extreme.v[0], factor.v[0]};
   return static_cast<std::size_t>(count);
 }
 
@@ -323,8 +338,9 @@ std::size_t accumulation(Bars bars, Records records, double* out) {
   const double *const high = bars.high.rows, *const low = bars.low.rows, *const close = bars.close.rows;
   const std::ptrdiff_t first = records.first - 1;
   if (first < 1 || !isHandled(out[first - 1])) return 0;
-  const std::ptrdiff_t count = provable(bars, records);
-  eachRow<4>(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+  const std::ptrdiff_t count =
+      least(least(provable(bars.high, records, 0), provable(bars.low, records, 0)), provable(bars.close, records, 1));
+  fillPiece(first, count, out, [=]<class P>(std::ptrdiff_t at) {
     const P last = P::load(close + at), before = P::load(close + at - 1), none = P::all(0.0);
     const P fromLow = last - smaller(before, P::load(low + at));
     const P fromHigh = last - larger(before, P::load(high + at));
@@ -337,22 +353,23 @@ std::size_t accumulation(Bars bars, Records records, double* out) {
 
 std::size_t easeOfMovement(Source high, Source low, Source volume, Records records, double* out) {
   const std::ptrdiff_t count =
-      least(least(provable(high, records, 1), provable(low, records, 1)), provable(volume, records, 0));
-  return eachRow<4>(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+      least(least(present(high, records, 1), present(low, records, 1)), present(volume, records, 0));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
     const P top = P::load(high.rows + at), bottom = P::load(low.rows + at);
     const P none = P::all(0.0), one = P::all(1.0), two = P::all(2.0);
     const P middleBefore = (P::load(high.rows + at - 1) + P::load(low.rows + at - 1)) / two;
+    const P move = (top + bottom) / two - middleBefore;
     const P range = top - bottom;
     const P boxRatio = P::load(volume.rows + at) / range;
-    const P ease = ((top + bottom) / two - middleBefore) / boxRatio * P::all(10000.0);
-    // Times 1, or times not-a-number where the ratio was too large: the quotient alone would not show that.
-    return whereEqual(range, none, none, ease * (one + (boxRatio - boxRatio)));
+    // Times 1, or not-a-number where the ratio is none: the quotient alone would not show that. Nor would the row of a
+    // bar without a range show a move that is none.
+    return whereEqual(range, none, move - move, move / boxRatio * P::all(10000.0) * (one + (boxRatio - boxRatio)));
   });
 }
 
 std::size_t breakouts(Source high, Source low, Records records, double* out) {
   const std::ptrdiff_t count = least(provable(high, records, 4), provable(low, records, 4));
-  return eachRow<4>(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+  fillPiece(records.first - 1, count, out, [=]<class P>(std::ptrdiff_t at) {
     P top = P::load(high.rows + at - 1), bottom = P::load(low.rows + at - 1);
     ORVEX_UNROLL for (int j = 2; j <= 4; ++j) {
       top = larger(top, P::load(high.rows + at - j));
@@ -361,14 +378,35 @@ std::size_t breakouts(Source high, Source low, Records records, double* out) {
     const P above = whereGreater(P::load(high.rows + at), top, P::all(1.0), P::all(0.0));
     return whereGreater(bottom, P::load(low.rows + at), P::all(-1.0), above);
   });
+  return static_cast<std::size_t>(count);
 }
 
 std::size_t percentAbove(Source a, Source b, int lag, Records records, double* out) {
-  const std::ptrdiff_t count = least(provable(a, records, 0), provable(b, records, lag));
-  return eachRow<4>(records, count, out, [=]<class P>(std::ptrdiff_t at) {
-    const P whole = P::load(b.rows + at - lag), none = P::all(0.0);
-    return whereEqual(whole, none, none, (P::load(a.rows + at) - whole) / whole * P::all(100.0));
+  const std::ptrdiff_t count = least(present(a, records, 0), present(b, records, lag));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+    const P whole = P::load(b.rows + at - lag), part = P::load(a.rows + at) - whole, none = P::all(0.0);
+    return whereEqual(whole, none, part - part, part / whole * P::all(100.0));
   });
+}
+
+std::size_t fallInPercent(Source source, int lag, Records records, double* out) {
+  const double* const x = source.rows;
+  return fillFinite(records, present(source, records, lag), out, [=]<class P>(std::ptrdiff_t at) {
+    const P old = P::load(x + at - lag), now = P::load(x + at), none = P::all(0.0);
+    return whereEqual(old, none, now - now, whereEqual(now, none, old - old, (old - now) / old * P::all(-100.0)));
+  });
+}
+
+std::size_t crossings(Source a, Source b, Records records, double* out) {
+  const std::ptrdiff_t count = least(provable(a, records, 1), provable(b, records, 1));
+  fillPiece(records.first - 1, count, out, [=]<class P>(std::ptrdiff_t at) {
+    const P before = P::load(a.rows + at - 1), otherBefore = P::load(b.rows + at - 1);
+    const P now = P::load(a.rows + at), other = P::load(b.rows + at), none = P::all(0.0);
+    const P above = whereGreater(before, otherBefore, none, whereGreater(now, other, P::all(1.0), none));
+    const P below = whereGreater(otherBefore, before, none, whereGreater(other, now, P::all(-1.0), none));
+    return above + below;
+  });
+  return static_cast<std::size_t>(count);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <span>
 #include <vector>
 
 #include "orvex/averages/average_of_part.h"
@@ -34,13 +35,6 @@ void eachComputed(int first, Integer count, Kernel&& kernel, Step&& step, YieldH
   const kernels::Records records{first, count.value()};
   eachRecord(
       first, count, [&] { return kernel(records); }, step, [](Integer) {}, hook);
-}
-
-/// The same without a kernel.
-template <class Step>
-void eachComputed(int first, Integer count, Step&& step) {
-  eachComputed(
-      first, count, [](kernels::Records) { return std::size_t{0}; }, step);
 }
 
 /// result(r) = minuend(r - lag) - subtrahend(r) from `first` on.
@@ -80,6 +74,18 @@ ShortAndLong shortAndLong(Integer MA_Type, const std::shared_ptr<Database>& data
   const auto average = [&](Integer periods) { return averageColumn(MA_Type, data, source, periods, "Average"); };
   const auto first = [&](Integer periods) { return firstAverageRow(MA_Type.value(), periods.value()); };
   return {average(shortPeriods), average(longPeriods), std::max(first(shortPeriods), first(longPeriods))};
+}
+
+/// The highest less the lowest of the `length` values that end at the record.
+Real rangeOfSpan(const SpanExtremes& known, const std::shared_ptr<Field>& source, Integer length, Integer record) {
+  if (record <= known.records.last) {
+    const auto index = static_cast<std::size_t>(record.value() - 1);
+    return Real(known.highest[index]) - known.lowest[index];
+  }
+  Extremes span;
+  span.begin(at(source, record), at(source, record));
+  for (int j = (record - length + 1).value(); j < record; ++j) span.take(at(source, j), at(source, j));
+  return span.highest() - span.lowest();
 }
 
 /// What the price and the volume oscillator share.
@@ -189,7 +195,11 @@ std::shared_ptr<RecordSet> Oscillator::GoldenDeathCross(std::shared_ptr<Database
   return trap(GoldenDeathCrossFault, [&] {
     const auto result = makeColumn(count, Alias.get());
     const auto averages = shortAndLong(MA_Type, data, Source, ShortPeriods, LongPeriods);
-    eachComputed(averages.first + 1, count, [&](Integer record) {
+    const auto kernel = [&](kernels::Records records) {
+      return kernels::run(&Table::crossings, rowsOf(averages.shorter), rowsOf(averages.longer), records,
+                          result->values().data());
+    };
+    eachComputed(averages.first + 1, count, kernel, [&](Integer record) {
       const Real shortBefore = at(averages.shorter, record - 1), longBefore = at(averages.longer, record - 1);
       const Real shortNow = at(averages.shorter, record), longNow = at(averages.longer, record);
       if (shortBefore <= longBefore && shortNow > longNow) result->setValue(record, 1);
@@ -211,39 +221,36 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
     const auto upper = makeColumn(count, std::string(RainbowUpperName));
     const auto lower = makeColumn(count, std::string(RainbowLowerName));
 
-    // All levels of each record, added up and compared as they come: there may be thousands of them.
     const int wait = firstAverageRow(MA_Type.value(), 2) - 1;
     int first = 1 + wait;
     auto level = averageColumn(MA_Type, data, Source, 2, "Level");
-    std::vector<Real> sums(static_cast<std::size_t>(count.value()) + 1);
-    std::vector<Extremes> extremes(sums.size());
-    const auto take = [&](auto&& compare) {
-      for (int record = first; record <= count; ++record) {
-        const Real value = at(level, record);
-        sums[static_cast<std::size_t>(record)] += value;
-        compare(extremes[static_cast<std::size_t>(record)], value);
-      }
-    };
-    take([](Extremes& of, Real value) { of.begin(value, value); });
+    // The levels are taken together as they come, since there may be thousands of them: a record's sum, largest and
+    // smallest. What no number can hold shows where it is used.
+    const std::span<const double> values = level->values();
+    std::vector<double> sums(values.begin(), values.end()), largest = sums, smallest = sums;
     for (int number = 2; number <= Levels; ++number) {
       level = averageOfPart(MA_Type, level, first, 2, "Level");
       first += wait;
-      take([](Extremes& of, Real value) { of.take(value, value); });
+      const double* const value = level->values().data();
+      for (std::size_t i = 0; i < sums.size(); ++i) {
+        sums[i] += value[i];
+        largest[i] = value[i] > largest[i] ? value[i] : largest[i];
+        smallest[i] = value[i] < smallest[i] ? value[i] : smallest[i];
+      }
     }
 
-    eachComputed(first, count, [&](Integer record) {
-      const Real value = at(Source, record);
-      Extremes span;
-      span.begin(value, value);
-      for (int j = (record - Levels + 1).value(); j < record; ++j) span.take(at(Source, j), at(Source, j));
-      const Real range = span.highest() - span.lowest();
-      if (range == 0) return;
-      const auto index = static_cast<std::size_t>(record.value());
-      result->setValue(record, 100 * (value - sums[index] / Levels) / range);
-      const Real width = 100 * (extremes[index].highest() - extremes[index].lowest()) / range;
-      upper->setValue(record, width);
-      lower->setValue(record, -width);
-    });
+    const SpanExtremes spans = spanExtremes(rowsOf(Source), rowsOf(Source), Levels, {first, count.value()});
+    eachComputed(
+        first, count, [](kernels::Records) { return std::size_t{0}; },
+        [&](Integer record) {
+          const auto index = static_cast<std::size_t>(record.value() - 1);
+          const Real range = rangeOfSpan(spans, Source, Levels, record);
+          if (range == 0) return;
+          result->setValue(record, 100 * (at(Source, record) - Real(sums[index]) / Levels) / range);
+          const Real width = 100 * (Real(largest[index]) - smallest[index]) / range;
+          upper->setValue(record, width);
+          lower->setValue(record, -width);
+        });
     data->MoveFirst();
     return makeRecordSet({result, upper, lower});
   });

@@ -1,8 +1,8 @@
+#include <algorithm>
 #include <vector>
 
 #include "orvex/averages/moving_average.h"
 #include "orvex/data/columns.h"
-#include "orvex/data/host_events.h"
 #include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/price_column.h"
@@ -26,81 +26,6 @@ std::shared_ptr<Field> wilder(const std::shared_ptr<Field>& source, Integer peri
   const std::string alias(name);
   return MovingAverage().WellesWilderSmoothing(source, periods, alias)->getField(alias);
 }
-
-/// The columns of the directional movement system.
-class DirectionColumns {
- public:
-  explicit DirectionColumns(Integer count)
-      : count_(count),
-        rangeSum_(column(Oscillator::RangeSumName)),
-        up_(column("UpDMI")),
-        down_(column("DnDMI")),
-        upIndex_(column(Oscillator::UpIndexName)),
-        downIndex_(column(Oscillator::DownIndexName)),
-        index_(column(Oscillator::DirectionalIndexName)),
-        average_(column(Oscillator::AverageIndexName)),
-        rating_(column(Oscillator::AverageIndexRatingName)) {}
-
-  /// By the kernel; false where that cannot do all records.
-  bool fill(const std::shared_ptr<Field>& range, PriceColumn& high, PriceColumn& low, Integer periods) {
-    return kernels::run(&Table::directionalMovement, rowsOf(range), high.rows(), low.rows(), periods.value(),
-                        kernels::DirectionRows{rows(rangeSum_), rows(upIndex_), rows(downIndex_), rows(index_),
-                                               rows(average_), rows(rating_), rows(up_), rows(down_)}) > 0;
-  }
-
-  /// Stage by stage.
-  void step(const std::shared_ptr<Field>& range, PriceColumn& high, PriceColumn& low, Integer periods) {
-    rangeSum_ = wilder(range, periods, Oscillator::RangeSumName);
-    eachRecord(2, count_, noKernel, [&](Integer record) {
-      const Real rise = high(record) - high(record - 1), fall = low(record - 1) - low(record);
-      // Equal moves cancel each other.
-      if ((rise >= 0 || fall >= 0) && rise != fall) {
-        up_->setValue(record, rise < fall ? Real(0) : rise);
-        down_->setValue(record, rise < fall ? fall : Real(0));
-      }
-    });
-
-    const auto upSum = wilder(up_, periods, "DM+Sum"), downSum = wilder(down_, periods, "DM-Sum");
-    eachRecord(2, count_, noKernel, [&](Integer record) {
-      const Real sum = at(rangeSum_, record);
-      if (sum != 0) {
-        upIndex_->setValue(record, fix(at(upSum, record) * 100 / sum));
-        downIndex_->setValue(record, fix(at(downSum, record) * 100 / sum));
-      }
-    });
-
-    eachRecord(2, count_, noKernel, [&](Integer record) {
-      const Real difference = abs(at(downIndex_, record) - at(upIndex_, record));
-      const Real sum = at(downIndex_, record) + at(upIndex_, record);
-      // Truncated where the averages below are rounded.
-      if (difference > 0 && sum > 0) index_->setValue(record, fix(difference / sum * 100));
-    });
-
-    // The average starts from 0 and not from the mean of the first indices: that seed is kept.
-    eachRecord(periods + 1, count_, noKernel, [&](Integer record) {
-      average_->setValue(record,
-                         roundHalfUp(((periods - 1) * at(average_, record - 1) + at(index_, record)) / periods));
-    });
-
-    // The rating looks one record back and not `Periods` of them: kept as well.
-    eachRecord(periods + 1, count_, noKernel, [&](Integer record) {
-      rating_->setValue(record, roundHalfUp((at(average_, record) + at(average_, record - 1)) / 2));
-    });
-  }
-
-  std::shared_ptr<RecordSet> result() const {
-    return makeRecordSet({average_, rating_, index_, rangeSum_, downIndex_, upIndex_});
-  }
-
- private:
-  using Column = std::shared_ptr<Field>;
-
-  Column column(std::string_view name) const { return makeColumn(count_, std::string(name)); }
-  static double* rows(const Column& column) { return column->values().data(); }
-
-  Integer count_;
-  Column rangeSum_, up_, down_, upIndex_, downIndex_, index_, average_, rating_;
-};
 
 }  // namespace
 
@@ -151,16 +76,77 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
     // The range that is smoothed is an average already: it goes through two of them.
     const std::string rangeName(TrueRangeName);
     const auto range = AverageTrueRange(data, OHLCV, rangeName, Periods)->getField(rangeName);
+    const auto rangeSum = wilder(range, Periods, RangeSumName);
+
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     const Integer count = object(data).getRecordCount();
-    // One kernel does all stages at once where nobody watches them; otherwise each takes its turn.
-    DirectionColumns columns(count);
-    if (yieldHook() || !columns.fill(range, high, low, Periods)) {
-      columns = DirectionColumns(count);
-      columns.step(range, high, low, Periods);
-    }
+    const auto rows = [](const std::shared_ptr<Field>& column) { return column->values().data(); };
+    const kernels::Records moves = recordRange(2, count);
+    const auto up = makeColumn(count, "UpDMI"), down = makeColumn(count, "DnDMI");
+    const auto downIndex = makeColumn(count, std::string(DownIndexName));
+    const auto upIndex = makeColumn(count, std::string(UpIndexName));
+    eachRecord(
+        2, count,
+        [&] { return kernels::run(&Table::directionalMoves, high.rows(), low.rows(), moves, rows(up), rows(down)); },
+        [&](Integer record) {
+          const Real rise = high(record) - high(record - 1), fall = low(record - 1) - low(record);
+          // Equal moves cancel each other.
+          if ((rise >= 0 || fall >= 0) && rise != fall) {
+            up->setValue(record, rise < fall ? Real(0) : rise);
+            down->setValue(record, rise < fall ? fall : Real(0));
+          }
+        });
+
+    const auto upSum = wilder(up, Periods, "DM+Sum"), downSum = wilder(down, Periods, "DM-Sum");
+    eachRecord(
+        2, count,
+        [&] {
+          const auto share = [&](const std::shared_ptr<Field>& sum, const std::shared_ptr<Field>& result) {
+            return kernels::run(&Table::wholePercent, rowsOf(sum), rowsOf(rangeSum), moves, rows(result));
+          };
+          return std::min(share(upSum, upIndex), share(downSum, downIndex));
+        },
+        [&](Integer record) {
+          const Real sum = at(rangeSum, record);
+          if (sum != 0) {
+            upIndex->setValue(record, fix(at(upSum, record) * 100 / sum));
+            downIndex->setValue(record, fix(at(downSum, record) * 100 / sum));
+          }
+        });
+
+    const auto index = makeColumn(count, std::string(DirectionalIndexName));
+    eachRecord(
+        2, count,
+        [&] { return kernels::run(&Table::directionalIndex, rowsOf(downIndex), rowsOf(upIndex), moves, rows(index)); },
+        [&](Integer record) {
+          const Real difference = abs(at(downIndex, record) - at(upIndex, record));
+          const Real sum = at(downIndex, record) + at(upIndex, record);
+          // Truncated where the averages below are rounded.
+          if (difference > 0 && sum > 0) index->setValue(record, fix(difference / sum * 100));
+        });
+
+    // The average starts from 0 and not from the mean of the first indices: that seed is kept.
+    const Integer first = Periods + 1;
+    const kernels::Records averages = recordRange(first, count);
+    const auto average = makeColumn(count, std::string(AverageIndexName));
+    eachRecord(
+        first, count,
+        [&] { return kernels::run(&Table::averageIndex, rowsOf(index), Periods.value(), averages, rows(average)); },
+        [&](Integer record) {
+          average->setValue(record,
+                            roundHalfUp(((Periods - 1) * at(average, record - 1) + at(index, record)) / Periods));
+        });
+
+    // The rating looks one record back and not `Periods` of them: kept as well.
+    const auto rating = makeColumn(count, std::string(AverageIndexRatingName));
+    eachRecord(
+        first, count, [&] { return kernels::run(&Table::meanHalfUp, rowsOf(average), averages, rows(rating)); },
+        [&](Integer record) {
+          rating->setValue(record, roundHalfUp((at(average, record) + at(average, record - 1)) / 2));
+        });
+
     data->MoveFirst();
-    return columns.result();
+    return makeRecordSet({average, rating, index, rangeSum, downIndex, upIndex});
   });
 }
 

@@ -152,7 +152,11 @@ std::shared_ptr<RecordSet> Oscillator::ChaikinVolatility(std::shared_ptr<Databas
         1, count, kernel, [&](Integer record) { range->setValue(record, high(record) - low(record)); }, [](Integer) {},
         noYield);
     const auto average = averageColumn(MA_Type, data, range, Periods, "HLMA");
-    eachRecord(ROC + 1, count, noKernel, [&](Integer record) {
+    const auto change = [&] {
+      return kernels::run(&Table::fallInPercent, rowsOf(average), ROC.value(), recordRange(ROC + 1, count),
+                          result->values().data());
+    };
+    eachRecord(ROC + 1, count, change, [&](Integer record) {
       const Real old = at(average, record - ROC), now = at(average, record);
       if (old != 0 && now != 0) result->setValue(record, (old - now) / old * -100);
     });

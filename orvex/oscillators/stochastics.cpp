@@ -118,8 +118,9 @@ std::shared_ptr<RecordSet> Oscillator::UltimateOscillator(std::shared_ptr<Databa
           kernels::run(&kernels::Table::buyingPressure, kernels::Bars{high.rows(), low.rows(), close.rows()}, bars,
                        buying.data(), range.data());
       const kernels::Records known{records.first, 1 + static_cast<int>(done)};
-      return kernels::run(&kernels::Table::ultimate, kernels::source(buying), kernels::source(range), Cycle1.value(),
-                          Cycle2.value(), Cycle3.value(), known, result->values().data());
+      return kernels::run(&kernels::Table::ultimate, kernels::source(buying), kernels::source(range),
+                          kernels::Cycles{{Cycle1.value(), Cycle2.value(), Cycle3.value()}}, known,
+                          result->values().data());
     };
     walkSpans(*data, longest, count + 1, 1, kernel, [&](Integer record) {
       const auto pressure = [&](Integer cycle) {
