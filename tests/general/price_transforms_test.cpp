@@ -75,6 +75,8 @@ TEST(RatesOfChange, OfNoVolumeTheLastRateStandsOn) {
   for (const auto& [volumes, periods, rates] : cases) {
     expectColumns(*General().VolumeROC(records(volumes.size()), field(volumes), periods), {{"VolumeROC", rates}});
   }
+  // Not even where there is none.
+  expectColumns(*General().VolumeROC(records(3), field({5, 0}), 1), {{"VolumeROC", {0, -100, -100}}});
 }
 
 TEST(RatesOfChange, Faults) {
