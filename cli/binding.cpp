@@ -68,9 +68,11 @@ Value bindColumn(const PriceFile& file, const Argument& argument, const std::str
                                                         name, file.name, enumerate(names), didYouMean(name, names)));
   }
   if (column->textLine) {
-    throw Failure(faults::TypeMismatch,
-                  fmt::format("{}={}: that column of \"{}\" holds texts and not only numbers, in line {} for one.",
-                              argument.name, name, file.name, *column->textLine));
+    throw Failure(
+        faults::TypeMismatch,
+        fmt::format(
+            "{}={}: that column of \"{}\" holds what is no number, or none that fits a double, in line {} for one.",
+            argument.name, name, file.name, *column->textLine));
   }
   return column->field;
 }

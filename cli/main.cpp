@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,8 @@
 #include "cli/output.h"
 #include "cli/reference.h"
 #include "cli/run.h"
+#include "orvex/automation/interface_definition.h"
+#include "orvex/data/integer.h"
 #include "orvex/data/text.h"
 
 namespace orvex::cli {
@@ -38,6 +41,9 @@ class Program {
     addList();
     addDescribe();
     addRun();
+    addCommand("idl", "Print the interface definition of the automation server.", automation::interfaceDefinition);
+    addCommand("manifest", "Print the manifest that makes the automation server usable without registration.",
+               automation::registrationFreeManifest);
     addCommand("reference", "Print the description of every class and method in Markdown.", referencePage);
   }
 
@@ -45,7 +51,9 @@ class Program {
     try {
       app_.parse(argc, argv);
     } catch (const CLI::Success& asked) {
-      return app_.exit(asked);
+      std::ostringstream text;
+      app_.exit(asked, text);
+      return write(text.str());
     } catch (const CLI::ParseError& error) {
       complain(explain(error));
       return misused;
@@ -103,20 +111,31 @@ class Program {
         ->option_text("zero|blank");
     run->add_flag("--append", run_.append, "Print the columns of the file and the result together.");
     run->add_option("--last", run_.last, "Print the last N records only.")
-        ->check([](const std::string& text) {
-          const bool digits = text.find_first_not_of("0123456789") == std::string::npos;
-          const bool zero = text.find_first_not_of('0') == std::string::npos;
-          return digits && !zero ? "" : fmt::format("\"{}\" is not a whole number from 1", text);
+        ->transform([](const std::string& text) {
+          const std::size_t first = text.find_first_not_of('0');
+          if (first == std::string::npos || text.find_first_not_of("0123456789") != std::string::npos) {
+            throw CLI::ValidationError(fmt::format("\"{}\" is not a whole number from 1", text));
+          }
+          // A number too long to be read asks for all records, like every other that is beyond the longest series.
+          const std::string all = fmt::to_string(Integer::Greatest);
+          const std::string digits = text.substr(first);
+          return digits.size() > all.size() ? all : digits;
         })
         ->option_text("N");
-    run->add_option("--delimiter", delimiter_, "What stands between the columns of the file, if it is to be told.")
+    run->add_option("--delimiter", run_.delimiter, "What stands between the columns of the file, if it is to be told.")
+        ->transform([](const std::string& text) -> std::string {
+          if (text == "tab" || text == "\\t") return "\t";
+          if (!text.empty() && firstCharacterLength(text) == text.size()) return text;
+          throw CLI::ValidationError(fmt::format("\"{}\" is not one character, nor \"tab\"", text));
+        })
         ->option_text("CHARACTER|tab");
     run->footer(
         "A price file has one record a line: date, open, high, low, close and volume without a header line, or any\n"
         "columns with one. An argument that is a field is given as a column's name, Source=Close; where it is left "
         "out\n"
         "and the file has a column of the argument's own name, such as Volume, that is taken. What a method takes is\n"
-        "told by: orvex describe CLASS.METHOD");
+        "told by: orvex describe CLASS.METHOD\n\n"
+        "A file whose name looks like an option or an argument is written with its folder: ./-x.csv, ./a=b.csv.");
   }
 
   void addPageFormat(const std::string& command) {
@@ -131,12 +150,6 @@ class Program {
   std::string runMethod() {
     run_.format = outputFormat();
     run_.blankWarmup = warmup_ == "blank";
-    if (!delimiter_.empty()) {
-      run_.delimiter = delimiter_ == "tab" || delimiter_ == "\\t" ? "\t" : delimiter_;
-      if (firstCharacterLength(*run_.delimiter) != run_.delimiter->size()) {
-        throw UsageError(fmt::format("--delimiter is one character, or \"tab\"; \"{}\" is more.", delimiter_));
-      }
-    }
     return run(run_);
   }
 
@@ -180,7 +193,6 @@ class Program {
   std::string target_;
   std::string format_;
   std::string warmup_;
-  std::string delimiter_;
   RunOptions run_;
 };
 

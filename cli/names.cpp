@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "cli/failure.h"
@@ -20,6 +21,13 @@ std::string lowered(std::string_view text) {
   for (char& c : result) {
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
   }
+  return result;
+}
+
+/// The capital letters of a name, which abbreviate it: SMA.
+std::string capitalsOf(std::string_view name) {
+  std::string result;
+  std::copy_if(name.begin(), name.end(), std::back_inserter(result), [](char c) { return c >= 'A' && c <= 'Z'; });
   return result;
 }
 
@@ -47,12 +55,14 @@ struct Candidate {
   friend bool operator==(const Candidate&, const Candidate&) = default;
 };
 
-/// Adds `name` to the candidates if `key`, which stands for it, is a few slips away from `text` or has it as a part.
+/// Adds `name` to the candidates if `key`, which stands for it, is a few slips away from `text`, has it as a part or is
+/// abbreviated by it.
 void consider(std::vector<Candidate>& candidates, std::string_view text, std::string_view key, std::string name) {
   constexpr std::size_t shortestPart = 3;
   const std::string wanted = lowered(text);
   const std::string candidate = lowered(key);
-  const std::size_t slips = editDistance(wanted, candidate);
+  const bool abbreviated = !wanted.empty() && wanted == lowered(capitalsOf(key));
+  const std::size_t slips = abbreviated ? 0 : editDistance(wanted, candidate);
   const bool partOf = wanted.size() >= shortestPart && candidate.find(wanted) != std::string::npos;
   if (slips <= std::max<std::size_t>(1, wanted.size() / 3) || partOf) candidates.push_back({slips, std::move(name)});
 }

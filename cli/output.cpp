@@ -107,7 +107,8 @@ std::string showTable(const ShownColumns& result) {
 }
 
 std::string csvCell(const std::string& text) {
-  const bool plain = text.find_first_of(",\"\r\n;\t") == std::string::npos && !text.starts_with(' ');
+  const bool plain =
+      text.find_first_of(",\"\r\n;\t") == std::string::npos && !text.starts_with(' ') && !text.ends_with(' ');
   if (plain) return text;
   std::string quoted = "\"";
   for (const char c : text) {

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <string_view>
 
 #include "cli/failure.h"
+#include "cli/names.h"
 #include "orvex/data/columns.h"
 #include "orvex/data/number_text.h"
 #include "orvex/data/text.h"
@@ -16,7 +18,11 @@ namespace orvex::cli {
 
 namespace {
 
-using Cells = std::vector<std::string>;
+struct Cell {
+  std::string text;
+  bool quoted = false;
+};
+using Cells = std::vector<Cell>;
 
 constexpr std::array priceNames = {Database::OpenName, Database::HighName, Database::LowName, Database::CloseName,
                                    Database::VolumeName};
@@ -25,15 +31,22 @@ bool isBlank(std::string_view text) {
   return text.find_first_not_of(" \t") == std::string_view::npos;
 }
 
-std::string trimmed(std::string_view text) {
-  if (isBlank(text)) return {};
-  const std::size_t from = text.find_first_not_of(" \t");
-  return std::string(text.substr(from, text.find_last_not_of(" \t") - from + 1));
+/// The name that a cell gives to a column: blanks around it belong to it only if it is quoted.
+std::string nameOf(const Cell& cell) {
+  if (cell.quoted) return cell.text;
+  if (isBlank(cell.text)) return {};
+  const std::size_t from = cell.text.find_first_not_of(" \t");
+  return cell.text.substr(from, cell.text.find_last_not_of(" \t") - from + 1);
 }
 
+/// What a double cannot hold is no number here but a text: identifiers such as 12e4567 look so.
 bool isNumber(std::string_view text) {
-  const NumberText number = readNumber(text);
-  return number.length > 0 && isBlank(text.substr(number.length));
+  try {
+    const NumberText number = readNumber(text);
+    return number.length > 0 && isBlank(text.substr(number.length));
+  } catch (const Error&) {
+    return false;
+  }
 }
 
 /// The cells of a line. What begins with a quotation mark goes to the next single one; a doubled one stands for itself.
@@ -44,19 +57,20 @@ Cells split(std::string_view line, std::string_view delimiter) {
     if (line.starts_with(delimiter)) {
       cells.emplace_back();
       line.remove_prefix(delimiter.size());
-    } else if (line.front() == '"' && cells.back().empty()) {
+    } else if (line.front() == '"' && cells.back().text.empty()) {
+      cells.back().quoted = true;
       line.remove_prefix(1);
       for (;;) {
         const std::size_t mark = line.find('"');
         if (mark == std::string_view::npos) raise(faults::TypeMismatch);
-        cells.back() += line.substr(0, mark);
+        cells.back().text += line.substr(0, mark);
         line.remove_prefix(mark + 1);
         if (!line.starts_with('"')) break;
-        cells.back() += '"';
+        cells.back().text += '"';
         line.remove_prefix(1);
       }
     } else {
-      cells.back() += line.front();
+      cells.back().text += line.front();
       line.remove_prefix(1);
     }
   }
@@ -91,12 +105,11 @@ bool isHeader(std::string_view line, std::string_view delimiter) {
   } catch (const Error&) {
     return false;
   }
-  const auto named = [](const std::string& cell) { return isPriceName(trimmed(cell)); };
-  if (std::any_of(cells.begin(), cells.end(), named)) return true;
-  if (std::all_of(cells.begin(), cells.end(), isBlank) || std::any_of(cells.begin(), cells.end(), isNumber)) {
+  if (std::ranges::any_of(cells, isPriceName, nameOf)) return true;
+  if (std::ranges::all_of(cells, isBlank, &Cell::text) || std::ranges::any_of(cells, isNumber, &Cell::text)) {
     return false;
   }
-  const std::string first = trimmed(cells.front());
+  const std::string first = nameOf(cells.front());
   return first.empty() || first.front() < '0' || first.front() > '9';
 }
 
@@ -133,10 +146,14 @@ std::vector<Row> readRows(const std::string& path, std::string_view delimiter) {
     } catch (const Error&) {
       refuse("opens a quotation mark and does not close it");
     }
+    // Enough to know that the file cannot load: what else it has is not worth the memory.
+    if (rows.size() > std::size_t{Integer::Greatest} + 1) raise(faults::Overflow);
     Cells& cells = rows.back().cells;
     const std::size_t width = rows.front().cells.size();
     for (std::size_t i = width; i < cells.size(); ++i) {
-      if (!isBlank(cells[i])) refuse(fmt::format("has more than the {} values that line 1 names", width));
+      if (!isBlank(cells[i].text)) {
+        refuse(fmt::format("has more than the {} values that line {} names", width, rows.front().line));
+      }
     }
     cells.resize(width);
   }
@@ -144,7 +161,7 @@ std::vector<Row> readRows(const std::string& path, std::string_view delimiter) {
 }
 
 /// The column of the dates among these names, or the number of names.
-std::size_t dateColumn(const Cells& names) {
+std::size_t dateColumn(const std::vector<std::string>& names) {
   for (const std::string_view name : {std::string_view(Database::DateName), std::string_view("Datetime"),
                                       std::string_view("Timestamp"), std::string_view("Time")}) {
     const auto found =
@@ -154,8 +171,20 @@ std::size_t dateColumn(const Cells& names) {
   return names.size();
 }
 
+/// The names that more than one column bears, each once. Columns without a name do not count.
+std::vector<std::string> doubledNames(const std::vector<std::string>& names) {
+  std::vector<std::string> doubled;
+  for (auto name = names.begin(); name != names.end(); ++name) {
+    const auto same = [&](const std::string& one) { return equalNames(one, *name); };
+    if (!name->empty() && std::count_if(names.begin(), name, same) == 1) doubled.push_back(*name);
+  }
+  return doubled;
+}
+
 PriceColumn makePriceColumn(const std::string& name, std::span<const Row> rows, std::size_t index, bool dates) {
-  const auto isText = [&](const Row& row) { return !isBlank(row.cells[index]) && !isNumber(row.cells[index]); };
+  const auto isText = [&](const Row& row) {
+    return !isBlank(row.cells[index].text) && !isNumber(row.cells[index].text);
+  };
   PriceColumn column{makeColumn(rows.size(), name), {}};
   const auto text = dates ? rows.begin() : std::find_if(rows.begin(), rows.end(), isText);
   if (text != rows.end()) column.textLine = text->line;
@@ -163,9 +192,9 @@ PriceColumn makePriceColumn(const std::string& name, std::span<const Row> rows, 
   for (const Row& row : rows) {
     ++record;
     if (column.textLine) {
-      column.field->setStrValue(record, row.cells[index]);
+      column.field->setStrValue(record, row.cells[index].text);
     } else {
-      column.field->setValue(record, numberFromText(row.cells[index]));
+      column.field->setValue(record, numberFromText(row.cells[index].text));
     }
   }
   return column;
@@ -188,10 +217,10 @@ std::shared_ptr<Database> makeDatabase(const RecordSet& prices, Integer count) {
 PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
   const std::vector<Row> all = readRows(path, delimiter);
   const std::span<const Row> rows = std::span(all).subspan(1);
-  Cells names;
-  for (const std::string& name : all.front().cells) names.push_back(trimmed(name));
+  std::vector<std::string> names;
+  std::ranges::transform(all.front().cells, std::back_inserter(names), nameOf);
   const std::size_t dates = dateColumn(names);
-  PriceFile file{path, {}, nullptr, nullptr, std::make_shared<RecordSet>(), ""};
+  PriceFile file{path, {}, nullptr, nullptr, std::make_shared<RecordSet>(), {}};
   for (std::size_t i = 0; i < names.size(); ++i) {
     const PriceColumn column =
         makePriceColumn(i == dates ? std::string(Database::DateName) : names[i], rows, i, i == dates);
@@ -200,6 +229,10 @@ PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
     if (i == dates || !column.textLine) file.prices->addField(column.field);
   }
   file.data = makeDatabase(*file.prices, rows.size());
+  if (const std::vector<std::string> doubled = doubledNames(names); !doubled.empty()) {
+    file.remarks.push_back(fmt::format("\"{}\" has more than one column called {}; the first one is taken.", path,
+                                       enumerate(doubled, "or")));
+  }
   return file;
 }
 
@@ -214,8 +247,16 @@ bool isRecord(std::string_view line, std::string_view delimiter) {
   return numbers == priceNames.size();
 }
 
+std::size_t countBlankLines(const std::string& path) {
+  TextFile file(path);
+  std::size_t count = 0;
+  std::string_view line;
+  while (file.nextLine(line)) count += isBlank(line) ? 1 : 0;
+  return count;
+}
+
 PriceFile readWithoutHeader(const std::string& path, const std::string& delimiter, std::string_view firstLine) {
-  PriceFile file{path, {}, nullptr, std::make_shared<Database>(), nullptr, ""};
+  PriceFile file{path, {}, nullptr, std::make_shared<Database>(), nullptr, {}};
   file.data->OpenDataBase(path, delimiter);
   file.prices = file.data->getRecordset();
   file.dates = file.prices->getField(std::string(Database::DateName));
@@ -224,10 +265,15 @@ PriceFile readWithoutHeader(const std::string& path, const std::string& delimite
     file.columns.push_back({file.prices->getField(std::string(name)), {}});
   }
   if (!isRecord(firstLine, delimiter)) {
-    file.remark = fmt::format(
+    file.remarks.push_back(fmt::format(
         "\"{}\" does not begin with a header line or with a date and five numbers (open, high, low, close, volume), "
         "\"{}\" between them. What is missing there or is no number is taken for 0.",
-        path, delimiter);
+        path, delimiter));
+  }
+  if (const std::size_t blanks = countBlankLines(path); blanks > 0) {
+    file.remarks.push_back(
+        fmt::format("\"{}\" has no header line, so its blank lines count as records of zeros: {} of {} records.", path,
+                    blanks, file.data->getRecordCount().value()));
   }
   return file;
 }

@@ -13,8 +13,8 @@ namespace orvex::cli {
 
 struct PriceColumn {
   std::shared_ptr<Field> field;
-  /// The first line whose value is no number, if there is one: then the column holds texts and nothing to compute with.
-  /// The dates are such a column whatever they are made of.
+  /// The first line whose value is no number that fits a double, if there is one: then the column holds texts and
+  /// nothing to compute with. The dates are such a column whatever they are made of.
   std::optional<std::size_t> textLine;
 };
 
@@ -31,7 +31,7 @@ struct PriceFile {
   std::shared_ptr<RecordSet> prices;
 
   /// What is odd about the file and yet no error.
-  std::string remark;
+  std::vector<std::string> remarks;
 
   std::vector<std::string> columnNames() const;
 };

@@ -137,7 +137,7 @@ std::string run(const RunOptions& options) {
   std::optional<PriceFile> prices;
   if (words.file) prices = readPriceFile(*words.file, options.delimiter);
   const PriceFile* const file = prices ? &*prices : nullptr;
-  if (file != nullptr && !file->remark.empty()) complain(file->remark);
+  if (file != nullptr) std::for_each(file->remarks.begin(), file->remarks.end(), complain);
 
   const std::vector<Value> before = bindArguments(*target.owner, method, words.arguments, file);
   std::vector<Value> arguments = before;

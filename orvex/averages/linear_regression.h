@@ -40,7 +40,9 @@ class LinearRegression {
   /// since the squares of x are formed in 16 bits; values that are missing, not finite or too large.
   std::shared_ptr<RecordSet> Regression(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods);
 
-  /// The "Forecast" of `Regression` as a set of one column named `Alias`, "TimeSeriesForecast" when that is empty.
+  /// The "Forecast" of `Regression` as a set of one column named `Alias`; an empty `Alias` becomes
+  /// "TimeSeriesForecast", in the caller's variable too. Computed rows and limits are those of `Regression`. An alias
+  /// "RSquared" names the r-squared instead, since the forecast is renamed first and the others are removed by name.
   /// Error 1105 "LinearRegression.TimeSeriesForecast.UnexpectedError" for any fault.
   std::shared_ptr<RecordSet> TimeSeriesForecast(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                 Integer Periods, InOut<std::string> Alias = {});

@@ -59,7 +59,8 @@ class MovingAverage {
 
   /// row r = (1 - k) x row (r - 1) + k x Source(r), k = 2 / (P + 1). The seed, in row P, weighs the next price with
   /// 1 - k and the mean of the first P values with k, the other way round than a textbook would; it is 0 in the result.
-  /// Computed rows: P + 1 to N. P >= N fails, since the seed reads row P + 1.
+  /// Computed rows: P + 1 to N. The seed reads row P + 1
+  /// of `Source`, so P = N fails unless that is longer than the series.
   std::shared_ptr<RecordSet> ExponentialMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                       Integer Periods, InOut<std::string> Alias = {});
 
@@ -69,7 +70,8 @@ class MovingAverage {
                                                    Integer Periods, InOut<std::string> Alias = {});
 
   /// A simple average of a simple average. For an odd P both cover P \ 2 + 1 records, for an even one the first P \ 2
-  /// and the second P \ 2 + 1. Computed rows: 2P + 1 to N. P > N / 2 fails, since rows 1 to 2P are set to 0.
+  /// and the second P \ 2 + 1. Computed rows: 2P + 1 to N. P > N / 2 fails, since rows 1 to 2P of the
+  /// result are set to 0.
   std::shared_ptr<RecordSet> TriangularMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                      Integer Periods, InOut<std::string> Alias = {});
 

@@ -63,14 +63,14 @@ double primeAtOrAbove(General& general, std::int32_t number) {
 
 /// Carries the latest fractal of a column into the row of `record`.
 template <class Beyond>
-void stepFractals(PriceColumn& column, Integer periods, Integer record, Field& result, Beyond beyond) {
+void stepFractals(const shared_ptr<Field>& column, Integer periods, Integer record, Field& result, Beyond beyond) {
   const Integer center = record - periods;
   if (center <= periods) return;
-  const Real value = column(center);
+  const Real value = at(column, center);
   bool fractal = true;
   for (int distance = 1; distance <= periods; ++distance) {
-    const Real before = column(center - distance);
-    const Real after = column(center + distance);
+    const Real before = at(column, center - distance);
+    const Real after = at(column, center + distance);
     fractal = fractal && beyond(value, before) && beyond(value, after);
   }
   result.setValue(record, fractal ? value.value() : result.getValue(record - 1));
@@ -84,7 +84,7 @@ shared_ptr<RecordSet> Bands::BollingerBands(shared_ptr<Database> data, shared_pt
   if (MA_Type < 1 || MA_Type > 7) raise(BollingerBandsTypeFault);
   if (Periods < 1 || Periods > count) raise(BollingerBandsPeriodsFault);
   if (StandardDeviations < 0 || StandardDeviations > 100) raise(BollingerBandsDeviationsFault);
-  const auto result = trap(BollingerBandsAverageFault, [&] {
+  auto result = trap(BollingerBandsAverageFault, [&] {
     return averageOfType(MA_Type, data, Source, Periods, std::string(BollingerMedianName));
   });
   return trap(BollingerBandsFault, [&] {
@@ -135,7 +135,7 @@ shared_ptr<RecordSet> Bands::MovingAverageEnvelope(shared_ptr<Database> data, sh
   if (Periods < 1 || Periods > count) raise(MovingAverageEnvelopePeriodsFault);
   if (Shift.get() < 0 || Shift.get() > 100) raise(MovingAverageEnvelopeShiftFault);
   const std::string averageName = "Temp";
-  const auto result = trap(MovingAverageEnvelopeAverageFault,
+  auto result = trap(MovingAverageEnvelopeAverageFault,
                            [&] { return averageOfType(MA_Type, data, Source, Periods, averageName); });
   return trap(MovingAverageEnvelopeFault, [&] {
     const auto tops = makeColumn(count, std::string(EnvelopeTopName));
@@ -181,7 +181,7 @@ shared_ptr<RecordSet> Bands::HighLowBands(shared_ptr<Database> data, shared_ptr<
     const auto median = medians->getField(std::string(HighLowMedianName));
     const auto bottom = bottoms->getField(std::string(HighLowBottomName));
     for (const auto& column : {top, median, bottom}) blank(*column, Periods);
-    const auto result = makeRecordSet({top, median, bottom});
+    auto result = makeRecordSet({top, median, bottom});
     data->MoveFirst();
     return result;
   });
@@ -234,13 +234,14 @@ shared_ptr<RecordSet> Bands::FractalChaosBands(shared_ptr<Database> data, shared
   return trap(FractalChaosBandsFault, [&] {
     const auto highs = makeColumn(count, std::string(FractalHighName));
     const auto lows = makeColumn(count, std::string(FractalLowName));
-    PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
+    const auto high = object(OHLCV).getField(std::string(Database::HighName));
+    const auto low = OHLCV->getField(std::string(Database::LowName));
     eachRecord(
         1, count,
         [&] {
           const kernels::Records records = recordRange(1, count);
-          return std::min(kernels::run(&Table::peaks, high.rows(), Periods.value(), records, highs->values().data()),
-                          kernels::run(&Table::valleys, low.rows(), Periods.value(), records, lows->values().data()));
+          return std::min(kernels::run(&Table::peaks, rowsOf(high), Periods.value(), records, highs->values().data()),
+                          kernels::run(&Table::valleys, rowsOf(low), Periods.value(), records, lows->values().data()));
         },
         [&](Integer record) {
           stepFractals(high, Periods, record, *highs, std::greater<double>());

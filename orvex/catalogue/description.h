@@ -18,6 +18,8 @@ namespace orvex::catalogue {
 /// A short list that can be part of a constant.
 template <class T, std::size_t Capacity>
 struct List {
+  static constexpr std::size_t capacity = Capacity;
+
   std::array<T, Capacity> items{};
   std::size_t count = 0;
 
@@ -125,10 +127,10 @@ int dispatchId(const Class& owner, const Method& method);
 /// The value that an optional argument has when it is left out.
 Value defaultOf(const Argument& argument);
 
-/// Calls a method with values of any kind: fills in what is `Missing`, converts each to the argument's type, and leaves
-/// what the method wrote back in `arguments`, also when the call fails. Errors: 449 for a missing argument that is not
-/// optional, those of `coerce`, and the method's own.
-/// REQUIRES: as many values as the method has arguments.
+/// Calls a method with values of any kind: fills in what is `Missing` and converts each to the argument's type, in
+/// `arguments` itself, where it also leaves what the method wrote back, also when the call fails. Errors: 449 for a
+/// missing argument that is not optional, those of `coerce`, and the method's own. REQUIRES: as many values as the
+/// method has arguments.
 Value call(const Method& method, void* object, std::span<Value> arguments);
 
 /// The name of a result column of a call with that alias.

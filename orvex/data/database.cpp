@@ -142,7 +142,8 @@ void Database::publish(RecordSet& recordset, const Columns& columns) {
 }
 
 void Database::loadLines(const std::string& filename, const std::string& delimiter) {
-  // A host may load again, or drop the arguments, from inside a yield: this load goes on with its own objects.
+  // A host may load again, or let go of everything, from inside a yield: this load goes on with its own objects.
+  const std::shared_ptr<Database> self = weak_from_this().lock();
   const std::shared_ptr<RecordSet> recordset = recordset_;
   const Columns columns = columns_;
   const std::string mark = delimiter;

@@ -17,7 +17,7 @@ namespace orvex {
 ///
 /// The loaders replace what was there. Each reports whatever goes wrong as error 1012 "OpenDatabase" with the
 /// description of the fault; the database then holds what the failed load had made so far.
-class Database {
+class Database : public std::enable_shared_from_this<Database> {
  public:
   static constexpr std::string_view DateName = "Date";
   static constexpr std::string_view OpenName = "Open";

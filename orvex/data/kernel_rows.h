@@ -18,4 +18,10 @@ inline kernels::Records recordRange(Integer first, Integer last) {
   return {first.value(), last.value()};
 }
 
+/// Working space for a kernel: `columns` columns of `count` rows each, one after the other, with nothing in them yet.
+inline std::unique_ptr<double[]> workingRows(Integer count, int columns = 1) {
+  return std::make_unique_for_overwrite<double[]>(static_cast<std::size_t>(count.value()) *
+                                                  static_cast<std::size_t>(columns));
+}
+
 }  // namespace orvex

@@ -104,6 +104,25 @@ Decoded decode(std::string_view text) noexcept {
   return stray;
 }
 
+void append(std::string& text, char32_t character) {
+  const auto continued = [&](int shift) { return static_cast<char>(0x80 | (character >> shift & 0x3F)); };
+  if (character < 0x80) {
+    text += static_cast<char>(character);
+  } else if (character < 0x800) {
+    text += static_cast<char>(0xC0 | character >> 6);
+    text += continued(0);
+  } else if (character < 0x10000) {
+    text += static_cast<char>(0xE0 | character >> 12);
+    text += continued(6);
+    text += continued(0);
+  } else {
+    text += static_cast<char>(0xF0 | character >> 18);
+    text += continued(12);
+    text += continued(6);
+    text += continued(0);
+  }
+}
+
 // Windows-1252 differs from Latin-1 in these 32 places only.
 constexpr std::array<char32_t, 32> windows1252From80 = {0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                                         0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x8D,   0x017D, 0x8F,
@@ -139,19 +158,42 @@ std::string utf8FromWindows1252(std::string_view bytes) {
   text.reserve(bytes.size() + bytes.size() / 2);
   for (const char c : bytes) {
     const auto byte = static_cast<unsigned char>(c);
-    const char32_t character = byte >= 0x80 && byte < 0xA0 ? windows1252From80[byte - 0x80u] : byte;
-    if (character < 0x80) {
-      text += c;
-    } else if (character < 0x800) {
-      text += static_cast<char>(0xC0 | character >> 6);
-      text += static_cast<char>(0x80 | (character & 0x3F));
-    } else {
-      text += static_cast<char>(0xE0 | character >> 12);
-      text += static_cast<char>(0x80 | (character >> 6 & 0x3F));
-      text += static_cast<char>(0x80 | (character & 0x3F));
-    }
+    append(text, byte >= 0x80 && byte < 0xA0 ? windows1252From80[byte - 0x80u] : byte);
   }
   return text;
+}
+
+std::string utf8FromUtf16(std::u16string_view text) {
+  const auto isIn = [](char32_t unit, char32_t first) { return unit >= first && unit < first + 0x400; };
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    char32_t character = text[i];
+    if (isIn(character, 0xD800) && i + 1 < text.size() && isIn(text[i + 1], 0xDC00)) {
+      character = 0x10000 + ((character - 0xD800) << 10) + (text[++i] - 0xDC00u);
+    }
+    append(result, character);
+  }
+  return result;
+}
+
+std::u16string utf16FromUtf8(std::string_view text) {
+  constexpr char16_t replacement = 0xFFFD;
+  std::u16string result;
+  result.reserve(text.size());
+  while (!text.empty()) {
+    const Decoded first = decode(text);
+    text.remove_prefix(first.length);
+    if (first.character < 0x10000) {
+      result += static_cast<char16_t>(first.character);
+    } else if (first.character < 0x110000) {
+      result += static_cast<char16_t>(0xD800 + ((first.character - 0x10000) >> 10));
+      result += static_cast<char16_t>(0xDC00 + ((first.character - 0x10000) & 0x3FF));
+    } else {
+      result += replacement;
+    }
+  }
+  return result;
 }
 
 std::size_t firstCharacterLength(std::string_view text) noexcept {

@@ -15,6 +15,11 @@ bool isUtf8(std::string_view bytes) noexcept;
 /// the same number.
 std::string utf8FromWindows1252(std::string_view bytes);
 
+/// UTF-16 into UTF-8 and back, for hosts whose texts are UTF-16. Half of a surrogate pair alone is kept, in the three
+/// bytes that its number takes, and comes back as it was. Bytes that are not UTF-8 become the replacement character.
+std::string utf8FromUtf16(std::u16string_view text);
+std::u16string utf16FromUtf8(std::string_view text);
+
 /// How many bytes the first character of a UTF-8 text takes; 1 for a byte that begins none, 0 for an empty text.
 std::size_t firstCharacterLength(std::string_view text) noexcept;
 

@@ -9,6 +9,7 @@ namespace {
 struct NumberOf {
   double operator()(Empty) const { return 0.0; }
   double operator()(Null) const { raise(faults::InvalidUseOfNull); }
+  double operator()(NoValue) const { raise(faults::TypeMismatch); }
   double operator()(double number) const { return number; }
   double operator()(const std::string& text) const { return numberFromText(text); }
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <utility>
@@ -21,6 +22,11 @@ struct Null {
   friend bool operator==(Null, Null) = default;
 };
 
+/// An element of an array that is no value: an object, an array, an error. Error 13 where it is to be a number.
+struct NoValue {
+  friend bool operator==(NoValue, NoValue) = default;
+};
+
 /// A one-dimensional array with a lower bound of its own, or no array at all.
 template <class T>
 class Array {
@@ -31,18 +37,24 @@ class Array {
       : elements_(std::move(elements)), lowerBound_(lowerBound), exists_(true) {}
 
   bool exists() const noexcept { return exists_; }
-  /// The bounds raise error 9 where there is no array. An array without elements ends one below its beginning.
+  /// The bounds raise error 9 where there is no array, and error 6 where an int cannot tell them. An array without
+  /// elements ends one below its beginning.
   int lowerBound() const {
     if (!exists_) raise(faults::SubscriptOutOfRange);
     return lowerBound_;
   }
-  int upperBound() const { return lowerBound() + static_cast<int>(elements_.size()) - 1; }
+  int upperBound() const {
+    const std::int64_t bound = std::int64_t{lowerBound()} + static_cast<std::int64_t>(elements_.size()) - 1;
+    if (!std::in_range<int>(bound)) raise(faults::Overflow);
+    return static_cast<int>(bound);
+  }
   /// The element at `index`, counted from the lower bound; error 9 outside the bounds.
   const T& at(int index) const {
-    if (!exists_ || index < lowerBound_ || static_cast<std::size_t>(index - lowerBound_) >= elements_.size()) {
+    const std::int64_t place = std::int64_t{index} - lowerBound_;
+    if (!exists_ || place < 0 || place >= static_cast<std::int64_t>(elements_.size())) {
       raise(faults::SubscriptOutOfRange);
     }
-    return elements_[static_cast<std::size_t>(index - lowerBound_)];
+    return elements_[static_cast<std::size_t>(place)];
   }
   std::span<const T> elements() const noexcept { return elements_; }
 
@@ -53,7 +65,7 @@ class Array {
 };
 
 /// One element of an array that a host hands in: a number, or whatever else the host has, as its text.
-using Cell = std::variant<Empty, Null, double, std::string>;
+using Cell = std::variant<Empty, Null, double, std::string, NoValue>;
 
 /// What a host hands in where an array of prices is expected: an array of numbers, of texts or of mixed elements with
 /// any lower bound; or something else, which fails when it is used as an array.

@@ -1,11 +1,13 @@
 #include "orvex/averages/average_of_part.h"
 #include "orvex/averages/average_type.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
 #include "orvex/indices/index.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex {
 
@@ -22,18 +24,24 @@ std::shared_ptr<RecordSet> Index::CommodityChannelIndex(std::shared_ptr<Database
     const auto averages = averageColumn(MA_Type, data, prices, Periods, "Average");
     const int first = firstAverageRow(MA_Type.value(), Periods.value());
     if (first <= count) {
-      eachRecord(first, count, noKernel, [&](Integer record) {
-        const Real price = at(prices, record), average = at(averages, record);
-        Real deviations = 0;
-        bool flat = true;
-        for (Integer j = record - Periods + 1; j <= record; ++j) {
-          flat = flat && at(prices, j) == price;
-          deviations += abs(at(prices, j) - average);
-        }
-        const Real divisor = 0.015 * (deviations / Periods);
-        // Equal prices can differ from their own average by a rounding, which nothing should magnify.
-        result->setValue(record, flat || divisor == 0 ? Real(0) : (price - average) / divisor);
-      });
+      eachRecord(
+          first, count,
+          [&] {
+            return kernels::run(&kernels::Table::channel, rowsOf(prices), rowsOf(averages), Periods.value(),
+                                recordRange(first, count), result->values().data());
+          },
+          [&](Integer record) {
+            const Real price = at(prices, record), average = at(averages, record);
+            Real deviations = 0;
+            bool flat = true;
+            for (Integer j = record - Periods + 1; j <= record; ++j) {
+              flat = flat && at(prices, j) == price;
+              deviations += abs(at(prices, j) - average);
+            }
+            const Real divisor = 0.015 * (deviations / Periods);
+            // Equal prices can differ from their own average by a rounding, which nothing should magnify.
+            result->setValue(record, flat || divisor == 0 ? Real(0) : (price - average) / divisor);
+          });
     }
     data->MoveFirst();
     return makeRecordSet({result});

@@ -5,22 +5,24 @@
 
 #include "orvex/data/columns.h"
 #include "orvex/data/database.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/walk.h"
 
 /// The loop that the running indices share.
 namespace orvex {
 
 /// A set of one column, `name`: row 1 is `seed`, and each record from `first` on is `next(record, the row before)`.
-/// Walks the cursor from `first` on and leaves it on record 1.
-template <class Next>
+/// `kernel(records, rows)` computes the same. Walks the cursor from `first` on and leaves it on record 1.
+template <class Kernel, class Next>
 std::shared_ptr<RecordSet> cumulate(const std::shared_ptr<Database>& data, const std::string& name, Integer first,
-                                    double seed, Next&& next) {
+                                    double seed, Kernel&& kernel, Next&& next) {
   const Integer count = object(data).getRecordCount();
   const auto result = makeColumn(count, name);
   result->setValue(1, seed);
   data->setPosition(first);
-  walk(*data, first, count, noKernel,
-       [&](Integer record) { result->setValue(record, next(record, record > 1 ? at(result, record - 1) : Real(0))); });
+  walk(
+      *data, first, count, [&] { return kernel(recordRange(first, count), result->values().data()); },
+      [&](Integer record) { result->setValue(record, next(record, record > 1 ? at(result, record - 1) : Real(0))); });
   data->MoveFirst();
   return makeRecordSet({result});
 }

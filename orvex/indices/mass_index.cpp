@@ -1,10 +1,12 @@
 #include "orvex/averages/moving_average.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
 #include "orvex/indices/index.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex {
 
@@ -31,22 +33,31 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
 
     const Integer first = 2 * Periods + 1;
     data->setPosition(first);
-    // The counter runs one record ahead of the row that is written.
-    eachRecord(first, count + 1, noKernel, [&](Integer ahead) {
-      Real sum = 0;
-      data->setPosition(ahead - Periods);
-      for (int i = 1; i <= Periods; ++i) {
-        const Real divisor = at(twice, data->getPosition());
-        // The cursor stands still on a double smoothing of 0, so the rest of the window reads that record again and the
-        // sum goes into a row further left. Published results show it, so it is kept.
-        if (divisor == 0) continue;
-        sum += at(single, data->getPosition()) / divisor;
-        data->MoveNext();
-      }
-      data->MovePrevious();
-      result->setValue(data->getPosition(), sum);
-      data->MoveNext();
-    });
+    // The counter runs one record ahead of the row that is written, in 16 bits, up to this end.
+    const Integer end = count + 1;
+    eachRecord(
+        first - 1, end - 1,
+        [&] {
+          const auto terms = workingRows(count);
+          return kernels::run(&kernels::Table::ratioSum, rowsOf(single), rowsOf(twice), Periods.value(),
+                              recordRange(first - 1, count), terms.get(), result->values().data());
+        },
+        [&](Integer record) {
+          Real sum = 0;
+          data->setPosition(record + 1 - Periods);
+          for (int i = 1; i <= Periods; ++i) {
+            const Real divisor = at(twice, data->getPosition());
+            // The cursor stands still on a double smoothing of 0, so the rest of the window reads that record again and
+            // the sum goes into a row further left. Published results show it, so it is kept.
+            if (divisor == 0) continue;
+            sum += at(single, data->getPosition()) / divisor;
+            data->MoveNext();
+          }
+          data->MovePrevious();
+          result->setValue(data->getPosition(), sum);
+          data->MoveNext();
+        },
+        [&](Integer record) { data->setPosition(record + 1); });
     data->MoveFirst();
     return makeRecordSet({result});
   });

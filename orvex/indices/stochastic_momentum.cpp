@@ -1,16 +1,22 @@
+#include <algorithm>
+
 #include "orvex/averages/average_of_part.h"
 #include "orvex/averages/average_type.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
 #include "orvex/indices/index.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex {
 
 namespace {
+
+using kernels::Table;
 
 /// A column on its way through the averages, with its first computed row.
 struct Smoothed {
@@ -41,20 +47,39 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
     const auto lowest = General().LLV(data, lows.field(), KPeriods - 1, "LLV")->getField("LLV");
     Smoothed momentum{makeColumn(count, "Momentum"), KPeriods.value()};
     Smoothed range{makeColumn(count, "Range"), KPeriods.value()};
-    eachRecord(KPeriods, count, noKernel, [&](Integer record) {
-      const Real high = at(highest, record), low = at(lowest, record);
-      momentum.column->setValue(record, closes(record) - (high + low) / 2);
-      range.column->setValue(record, high - low);
-    });
+    eachRecord(
+        KPeriods, count,
+        [&] {
+          const kernels::Records records = recordRange(KPeriods, count);
+          const std::size_t momenta = kernels::run(&Table::fromMiddle, closes.rows(), rowsOf(highest), rowsOf(lowest),
+                                                   records, momentum.column->values().data());
+          const std::size_t ranges =
+              kernels::run(&Table::difference, rowsOf(highest), 0, rowsOf(lowest), records, range.column->values().data());
+          return std::min(momenta, ranges);
+        },
+        [&](Integer record) {
+          const Real high = at(highest, record), low = at(lowest, record);
+          momentum.column->setValue(record, closes(record) - (high + low) / 2);
+          range.column->setValue(record, high - low);
+        });
     for (const Integer periods : {KSmoothing, KDoubleSmoothing}) {
       if (periods < 2) continue;
       momentum = average(momentum, MA_Type, periods, "Momentum");
       range = average(range, MA_Type, periods, "Range");
     }
     const Smoothed percentK{makeColumn(count, std::string(PercentKName)), momentum.first};
-    for (int record = percentK.first; record <= count; ++record) {
+    const auto percent = [&](Integer record) {
       const Real divisor = at(range.column, record) / 2;
       percentK.column->setValue(record, divisor == 0 ? Real(0) : 100 * at(momentum.column, record) / divisor);
+    };
+    if (percentK.first <= count) {
+      eachRecord(
+          percentK.first, count,
+          [&] {
+            return kernels::run(&Table::percentOfHalf, rowsOf(momentum.column), rowsOf(range.column),
+                                recordRange(percentK.first, count), percentK.column->values().data());
+          },
+          percent, [](Integer) {}, noYield);
     }
     const Smoothed percentD = average(percentK, MA_Type, DPeriods, std::string(PercentDName));
     data->MoveFirst();

@@ -1,9 +1,11 @@
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/indices/index.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex {
 
@@ -53,11 +55,22 @@ std::shared_ptr<RecordSet> Index::RelativeStrengthIndex(std::shared_ptr<Database
     const auto result = makeColumn(count, Alias.get());
     if (Periods < count) {
       const Integer first = Periods + 1;
-      Move mean;
-      eachRecord(first, count, noKernel, [&](Integer record) {
-        mean = record == first ? firstMean(Source, Periods) : nextMean(mean, moveAt(Source, record), Periods);
-        result->setValue(record, percentage(mean.rise, mean.fall));
-      });
+      Move mean = firstMean(Source, Periods);
+      eachRecord(
+          first, count,
+          [&] {
+            double means[] = {mean.rise, mean.fall};
+            const auto falls = workingRows(count);
+            const std::size_t done =
+                kernels::run(&kernels::Table::strength, rowsOf(Source), Periods.value(), recordRange(first, count),
+                             means, falls.get(), result->values().data());
+            mean = {means[0], means[1]};
+            return done;
+          },
+          [&](Integer record) {
+            if (record > first) mean = nextMean(mean, moveAt(Source, record), Periods);
+            result->setValue(record, percentage(mean.rise, mean.fall));
+          });
     }
     data->MoveFirst();
     return makeRecordSet({result});
@@ -75,15 +88,24 @@ std::shared_ptr<RecordSet> Index::MoneyFlowIndex(std::shared_ptr<Database> data,
     PriceColumn closes(OHLCV, Database::CloseName), volumes(OHLCV, Database::VolumeName);
     const auto typical = [&](Integer record) { return (highs(record) + lows(record) + closes(record)) / 3; };
     const Integer first = Periods + 1;
-    eachRecord(first, count, noKernel, [&](Integer record) {
-      Real rising = 0, falling = 0;
-      for (Integer j = record - Periods + 1; j <= record; ++j) {
-        const Real price = typical(j), before = typical(j - 1);
-        if (price > before) rising += price * volumes(j);
-        if (price < before) falling += price * volumes(j);
-      }
-      result->setValue(record, percentage(rising, falling));
-    });
+    eachRecord(
+        first, count,
+        [&] {
+          const kernels::Bars bars{highs.rows(), lows.rows(), closes.rows()};
+          const auto flows = workingRows(count, 2);
+          return kernels::run(&kernels::Table::moneyFlowIndex, bars, volumes.rows(), Periods.value(),
+                              recordRange(first, count), flows.get(), flows.get() + count.value(),
+                              result->values().data());
+        },
+        [&](Integer record) {
+          Real rising = 0, falling = 0;
+          for (Integer j = record - Periods + 1; j <= record; ++j) {
+            const Real price = typical(j), before = typical(j - 1);
+            if (price > before) rising += price * volumes(j);
+            if (price < before) falling += price * volumes(j);
+          }
+          result->setValue(record, percentage(rising, falling));
+        });
     data->MoveFirst();
     return makeRecordSet({result});
   });

@@ -199,6 +199,63 @@ struct Table {
   /// 1 where a crosses above b (at or below it in the row before, above it now), -1 where it crosses below, otherwise
   /// 0.
   std::size_t (*crossings)(Source a, Source b, Records records, double* out);
+
+  /// The row before + the source, likewise from the row before the first record; so are the four that follow.
+  std::size_t (*runningTotal)(Source source, Records records, double* out);
+
+  /// The row before + the volume where the price rose, - the volume where it fell.
+  std::size_t (*onBalanceVolume)(Source price, Source volume, Records records, double* out);
+
+  /// The price's move as a share of the price before x the volume + the row before.
+  std::size_t (*priceVolumeTrend)(Source price, Source volume, Records records, double* out);
+
+  /// The same share x the row before + the row before where the volume rose, the row before elsewhere.
+  std::size_t (*positiveVolume)(Source price, Source volume, Records records, double* out);
+
+  /// Likewise where the volume fell.
+  std::size_t (*negativeVolume)(Source price, Source volume, Records records, double* out);
+
+  /// The row before + the volume in the direction of the last move beyond +-`tick`. `direction` (1, 0 or -1) is that
+  /// before the first record, and becomes that of the last one.
+  std::size_t (*tradeVolume)(Source price, Source volume, double tick, int* direction, Records records, double* out);
+
+  /// Wilder's swing: 50 x move / range x reach / `limit`, 0 without a range. `range` is that of the record before the
+  /// first, and becomes that of the last one.
+  std::size_t (*swing)(Source open, Bars bars, double limit, double* range, Records records, double* out);
+
+  /// (source - base) / base x 100.
+  std::size_t (*performance)(Source source, double base, Records records, double* out);
+
+  /// a / b, or `one` where that is 1.
+  std::size_t (*ratio)(Source a, Source b, double one, Records records, double* out);
+
+  /// 100 x rise / (rise + fall), 50 of neither, where rise and fall are `means` at the first record and (the one before
+  /// x
+  /// (`window` - 1) + the record's) / `window` from the second on. `means` become those of the last record.
+  std::size_t (*strength)(Source source, int window, Records records, double* means, double* scratch, double* out);
+
+  /// 100 x rising / (rising + falling), sums of typical price x volume over the last `window` records, oldest first, by
+  /// where the typical price went; 50 where both are 0, 0 where only their total is.
+  std::size_t (*moneyFlowIndex)(Bars bars, Source volume, int window, Records records, double* rising, double* falling,
+                                double* out);
+
+  /// The sum of above / below over the last `window` records, oldest first. Rows that it does not fill become 0: their
+  /// definition may not write them.
+  std::size_t (*ratioSum)(Source above, Source below, int window, Records records, double* terms, double* out);
+
+  /// total x total x (flow / total): the sums over the last `window` records, newest first, of volume and of the
+  /// close's place in its range / (the range x volume), where neither is 0.
+  std::size_t (*moneyFlow)(Bars bars, Source volume, int window, Records records, double* terms, double* out);
+
+  /// (price - average) / (0.015 x the mean distance of the last `window` prices from it, oldest first); 0 where the
+  /// divisor is or where they are all equal.
+  std::size_t (*channel)(Source prices, Source averages, int window, Records records, double* out);
+
+  /// source - (highest + lowest) / 2.
+  std::size_t (*fromMiddle)(Source source, Source highest, Source lowest, Records records, double* out);
+
+  /// (100 x part) / (whole / 2), 0 where the divisor is.
+  std::size_t (*percentOfHalf)(Source part, Source whole, Records records, double* out);
 };
 
 /// The instruction sets that there are variants for, from none to the widest.

@@ -156,4 +156,35 @@ std::size_t blend(Source source, Source share, double scale, Records records, do
                     });
 }
 
+std::size_t performance(Source source, double base, Records records, double* out) {
+  const double* const x = source.rows;
+  return fillFinite(records, present(source, records, 0), out, [=]<class P>(std::ptrdiff_t row) {
+    return (P::load(x + row) - P::all(base)) / P::all(base) * P::all(100.0);
+  });
+}
+
+std::size_t ratio(Source a, Source b, double one, Records records, double* out) {
+  const std::ptrdiff_t count = least(provable(a, records, 0), provable(b, records, 0));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
+    const P quotient = P::load(a.rows + row) / P::load(b.rows + row);
+    return whereEqual(quotient, P::all(1.0), P::all(one), quotient);
+  });
+}
+
+std::size_t fromMiddle(Source source, Source highest, Source lowest, Records records, double* out) {
+  const std::ptrdiff_t count =
+      least(present(source, records, 0), least(present(highest, records, 0), present(lowest, records, 0)));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
+    return P::load(source.rows + row) - (P::load(highest.rows + row) + P::load(lowest.rows + row)) / P::all(2.0);
+  });
+}
+
+std::size_t percentOfHalf(Source part, Source whole, Records records, double* out) {
+  const std::ptrdiff_t count = least(provable(part, records, 0), provable(whole, records, 0));
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
+    const P divisor = P::load(whole.rows + row) / P::all(2.0), zero = P::all(0.0);
+    return whereEqual(divisor, zero, zero, P::all(100.0) * P::load(part.rows + row) / divisor);
+  });
+}
+
 }  // namespace

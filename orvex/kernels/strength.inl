@@ -3,11 +3,14 @@
 
 #include <cstddef>
 
+#include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.h"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/recursions.inl"
 
 namespace {
+
+using orvex::kernels::Bars;
 
 /// 100 x part / (part + rest): 50 where both are 0, 0 where only their total is.
 template <class P>
@@ -17,7 +20,7 @@ P percentage(P part, P rest) {
   return whereEqual(whole, zero, whereEqual(part, zero, P::all(50.0), zero), P::all(100.0) * part / whole);
 }
 
-std::size_t strength(Source source, int window, Records records, double (&means)[2], double* scratch, double* out) {
+std::size_t strength(Source source, int window, Records records, double* means, double* scratch, double* out) {
   if (window < 1 || !isHandled(means[0]) || !isHandled(means[1])) return 0;
   const std::ptrdiff_t count = provable(source, records, 0);
   if (count == 0) return 0;
@@ -42,6 +45,55 @@ std::size_t strength(Source source, int window, Records records, double (&means)
     }
   });
   return static_cast<std::size_t>(count);
+}
+
+std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records, double* rising, double* falling,
+                           double* out) {
+  if (window < 1) return 0;
+  const std::ptrdiff_t count = least(least(provable(bars.high, records, window), provable(bars.low, records, window)),
+                                     least(provable(bars.close, records, window), provable(volume, records, window)));
+  if (count == 0) return 0;
+  constexpr std::ptrdiff_t piece = 512;
+  double prices[piece + 1];
+  const std::ptrdiff_t end = records.first - 1 + count;
+  std::ptrdiff_t done = records.first - 1;
+  for (std::ptrdiff_t start = records.first - window; start < end; start += piece) {
+    const std::ptrdiff_t rows = least(piece, end - start);
+    eachBlock<4>(0, rows + 1, [=, &prices]<int Lanes, int Count>(std::ptrdiff_t i) {
+      using P = Pack<Lanes>;
+      ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
+        const std::ptrdiff_t row = start - 1 + i + k * Lanes;
+        const P sum = P::load(bars.high.rows + row) + P::load(bars.low.rows + row) + P::load(bars.close.rows + row);
+        (sum / P::all(3.0)).store(prices + i + k * Lanes);
+      }
+    });
+    eachBlock<4>(0, rows, [=, &prices]<int Lanes, int Count>(std::ptrdiff_t i) {
+      using P = Pack<Lanes>;
+      const P zero = P::all(0.0);
+      ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
+        const std::ptrdiff_t at = i + k * Lanes;
+        const P before = P::load(prices + at), price = P::load(prices + at + 1);
+        const P flow = price * P::load(volume.rows + start + at);
+        whereGreater(price, before, flow, zero).store(rising + start + at);
+        whereGreater(before, price, flow, zero).store(falling + start + at);
+      }
+    });
+    if (start + rows <= done) continue;
+    eachBlock<4>(done, start + rows - done, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+      using P = Pack<Lanes>;
+      P up[Count] = {};
+      P down[Count] = {};
+      for (std::ptrdiff_t j = 1 - window; j <= 0; ++j) {
+        ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+          up[i] = up[i] + P::load(rising + row + i * Lanes + j);
+          down[i] = down[i] + P::load(falling + row + i * Lanes + j);
+        }
+      }
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) percentage(up[i], down[i]).store(out + row + i * Lanes);
+    });
+    done = start + rows;
+  }
+  return static_cast<std::size_t>(finitePrefix(out + records.first - 1, count));
 }
 
 }  // namespace

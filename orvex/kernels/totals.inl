@@ -1,4 +1,5 @@
-// Running totals: what does not depend on the row before is computed many records at a time, the sum itself one by one.
+// Rows that need little of the row before: a total, a direction, a range. What does not depend on it is computed many
+// records at a time, the rest one by one.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +8,8 @@
 #include "orvex/kernels/provable.inl"
 
 namespace {
+
+using orvex::kernels::Bars;
 
 constexpr std::ptrdiff_t totalPiece = 256;
 
@@ -30,6 +33,12 @@ std::size_t totals(std::ptrdiff_t from, std::ptrdiff_t count, double* out, Chang
     if (!isHandled(row)) return static_cast<std::size_t>(done);
   }
   return static_cast<std::size_t>(count);
+}
+
+/// How far two values are apart; 0 without a sign where they are equal.
+template <class P>
+P distance(P a, P b) {
+  return larger(a - b, b - a);
 }
 
 /// The records that can be computed from two columns' rows record - 1 and record.
@@ -84,21 +93,74 @@ std::size_t volumeIndex(Source price, Source volume, Records records, double* ou
 }
 
 std::size_t tradeVolume(Source price, Source volume, double tick, int* direction, Records records, double* out) {
-  if (!isHandled(tick)) return 0;
+  const std::ptrdiff_t from = records.first - 1;
   const std::ptrdiff_t count = provablePair(price, volume, records);
+  if (count == 0 || !isHandled(tick) || !isHandled(out[from - 1])) return 0;
   const double* const x = price.rows;
   const double* const v = volume.rows;
-  const std::ptrdiff_t from = records.first - 1;
+  int turns[totalPiece];
   double total = out[from - 1];
-  double sign = *direction;
-  if (!isHandled(total)) return 0;
-  for (std::ptrdiff_t row = from; row < from + count; ++row) {
-    const double move = x[row] - x[row - 1];
-    sign = move > tick ? 1.0 : sign;
-    sign = move < -tick ? -1.0 : sign;
-    out[row] = total += sign * v[row];
+  int last = *direction;
+  for (std::ptrdiff_t start = from; start < from + count; start += totalPiece) {
+    const std::ptrdiff_t piece = least(totalPiece, from + count - start);
+    for (std::ptrdiff_t i = 0; i < piece; ++i) {
+      const double move = x[start + i] - x[start + i - 1];
+      turns[i] = (move > tick) - (move < -tick);
+    }
+    // Whole numbers, so that the choice is a conditional move and no jump, which would often be guessed wrong.
+    for (std::ptrdiff_t i = 0; i < piece; ++i) turns[i] = last = turns[i] != 0 ? turns[i] : last;
+    for (std::ptrdiff_t i = 0; i < piece; ++i) out[start + i] = total += turns[i] * v[start + i];
   }
-  *direction = static_cast<int>(sign);
+  *direction = last;
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t swing(Source open, Bars bars, double limit, double* range, Records records, double* out) {
+  const std::ptrdiff_t count = least(least(provable(bars.high, records, 0), provable(bars.low, records, 0)),
+                                     provablePair(open, bars.close, records));
+  if (!isHandled(limit) || !isHandled(*range)) return 0;
+  const double* const o = open.rows;
+  const double* const h = bars.high.rows;
+  const double* const l = bars.low.rows;
+  const double* const c = bars.close.rows;
+  double ranges[totalPiece];
+  for (std::ptrdiff_t done = 0; done < count; done += totalPiece) {
+    const std::ptrdiff_t piece = least(totalPiece, count - done);
+    const std::ptrdiff_t start = records.first - 1 + done;
+    // Every range is above 0, so 0 can stand for a tie, which leaves that of the record before in force.
+    eachBlock<2>(0, piece, [=, &ranges]<int Lanes, int Count>(std::ptrdiff_t i) {
+      using P = Pack<Lanes>;
+      const P tie = P::all(0.0), half = P::all(0.5);
+      ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
+        const std::ptrdiff_t row = start + i + k * Lanes;
+        const P high = P::load(h + row), low = P::load(l + row), before = P::load(c + row - 1);
+        const P up = distance(high, before), down = distance(low, before), span = distance(high, low);
+        const P body = P::all(0.25) * distance(before, P::load(o + row - 1));
+        const P ofUp = whereGreater(up, span, up - half * down + body, tie);
+        const P ofDown = whereGreater(down, span, down - half * up + body, tie);
+        const P either = whereGreater(up, down, ofUp, whereGreater(down, up, ofDown, tie));
+        whereGreater(span, larger(up, down), span + body, either).store(ranges + i + k * Lanes);
+      }
+    });
+    double last = *range;
+    for (std::ptrdiff_t i = 0; i < piece; ++i) ranges[i] = last = ranges[i] > 0.0 ? ranges[i] : last;
+    eachBlock<2>(0, piece, [=, &ranges]<int Lanes, int Count>(std::ptrdiff_t i) {
+      using P = Pack<Lanes>;
+      const P zero = P::all(0.0);
+      ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
+        const std::ptrdiff_t row = start + i + k * Lanes;
+        const P close = P::load(c + row), before = P::load(c + row - 1);
+        const P reach = larger(distance(P::load(h + row), before), distance(P::load(l + row), before));
+        const P move = (close - before) + P::all(0.5) * (close - P::load(o + row)) +
+                       P::all(0.25) * (before - P::load(o + row - 1));
+        const P term = P::load(ranges + i + k * Lanes);
+        whereGreater(term, zero, P::all(50.0) * move / term * reach / P::all(limit), zero).store(out + row);
+      }
+    });
+    const std::ptrdiff_t finite = finitePrefix(out + start, piece);
+    if (finite > 0) *range = ranges[finite - 1];
+    if (finite < piece) return static_cast<std::size_t>(done + finite);
+  }
   return static_cast<std::size_t>(count);
 }
 

@@ -6,6 +6,9 @@
 #include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/recursions.inl"
+#include "orvex/kernels/strength.inl"
+#include "orvex/kernels/sums.inl"
+#include "orvex/kernels/totals.inl"
 #include "orvex/kernels/variants.h"
 #include "orvex/kernels/windows.inl"
 
@@ -53,6 +56,22 @@ const Table table = {
     .percentAbove = percentAbove,
     .fallInPercent = fallInPercent,
     .crossings = crossings,
+    .runningTotal = runningTotal,
+    .onBalanceVolume = onBalanceVolume,
+    .priceVolumeTrend = priceVolumeTrend,
+    .positiveVolume = volumeIndex<true>,
+    .negativeVolume = volumeIndex<false>,
+    .tradeVolume = tradeVolume,
+    .swing = swing,
+    .performance = performance,
+    .ratio = ratio,
+    .strength = strength,
+    .moneyFlowIndex = moneyFlowIndex,
+    .ratioSum = ratioSum,
+    .moneyFlow = moneyFlow,
+    .channel = channel,
+    .fromMiddle = fromMiddle,
+    .percentOfHalf = percentOfHalf,
 };
 
 }  // namespace orvex::kernels::ORVEX_VARIANT

@@ -172,7 +172,7 @@ std::shared_ptr<Note> CandleStick::IdentifyPattern(std::shared_ptr<Database> dat
                                                    Integer Period) {
   if (Period < 1 || Period > object(data).getRecordCount()) raise(IdentifyPatternPeriodFault);
   return trap(IdentifyPatternFault, [&] {
-    const auto note = std::make_shared<Note>();
+    auto note = std::make_shared<Note>();
     note->setPeriod(Period);
     note->setNote(std::string(NoPattern));
     Prices prices(OHLCV);

@@ -15,7 +15,8 @@ double exponentialMinusOne(double x) {
   constexpr double perDoubling = 0x1.71547652b82fep+0;
   constexpr double lnTwoHigh = 0x1.62e42feep-1;
   constexpr double lnTwoLow = 0x1.a39ef35793c76p-33;
-  const int k = static_cast<int>(x * perDoubling + 0.5);
+  const double halfMore = x * perDoubling + 0.5;
+  const int k = static_cast<int>(halfMore);
   const double f = (x - k * lnTwoHigh) - k * lnTwoLow;
   // The Taylor series of e^f - 1 by Horner's rule; |f| is at most ln 2 / 2, so what is cut off is below 2^-57 of it.
   constexpr int terms = 14;

@@ -17,7 +17,7 @@ std::shared_ptr<Note> ChartPattern::PercentRetracement(std::shared_ptr<Database>
   // Before the trap, so what these two report of the span reaches the caller as it is.
   General general;
   const auto maximum = general.MaxValue(Source, StartPeriod, EndPeriod);
-  const auto minimum = general.MinValue(Source, StartPeriod, EndPeriod);
+  auto minimum = general.MinValue(Source, StartPeriod, EndPeriod);
   return trap(PercentRetracementFault, [&] {
     const Real max = maximum->getValue();
     const Real min = minimum->getValue();
@@ -29,7 +29,7 @@ std::shared_ptr<Note> ChartPattern::PercentRetracement(std::shared_ptr<Database>
 
     const bool declining = minPeriod > maxPeriod;
     // Asked for its note alone, and for the fault where it meets one.
-    const auto result =
+    auto result =
         declining ? general.MaxValue(Source, minPeriod, EndPeriod) : general.MinValue(Source, maxPeriod, EndPeriod);
     const Real retraced = (declining ? max - last : last - min) / range * 100;
     result->setNote(std::string(declining ? Declining : Advancing));

@@ -119,7 +119,7 @@ std::shared_ptr<RecordSet> LineStudy::QuadrantLines(std::shared_ptr<Database> da
     eachRecord(StartPeriod, EndPeriod, noKernel, [&](Integer record) {
       for (const Line& each : lines) each.column->setValue(record, each.value);
     });
-    const auto result = makeRecordSet({});
+    auto result = makeRecordSet({});
     for (const Line& each : lines) result->addField(each.column);
     data->MoveFirst();
     return result;

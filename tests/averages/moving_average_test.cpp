@@ -1,11 +1,16 @@
 #include "orvex/averages/moving_average.h"
 
+#include <gtest/gtest.h>
+
+#include <vector>
+
 #include "tests/support/series.h"
 
 namespace orvex {
 namespace {
 
 using test::expectColumns;
+using test::faultOf;
 using test::field;
 using test::records;
 
@@ -21,9 +26,66 @@ TEST(MovingAverage, HandComputedSeries) {
   EXPECT_EQ(data->getPosition(), 1);
 }
 
+TEST(MovingAverage, TriangularWindows) {
+  MovingAverage average;
+  const auto source = field({1, 2, 4, 8, 16, 32, 64, 128, 256, 512, 1024, 2048});
+  const auto rows = [&](int periods) {
+    return average.TriangularMovingAverage(records(12), source, periods)->getField("TriangularMovingAverage");
+  };
+  EXPECT_EQ(rows(1)->getValue(2), 0);
+  EXPECT_EQ(rows(1)->getValue(3), 4);
+  // Lengths 2 and 3: ((256 + 128) + (128 + 64) + (64 + 32)) / 2 / 3 in row 9.
+  EXPECT_EQ(rows(4)->getValue(8), 0);
+  EXPECT_EQ(rows(4)->getValue(9), (192.0 + 96 + 48) / 3);
+  // Lengths 3 and 3: thirds of 1024 + 512 + 256, 512 + 256 + 128, 256 + 128 + 64 in row 11.
+  EXPECT_EQ(rows(5)->getValue(10), 0);
+  EXPECT_EQ(rows(5)->getValue(11), (1792.0 / 3 + 896.0 / 3 + 448.0 / 3) / 3);
+}
+
 TEST(MovingAverage, WilderSmoothingClimbsFromZero) {
   expectColumns(*MovingAverage().WellesWilderSmoothing(field({10, 10, 10, 10, 10, 10}), 2),
                 {{"WellesWilderSmoothing", {0, 0, 0, 0, 9.375, 9.6875}}});
+}
+
+TEST(MovingAverage, LongestPeriods) {
+  MovingAverage average;
+  const auto source = field({1, 2, 3, 4});
+  const std::vector<double> zeros(4);
+  expectColumns(*average.SimpleMovingAverage(records(4), source, 4, "a"), {{"a", zeros}});
+  expectColumns(*average.WeightedMovingAverage(records(4), source, 4, "a"), {{"a", zeros}});
+  expectColumns(*average.TriangularMovingAverage(records(4), source, 2, "a"), {{"a", zeros}});
+  expectColumns(*average.WellesWilderSmoothing(source, 2, "a"), {{"a", zeros}});
+  // The seed reads the record behind its window.
+  EXPECT_EQ(faultOf([&] { average.ExponentialMovingAverage(records(4), source, 4); }),
+            MovingAverage::ExponentialMovingAverageFault);
+  EXPECT_EQ(faultOf([&] { average.SimpleMovingAverage(records(4), source, 5); }),
+            MovingAverage::SimpleMovingAverageFault);
+  EXPECT_EQ(faultOf([&] { average.WeightedMovingAverage(records(4), source, 5); }),
+            MovingAverage::WeightedMovingAverageFault);
+  EXPECT_EQ(faultOf([&] { average.TriangularMovingAverage(records(4), source, 3); }),
+            MovingAverage::TriangularMovingAverageFault);
+  EXPECT_EQ(faultOf([&] { average.WellesWilderSmoothing(source, 3); }), MovingAverage::WellesWilderSmoothingFault);
+  EXPECT_EQ(faultOf([&] { average.WellesWilderSmoothing(source, 16384); }), MovingAverage::WellesWilderSmoothingFault);
+}
+
+TEST(MovingAverage, WritesTheDefaultNameBackBeforeAnythingCanFail) {
+  MovingAverage average;
+  std::string alias;
+  EXPECT_EQ(faultOf([&] { average.SimpleMovingAverage(nullptr, nullptr, 0, alias); }),
+            MovingAverage::SimpleMovingAverageFault);
+  EXPECT_EQ(alias, "SimpleMovingAverage");
+  const std::string constant = "mine";
+  EXPECT_TRUE(average.SimpleMovingAverage(records(2), field({1, 2}), 1, constant)->isValidField("mine"));
+}
+
+TEST(MovingAverage, LeavesTheCursorWhereAFaultMetIt) {
+  const auto data = records(6);
+  MovingAverage average;
+  // The window of record 5 reaches back over the rows that the source has; row 6 is missing.
+  EXPECT_TRUE(faultOf([&] { average.SimpleMovingAverage(data, field({1, 2, 3, 4, 5}), 2); }));
+  EXPECT_EQ(data->getPosition(), 6);
+  EXPECT_TRUE(faultOf([&] { average.SimpleMovingAverage(data, field({1, 2, 3, 4, 5, 6}), 6 + 1); }));
+  EXPECT_EQ(data->getPosition(), 6);
 }
 
 }  // namespace

@@ -93,6 +93,9 @@ TEST_F(CommandLine, PrintsAResultInEveryFormat) {
        R"({"name":"Low","values":[0]},{"name":"Close","values":[5]},{"name":"Volume","values":[10]},)"
        R"({"name":"\"","values":[4]}],"written":{},"position":1})"
        "\n"},
+      {"--last 99999999999",
+       "Date,SimpleMovingAverage\n2020-01-01,0\n2020-01-02,0\n2020-01-03,0\n2020-01-04,3\n"
+       "2020-01-05,4\n"},
       {"--last 3 --warmup blank", "Date,SimpleMovingAverage\n2020-01-03,\n2020-01-04,3\n2020-01-05,4\n"},
       {"--last 1 --append 'Alias=a,\"b\"'",
        "Date,Open,High,Low,Close,Volume,\"a,\"\"b\"\"\"\n2020-01-05,4,9,0,5,10,4\n"},
@@ -124,10 +127,11 @@ TEST_F(CommandLine, RoundsTheTableButNotTheOthers) {
 
 TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
   write("text.csv", "date,close,symbol\n1,2,\n2,3,AB\n");
+  write("huge.csv", "date,close\n1,1e999\n");
   write("empty.csv", "");
   write("names.csv", "date,close\n");
   write("quote.csv", "date,close\n1,\"2\n");
-  write("wide.csv", "date,close\n1,2,3\n");
+  write("wide.csv", "\n\ndate,close\n1,2,3\n");
   const std::string unexpected = "An unexpected error has occured";
   const struct {
     const char* arguments;
@@ -144,7 +148,8 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
       {"MovingAverage.SimpleMovingAverage plain.csv Source=Clsoe Periods=2", RecordSet::getIndexFault,
        "it has Date, Open, High, Low, Close and Volume. Did you mean Close?"},
       {"MovingAverage.SimpleMovingAverage text.csv Source=Symbol Periods=1", faults::TypeMismatch,
-       "holds texts and not only numbers, in line 3"},
+       "no number, or none that fits a double, in line 3"},
+      {"MovingAverage.SimpleMovingAverage huge.csv Source=Close Periods=1", faults::TypeMismatch, "in line 2"},
       {"MovingAverage.SimpleMovingAverage none.csv Source=Close Periods=2", Database::loadFault("File not found"),
        "none.csv"},
       {"MovingAverage.SimpleMovingAverage . Source=Close Periods=2", Database::loadFault("Path/File access error"),
@@ -156,7 +161,7 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
       {"MovingAverage.SimpleMovingAverage quote.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
        "line 2"},
       {"MovingAverage.SimpleMovingAverage wide.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
-       "line 2"},
+       "line 4 of \"wide.csv\" has more than the 2 values that line 3 names"},
   };
   for (const auto& [arguments, fault, told] : cases) {
     const json error = {{"number", fault.number}, {"source", fault.source}, {"description", fault.description}};
@@ -197,6 +202,7 @@ TEST_F(CommandLine, ExplainsMistakes) {
       {"describe simplemovingaverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
       {"run MovingAverage.SimpelMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
       {"run MovingAverage.Wilder", "Did you mean MovingAverage.WellesWilderSmoothing?"},
+      {"run MovingAverage.sma", "Did you mean MovingAverage.SimpleMovingAverage?"},
       {"run MovingAverage", "It has SimpleMovingAverage, ExponentialMovingAverage"},
       {"run Field.getValue", "is not run"},
       {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Period=3",
@@ -209,6 +215,7 @@ TEST_F(CommandLine, ExplainsMistakes) {
       {"run MovingAverage.SimpleMovingAverage plain.csv Periods=1 periods=2", "given twice"},
       {"run MovingAverage.SimpleMovingAverage plain.csv --last 0", "\"0\" is not a whole number from 1"},
       {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --delimiter ab", "one character"},
+      {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --delimiter ''", "one character"},
       {"run MovingAverage.SimpleMovingAverage plain.csv --format xml", "xml not in {table,csv,json}"},
   };
   for (const auto& [arguments, told] : cases) {
@@ -228,6 +235,7 @@ TEST_F(CommandLine, ReadsTheSameSeriesFromManyLayouts) {
       {"without a header, no end of the last line", "a,0,0,0,1.5,0\nb,0,0,0,2,0\nc,0,0,0,4,0", ""},
       {"semicolons", "a;0;0;0;1.5;0\nb;0;0;0;2;0\nc;0;0;0;4;0\n", ""},
       {"a delimiter of its own", "a|0|0|0|1.5|0\nb|0|0|0|2|0\nc|0|0|0|4|0\n", "--delimiter '|'"},
+      {"a tab by its name", "Date\tClose\tx;;;\na\t1.5\nb\t2\nc\t4\n", "--delimiter tab"},
       {"columns in another order", "volume,CLOSE,date\n9,1.5,a\n9,2,b\n9,4,c\n", ""},
       {"byte-order mark, CR LF, tabs, blank line",
        "\xEF\xBB\xBF"
@@ -236,6 +244,7 @@ TEST_F(CommandLine, ReadsTheSameSeriesFromManyLayouts) {
       {"quotes", "\"date\",\"say \"\"x\"\", y\",\"close\"\n\"a\",1,\"1.5\"\nb,2,2\nc,3,4,\n", ""},
       {"another word for the date", "timestamp, close \na, 1.5 \nb,2\nc,4\n", ""},
       {"a name that is a number", "date,20,close\na,7,1.5\nb,7,2\nc,7,4\n", ""},
+      {"identifiers like huge numbers", "date,7e9999,close\na,12e4567,1.5\nb,9e999ab,2\nc,1,4\n", ""},
       {"Windows-1252", "date,Sch\xE4tzung,close\na,1,1.5\nb,,2\nc,1,4\n", ""},
   };
   for (const auto& [what, text, options] : cases) {
@@ -248,18 +257,32 @@ TEST_F(CommandLine, ReadsTheSameSeriesFromManyLayouts) {
 }
 
 TEST_F(CommandLine, TellsWhatItDoesNotUnderstandInAFile) {
-  write("decimal.csv", "2020-01-01;1,5;2;1;2;0\n2020-01-02;1,5;2;1;2;0\n");
-  const Ended ended = orvex("run MovingAverage.SimpleMovingAverage decimal.csv Source=Open Periods=1");
-  EXPECT_EQ(ended.status, 0);
-  EXPECT_NE(ended.err.find("\";\" between them"), std::string::npos) << ended.err;
+  const struct {
+    const char* text;
+    const char* told;
+    const char* lastRecord;
+  } cases[] = {
+      {"2020-01-01;1,5;2;1;2;0\n2020-01-02;1,5;2;1;2;0\n", "\";\" between them", "2020-01-02,1\n"},
+      {"\n \na,1,1,1,1,1\nb,2,2,2,2,2\n\n", "blank lines count as records of zeros: 3 of 5 records", ",0\n"},
+      {"date,open,x,,OPEN,\na,1,2,3,4,5\nb,6,7,8,9,0\n", "more than one column called OPEN;", "b,6\n"},
+  };
+  for (const auto& [text, told, lastRecord] : cases) {
+    write("odd.csv", text);
+    const Ended ended = orvex("run MovingAverage.SimpleMovingAverage odd.csv Source=Open Periods=1 Alias=x --last 1");
+    EXPECT_EQ(ended.out, std::string("Date,x\n") + lastRecord);
+    EXPECT_NE(ended.err.find(told), std::string::npos) << ended.err;
+  }
 }
 
 TEST_F(CommandLine, AppendedResultIsTheNextSource) {
-  write("step.csv",
-        orvex("run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 'Alias=a;\"b\"' --append").out);
-  // The first pass gives 0, 2, 3, 4, 5.
-  EXPECT_EQ(columnsOf("MovingAverage.SimpleMovingAverage step.csv 'Source=A;\"B\"' Periods=2"),
-            json({{"SimpleMovingAverage", {0, 0, 2.5, 3.5, 4.5}}}));
+  for (const std::string name : {"a;\"b\"", "a ", " a"}) {
+    write("step.csv",
+          orvex("run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --append 'Alias=" + name + "'")
+              .out);
+    // The first pass gives 0, 2, 3, 4, 5.
+    EXPECT_EQ(columnsOf("MovingAverage.SimpleMovingAverage step.csv Periods=2 'Source=" + name + "'"),
+              json({{"SimpleMovingAverage", {0, 0, 2.5, 3.5, 4.5}}}));
+  }
 }
 
 TEST_F(CommandLine, NumbersReadBackToTheSameDouble) {
@@ -340,6 +363,14 @@ TEST_F(CommandLine, HelpsAndTellsItsVersion) {
     EXPECT_NE(ended.out.find("Usage: orvex"), std::string::npos) << command;
   }
   EXPECT_EQ(orvex("--version").out.rfind("orvex ", 0), 0u);
+}
+
+TEST_F(CommandLine, TellsWhenItCannotWrite) {
+  for (const char* command : {"list", "--help", "run --help", "--version"}) {
+    const Ended ended = orvex(std::string(command) + " >&-");
+    EXPECT_EQ(ended.status, 1) << command;
+    EXPECT_NE(ended.err.find("could not be written"), std::string::npos) << command << '\n' << ended.err;
+  }
 }
 
 TEST_F(CommandLine, ReferencePageIsUpToDate) {

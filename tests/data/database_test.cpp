@@ -185,6 +185,17 @@ TEST(Database, YieldsOnceALineAndSurvivesAHostThatLoadsAgain) {
   EXPECT_EQ(contents(data), (std::vector<Loaded>{{"z", {9, 9, 9, 9, 9}}}));
 }
 
+TEST(Database, OutlivesAHostThatLetsGoOfItWhileItLoads) {
+  const File file("a,1,1,1,1,1\nb,2,2,2,2,2\n");
+  auto data = std::make_shared<Database>();
+  const std::weak_ptr<Database> watch = data;
+  setYieldHook({[](void* context) { static_cast<std::shared_ptr<Database>*>(context)->reset(); }, &data});
+  Database& loading = *data;
+  EXPECT_EQ(faultOf([&] { loading.OpenDataBase(file.path(), ","); }), std::nullopt);
+  setYieldHook({});
+  EXPECT_TRUE(watch.expired());
+}
+
 TEST(Database, LoadsElementsFrom1On) {
   Database data;
   data.OpenDatabaseByArray(Array<double>({9, 1, 2, 3, 4}, 0));

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "orvex/catalogue/description.h"
+
+/// What the outside world reads about the automation server, made from the catalogue and committed because people read
+/// it too.
+namespace orvex::automation {
+
+inline constexpr std::string_view LibraryName = "Orvex";
+inline constexpr std::string_view LibraryHelp = "Orvex Technical Analysis Library";
+inline constexpr catalogue::Guid LibraryId{"8854b8a0-e5e8-4b9b-86de-2c096a9b7622"};
+inline constexpr int LibraryMajorVersion = 1;
+inline constexpr int LibraryMinorVersion = 0;
+inline constexpr int LibraryLocale = 1033;
+
+/// orvex.idl: a dual interface and a coclass for each class, and the library of them.
+std::string interfaceDefinition();
+
+/// Orvex.Server.manifest: with it beside the DLL a program uses the classes without registering them.
+std::string registrationFreeManifest();
+
+}  // namespace orvex::automation

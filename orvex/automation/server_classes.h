@@ -1,0 +1,12 @@
+#pragma once
+
+#include <span>
+
+#include "orvex/automation/server_object.h"
+
+namespace orvex::automation {
+
+/// All classes that the server creates objects of.
+std::span<const ServerClass* const> serverClasses() noexcept;
+
+}  // namespace orvex::automation

@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "orvex/automation/interface_definition.h"
+#include "orvex/catalogue/catalogue.h"
+#include "tests/automation/server/support.h"
+
+/// A client that has the type library alone finds in it what the catalogue says.
+namespace orvex::test {
+namespace {
+
+using automation::guidOf;
+using catalogue::Argument;
+using catalogue::Class;
+using catalogue::Kind;
+using catalogue::Method;
+using catalogue::Type;
+
+struct Documentation {
+  Text name;
+  Text help;
+};
+
+void document(ITypeInfo* info, MEMBERID id, Documentation& into) {
+  info->GetDocumentation(id, &into.name, &into.help, nullptr, nullptr);
+}
+
+std::string typeText(ITypeInfo* info, const TYPEDESC& type) {
+  static const std::map<VARTYPE, std::string> plain = {
+      {VT_I2, "Integer"},      {VT_I4, "Long"},   {VT_R8, "Double"},    {VT_BOOL, "Boolean"},   {VT_BSTR, "String"},
+      {VT_UNKNOWN, "Unknown"}, {VT_VOID, "void"}, {VT_HRESULT, "void"}, {VT_VARIANT, "Variant"}};
+  if (type.vt == VT_PTR) return typeText(info, *type.lptdesc) + "*";
+  if (type.vt == VT_USERDEFINED) {
+    Ref<ITypeInfo> referred;
+    info->GetRefTypeInfo(type.hreftype, referred.put());
+    Documentation known;
+    document(referred.get(), MEMBERID_NIL, known);
+    return known.name.get();
+  }
+  const auto found = plain.find(type.vt);
+  return found == plain.end() ? "type " + std::to_string(type.vt) : found->second;
+}
+
+std::string expectedType(Type type) {
+  switch (type) {
+    case Type::Nothing:
+      return "void";
+    case Type::Boolean:
+    case Type::Integer:
+    case Type::Long:
+    case Type::Double:
+    case Type::String:
+      return std::string(typeName(type));
+    case Type::Field:
+    case Type::Note:
+    case Type::RecordSet:
+    case Type::Database:
+      return "_" + std::string(typeName(type)) + "*";
+    case Type::Object:
+      return "Unknown";
+    default:
+      return "Variant";
+  }
+}
+
+void compareArgument(ITypeInfo* info, const ELEMDESC& told, const Argument& argument) {
+  SCOPED_TRACE(argument.name);
+  EXPECT_EQ(typeText(info, told.tdesc), expectedType(argument.type) + (argument.byValue ? "" : "*"));
+  const USHORT flags = told.paramdesc.wParamFlags;
+  EXPECT_EQ((flags & PARAMFLAG_FOPT) != 0, argument.optional);
+  EXPECT_TRUE((flags & PARAMFLAG_FIN) != 0);
+  EXPECT_EQ((flags & PARAMFLAG_FOUT) != 0, !argument.byValue);
+  // Defaults that are not whole numbers stand in the help text, since the compiler of the library cannot store them.
+  const bool whole = argument.type == Type::Integer || argument.type == Type::Long;
+  ASSERT_EQ((flags & PARAMFLAG_FHASDEFAULT) != 0, argument.optional && whole);
+  if ((flags & PARAMFLAG_FHASDEFAULT) == 0) return;
+  VARIANT number{};
+  VariantChangeType(&number, &told.paramdesc.pparamdescex->varDefaultValue, 0, VT_R8);
+  EXPECT_EQ(number.dblVal, argument.otherwise.number);
+}
+
+void compareMethod(ITypeInfo* info, const FUNCDESC& told, const Class& owner, const Method& method) {
+  SCOPED_TRACE(method.name);
+  constexpr INVOKEKIND kinds[] = {INVOKE_FUNC, INVOKE_PROPERTYGET, INVOKE_PROPERTYPUT, INVOKE_PROPERTYPUTREF};
+  EXPECT_EQ(told.memid, catalogue::dispatchId(owner, method));
+  EXPECT_EQ(told.invkind, kinds[static_cast<int>(method.kind)]);
+  EXPECT_EQ(typeText(info, told.elemdescFunc.tdesc), expectedType(method.result));
+  Documentation known;
+  document(info, told.memid, known);
+  EXPECT_EQ(known.name.get(), method.name);
+  // The parts of a property share the documentation of the first.
+  const Method& first = *owner.methods[static_cast<std::size_t>(told.memid) - 1];
+  EXPECT_TRUE(known.help.get().starts_with(first.help)) << known.help.get();
+
+  ASSERT_EQ(static_cast<std::size_t>(told.cParams), method.arguments.size());
+  BSTR names[20] = {};
+  UINT nameCount = 0;
+  info->GetNames(told.memid, names, 20, &nameCount);
+  for (std::size_t i = 0; i < method.arguments.size(); ++i) {
+    const Argument& argument = method.arguments[i];
+    compareArgument(info, told.lprgelemdescParam[i], argument);
+    // What is assigned to a property has no name for its users. Names that differ in case alone are one in a library.
+    if (i + 1 < nameCount) {
+      EXPECT_STRCASEEQ(automation::textOf(names[i + 1]).c_str(), std::string(argument.name).c_str());
+    }
+    const bool inHelp = known.help.get().find(std::string(argument.name) + " = ") != std::string::npos;
+    EXPECT_EQ(inHelp, argument.optional && (argument.type == Type::Double || argument.type == Type::String));
+  }
+  for (BSTR name : names) SysFreeString(name);
+}
+
+TEST(TypeLibrary, TellsWhatTheCatalogueSays) {
+  const auto library = Server::get().typeLibrary();
+  TLIBATTR* attributes = nullptr;
+  ASSERT_EQ(library->GetLibAttr(&attributes), S_OK);
+  EXPECT_TRUE(attributes->guid == guidOf(automation::LibraryId));
+  EXPECT_EQ(attributes->wMajorVerNum, 1);
+  EXPECT_EQ(attributes->wMinorVerNum, 0);
+  EXPECT_EQ(attributes->lcid, 1033u);
+  library->ReleaseTLibAttr(attributes);
+  Documentation known;
+  library->GetDocumentation(-1, &known.name, &known.help, nullptr, nullptr);
+  EXPECT_EQ(known.name.get(), "Orvex");
+  EXPECT_EQ(known.help.get(), "Orvex Technical Analysis Library");
+  EXPECT_EQ(library->GetTypeInfoCount(), 2 * catalogue::classes().size());
+
+  for (const Class* owner : catalogue::classes()) {
+    SCOPED_TRACE(owner->name);
+    Ref<ITypeInfo> info;
+    ASSERT_EQ(library->GetTypeInfoOfGuid(guidOf(owner->interfaceId), info.put()), S_OK);
+    Documentation called;
+    document(info.get(), MEMBERID_NIL, called);
+    EXPECT_EQ(called.name.get(), "_" + std::string(owner->name));
+    TYPEATTR* type = nullptr;
+    info->GetTypeAttr(&type);
+    EXPECT_EQ(type->wTypeFlags & (TYPEFLAG_FDUAL | TYPEFLAG_FHIDDEN), TYPEFLAG_FDUAL | TYPEFLAG_FHIDDEN);
+    const std::size_t inherited = 7;
+    EXPECT_EQ(type->cFuncs, owner->methods.size() + inherited);
+    info->ReleaseTypeAttr(type);
+    for (std::size_t i = 0; i < owner->methods.size(); ++i) {
+      FUNCDESC* function = nullptr;
+      ASSERT_EQ(info->GetFuncDesc(static_cast<UINT>(i + inherited), &function), S_OK);
+      EXPECT_EQ(static_cast<std::size_t>(function->oVft), (i + inherited) * sizeof(void*));
+      compareMethod(info.get(), *function, *owner, *owner->methods[i]);
+      info->ReleaseFuncDesc(function);
+    }
+
+    const auto object = Server::get().create(*owner);
+    ASSERT_NE(object.get(), nullptr);
+    Ref<ITypeInfo> ofClass;
+    ASSERT_EQ(object.as<IProvideClassInfo>()->GetClassInfo(ofClass.put()), S_OK);
+    Documentation described;
+    document(ofClass.get(), MEMBERID_NIL, described);
+    EXPECT_EQ(described.name.get(), owner->name);
+    EXPECT_EQ(described.help.get(), owner->help);
+  }
+}
+
+}  // namespace
+}  // namespace orvex::test
