@@ -200,7 +200,7 @@ struct Table {
   /// 0.
   std::size_t (*crossings)(Source a, Source b, Records records, double* out);
 
-  /// The row before + the source, likewise from the row before the first record; so are the four that follow.
+  /// The row before + the source, likewise from the row before the first record; so are the five that follow.
   std::size_t (*runningTotal)(Source source, Records records, double* out);
 
   /// The row before + the volume where the price rose, - the volume where it fell.

@@ -121,7 +121,7 @@ template <int Lanes>
 Pack<Lanes> spread(double x, const Pack<Lanes>&) {
   return Pack<Lanes>::all(x);
 }
-inline double spread(double x, double) {
+double spread(double x, double) {
   return x;
 }
 

@@ -1,0 +1,114 @@
+#include <limits>
+
+#include "orvex/indices/index.h"
+#include "tests/support/series.h"
+
+namespace orvex {
+namespace {
+
+using test::expectColumns;
+using test::faultOf;
+using test::field;
+using test::records;
+
+struct VolumeCase {
+  const char* what;
+  std::shared_ptr<RecordSet> (*run)(std::shared_ptr<Database>, std::shared_ptr<Field>, std::shared_ptr<Field>);
+  std::vector<double> prices, volumes, expected;
+};
+
+std::shared_ptr<RecordSet> balance(std::shared_ptr<Database> data, std::shared_ptr<Field> source,
+                                   std::shared_ptr<Field> volume) {
+  return Index().OnBalanceVolume(data, source, volume, "x");
+}
+std::shared_ptr<RecordSet> trend(std::shared_ptr<Database> data, std::shared_ptr<Field> source,
+                                 std::shared_ptr<Field> volume) {
+  return Index().PriceVolumeTrend(data, source, volume, "x");
+}
+std::shared_ptr<RecordSet> positive(std::shared_ptr<Database> data, std::shared_ptr<Field> source,
+                                    std::shared_ptr<Field> volume) {
+  return Index().PositiveVolumeIndex(data, source, volume, "x");
+}
+std::shared_ptr<RecordSet> negative(std::shared_ptr<Database> data, std::shared_ptr<Field> source,
+                                    std::shared_ptr<Field> volume) {
+  return Index().NegativeVolumeIndex(data, source, volume, "x");
+}
+template <int tickInHundredths>
+std::shared_ptr<RecordSet> trade(std::shared_ptr<Database> data, std::shared_ptr<Field> source,
+                                 std::shared_ptr<Field> volume) {
+  return Index().TradeVolumeIndex(data, source, volume, tickInHundredths / 100.0, "x");
+}
+
+constexpr double inf = std::numeric_limits<double>::infinity();
+
+TEST(VolumeIndices, HandComputedSeries) {
+  const VolumeCase cases[] = {
+      {"balance", balance, {10, 11, 11, 9}, {100, 200, 300, 400}, {0, 200, 200, -200}},
+      {"balance has no use for the volume of an unmoved price", balance, {5, 5, 6}, {inf, inf, 3}, {0, 0, 3}},
+      {"trend", trend, {8, 10, 5}, {100, 40, 30}, {0, 10, -5}},
+      // Equal volumes carry the index on, in both; the seed is 1.
+      {"positive", positive, {8, 10, 5, 6}, {1, 2, 2, 3}, {1, 1.25, 1.25, 1.5}},
+      {"positive, falling volume", positive, {10, 11}, {200, 100}, {1, 1}},
+      {"positive, one record", positive, {10}, {200}, {1}},
+      {"positive has no use for a price that it does not follow", positive, {0, inf, 5}, {2, 1, 1}, {1, 1, 1}},
+      {"negative", negative, {8, 10, 5, 6}, {3, 2, 2, 1}, {1, 1.25, 1.25, 1.5}},
+      {"negative, one record", negative, {10}, {200}, {1}},
+      // Inside the band there is no direction at first, and later the last one holds.
+      {"trade", trade<50>, {10, 10.25, 11, 10.75, 10}, {1, 2, 3, 4, 5}, {0, 0, 3, 7, 2}},
+      {"trade, moves of exactly a tick",
+       trade<50>,
+       {10, 10.5, 11.5, 11, 10, 10.5},
+       {1, 2, 3, 4, 5, 6},
+       {0, 0, 3, 7, 2, -4}},
+      {"trade without a band", trade<0>, {10, 10, 11, 11, 10}, {1, 2, 3, 4, 5}, {0, 0, 3, 7, 2}},
+  };
+  for (const VolumeCase& one : cases) {
+    SCOPED_TRACE(one.what);
+    const auto data = records(one.prices.size());
+    expectColumns(*one.run(data, field(one.prices), field(one.volumes)), {{"x", one.expected}});
+    EXPECT_EQ(data->getPosition(), 1);
+  }
+}
+
+TEST(VolumeIndices, RelativeSeries) {
+  const auto data = records(3);
+  expectColumns(*Index().Performance(data, field({50, 55, 45})), {{"Performance", {0, 10, -10}}});
+  expectColumns(*Index().Performance(records(1), field({0})), {{"Performance", {0}}});
+  // Record 1 is computed wherever the cursor stands; equal columns are marked.
+  data->setPosition(3);
+  expectColumns(*Index().ComparativeRelativeStrength(data, field({2, 3, 9}), field({4, 3, 2})),
+                {{"ComparativeRelativeStrength", {0.5, -987654321, 4.5}}});
+  EXPECT_EQ(data->getPosition(), 1);
+}
+
+TEST(VolumeIndices, FaultsAndWhereTheyLeaveTheCursor) {
+  const auto data = records(4);
+  const auto prices = field({4, 0, 2, 3}), volumes = field({4, 3, 4, 4});
+  const auto fault = [&](auto call) {
+    data->MoveFirst();
+    return faultOf(call);
+  };
+  // A price of 0 to move from.
+  EXPECT_EQ(fault([&] { Index().PriceVolumeTrend(data, prices, volumes); }), Index::PriceVolumeTrendFault);
+  EXPECT_EQ(data->getPosition(), 3);
+  EXPECT_EQ(fault([&] { Index().PositiveVolumeIndex(data, prices, volumes); }), Index::PositiveVolumeIndexFault);
+  EXPECT_EQ(data->getPosition(), 3);
+  EXPECT_EQ(fault([&] { Index().NegativeVolumeIndex(data, prices, volumes); }), std::nullopt);
+  EXPECT_EQ(fault([&] { Index().Performance(data, field({0, 1, 2, 3})); }), Index::PerformanceFault);
+  EXPECT_EQ(data->getPosition(), 2);
+  EXPECT_EQ(fault([&] { Index().ComparativeRelativeStrength(data, volumes, prices); }),
+            Index::ComparativeRelativeStrengthFault);
+  EXPECT_EQ(data->getPosition(), 2);
+  EXPECT_EQ(fault([&] { Index().OnBalanceVolume(data, field({1, 2, 3}), volumes); }), Index::OnBalanceVolumeFault);
+  EXPECT_EQ(data->getPosition(), 4);
+
+  // The tick is checked before the trap, and after the default alias is written back.
+  std::string alias;
+  EXPECT_EQ(fault([&] { Index().TradeVolumeIndex(nullptr, prices, volumes, -0.01, alias); }),
+            (Fault{1107, "Index.TradeVolumeIndex", "Invalid MinTickValue"}));
+  EXPECT_EQ(alias, "TradeVolumeIndex");
+  EXPECT_EQ(fault([&] { Index().TradeVolumeIndex(nullptr, prices, volumes, 0); }), Index::TradeVolumeIndexFault);
+}
+
+}  // namespace
+}  // namespace orvex

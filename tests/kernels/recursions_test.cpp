@@ -1,0 +1,53 @@
+// Rows that follow from the row before are computed in stretches side by side. Here are series that are long enough for
+// it, those among them on which the stretches do not meet of themselves.
+#include "orvex/averages/moving_average.h"
+#include "orvex/indices/index.h"
+#include "tests/support/levels.h"
+#include "tests/support/series.h"
+
+namespace orvex {
+namespace {
+
+using test::expectSameAtAllLevels;
+using test::field;
+using test::records;
+
+std::vector<double> repeated(double value, std::size_t count) {
+  return std::vector<double>(count, value);
+}
+
+std::vector<std::vector<double>> longSeries() {
+  std::mt19937 random(4);
+  std::vector<double> walk;
+  double price = 100.0;
+  for (int i = 0; i < 3001; ++i) walk.push_back(price += (static_cast<double>(random() % 201) - 100.0) / 100.0);
+  // A tail of zeros of the other sign than the values fade with, which take long to become zero too.
+  std::vector<double> fading = repeated(-0.0, 3000);
+  fading[0] = 1.0;
+  fading[1] = 3.0;
+  // Averages come to rest beside a price that stays, on the side from which they come.
+  std::vector<double> resting = repeated(0.1, 3000);
+  for (int i = 0; i < 30; ++i) resting[static_cast<std::size_t>(i)] = i;
+  // What a stretch begins with is far from what it should be.
+  std::vector<double> leap = walk;
+  for (std::size_t i = 1000; i < 1040; ++i) leap[i] = 1e58;
+  std::vector<double> broken = walk;
+  broken[2500] = std::numeric_limits<double>::infinity();
+  return {walk, fading, resting, leap, broken};
+}
+
+TEST(Recursions, StretchesSideBySideAreOneChain) {
+  for (const std::vector<double>& series : longSeries()) {
+    const auto data = records(series.size());
+    const auto source = field(series);
+    for (const int periods : {1, 2, 3, 9, 14, 40, 300, 1400}) {
+      SCOPED_TRACE("series from " + std::to_string(series[0]) + ", periods " + std::to_string(periods));
+      expectSameAtAllLevels(*data, [&] { return MovingAverage().ExponentialMovingAverage(data, source, periods); });
+      expectSameAtAllLevels(*data, [&] { return MovingAverage().WellesWilderSmoothing(source, periods); });
+      expectSameAtAllLevels(*data, [&] { return Index().RelativeStrengthIndex(data, source, periods); });
+    }
+  }
+}
+
+}  // namespace
+}  // namespace orvex
