@@ -84,9 +84,8 @@ shared_ptr<RecordSet> Bands::BollingerBands(shared_ptr<Database> data, shared_pt
   if (MA_Type < 1 || MA_Type > 7) raise(BollingerBandsTypeFault);
   if (Periods < 1 || Periods > count) raise(BollingerBandsPeriodsFault);
   if (StandardDeviations < 0 || StandardDeviations > 100) raise(BollingerBandsDeviationsFault);
-  auto result = trap(BollingerBandsAverageFault, [&] {
-    return averageOfType(MA_Type, data, Source, Periods, std::string(BollingerMedianName));
-  });
+  auto result = trap(BollingerBandsAverageFault,
+                     [&] { return averageOfType(MA_Type, data, Source, Periods, std::string(BollingerMedianName)); });
   return trap(BollingerBandsFault, [&] {
     const auto tops = makeColumn(count, std::string(BollingerTopName));
     const auto bottoms = makeColumn(count, std::string(BollingerBottomName));
@@ -136,7 +135,7 @@ shared_ptr<RecordSet> Bands::MovingAverageEnvelope(shared_ptr<Database> data, sh
   if (Shift.get() < 0 || Shift.get() > 100) raise(MovingAverageEnvelopeShiftFault);
   const std::string averageName = "Temp";
   auto result = trap(MovingAverageEnvelopeAverageFault,
-                           [&] { return averageOfType(MA_Type, data, Source, Periods, averageName); });
+                     [&] { return averageOfType(MA_Type, data, Source, Periods, averageName); });
   return trap(MovingAverageEnvelopeFault, [&] {
     const auto tops = makeColumn(count, std::string(EnvelopeTopName));
     const auto bottoms = makeColumn(count, std::string(EnvelopeBottomName));

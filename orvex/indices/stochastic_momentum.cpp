@@ -53,8 +53,8 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
           const kernels::Records records = recordRange(KPeriods, count);
           const std::size_t momenta = kernels::run(&Table::fromMiddle, closes.rows(), rowsOf(highest), rowsOf(lowest),
                                                    records, momentum.column->values().data());
-          const std::size_t ranges =
-              kernels::run(&Table::difference, rowsOf(highest), 0, rowsOf(lowest), records, range.column->values().data());
+          const std::size_t ranges = kernels::run(&Table::difference, rowsOf(highest), 0, rowsOf(lowest), records,
+                                                  range.column->values().data());
           return std::min(momenta, ranges);
         },
         [&](Integer record) {
