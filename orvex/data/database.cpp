@@ -146,7 +146,7 @@ void Database::loadLines(const std::string& filename, const std::string& delimit
   const std::shared_ptr<Database> self = weak_from_this().lock();
   const std::shared_ptr<RecordSet> recordset = recordset_;
   const Columns columns = columns_;
-  const std::string mark = delimiter;
+  const std::string mark = delimiter;  // NOLINT(performance-unnecessary-copy-initialization)
   TextFile file(filename);
   initializeColumns(columns, file.lineCount());
 

@@ -140,8 +140,10 @@ std::size_t fractals(Source source, int neighbours, Records records, double* out
   constexpr double none = largestInput;
   for (std::ptrdiff_t row = done - 1; row >= blank; --row) {
     const double value = source.rows[row - reach];
-    const bool fractal = beyond(value, out[row]) & beyond(value, out[row - reach - 1]);
-    out[row] = fractal ? value : none;
+    // Both are asked in any case: a branch that prices decide is guessed wrong too often.
+    const int later = beyond(value, out[row]) ? 1 : 0;
+    const int earlier = beyond(value, out[row - reach - 1]) ? 1 : 0;
+    out[row] = (later & earlier) != 0 ? value : none;
   }
   for (std::ptrdiff_t row = 0; row < blank; ++row) out[row] = 0.0;
   double latest = 0.0;
