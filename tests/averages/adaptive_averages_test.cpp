@@ -1,6 +1,5 @@
 #include "orvex/averages/average_type.h"
 #include "orvex/averages/moving_average.h"
-#include "tests/support/levels.h"
 #include "tests/support/series.h"
 
 namespace orvex {
@@ -97,23 +96,6 @@ TEST(AverageType, ChoosesByCode) {
     expectColumns(*averageOfType(code, data, source, 4, "m"), {{"m", {values.begin(), values.end()}}});
   }
   for (const int code : {0, 8, -1}) EXPECT_EQ(averageOfType(code, data, source, 4, "m"), nullptr);
-}
-
-TEST(AdaptiveAverages, AreTheSameAtAllLevels) {
-  std::mt19937 random(5);
-  for (int i = 0; i < 200; ++i) {
-    const std::size_t count = 1 + test::below(random, i % 20 == 0 ? 700 : 90);
-    const auto data = records(count);
-    const auto source = field(test::randomSeries(random, count));
-    const int periods = static_cast<int>(test::below(random, 15)) - 1;
-    const double scale = test::randomSeries(random, 1)[0];
-    SCOPED_TRACE(testing::Message() << "series " << i << ", " << count << " records, " << periods << " periods, scale "
-                                    << scale);
-    MovingAverage average;
-    test::expectSameAtAllLevels(*data, [&] { return average.TimeSeriesMovingAverage(data, source, periods); });
-    test::expectSameAtAllLevels(*data, [&] { return average.VariableMovingAverage(data, source, periods); });
-    test::expectSameAtAllLevels(*data, [&] { return average.VIDYA(data, source, periods, scale); });
-  }
 }
 
 }  // namespace

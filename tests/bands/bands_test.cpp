@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "tests/support/levels.h"
 #include "tests/support/series.h"
 
 namespace orvex {
@@ -242,28 +241,6 @@ TEST(Bands, FractalsShowWhenTheirLastNeighbourHasCome) {
   // The columns are needed even where no window fits.
   EXPECT_EQ(faultOf([&] { Bands().FractalChaosBands(data, nullptr, 5); }), Bands::FractalChaosBandsFault);
   EXPECT_EQ(faultOf([&] { Bands().FractalChaosBands(nullptr, nullptr, 2); }), faults::ObjectNotSet);
-}
-
-TEST(Bands, SameAtAllLevels) {
-  using test::below;
-  std::mt19937 random(6);
-  for (int round = 0; round < 400; ++round) {
-    const std::size_t count = 30 + below(random, 170);
-    const auto data = records(count);
-    const auto prices = std::make_shared<RecordSet>();
-    for (const auto name : {Database::HighName, Database::LowName, Database::CloseName}) {
-      prices->addField(field(test::randomSeries(random, count), std::string(name)));
-    }
-    const auto close = prices->getField("Close");
-    const int periods = 1 + static_cast<int>(below(random, 20));
-    const int type = 1 + static_cast<int>(below(random, 7));
-    SCOPED_TRACE(testing::Message() << "round " << round << ", periods " << periods << ", type " << type);
-    test::expectSameAtAllLevels(*data, [&] { return Bands().BollingerBands(data, close, periods, 2, type); });
-    test::expectSameAtAllLevels(*data, [&] { return Bands().MovingAverageEnvelope(data, close, periods, type, 3.0); });
-    test::expectSameAtAllLevels(*data, [&] { return Bands().Keltner(data, prices, periods, 1.3); });
-    test::expectSameAtAllLevels(*data, [&] { return Bands().FractalChaosBands(data, prices, periods); });
-    if (testing::Test::HasFailure()) break;
-  }
 }
 
 }  // namespace

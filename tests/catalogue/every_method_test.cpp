@@ -62,7 +62,7 @@ class EveryMethod : public testing::TestWithParam<Named> {
   template <class Check>
   void forRandomCalls(Check check) {
     std::mt19937 generator(20);
-    for (int i = 0; i < 1000 && !HasFailure(); ++i) {
+    for (int i = 0; i < 600 && !HasFailure(); ++i) {
       std::vector<std::uint8_t> bytes(160);
       std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(generator()); });
       check(bytes);
@@ -146,7 +146,7 @@ TEST_P(EveryMethod, ReturnsWhatItPromisesOrAnErrorThatItNames) {
       for (const std::uint64_t value : bits) EXPECT_TRUE(std::isfinite(std::bit_cast<double>(value))) << name;
     }
   });
-  EXPECT_GT(returned, 20) << "too few of the calls succeed to tell anything";
+  EXPECT_GT(returned, 10) << "too few of the calls succeed to tell anything";
 }
 
 TEST_P(EveryMethod, NamesComputedRowsThatCanBeEvaluated) {

@@ -2,7 +2,6 @@
 #include <limits>
 
 #include "orvex/general/general.h"
-#include "tests/support/levels.h"
 #include "tests/support/series.h"
 
 namespace orvex {
@@ -96,20 +95,6 @@ TEST(Extremes, OfARangeThatCannotBe) {
   for (const auto& [source, first, last] : cases) {
     EXPECT_EQ(faultOf([&, s = source, f = first, l = last] { General().MaxValue(s, f, l); }), General::MaxValueFault);
     EXPECT_EQ(faultOf([&, s = source, f = first, l = last] { General().MinValue(s, f, l); }), General::MinValueFault);
-  }
-}
-
-TEST(Extremes, AreTheSameAtAllLevels) {
-  std::mt19937 random(1);
-  for (int i = 0; i < 300; ++i) {
-    // Now and then longer than the windows that are computed by doubling.
-    const std::size_t count = 1 + test::below(random, i % 30 == 0 ? 900 : 120);
-    const auto data = records(count);
-    const auto source = field(test::randomSeries(random, count));
-    const int periods = static_cast<int>(test::below(random, i % 2 == 0 ? 25 : count + 2)) - 1;
-    SCOPED_TRACE(testing::Message() << "series " << i << ", " << count << " records, " << periods << " periods");
-    test::expectSameAtAllLevels(*data, [&] { return General().HHV(data, source, periods); });
-    test::expectSameAtAllLevels(*data, [&] { return General().LLV(data, source, periods); });
   }
 }
 

@@ -1,7 +1,6 @@
 #include <limits>
 
 #include "orvex/general/general.h"
-#include "tests/support/levels.h"
 #include "tests/support/series.h"
 
 namespace orvex {
@@ -99,26 +98,6 @@ TEST(RatesOfChange, Faults) {
   expectFault(General::VolumeROCFault, 3, &General::VolumeROC, {5, 5}, 1);
   expectFault(General::VolumeROCFault, 2, &General::VolumeROC, {notANumber, 5}, 1);
   expectFault(General::PriceROCFault, 2, &General::PriceROC, {notANumber, 5}, 1);
-}
-
-TEST(PriceTransforms, AreTheSameAtAllLevels) {
-  std::mt19937 random(2);
-  for (int i = 0; i < 200; ++i) {
-    const std::size_t count = 1 + test::below(random, i % 20 == 0 ? 1500 : 100);
-    const auto data = records(count);
-    const auto column = [&](const std::string& name) { return field(test::randomSeries(random, count), name); };
-    const auto prices = makeRecordSet({column("High"), column("Low"), column("Close")});
-    const auto source = column("Source");
-    const int periods = static_cast<int>(test::below(random, count + 3)) - 1;
-    SCOPED_TRACE(testing::Message() << "series " << i << ", " << count << " records, " << periods << " periods");
-    General general;
-    test::expectSameAtAllLevels(*data, [&] { return general.HighMinusLow(data, prices); });
-    test::expectSameAtAllLevels(*data, [&] { return general.MedianPrice(data, prices); });
-    test::expectSameAtAllLevels(*data, [&] { return general.TypicalPrice(data, prices); });
-    test::expectSameAtAllLevels(*data, [&] { return general.WeightedClose(data, prices); });
-    test::expectSameAtAllLevels(*data, [&] { return general.PriceROC(data, source, periods); });
-    test::expectSameAtAllLevels(*data, [&] { return general.VolumeROC(data, source, periods); });
-  }
 }
 
 }  // namespace

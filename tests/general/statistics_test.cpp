@@ -1,7 +1,6 @@
 #include <cmath>
 
 #include "orvex/general/general.h"
-#include "tests/support/levels.h"
 #include "tests/support/series.h"
 
 namespace orvex {
@@ -60,13 +59,6 @@ TEST(StandardDeviation, TellsAFailedAverageFromOtherFaults) {
   EXPECT_EQ(data->getPosition(), 3);
 }
 
-TEST(StandardDeviation, YieldsInItsAverageOnly) {
-  const auto data = records(5);
-  const test::YieldRecord record(*data);
-  General().StandardDeviation(data, field({7, 1, 3, 3, 9}), 2, 1, 1);
-  EXPECT_EQ(record.positions(), (std::vector<int>{4, 5, 6}));
-}
-
 TEST(CorrelationAnalysis, HandComputedColumns) {
   const auto steps = field({1, 3, 2, 2});
   General general;
@@ -78,21 +70,6 @@ TEST(CorrelationAnalysis, HandComputedColumns) {
   for (const auto& [a, b] :
        {std::pair{field({1, 2}), field({1, 2})}, {steps, field({1, 2, 3})}, {steps, nullptr}, {nullptr, steps}}) {
     EXPECT_EQ(faultOf([&, x = a, y = b] { General().CorrelationAnalysis(x, y); }), General::CorrelationAnalysisFault);
-  }
-}
-
-TEST(Statistics, AreTheSameAtAllLevels) {
-  std::mt19937 random(3);
-  for (int i = 0; i < 200; ++i) {
-    const std::size_t count = 1 + test::below(random, i % 20 == 0 ? 700 : 90);
-    const auto data = records(count);
-    const auto a = field(test::randomSeries(random, count)), b = field(test::randomSeries(random, count));
-    const int periods = static_cast<int>(test::below(random, 12)) - 1;
-    const int type = static_cast<int>(test::below(random, 9));
-    SCOPED_TRACE(testing::Message() << "series " << i << ", " << count << " records, " << periods << " periods, type "
-                                    << type);
-    test::expectSameAtAllLevels(*data, [&] { return General().StandardDeviation(data, a, periods, 2, type); });
-    test::expectSameAtAllLevels(*data, [&] { return General().CorrelationAnalysis(a, b); });
   }
 }
 

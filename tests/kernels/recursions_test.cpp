@@ -2,7 +2,7 @@
 // it, those among them on which the stretches do not meet of themselves.
 #include "orvex/averages/moving_average.h"
 #include "orvex/indices/index.h"
-#include "tests/support/levels.h"
+#include "tests/kernels/levels.h"
 #include "tests/support/series.h"
 
 namespace orvex {

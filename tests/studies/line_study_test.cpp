@@ -57,8 +57,8 @@ TEST(LineStudy, TironeLevelsOfASpan) {
 TEST(LineStudy, TironeReportsItsChecksAsUnexpected) {
   const auto data = records(4);
   const struct { int start, end; } spans[] = {{2, 5}, {0, 3}, {3, 2}, {1, 3}};
-  for (const auto& [start, end] : spans) {
-    EXPECT_EQ(faultOf([&] { LineStudy().TironeLevel(data, data->getRecordset(), start, end); }),
+  for (const auto& span : spans) {
+    EXPECT_EQ(faultOf([&] { LineStudy().TironeLevel(data, data->getRecordset(), span.start, span.end); }),
               LineStudy::TironeLevelFault);
   }
   EXPECT_EQ(faultOf([&] { LineStudy().TironeLevel(nullptr, data->getRecordset(), 2, 3); }),

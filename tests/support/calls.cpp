@@ -102,7 +102,7 @@ Value text(Choices& choices) {
 
 World makeWorld(Choices& choices) {
   World world;
-  world.count = choices.of<int>({1, 2, 3, 7, 30, 60, 200, 300});
+  world.count = choices.of<int>({1, 2, 3, 7, 30, 60, 200, 600});
   world.prices = std::make_shared<RecordSet>();
   const bool incomplete = choices.once(12);
   for (const auto name : {Database::DateName, Database::OpenName, Database::HighName, Database::LowName,
