@@ -170,7 +170,8 @@ class Prices {
 
 std::shared_ptr<Note> CandleStick::IdentifyPattern(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                                    Integer Period) {
-  if (Period < 1 || Period > object(data).getRecordCount()) raise(IdentifyPatternPeriodFault);
+  const Integer count = object(data).getRecordCount();
+  if (Period < 1 || Period > count) raise(IdentifyPatternPeriodFault);
   return trap(IdentifyPatternFault, [&] {
     auto note = std::make_shared<Note>();
     note->setPeriod(Period);

@@ -141,7 +141,7 @@ TEST(CandleStick, Errors) {
   CandleStick candles;
   EXPECT_EQ(faultOf([&] { candles.IdentifyPattern(data, nullptr, 0); }), period);
   EXPECT_EQ(faultOf([&] { candles.IdentifyPattern(data, nullptr, 13); }), period);
-  EXPECT_EQ(faultOf([&] { candles.IdentifyPattern(nullptr, nullptr, 12); }), faults::ObjectNotSet);
+  EXPECT_EQ(faultOf([&] { candles.IdentifyPattern(nullptr, nullptr, 0); }), faults::ObjectNotSet);
   EXPECT_EQ(faultOf([&] { candles.IdentifyPattern(data, nullptr, 12); }), CandleStick::IdentifyPatternFault);
   data->getRecordset()->removeField("Low");
   EXPECT_EQ(faultOf([&] { candles.IdentifyPattern(data, data->getRecordset(), 12); }),
