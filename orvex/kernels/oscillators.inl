@@ -273,7 +273,9 @@ std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles,
   if (shortest < 1) return 0;
   const std::ptrdiff_t count = least(present(buying, records, longest - 1), present(range, records, longest - 1));
   const std::ptrdiff_t first = records.first - 1;
-  eachBlock<2>(first, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
+  // Loads, not additions, are what it waits for, and every load of eight lanes would lie in two cache lines.
+  constexpr int lanes = widestLanes < 4 ? widestLanes : 4;
+  eachBlock<2, lanes>(first, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P bought[3][Packs] = {};
     P ranged[3][Packs] = {};

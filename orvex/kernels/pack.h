@@ -162,12 +162,12 @@ Pack<Lanes> magnitude(Pack<Lanes> a) {
 /// Runs `body.template operator()<Lanes, Count>(i)` for blocks of Lanes x Count rows from row `from` (counted from 0)
 /// on, until `count` rows are done: wide blocks with `Count` packs in registers while they fit, then single packs, then
 /// single rows.
-template <int Count, class Body>
+template <int Count, int Widest = widestLanes, class Body>
 void eachBlock(std::ptrdiff_t from, std::ptrdiff_t count, Body body) {
   const std::ptrdiff_t end = from + count;
-  constexpr int block = widestLanes * Count;
-  for (; from + block <= end; from += block) body.template operator()<widestLanes, Count>(from);
-  for (; from + widestLanes <= end; from += widestLanes) body.template operator()<widestLanes, 1>(from);
+  constexpr int block = Widest * Count;
+  for (; from + block <= end; from += block) body.template operator()<Widest, Count>(from);
+  for (; from + Widest <= end; from += Widest) body.template operator()<Widest, 1>(from);
   for (; from < end; ++from) body.template operator()<1, 1>(from);
 }
 
