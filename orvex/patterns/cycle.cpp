@@ -1,7 +1,9 @@
 #include "orvex/patterns/cycle.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
+#include <span>
 #include <vector>
 
 #include "orvex/data/columns.h"
@@ -13,19 +15,20 @@ namespace orvex {
 
 namespace {
 
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
 /// For every record from 3 on, in rows counted from 0: the least value of a later record that is greater than its own,
 /// or infinity. It tells whether a search will meet anything, so that only searches that do are made: their lengths add
-/// up to what fits 16 bits, while searches in vain would make the whole quadratic.
-std::vector<double> leastLaterAbove(const std::shared_ptr<Field>& source, Integer count) {
-  const auto rows = static_cast<std::size_t>(std::max(count.value(), 0));
-  std::vector<double> above(rows, std::numeric_limits<double>::infinity());
-  if (rows < 4) return above;
-  std::vector<double> values(rows);
-  std::vector<std::size_t> order;
-  for (std::size_t row = 2; row < rows; ++row) {
-    values[row] = at(source, static_cast<int>(row) + 1);
-    order.push_back(row);
+/// up to what fits 16 bits, while searches in vain would make the whole quadratic. Where a value is not finite every
+/// search is to be made, since the first to reach the value fails.
+std::vector<double> leastLaterAbove(std::span<const double> values) {
+  const std::size_t rows = values.size();
+  if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); })) {
+    return std::vector<double>(rows, -infinity);
   }
+  std::vector<double> above(rows, infinity);
+  std::vector<std::size_t> order;
+  for (std::size_t row = 2; row < rows; ++row) order.push_back(row);
   // Equal values in falling order of their records: behind a record in the chain then comes the next greater value.
   std::sort(order.begin(), order.end(),
             [&](std::size_t a, std::size_t b) { return values[a] < values[b] || (values[a] == values[b] && a > b); });
@@ -49,7 +52,7 @@ std::vector<double> leastLaterAbove(const std::shared_ptr<Field>& source, Intege
 Integer Cycle::Analyze(std::shared_ptr<Field> Source) {
   return trap(AnalyzeFault, [&] {
     const Integer count = object(Source).getRecordCount();
-    const std::vector<double> above = leastLaterAbove(Source, count);
+    const std::vector<double> above = leastLaterAbove(Source->values());
     Integer total = 0;
     eachRecord(2, count - 1, noKernel, [&](Integer i) {
       Real a = at(Source, i - 1);

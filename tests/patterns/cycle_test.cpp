@@ -4,6 +4,7 @@
 #include <limits>
 #include <random>
 
+#include "orvex/data/host_events.h"
 #include "tests/support/series.h"
 
 namespace orvex {
@@ -50,6 +51,12 @@ TEST(Cycle, EveryFaultIsUnexpected) {
   }
   // The value between the neighbours is not looked at.
   EXPECT_EQ(Cycle().Analyze(field({3, nan, 1})), 0);
+  // The search from record 2 ends before the last value, the one from record 3 comes upon it.
+  int done = 0;
+  setYieldHook({[](void* count) { ++*static_cast<int*>(count); }, &done});
+  EXPECT_EQ(faultOf([&] { Cycle().Analyze(field({10, 8, 6, 9, nan})); }), Cycle::AnalyzeFault);
+  setYieldHook({});
+  EXPECT_EQ(done, 1);
 }
 
 /// The definition, search by search.
