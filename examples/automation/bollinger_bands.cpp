@@ -1,8 +1,8 @@
 // Bollinger bands of a price file, from a compiled program that binds early: it calls through the interfaces of
 // Orvex.h, which is made from the interface definition.
 //
-//   i686-w64-mingw32-g++ -std=c++17 -municode bollinger_bands.cpp -o bollinger_bands.exe -static -lole32 -loleaut32
-//   cl /std:c++17 /EHsc bollinger_bands.cpp ole32.lib oleaut32.lib
+//   i686-w64-mingw32-g++ -municode -static -I../include bollinger_bands.cpp -o bollinger_bands.exe -lole32 -loleaut32
+//   cl /std:c++17 /EHsc /I ..\include bollinger_bands.cpp ole32.lib oleaut32.lib
 //
 //   regsvr32 Orvex.dll                 once, as an administrator; or see README.txt for use without registration
 //   bollinger_bands.exe prices.csv
