@@ -38,7 +38,7 @@ std::size_t totals(std::ptrdiff_t from, std::ptrdiff_t count, double* out, Chang
 /// How far two values are apart; 0 without a sign where they are equal.
 template <class P>
 P distance(P a, P b) {
-  return larger(a - b, b - a);
+  return magnitude(a - b);
 }
 
 /// The records that can be computed from two columns' rows record - 1 and record.

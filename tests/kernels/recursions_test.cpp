@@ -1,14 +1,17 @@
 // Rows that follow from the row before are computed in stretches side by side. Here are series that are long enough for
 // it, those among them on which the stretches do not meet of themselves.
-#include "orvex/averages/moving_average.h"
-#include "orvex/indices/index.h"
-#include "tests/kernels/levels.h"
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "orvex/kernels/kernels.h"
+#include "tests/support/calls.h"
 #include "tests/support/series.h"
 
 namespace orvex {
 namespace {
 
-using test::expectSameAtAllLevels;
+using kernels::Level;
 using test::field;
 using test::records;
 
@@ -37,14 +40,31 @@ std::vector<std::vector<double>> longSeries() {
 }
 
 TEST(Recursions, StretchesSideBySideAreOneChain) {
+  const struct {
+    const char* owner;
+    const char* method;
+  } recursions[] = {{"MovingAverage", "ExponentialMovingAverage"},
+                    {"MovingAverage", "WellesWilderSmoothing"},
+                    {"Index", "RelativeStrengthIndex"}};
   for (const std::vector<double>& series : longSeries()) {
-    const auto data = records(series.size());
-    const auto source = field(series);
-    for (const int periods : {1, 2, 3, 9, 14, 40, 300, 1400}) {
-      SCOPED_TRACE("series from " + std::to_string(series[0]) + ", periods " + std::to_string(periods));
-      expectSameAtAllLevels(*data, [&] { return MovingAverage().ExponentialMovingAverage(data, source, periods); });
-      expectSameAtAllLevels(*data, [&] { return MovingAverage().WellesWilderSmoothing(source, periods); });
-      expectSameAtAllLevels(*data, [&] { return Index().RelativeStrengthIndex(data, source, periods); });
+    const test::World world{records(series.size()), {}, {}, static_cast<int>(series.size())};
+    for (const auto& [className, methodName] : recursions) {
+      const catalogue::Class& owner = *catalogue::findClass(className);
+      const catalogue::Method& method = *catalogue::findMethod(owner, methodName);
+      for (const int periods : {1, 2, 3, 9, 14, 40, 300, 1400}) {
+        test::Call call{&owner, &method, {field(series), Integer(periods), catalogue::Missing{}}};
+        if (method.arguments.size() == 4) call.arguments.insert(call.arguments.begin(), world.data);
+        SCOPED_TRACE(call.describe() + " from " + std::to_string(series[0]));
+        const auto outcome = [&](Level level) {
+          kernels::setLevel(level);
+          world.data->MoveFirst();
+          return test::run(world, call);
+        };
+        const test::Outcome expected = outcome(Level::Off);
+        for (const Level level : {Level::Baseline, Level::Avx2, Level::Avx512}) {
+          EXPECT_EQ(outcome(level), expected) << "level " << static_cast<int>(level);
+        }
+      }
     }
   }
 }

@@ -18,6 +18,10 @@ using catalogue::Value;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
 
+std::uint64_t bitsOf(double value) {
+  return std::bit_cast<std::uint64_t>(value);
+}
+
 /// Values of one kind: prices in cents, few different ones, signed zeros, huge ones, ...
 std::vector<double> series(Choices& choices, int count) {
   enum { Walk, Walk2, FewWholes, Flat, Zero, SignedZeros, Negative, Huge, Tiny, Volumes, Kinds };
@@ -138,7 +142,7 @@ std::vector<std::vector<std::uint64_t>> contents(const World& world) {
   for (const auto& field : all) {
     rows.emplace_back();
     if (field == nullptr) continue;
-    for (const double value : field->values()) rows.back().push_back(std::bit_cast<std::uint64_t>(value));
+    for (const double value : field->values()) rows.back().push_back(bitsOf(value));
   }
   return rows;
 }
@@ -203,12 +207,12 @@ Outcome run(const World& world, Call call) {
       for (int i = 1; i <= (*set)->getFieldCount(); ++i) {
         auto& [name, bits] = outcome.columns.emplace_back();
         name = (*set)->getName(i);
-        for (const double value : (*set)->getField(name)->values()) bits.push_back(std::bit_cast<std::uint64_t>(value));
+        for (const double value : (*set)->getField(name)->values()) bits.push_back(bitsOf(value));
       }
     } else if (const auto* note = std::get_if<std::shared_ptr<Note>>(&result)) {
-      other << std::hexfloat << (*note)->getPeriod().value() << ' ' << (*note)->getValue() << ' ' << (*note)->getNote();
+      other << (*note)->getPeriod().value() << ' ' << bitsOf((*note)->getValue()) << ' ' << (*note)->getNote();
     } else if (call.method->result == Type::Double) {
-      other << std::hexfloat << std::get<double>(result);
+      other << bitsOf(std::get<double>(result));
     } else if (call.method->result == Type::Integer || call.method->result == Type::Boolean) {
       other << std::get<std::string>(catalogue::coerce(result, Type::String));
     }
