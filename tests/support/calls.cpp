@@ -22,10 +22,10 @@ std::uint64_t bitsOf(double value) {
   return std::bit_cast<std::uint64_t>(value);
 }
 
-/// Values of one kind: prices in cents, few different ones, signed zeros, huge ones, ...
-std::vector<double> series(Choices& choices, int count) {
-  enum { Walk, Walk2, FewWholes, Flat, Zero, SignedZeros, Negative, Huge, Tiny, Volumes, Kinds };
-  const auto kind = choices.below(Kinds);
+/// Prices in cents, few different values, signed zeros, huge ones, ...
+enum Kind { Walk, Walk2, FewWholes, Flat, Zero, SignedZeros, Negative, Huge, Tiny, Volumes, Kinds };
+
+std::vector<double> series(Choices& choices, int count, std::size_t kind) {
   const int start = static_cast<int>(choices.below(4000));
   std::uint32_t state = static_cast<std::uint32_t>(choices.below(65536));
   const auto draw = [&](int limit) {
@@ -70,9 +70,9 @@ std::vector<double> series(Choices& choices, int count) {
   return values;
 }
 
-std::shared_ptr<Field> column(Choices& choices, int count, const std::string& name) {
+std::shared_ptr<Field> column(Choices& choices, int count, const std::string& name, std::size_t kind) {
   auto made = makeColumn(count, name);
-  const std::vector<double> values = series(choices, count);
+  const std::vector<double> values = series(choices, count, kind);
   std::copy(values.begin(), values.end(), made->values().begin());
   return made;
 }
@@ -109,9 +109,11 @@ World makeWorld(Choices& choices) {
   world.count = choices.of<int>({1, 2, 3, 7, 30, 60, 200, 600});
   world.prices = std::make_shared<RecordSet>();
   const bool incomplete = choices.once(12);
+  const std::size_t common = choices.below(3 * Kinds);
+  const auto kind = [&] { return common < Kinds ? common : choices.below(Kinds); };
   for (const auto name : {Database::DateName, Database::OpenName, Database::HighName, Database::LowName,
                           Database::CloseName, Database::VolumeName}) {
-    world.prices->addField(column(choices, world.count, std::string(name)));
+    world.prices->addField(column(choices, world.count, std::string(name), kind()));
   }
   if (!choices.once(3)) order(*world.prices);
   world.data = std::make_shared<Database>();
@@ -120,17 +122,17 @@ World makeWorld(Choices& choices) {
   world.fields = {world.prices->getField("Close"), world.prices->getField("Close"), world.prices->getField("High"),
                   world.prices->getField("Low"), world.prices->getField("Volume")};
   if (choices.once(3)) {
-    auto destroyed = column(choices, world.count, "destroyed");
+    auto destroyed = column(choices, world.count, "destroyed", kind());
     destroyed->destroy();
     world.fields = {nullptr,
                     std::make_shared<Field>(),
                     destroyed,
-                    column(choices, world.count + 1, "longer"),
-                    column(choices, std::max(1, world.count - 2), "shorter"),
+                    column(choices, world.count + 1, "longer", kind()),
+                    column(choices, std::max(1, world.count - 2), "shorter", kind()),
                     world.fields[0]};
   }
   if (incomplete) world.prices->removeField(world.prices->getName(static_cast<int>(1 + choices.below(6))));
-  if (choices.once(12)) world.prices->addField(column(choices, world.count, "Close"));
+  if (choices.once(12)) world.prices->addField(column(choices, world.count, "Close", kind()));
   return world;
 }
 
