@@ -77,6 +77,11 @@ std::string describeMethod(const Class& owner, const Method& method) {
   for (const Column& column : method.columns)
     rows.push_back({titleOf(column), fmt::format("computed rows {}", rowsOf(column))});
   section("Result columns (N: the record count)", rows);
+  const auto hasFunction = [](const Column& column) {
+    const std::string computed = rowsOf(column);
+    return computed.find("average(") != std::string::npos || computed.find('\\') != std::string::npos;
+  };
+  if (std::any_of(method.columns.begin(), method.columns.end(), hasFunction)) text += fmt::format("\n{}", RowFunctions);
   rows.clear();
   for (const Fault& fault : method.faults) {
     rows.push_back({fmt::to_string(fault.number), std::string(fault.source), descriptionOf(fault)});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "orvex/catalogue/description.h"
 
@@ -18,6 +19,14 @@ std::string titleOf(const catalogue::Column& column);
 
 /// "Periods + 1 to N".
 std::string rowsOf(const catalogue::Column& column);
+
+/// What the functions in such rows mean.
+inline constexpr std::string_view RowFunctions =
+    R"(average(code, P) is the first computed row of the moving average of that code: P + 1 for 1, 2 and 6, 2 * P + 1 for
+3, 5 and 7, 3 * P + 1 and at least 10 for 4. A third number is the row from which the averaged column is computed:
+average(code, P, F) is not below F + P - 1, for 2 not below F + P, for 4 not below F + 9. choose(a < b, x, y) is x where
+a < b and y elsewhere; \ divides without a rest.
+)";
 
 /// What a fault says; some say what went wrong inside.
 std::string descriptionOf(const Fault& fault);

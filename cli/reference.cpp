@@ -25,9 +25,9 @@ Every class of the library with its methods. `orvex reference` prints this page;
 
 - Records run from 1, the oldest, to N, the record count. An Integer has 16 bits; a period that does not fit is error 6
   "Overflow", a text that is no number error 13 "Type mismatch", both from "Orvex".
+- A class that holds data keeps it between calls. The others are calculators: one object serves any number of calls.
 - The computed rows of a result column are the records whose every input is itself computed. Rows outside them hold 0,
   or what the formula makes of values that are not computed yet.
-- A class that holds data keeps it between calls. The others are calculators: one object serves any number of calls.
 )";
 
 /// A cell of a table, where "|" would end it.
@@ -71,7 +71,7 @@ std::string methodSection(const Class& owner, const Method& method) {
 }  // namespace
 
 std::string referencePage() {
-  std::string text(introduction);
+  std::string text = fmt::format("{}- In them, {}", introduction, RowFunctions);
   for (const Class* owner : catalogue::classes()) {
     text += fmt::format("\n## {}\n\n{}{}\n", owner->name, owner->help,
                         owner->holdsState ? " Its objects hold data between calls." : "");

@@ -23,7 +23,7 @@ struct Description<ChartPattern> {
           "PercentRetracement", "How much of a span's move the last value has given back, in percent.",
           {Data, Source, StartPeriod, EndPeriod}, {},
           {faults::ObjectNotSet, ChartPattern::PercentRetracementEndFault, ChartPattern::PercentRetracementStartFault,
-           General::MaxValueFault, General::MinValueFault, ChartPattern::PercentRetracementFault}),
+           General::MaxValueFault, ChartPattern::PercentRetracementFault}),
   };
 };
 
