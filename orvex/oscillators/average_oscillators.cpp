@@ -88,16 +88,28 @@ Real rangeOfSpan(const SpanExtremes& known, const std::shared_ptr<Field>& source
   return span.highest() - span.lowest();
 }
 
-/// What the price and the volume oscillator share.
+/// What the price and the volume oscillator differ in.
+struct DifferenceTexts {
+  std::string_view name;
+  Fault periods, average, unexpected;
+};
+
 std::shared_ptr<RecordSet> differenceInPercent(const std::shared_ptr<Database>& data,
                                                const std::shared_ptr<Field>& source, Integer shortCycle,
-                                               Integer longCycle, Integer MA_Type, const std::string& name) {
-  const Integer count = data->getRecordCount();
-  const auto result = makeColumn(count, name);
-  const ShortAndLong averages = shortAndLong(MA_Type, data, source, shortCycle, longCycle);
-  fillPercentages(averages.first, count, averages.shorter, averages.longer, 0, *result);
-  data->MoveFirst();
-  return makeRecordSet({result});
+                                               Integer longCycle, Integer MA_Type, InOut<std::string>& alias,
+                                               const DifferenceTexts& texts) {
+  applyDefault(alias, texts.name);
+  const Integer count = object(data).getRecordCount();
+  checkPeriods(shortCycle, 1, count, texts.periods);
+  checkPeriods(longCycle, 1, count, texts.periods);
+  checkAverage(MA_Type, texts.average);
+  return trap(texts.unexpected, [&] {
+    const auto result = makeColumn(count, alias.get());
+    const ShortAndLong averages = shortAndLong(MA_Type, data, source, shortCycle, longCycle);
+    fillPercentages(averages.first, count, averages.shorter, averages.longer, 0, *result);
+    data->MoveFirst();
+    return makeRecordSet({result});
+  });
 }
 
 }  // namespace
@@ -105,25 +117,17 @@ std::shared_ptr<RecordSet> differenceInPercent(const std::shared_ptr<Database>& 
 std::shared_ptr<RecordSet> Oscillator::PriceOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                        Integer ShortCycle, Integer LongCycle, Integer MA_Type,
                                                        InOut<std::string> Alias) {
-  applyDefault(Alias, PriceOscillatorName);
-  const Integer count = object(data).getRecordCount();
-  checkPeriods(ShortCycle, 1, count, PriceOscillatorPeriodsFault);
-  checkPeriods(LongCycle, 1, count, PriceOscillatorPeriodsFault);
-  checkAverage(MA_Type, PriceOscillatorAverageFault);
-  return trap(PriceOscillatorFault,
-              [&] { return differenceInPercent(data, Source, ShortCycle, LongCycle, MA_Type, Alias.get()); });
+  return differenceInPercent(
+      data, Source, ShortCycle, LongCycle, MA_Type, Alias,
+      {PriceOscillatorName, PriceOscillatorPeriodsFault, PriceOscillatorAverageFault, PriceOscillatorFault});
 }
 
 std::shared_ptr<RecordSet> Oscillator::VolumeOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Volume,
                                                         Integer ShortCycle, Integer LongCycle, Integer MA_Type,
                                                         InOut<std::string> Alias) {
-  applyDefault(Alias, VolumeOscillatorName);
-  const Integer count = object(data).getRecordCount();
-  checkPeriods(ShortCycle, 1, count, VolumeOscillatorPeriodsFault);
-  checkPeriods(LongCycle, 1, count, VolumeOscillatorPeriodsFault);
-  checkAverage(MA_Type, VolumeOscillatorAverageFault);
-  return trap(VolumeOscillatorFault,
-              [&] { return differenceInPercent(data, Volume, ShortCycle, LongCycle, MA_Type, Alias.get()); });
+  return differenceInPercent(
+      data, Volume, ShortCycle, LongCycle, MA_Type, Alias,
+      {VolumeOscillatorName, VolumeOscillatorPeriodsFault, VolumeOscillatorAverageFault, VolumeOscillatorFault});
 }
 
 std::shared_ptr<RecordSet> Oscillator::MACD(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
