@@ -121,8 +121,6 @@ Cell cellOf(const Content& content) {
       return Empty{};
     case VT_NULL:
       return Null{};
-    case VT_VARIANT:
-      return cellOf(contentOf(*static_cast<VARIANT*>(content.place)));
     case VT_BSTR:
     case VT_BOOL:
     case VT_DATE:
