@@ -52,7 +52,10 @@ HRESULT STDMETHODCALLTYPE invoke(ServerObject* self, DISPID id, const IID* reser
                                  DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                                  UINT* argument) noexcept {
   if (*reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-  if (parameters == nullptr) return E_INVALIDARG;
+  if (parameters == nullptr || (parameters->cArgs > 0 && parameters->rgvarg == nullptr) ||
+      (parameters->cNamedArgs > 0 && parameters->rgdispidNamedArgs == nullptr)) {
+    return E_INVALIDARG;
+  }
   const Hold hold(self);
   return invokeLate(*self, id, flags, *parameters, result, exception, argument);
 }

@@ -121,8 +121,6 @@ Cell cellOf(const Content& content) {
       return Empty{};
     case VT_NULL:
       return Null{};
-    case VT_VARIANT:
-      return cellOf(contentOf(*static_cast<VARIANT*>(content.place)));
     case VT_BSTR:
     case VT_BOOL:
     case VT_DATE:
@@ -146,6 +144,43 @@ bool isNumeric(VARTYPE type) {
   return false;
 }
 
+/// How many bytes a value of a type takes where a reference points or an array has its elements; 0 for what no argument
+/// is made of.
+std::size_t sizeOf(VARTYPE type) {
+  switch (type) {
+    case VT_I1:
+    case VT_UI1:
+      return 1;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+      return 2;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+    case VT_ERROR:
+      return 4;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+      return 8;
+    case VT_BSTR:
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+      return sizeof(void*);
+    case VT_DECIMAL:
+      return sizeof(DECIMAL);
+    case VT_VARIANT:
+      return sizeof(VARIANT);
+    default:
+      return 0;
+  }
+}
+
 /// The elements of an array, locked in place.
 class Elements {
  public:
@@ -157,6 +192,8 @@ class Elements {
   Elements& operator=(const Elements&) = delete;
 
   std::size_t count() const { return array_->rgsabound[0].cElements; }
+  /// There is a description of the array and no memory for it yet.
+  bool areMissing() const { return first_ == nullptr && count() > 0; }
   template <class T>
   T* as() const {
     return static_cast<T*>(first_);
@@ -180,6 +217,9 @@ VariantArray arrayOf(SAFEARRAY* array, VARTYPE type) {
   VARTYPE own = VT_EMPTY;
   if (SUCCEEDED(SafeArrayGetVartype(array, &own))) type = own;
   const Elements elements(array);
+  if (elements.areMissing()) return Array<double>();
+  // What lies in the array is not what its type says, or is nothing that a value is made of, such as a record.
+  if (array->cbElements != sizeOf(type)) return VariantArray();
   if (type == VT_R8) {
     const auto* numbers = elements.as<double>();
     return Array<double>(std::vector<double>(numbers, numbers + elements.count()), bound);
@@ -191,9 +231,11 @@ VariantArray arrayOf(SAFEARRAY* array, VARTYPE type) {
     }
     return Array<double>(std::move(numbers), bound);
   }
-  if (type == VT_RECORD) return VariantArray();
   std::vector<Cell> cells(elements.count());
-  for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = cellOf({type, elements.at(i)});
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    void* place = elements.at(i);
+    cells[i] = cellOf(type == VT_VARIANT ? contentOf(*static_cast<VARIANT*>(place)) : Content{type, place});
+  }
   return Array<Cell>(std::move(cells), bound);
 }
 
@@ -283,33 +325,6 @@ void replace(VARIANT& target, VARIANT fresh) {
   target = fresh;
 }
 
-/// The size of what a typed reference refers to, for the types that an argument may be written back as.
-std::size_t sizeOf(VARTYPE type) {
-  switch (type) {
-    case VT_I1:
-    case VT_UI1:
-      return 1;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-      return 2;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-      return 4;
-    case VT_I8:
-    case VT_UI8:
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-      return 8;
-    default:
-      return 0;
-  }
-}
-
 }  // namespace
 
 Value valueOf(const VARIANT& variant, Type wanted) {
@@ -346,7 +361,7 @@ void writeBack(const VARIANT& reference, const Value& value) {
     SysFreeString(target.as<BSTR>());
     std::memcpy(target.place, &V_BSTR(&fresh), sizeof(BSTR));
   } else {
-    std::memcpy(target.place, &V_UI1(&fresh), sizeOf(target.type));
+    std::memcpy(target.place, contentOf(fresh).place, sizeOf(target.type));
   }
 }
 

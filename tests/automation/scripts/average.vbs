@@ -48,6 +48,14 @@ Expect "variables", result.getValue(name, 4), mean
 Expect "array", IsArray(source.getDoubleArray()), True
 Expect "no note yet", CreateObject("Orvex.Field").getNote() Is Nothing, True
 
+' Many calls, each result let go of by the next.
+Dim total
+For row = 1 To 1000
+  Set result = average.SimpleMovingAverage(data, source, row Mod 20 + 1)
+  total = total + result.getValue("SimpleMovingAverage", 500) / source.getValue(500)
+Next
+Expect "a thousand calls", total > 900 And total < 1100, True
+
 Dim second
 Set second = CreateObject("Orvex.Database")
 Set second.RecordsetCache = prices

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
+#include <functional>
 
 #include "Orvex.h"
 #include "orvex/automation/floating_point.h"
@@ -13,27 +13,6 @@ namespace {
 
 using automation::FloatingPoint;
 
-/// An object of another server: it knows nothing but IDispatch.
-class Foreign final : public IDispatch {
- public:
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override {
-    *result = id == IID_IUnknown || id == IID_IDispatch ? this : nullptr;
-    if (*result == nullptr) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-    return E_NOTIMPL;
-  }
-
-  ULONG references = 1;
-};
-
 class EarlyBinding : public ::testing::Test {
  public:
   Ref<_Database> data = Server::get().create<_Database>(catalogue::classOf<Database>);
@@ -41,6 +20,7 @@ class EarlyBinding : public ::testing::Test {
   Ref<_RecordSet> prices;
   Ref<_Field> close;
   short periods = 3;
+  EventWindow window;
 
   void SetUp() override {
     Text file(ORVEX_SOURCE_DIR "/examples/prices.csv");
@@ -147,45 +127,11 @@ TEST_F(EarlyBinding, ComputesTheSameForHostsThatComputeOtherwise) {
   EXPECT_TRUE(divided.is(MovingAverage::SimpleMovingAverageFault)) << divided;
 }
 
-/// A window whose messages run host code in the middle of a call.
-class EarlyBindingWithEvents : public EarlyBinding {
- public:
-  using Handler = void (*)(EarlyBindingWithEvents&);
-
-  void SetUp() override {
-    EarlyBinding::SetUp();
-    WNDCLASSW description{};
-    description.lpfnWndProc = &EarlyBindingWithEvents::handle;
-    description.lpszClassName = L"OrvexTest";
-    RegisterClassW(&description);
-    window_ = CreateWindowW(L"OrvexTest", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    ASSERT_NE(window_, nullptr);
-    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  }
-  void TearDown() override { DestroyWindow(window_); }
-
-  void post(Handler handler) { PostMessageW(window_, WM_APP, 0, reinterpret_cast<LPARAM>(handler)); }
-
-  int handled = 0;
-
- private:
-  static LRESULT CALLBACK handle(HWND window, UINT message, WPARAM first, LPARAM second) {
-    if (message != WM_APP) return DefWindowProcW(window, message, first, second);
-    auto& test = *reinterpret_cast<EarlyBindingWithEvents*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    ++test.handled;
-    reinterpret_cast<Handler>(second)(test);
-    return 0;
-  }
-
-  HWND window_ = nullptr;
-};
-
-TEST_F(EarlyBindingWithEvents, RunsTheHostsPendingEvents) {
-  post([](EarlyBindingWithEvents&) {});
+TEST_F(EarlyBinding, RunsTheHostsPendingEvents) {
+  window.post([] {});
   // A call from inside an event, and an event from inside that.
-  post([](EarlyBindingWithEvents& test) {
-    test.post([](EarlyBindingWithEvents&) {});
-    Ref<_RecordSet> inner;
+  window.post([this] {
+    window.post([] {});
     auto other = Server::get().create<_Database>(catalogue::classOf<Database>);
     Text file(ORVEX_SOURCE_DIR "/examples/prices.csv");
     Text delimiter(",");
@@ -193,7 +139,7 @@ TEST_F(EarlyBindingWithEvents, RunsTheHostsPendingEvents) {
   });
   Ref<_RecordSet> set;
   EXPECT_EQ(mean(set.put()).code, S_OK);
-  EXPECT_EQ(handled, 3);
+  EXPECT_EQ(window.handled, 3);
 
   PostQuitMessage(42);
   EXPECT_EQ(mean(set.put()).code, S_OK);
@@ -203,35 +149,35 @@ TEST_F(EarlyBindingWithEvents, RunsTheHostsPendingEvents) {
   EXPECT_EQ(message.wParam, 42u);
 }
 
-TEST_F(EarlyBindingWithEvents, SurvivesHostsThatTakeTheObjectsAway) {
-  const Handler handlers[] = {
-      [](EarlyBindingWithEvents& test) {
+TEST_F(EarlyBinding, SurvivesHostsThatTakeTheObjectsAway) {
+  const std::function<void()> events[] = {
+      [this] {
         Variant nothing;
-        test.close->destroy(&nothing);
+        close->destroy(&nothing);
       },
-      [](EarlyBindingWithEvents& test) {
+      [this] {
         Text name("Close");
         short count = 2;
         Variant nothing;
-        test.close->initialize(&count, &name, &nothing);
+        close->initialize(&count, &name, &nothing);
       },
-      [](EarlyBindingWithEvents& test) {
-        test.data->CloseDatabase();
-        test.average = Ref<_MovingAverage>();
-        test.data = Ref<_Database>();
-        test.prices = Ref<_RecordSet>();
-        test.close = Ref<_Field>();
+      [this] {
+        data->CloseDatabase();
+        average = Ref<_MovingAverage>();
+        data = Ref<_Database>();
+        prices = Ref<_RecordSet>();
+        close = Ref<_Field>();
       },
   };
-  for (const Handler handler : handlers) {
+  for (const auto& event : events) {
     EarlyBinding::SetUp();
     average = Server::get().create<_MovingAverage>(catalogue::classOf<MovingAverage>);
     Ref<_RecordSet> set;
-    post(handler);
+    window.post(event);
     const Outcome outcome = mean(set.put());
     EXPECT_TRUE(outcome.code == S_OK || outcome.is(MovingAverage::SimpleMovingAverageFault)) << outcome;
   }
-  EXPECT_EQ(handled, 3);
+  EXPECT_EQ(window.handled, 3);
 }
 
 }  // namespace

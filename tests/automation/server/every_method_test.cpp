@@ -297,64 +297,23 @@ struct Host {
       const Argument& argument = method.arguments[i];
       VARIANT one = variables[i];
       if (!argument.byValue) {
-        one.vt = VT_BYREF | VT_UI1;
-        one.byref = argument.type == Type::VariantArray ? static_cast<void*>(&variables[i]) : &variables[i].bVal;
+        one = addressOf(variables[i], typeInMemory(argument.type));
         if (variables[i].vt == VT_ERROR) one.byref = nullptr;
       }
       passed.push_back(one);
     }
-    VARTYPE resultType = VT_EMPTY;
-    if (method.result != Type::Nothing) {
-      VARIANT place{};
-      place.vt = VT_BYREF | VT_UI1;
-      resultType = typeOf(method.result);
-      place.byref = resultType == VT_VARIANT ? static_cast<void*>(&outcome.result) : &outcome.result.bVal;
-      passed.push_back(place);
-    }
-    std::vector<VARTYPE> types;
-    std::vector<VARIANT*> places;
-    for (VARIANT& one : passed) {
-      types.push_back(one.vt);
-      places.push_back(&one);
-    }
-    std::size_t slot = 7;
-    while (owner.methods[slot - 7] != &method) ++slot;
-    Variant code;
+    const VARTYPE resultType = typeInMemory(method.result);
+    if (method.result != Type::Nothing) passed.push_back(addressOf(outcome.result, resultType));
+    std::size_t place = 0;
+    while (owner.methods[place] != &method) ++place;
     const auto object = host.receiver(owner);
-    EXPECT_EQ(DispCallFunc(object.get(), slot * sizeof(void*), CC_STDCALL, VT_I4, static_cast<UINT>(passed.size()),
-                           types.data(), places.data(), &code),
-              S_OK);
-    if (resultType != VT_VARIANT) outcome.result.vt = resultType;
-    const Outcome told = early(code.lVal);
+    const Outcome told = early(callEntry(object.get(), place, passed));
+    if (method.result != Type::Nothing && resultType != VT_VARIANT) outcome.result.vt = resultType;
     outcome.code = told.code;
     outcome.number = told.number;
     outcome.source = told.source;
     outcome.description = told.description;
     return show(outcome) + written(method, variables, round) + host.where();
-  }
-
-  static VARTYPE typeOf(Type type) {
-    switch (type) {
-      case Type::Boolean:
-        return VT_BOOL;
-      case Type::Integer:
-        return VT_I2;
-      case Type::Long:
-        return VT_I4;
-      case Type::Double:
-        return VT_R8;
-      case Type::String:
-        return VT_BSTR;
-      case Type::Field:
-      case Type::Note:
-      case Type::RecordSet:
-      case Type::Database:
-        return VT_DISPATCH;
-      case Type::Object:
-        return VT_UNKNOWN;
-      default:
-        return VT_VARIANT;
-    }
   }
 
   static std::string written(const Method& method, const std::vector<Variant>& variables, Round round) {
@@ -388,17 +347,6 @@ TEST(EveryMethod, GivesTheSameLateAndEarlyAsInTheLibrary) {
   });
 }
 
-std::size_t blocksInUse() {
-  std::size_t count = 0;
-  HANDLE heaps[64];
-  const DWORD heapCount = GetProcessHeaps(64, heaps);
-  for (DWORD i = 0; i < heapCount; ++i) {
-    PROCESS_HEAP_ENTRY entry{};
-    while (HeapWalk(heaps[i], &entry) != FALSE) count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
-  }
-  return count;
-}
-
 TEST(EveryMethod, LeavesNothingBehind) {
   const auto round = [] {
     forEveryCall([](const Class& owner, const Method& method, Round given) {
@@ -411,7 +359,7 @@ TEST(EveryMethod, LeavesNothingBehind) {
   std::vector<std::size_t> blocks;
   do {
     round();
-    blocks.push_back(blocksInUse());
+    blocks.push_back(HeapUse::now().blocks);
   } while (blocks.size() < 3 || (blocks.back() > blocks[blocks.size() - 2] && blocks.size() < 8));
   EXPECT_LE(blocks.back(), blocks[blocks.size() - 2]);
   EXPECT_TRUE(Server::get().canUnload());

@@ -111,6 +111,24 @@ TEST_F(LateBinding, WritesBackWhatTheMethodChanged) {
   EXPECT_EQ(periods.text(), "3");
 }
 
+TEST_F(LateBinding, WritesBackIntoVariablesOfEveryType) {
+  const auto set = invoke(data, "getRecordset", {});
+  const auto oscillator = Server::get().create(catalogue::classOf<Oscillator>);
+  for (const VARTYPE type : {VT_I1, VT_UI1, VT_I2, VT_UI2, VT_I4, VT_UI4, VT_I8, VT_UI8, VT_INT, VT_UINT, VT_R4, VT_R8,
+                             VT_CY, VT_DATE, VT_DECIMAL, VT_BSTR, VT_BOOL}) {
+    Variant periods(0);
+    ASSERT_EQ(VariantChangeType(&periods, &periods, 0, type), S_OK);
+    Variant reference;
+    reference.vt = static_cast<VARTYPE>(VT_BYREF | type);
+    reference.byref = type == VT_DECIMAL ? static_cast<void*>(&periods) : &periods.bVal;
+    // Without a number of periods of its own it says that it took 100.
+    const Outcome outcome = invoke(oscillator, "ChaosFractalOscillator", {data, set.result, reference});
+    EXPECT_EQ(outcome.code, S_OK) << outcome;
+    VariantChangeType(&periods, &periods, 0, VT_R8);
+    EXPECT_EQ(periods.dblVal, type == VT_BOOL ? -1 : 100) << "type " << type;
+  }
+}
+
 TEST_F(LateBinding, KeepsTheIdentityOfObjects) {
   const auto set = Server::get().create<_RecordSet>(catalogue::classOf<RecordSet>);
   ASSERT_EQ(invoke(set, "addField", {field}).code, S_OK);
@@ -199,6 +217,25 @@ TEST_F(LateBinding, TakesArraysOfEveryKind) {
   }
 }
 
+TEST_F(LateBinding, RefusesArraysThatAreNotWhatTheySay) {
+  short numbers[5] = {};
+  SAFEARRAY array{1, 0, sizeof(double), 0, nullptr, {{5, 1}}};
+  SAFEARRAY* place = &array;
+  Variant variable;
+  variable.vt = VT_BYREF | VT_ARRAY | VT_R8;
+  variable.pparray = &place;
+  EXPECT_EQ(invoke(data, "OpenDatabaseByArray", {variable}).description, "Subscript out of range");
+  array.pvData = numbers;
+  array.cbElements = sizeof(short);
+  EXPECT_EQ(invoke(data, "OpenDatabaseByArray", {variable}).description, "Type mismatch");
+  array.rgsabound[0].lLbound = std::numeric_limits<LONG>::max() - 2;
+  variable.vt = VT_BYREF | VT_ARRAY | VT_I2;
+  EXPECT_EQ(invoke(data, "OpenDatabaseByArray", {variable}).description, "Overflow");
+
+  DISPPARAMS none{nullptr, nullptr, 3, 0};
+  EXPECT_EQ(average->Invoke(1, IID_NULL, 1033, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr), E_INVALIDARG);
+}
+
 TEST_F(LateBinding, KeepsTextsAsTheyAre) {
   const wchar_t units[] = {L'a', 0, 0xD83D, 0xDE00, 0xD83D, L'z', 0xDE00, 0x20AC};
   Variant odd("");
@@ -207,6 +244,18 @@ TEST_F(LateBinding, KeepsTextsAsTheyAre) {
   ASSERT_EQ(invoke(field, "setStrValue", {1, odd}).code, S_OK);
   const Outcome back = invoke(field, "getStrValue", {1});
   EXPECT_EQ(std::wstring(back.result.bstrVal, SysStringLen(back.result.bstrVal)), std::wstring(units, 8));
+  for (const UINT length : {8u, 1000000u}) {
+    std::wstring name(length, L'\u20AC');
+    name.replace(0, 8, units, 8);
+    SysReAllocStringLen(&odd.bstrVal, name.data(), length);
+    ASSERT_EQ(invoke(field, "setName", {odd}).code, S_OK);
+    Text early;
+    ASSERT_EQ(field->getName(&early), S_OK);
+    const Outcome late = invoke(field, "getName", {});
+    for (const BSTR got : {*&early, late.result.bstrVal}) {
+      EXPECT_TRUE(std::wstring(got, SysStringLen(got)) == name) << length << " characters";
+    }
+  }
   const Outcome all = invoke(field, "getStringArray", {});
   ASSERT_EQ(all.result.vt, VT_ARRAY | VT_BSTR);
   EXPECT_EQ(all.result.parray->rgsabound[0].lLbound, 1);

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <deque>
+#include <functional>
 #include <initializer_list>
 #include <ostream>
 #include <string>
@@ -185,6 +188,134 @@ inline Outcome early(HRESULT code) {
   outcome.description = description.get();
   return outcome;
 }
+
+/// An early call of a class's method by its place in the description: through that entry of the virtual table.
+inline HRESULT callEntry(IDispatch* object, std::size_t place, std::vector<VARIANT> passed) {
+  std::vector<VARTYPE> types;
+  std::vector<VARIANT*> places;
+  for (VARIANT& one : passed) {
+    types.push_back(one.vt);
+    places.push_back(&one);
+  }
+  constexpr std::size_t inherited = 7;
+  VARIANT code{};
+  const HRESULT called = DispCallFunc(object, (inherited + place) * sizeof(void*), CC_STDCALL, VT_I4,
+                                      static_cast<UINT>(passed.size()), types.data(), places.data(), &code);
+  return FAILED(called) ? called : code.lVal;
+}
+
+/// How a value of that type lies in memory.
+inline VARTYPE typeInMemory(catalogue::Type type) {
+  using catalogue::Type;
+  switch (type) {
+    case Type::Boolean:
+      return VT_BOOL;
+    case Type::Integer:
+      return VT_I2;
+    case Type::Long:
+      return VT_I4;
+    case Type::Double:
+      return VT_R8;
+    case Type::String:
+      return VT_BSTR;
+    case Type::Field:
+    case Type::Note:
+    case Type::RecordSet:
+    case Type::Database:
+      return VT_DISPATCH;
+    case Type::Object:
+      return VT_UNKNOWN;
+    default:
+      return VT_VARIANT;
+  }
+}
+
+/// Where the value of a VARIANT lies, for an early call that takes its address.
+inline VARIANT addressOf(VARIANT& variable, VARTYPE type) {
+  VARIANT address{};
+  address.vt = VT_BYREF | VT_UI1;
+  address.byref = type == VT_VARIANT ? static_cast<void*>(&variable) : &variable.bVal;
+  return address;
+}
+
+/// An object of another server: it knows nothing but IDispatch.
+class Foreign final : public IDispatch {
+ public:
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override {
+    *result = id == IID_IUnknown || id == IID_IDispatch ? this : nullptr;
+    if (*result == nullptr) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+  ULONG STDMETHODCALLTYPE Release() override { return --references; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
+    return E_NOTIMPL;
+  }
+
+  ULONG references = 1;
+};
+
+/// A window whose messages run code of the host in the middle of a call.
+class EventWindow {
+ public:
+  EventWindow() {
+    WNDCLASSW description{};
+    description.lpfnWndProc = &EventWindow::handle;
+    description.lpszClassName = L"OrvexTest";
+    RegisterClassW(&description);
+    window_ = CreateWindowW(L"OrvexTest", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  }
+  ~EventWindow() { DestroyWindow(window_); }
+  EventWindow(const EventWindow&) = delete;
+  EventWindow& operator=(const EventWindow&) = delete;
+
+  void post(std::function<void()> event) {
+    events_.push_back(std::move(event));
+    PostMessageW(window_, WM_APP, 0, 0);
+  }
+
+  int handled = 0;
+
+ private:
+  static LRESULT CALLBACK handle(HWND window, UINT message, WPARAM first, LPARAM second) {
+    if (message != WM_APP) return DefWindowProcW(window, message, first, second);
+    auto& self = *reinterpret_cast<EventWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    ++self.handled;
+    const auto event = std::move(self.events_.front());
+    self.events_.pop_front();
+    event();
+    return 0;
+  }
+
+  HWND window_ = nullptr;
+  std::deque<std::function<void()>> events_;
+};
+
+/// What the heaps of the process hold.
+struct HeapUse {
+  std::size_t blocks = 0;
+  std::size_t bytes = 0;
+
+  static HeapUse now() {
+    HeapUse use;
+    HANDLE heaps[64];
+    const DWORD heapCount = GetProcessHeaps(64, heaps);
+    for (DWORD i = 0; i < heapCount; ++i) {
+      PROCESS_HEAP_ENTRY entry{};
+      while (HeapWalk(heaps[i], &entry) != FALSE) {
+        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) == 0) continue;
+        ++use.blocks;
+        use.bytes += entry.cbData;
+      }
+    }
+    return use;
+  }
+};
 
 /// Orvex.dll, which stands beside the program.
 class Server {

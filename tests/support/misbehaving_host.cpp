@@ -1,0 +1,116 @@
+#include "tests/support/misbehaving_host.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <new>
+
+#include "orvex/data/host_events.h"
+
+namespace orvex::test {
+
+namespace {
+
+void requireFinite(const catalogue::Value& result) {
+  const auto* set = std::get_if<std::shared_ptr<RecordSet>>(&result);
+  if (set == nullptr || *set == nullptr) return;
+  for (int i = 1; i <= (*set)->getFieldCount(); ++i) {
+    for (const double value : (*set)->getField((*set)->getName(i))->values()) {
+      if (!std::isfinite(value)) std::abort();
+    }
+  }
+}
+
+}  // namespace
+
+MisbehavingHost::MisbehavingHost(Choices choices) : choices_(choices), world_(makeWorld(choices_)) {}
+
+MisbehavingHost::~MisbehavingHost() {
+  setYieldHook({});
+  // A set and a database that hold each other are the host's to part.
+  for (const auto& set : sets_) set->setDatabase(nullptr);
+}
+
+int MisbehavingHost::run() {
+  setYieldHook({[](void* self) { static_cast<MisbehavingHost*>(self)->misbehave(); }, this});
+  for (int i = 0; i < 8 && !choices_.exhausted(); ++i) callOne();
+  return calls_;
+}
+
+void MisbehavingHost::callOne() {
+  ++calls_;
+  const auto classes = catalogue::classes();
+  const catalogue::Class& owner = *classes[choices_.below(classes.size())];
+  const catalogue::Method& method = *owner.methods[choices_.below(owner.methods.size())];
+  Call call = makeCall(choices_, world_, owner, method);
+  const std::shared_ptr<void> object = objectOf(owner);
+  if (world_.prices != nullptr) sets_.push_back(world_.prices);
+  try {
+    const catalogue::Value result = catalogue::call(method, object.get(), call.arguments);
+    if (!owner.holdsState) requireFinite(result);
+  } catch (const Error& error) {
+    if (error.source().empty() && error.description().empty()) std::abort();
+  }
+}
+
+std::shared_ptr<void> MisbehavingHost::objectOf(const catalogue::Class& owner) {
+  if (owner.name == "Database" && world_.data != nullptr) return world_.data;
+  if (owner.name == "RecordSet" && world_.prices != nullptr) return world_.prices;
+  if (owner.name == "Field") {
+    const auto field = choices_.of(world_.fields);
+    if (field != nullptr) return field;
+  }
+  return owner.create();
+}
+
+void MisbehavingHost::misbehave() {
+  if (depth_ > 2 || choices_.exhausted()) return;
+  ++depth_;
+  try {
+    const auto field = choices_.of(world_.fields);
+    switch (choices_.below(40)) {
+      case 0:
+        if (world_.data != nullptr) world_.data->setPosition(static_cast<int>(choices_.below(70)));
+        break;
+      case 1:
+        if (field != nullptr) field->initialize(static_cast<int>(choices_.below(400)), "again");
+        break;
+      case 2:
+        if (field != nullptr) field->destroy();
+        break;
+      case 3:
+        if (field != nullptr) field->setName("Low");
+        break;
+      case 4:
+        if (world_.prices != nullptr) world_.prices->removeField("High");
+        break;
+      case 5:
+        if (world_.data != nullptr) world_.data->OpenDatabaseByArray(std::vector<double>(choices_.below(100), 1.5));
+        break;
+      case 6:
+        world_.data = nullptr;
+        break;
+      case 7:
+        world_.prices = nullptr;
+        break;
+      case 8:
+        world_.fields = {nullptr};
+        break;
+      case 9:
+        callOne();
+        break;
+      case 10:
+        --depth_;
+        throw std::bad_alloc();
+      case 11:
+        if (world_.data != nullptr) world_.data->OpenDataBase(ORVEX_SOURCE_DIR "/examples/prices.csv", ",");
+        break;
+      default:
+        break;
+    }
+  } catch (const Error&) {
+    // The host's own mistakes stay with it.
+  }
+  --depth_;
+}
+
+}  // namespace orvex::test
