@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "orvex/data/host_events.h"
+#include "orvex/kernels/kernels.h"
 #include "tests/support/calls.h"
 
 namespace {
@@ -17,6 +18,8 @@ namespace {
 using orvex::test::Choices;
 using orvex::test::World;
 namespace catalogue = orvex::catalogue;
+namespace kernels = orvex::kernels;
+using kernels::Level;
 
 /// A host with everything that it holds.
 class Host {
@@ -31,6 +34,7 @@ class Host {
   Host& operator=(const Host&) = delete;
 
   void run() {
+    kernels::setLevel(choices_.of<Level>({Level::Off, Level::Baseline, Level::Avx2, Level::Avx512}));
     orvex::setYieldHook({[](void* self) { static_cast<Host*>(self)->misbehave(); }, this});
     for (int calls = 0; calls < 8 && !choices_.exhausted(); ++calls) callOne();
   }
