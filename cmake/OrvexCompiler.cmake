@@ -34,8 +34,12 @@ function(orvex_target name)
   if(ORVEX_SANITIZE)
     set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_options(${name} PRIVATE ${sanitizers})
+    target_compile_definitions(${name} PRIVATE _GLIBCXX_ASSERTIONS)
     target_link_options(${name} PUBLIC ${sanitizers})
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+      # Numbers that change in a conversion or wrap around are defined, and yet none is meant but those of the list.
+      target_compile_options(${name} PRIVATE -fsanitize=integer,float-divide-by-zero,local-bounds
+                                             -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitizers.ignore)
       # Lets the fuzzers see which code an input reaches.
       target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
     endif()

@@ -10,6 +10,7 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
     build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev libfmt-dev)
     native_test_packages=(libgtest-dev libbenchmark-dev pkg-config)
     sanitize_packages=(clang libclang-rt-14-dev)
+    coverage_packages=(llvm)
     format_packages=(clang-format)
     lint_packages=(clang clang-tidy clang-tools)
     script_packages=(shellcheck)
@@ -77,4 +78,23 @@ need_packages() {
 # Compiled objects are kept outside the checkout, for all checkouts of this project together.
 use_compiler_cache() {
     export CCACHE_DIR=$cache/ccache CCACHE_MAXSIZE=2G CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+}
+
+# build_for_coverage TARGET...: in build/coverage.
+build_for_coverage() {
+    cmake --preset coverage >/dev/null
+    # The tools look for the sources where they were compiled, which in this checkout must be this checkout.
+    env -u CCACHE_BASEDIR cmake --build --preset coverage --target "$@"
+}
+
+# report_coverage FOLDER PROGRAM...: how many lines of the library the programs ran, in all and in the files of which they
+# ran not all, from the profiles that they left in the folder. Which lines those are: FOLDER/lines.
+report_coverage() {
+    local folder=$1 arguments
+    shift
+    llvm-profdata merge -sparse "$folder"/*.profraw -o "$folder/profile"
+    arguments=("$1" "${@/#/-object=}" -instr-profile="$folder/profile" -ignore-filename-regex=/automation/ "$root/orvex")
+    llvm-cov show "${arguments[@]}" >"$folder/lines"
+    llvm-cov report -show-region-summary=0 -show-branch-summary=0 "${arguments[@]}" |
+        awk '$NF ~ /%$/ && $NF != "100.00%" { printf "    %-40s %5d of %5d lines %8s\n", $1, $5 - $6, $5, $7 }'
 }

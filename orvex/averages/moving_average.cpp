@@ -144,7 +144,7 @@ std::shared_ptr<RecordSet> MovingAverage::WellesWilderSmoothing(std::shared_ptr<
     eachRecord(
         2, count,
         [&] {
-          return kernels::run(&Table::approach, rowsOf(Source), 1.0 / Periods.value(), recordRange(2, count),
+          return kernels::run(&Table::approach, rowsOf(Source), Real(1) / Periods, recordRange(2, count),
                               result->values().data());
         },
         [&](Integer record) {

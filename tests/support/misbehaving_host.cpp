@@ -5,6 +5,7 @@
 #include <new>
 
 #include "orvex/data/host_events.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex::test {
 
@@ -31,6 +32,8 @@ MisbehavingHost::~MisbehavingHost() {
 }
 
 int MisbehavingHost::run() {
+  using kernels::Level;
+  kernels::setLevel(choices_.of<Level>({Level::Off, Level::Baseline, Level::Avx2, Level::Avx512}));
   setYieldHook({[](void* self) { static_cast<MisbehavingHost*>(self)->misbehave(); }, this});
   for (int i = 0; i < 8 && !choices_.exhausted(); ++i) callOne();
   return calls_;
