@@ -1,7 +1,7 @@
 #include "tests/support/calls.h"
 
+#include <algorithm>
 #include <bit>
-#include <cmath>
 #include <limits>
 #include <ostream>
 #include <sstream>
@@ -82,8 +82,8 @@ void order(RecordSet& prices) {
   const auto rows = [&](const char* name) { return prices.getField(name)->values(); };
   const auto open = rows("Open"), high = rows("High"), low = rows("Low"), close = rows("Close");
   for (std::size_t i = 0; i < open.size(); ++i) {
-    high[i] = std::fmax(std::fmax(open[i], close[i]), high[i]);
-    low[i] = std::fmin(std::fmin(open[i], close[i]), low[i]);
+    high[i] = std::max({high[i], open[i], close[i]});
+    low[i] = std::min({low[i], open[i], close[i]});
   }
 }
 
