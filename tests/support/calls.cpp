@@ -99,14 +99,29 @@ Value fraction(Choices& choices) {
 }
 
 Value text(Choices& choices) {
-  return choices.of<std::string>({"", "x", "CMO", "Slope", "RSquared", "Forecast", "Temp", "MA", "EMA", "\xCE\xA9"});
+  return choices.of<std::string>(
+      {"", "x", "Close", "CMO", "Slope", "RSquared", "Forecast", "Temp", "MA", "EMA", "\xCE\xA9"});
+}
+
+/// An array of prices as a host may hand it in.
+VariantArray array(Choices& choices, const World& world) {
+  if (choices.once(20)) return {};
+  if (choices.once(20)) return VariantArray::ofSeveralDimensions(world.count);
+  if (choices.once(3)) return series(choices, world.count);
+  std::vector<Cell> cells(static_cast<std::size_t>(world.count), "1.25");
+  cells.back() = choices.of<Cell>({Empty{}, Null{}, NoValue{}, 2.5, "\t-1e3x", "1e400"});
+  return Array<Cell>(std::move(cells), choices.of<int>({1, 0, -3, 2}));
 }
 
 }  // namespace
 
 World makeWorld(Choices& choices) {
+  return makeWorld(choices, choices.of<int>({1, 2, 3, 7, 30, 60, 200, 600}));
+}
+
+World makeWorld(Choices& choices, int count) {
   World world;
-  world.count = choices.of<int>({1, 2, 3, 7, 30, 60, 200, 600});
+  world.count = count;
   world.prices = std::make_shared<RecordSet>();
   const bool incomplete = choices.once(12);
   const std::size_t common = choices.below(3 * Kinds);
@@ -149,6 +164,14 @@ std::vector<std::vector<std::uint64_t>> contents(const World& world) {
   return rows;
 }
 
+std::shared_ptr<void> objectOf(Choices& choices, const World& world, const catalogue::Class& owner) {
+  std::shared_ptr<void> object;
+  if (owner.name == "Database") object = world.data;
+  if (owner.name == "RecordSet") object = world.prices;
+  if (owner.name == "Field") object = choices.of(world.fields);
+  return object != nullptr ? object : owner.create();
+}
+
 Call makeCall(Choices& choices, const World& world, const catalogue::Class& owner, const catalogue::Method& method) {
   Call made{&owner, &method, {}};
   for (const catalogue::Argument& argument : method.arguments) {
@@ -164,7 +187,8 @@ Call makeCall(Choices& choices, const World& world, const catalogue::Class& owne
         value = choices.of(world.fields);
         break;
       case Type::Integer:
-        value = number(choices, world);
+        // Every epoch takes as long as the one before.
+        value = argument.name == "Epochs" ? Integer(choices.of<int>({-1, 0, 1, 3, 20})) : number(choices, world);
         break;
       case Type::Long:
         value = choices.of<std::int32_t>({0, 1, 4, 121, 2147483647, -7});
@@ -174,6 +198,12 @@ Call makeCall(Choices& choices, const World& world, const catalogue::Class& owne
         break;
       case Type::String:
         value = text(choices);
+        break;
+      case Type::Note:
+        value = std::make_shared<Note>();
+        break;
+      case Type::VariantArray:
+        value = array(choices, world);
         break;
       default:
         value = catalogue::Object();
@@ -200,18 +230,22 @@ std::string Call::describe() const {
 }
 
 Outcome run(const World& world, Call call) {
+  const auto object = call.owner->create();
+  return run(world, std::move(call), object.get());
+}
+
+Outcome run(const World& world, Call call, void* object) {
   Outcome outcome;
   std::ostringstream other;
-  const auto object = call.owner->create();
   try {
-    const Value result = catalogue::call(*call.method, object.get(), call.arguments);
-    if (const auto* set = std::get_if<std::shared_ptr<RecordSet>>(&result)) {
+    const Value result = catalogue::call(*call.method, object, call.arguments);
+    if (const auto* set = std::get_if<std::shared_ptr<RecordSet>>(&result); set != nullptr && *set != nullptr) {
       for (int i = 1; i <= (*set)->getFieldCount(); ++i) {
         auto& [name, bits] = outcome.columns.emplace_back();
         name = (*set)->getName(i);
         for (const double value : (*set)->getField(name)->values()) bits.push_back(bitsOf(value));
       }
-    } else if (const auto* note = std::get_if<std::shared_ptr<Note>>(&result)) {
+    } else if (const auto* note = std::get_if<std::shared_ptr<Note>>(&result); note != nullptr && *note != nullptr) {
       other << (*note)->getPeriod().value() << ' ' << bitsOf((*note)->getValue()) << ' ' << (*note)->getNote();
     } else if (call.method->result == Type::Double) {
       other << bitsOf(std::get<double>(result));

@@ -48,7 +48,9 @@ struct World {
   int count = 0;
 };
 
+/// One of few records, or of `count`.
 World makeWorld(Choices& choices);
+World makeWorld(Choices& choices, int count);
 
 /// The rows of every field of a world, to see whether a call has changed its inputs.
 std::vector<std::vector<std::uint64_t>> contents(const World& world);
@@ -61,6 +63,9 @@ struct Call {
 
   std::string describe() const;
 };
+
+/// The object whose method is called: one of the world's where the class has any there, otherwise a new one.
+std::shared_ptr<void> objectOf(Choices& choices, const World& world, const catalogue::Class& owner);
 
 /// Arguments for a method, plain ones and awkward ones.
 Call makeCall(Choices& choices, const World& world, const catalogue::Class& owner, const catalogue::Method& method);
@@ -77,6 +82,7 @@ struct Outcome {
 };
 
 Outcome run(const World& world, Call call);
+Outcome run(const World& world, Call call, void* object);
 
 std::ostream& operator<<(std::ostream& out, const Outcome& outcome);
 

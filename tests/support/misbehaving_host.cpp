@@ -45,7 +45,7 @@ void MisbehavingHost::callOne() {
   const catalogue::Class& owner = *classes[choices_.below(classes.size())];
   const catalogue::Method& method = *owner.methods[choices_.below(owner.methods.size())];
   Call call = makeCall(choices_, world_, owner, method);
-  const std::shared_ptr<void> object = objectOf(owner);
+  const std::shared_ptr<void> object = objectOf(choices_, world_, owner);
   if (world_.prices != nullptr) sets_.push_back(world_.prices);
   try {
     const catalogue::Value result = catalogue::call(method, object.get(), call.arguments);
@@ -53,16 +53,6 @@ void MisbehavingHost::callOne() {
   } catch (const Error& error) {
     if (error.source().empty() && error.description().empty()) std::abort();
   }
-}
-
-std::shared_ptr<void> MisbehavingHost::objectOf(const catalogue::Class& owner) {
-  if (owner.name == "Database" && world_.data != nullptr) return world_.data;
-  if (owner.name == "RecordSet" && world_.prices != nullptr) return world_.prices;
-  if (owner.name == "Field") {
-    const auto field = choices_.of(world_.fields);
-    if (field != nullptr) return field;
-  }
-  return owner.create();
 }
 
 void MisbehavingHost::misbehave() {

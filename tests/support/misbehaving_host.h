@@ -22,8 +22,6 @@ class MisbehavingHost {
 
  private:
   void callOne();
-  /// One of the objects in use where the class has any, otherwise a new one.
-  std::shared_ptr<void> objectOf(const catalogue::Class& owner);
   void misbehave();
 
   Choices choices_;

@@ -1,0 +1,155 @@
+// What every method does with memory: how much it takes, and what happens when there is none.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <new>
+#include <random>
+
+#include "tests/memory/allocations.h"
+#include "tests/support/calls.h"
+
+namespace orvex {
+namespace {
+
+using catalogue::Class;
+using catalogue::Method;
+using catalogue::Value;
+using namespace allocations;
+using test::Call;
+using test::Choices;
+using test::World;
+
+/// Runs `body` with memory for so many allocations only. Tells whether it ended in an error.
+template <class Body>
+bool fails(long count, Body body) {
+  bool failed = false;
+  left = count;
+  try {
+    body();
+  } catch (const Error&) {
+    failed = true;
+  } catch (const std::bad_alloc&) {
+    failed = true;
+  }
+  left = unlimited;
+  return failed;
+}
+
+/// A world, an object and a call on it, the same for the same bytes.
+struct Prepared {
+  Prepared(const std::vector<std::uint8_t>& bytes, int count, const Class& owner, const Method& method)
+      : choices(bytes),
+        world(test::makeWorld(choices, count)),
+        call(test::makeCall(choices, world, owner, method)),
+        object(test::objectOf(choices, world, owner)) {}
+  // A set and a database that hold each other are the host's to part.
+  ~Prepared() { world.prices->setDatabase(nullptr); }
+  Prepared(const Prepared&) = delete;
+  Prepared& operator=(const Prepared&) = delete;
+
+  Choices choices;
+  World world;
+  Call call;
+  std::shared_ptr<void> object;
+};
+
+/// `check(bytes, owner, method)` with random calls of each method, until as many as are asked for were of use to it.
+template <class Check>
+void forEveryMethod(int wanted, Check check) {
+  for (const Class* owner : catalogue::classes()) {
+    for (const Method* method : owner->methods) {
+      // It takes a file, and has a test of its own.
+      if (method->name == "OpenDataBase") continue;
+      SCOPED_TRACE(std::string(owner->name) + '.' + std::string(method->name));
+      std::mt19937 generator(20);
+      std::vector<std::uint8_t> bytes(160);
+      int used = 0;
+      for (int i = 0; i < 400 && used < wanted; ++i) {
+        std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(generator()); });
+        if (check(bytes, *owner, *method)) ++used;
+      }
+      EXPECT_EQ(used, wanted) << "calls of use";
+    }
+  }
+}
+
+TEST(Memory, ThatRunsOutFailsTheCallAndNothingElse) {
+  forEveryMethod(3, [](const std::vector<std::uint8_t>& bytes, const Class& owner, const Method& method) {
+    test::Outcome expected;
+    {
+      Prepared plain(bytes, 60, owner, method);
+      expected = test::run(plain.world, plain.call, plain.object.get());
+      if (expected.fault) return false;
+    }
+    bool failed = true;
+    for (long count = 0; failed && !testing::Test::HasFailure(); ++count) {
+      SCOPED_TRACE("with memory for " + std::to_string(count) + " allocations");
+      const std::size_t before = inUse;
+      {
+        Prepared starved(bytes, 60, owner, method);
+        const auto inputs = test::contents(starved.world);
+        const Integer position = starved.world.data->getPosition();
+        {
+          std::vector<Value> arguments = starved.call.arguments;
+          failed = fails(count, [&] { catalogue::call(method, starved.object.get(), arguments); });
+        }
+        if (!owner.holdsState) {
+          EXPECT_EQ(test::contents(starved.world), inputs);
+        }
+        if (failed) {
+          starved.world.data->setPosition(position);
+          EXPECT_EQ(test::run(starved.world, starved.call, starved.object.get()), expected) << "the same call again";
+        }
+      }
+      EXPECT_EQ(inUse, before) << "a leak";
+    }
+    return true;
+  });
+}
+
+TEST(Memory, ThatRunsOutFailsTheLoadOfAFile) {
+  const std::string path = (std::filesystem::temp_directory_path() / "orvex-memory-test.csv").string();
+  std::ofstream(path) << "a date that is longer than a short string,1,2,3,4,5\n\x80,6,7,8,9,10\n";
+  int failures = 0;
+  for (bool failed = true; failed && !HasFailure();) {
+    const std::size_t before = inUse;
+    {
+      Database data;
+      failed = fails(failures, [&] { data.OpenDataBase(path, ","); });
+      if (failed) data.OpenDataBase(path, ",");
+      EXPECT_EQ(data.getRecordset()->getValue("Volume", 2), 10);
+    }
+    EXPECT_EQ(inUse, before) << "a leak";
+    if (failed) ++failures;
+  }
+  EXPECT_GT(failures, 10);
+  std::filesystem::remove(path);
+}
+
+TEST(Memory, OfACallIsItsResultAndEightColumnsAtMost) {
+  // Long periods of many records take too much time, and the network grows with the square of its period.
+  for (const int count : {32766, 3000}) {
+    const std::size_t most = 8 * static_cast<std::size_t>(count) * sizeof(double) + 65536;
+    forEveryMethod(count > 3000 ? 1 : 3,
+                   [&](const std::vector<std::uint8_t>& bytes, const Class& owner, const Method& method) {
+                     const int longest = count > 3000 || method.name == "NeuralIndicator" ? 20 : 32767;
+                     Prepared prepared(bytes, count, owner, method);
+                     std::vector<Value>& arguments = prepared.call.arguments;
+                     for (const Value& argument : arguments) {
+                       if (const auto* whole = std::get_if<Integer>(&argument); whole != nullptr && *whole > longest)
+                         return false;
+                     }
+                     const std::size_t before = mostInUse = inUse;
+                     Value result;
+                     if (fails(unlimited, [&] { result = catalogue::call(method, prepared.object.get(), arguments); }))
+                       return false;
+                     EXPECT_LE(mostInUse, std::max(inUse, before) + most) << prepared.call.describe();
+                     return true;
+                   });
+  }
+}
+
+}  // namespace
+}  // namespace orvex
