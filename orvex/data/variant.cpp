@@ -26,7 +26,7 @@ int VariantArray::upperBound() const {
 double VariantArray::number(int index) const {
   if (const auto* numbers = std::get_if<Array<double>>(&content_)) return numbers->at(index);
   if (const auto* cells = std::get_if<Array<Cell>>(&content_)) return std::visit(NumberOf{}, cells->at(index));
-  raise(faults::SubscriptOutOfRange);
+  raise(std::holds_alternative<int>(content_) ? faults::SubscriptOutOfRange : faults::TypeMismatch);
 }
 
 }  // namespace orvex

@@ -71,7 +71,7 @@ using Cell = std::variant<Empty, Null, double, std::string, NoValue>;
 /// any lower bound; or something else, which fails when it is used as an array.
 class VariantArray {
  public:
-  /// A value that is no array: its bounds raise error 13.
+  /// A value that is no array: its bounds and its elements raise error 13.
   VariantArray() = default;
   VariantArray(Array<double> numbers) : content_(std::move(numbers)) {}
   VariantArray(Array<Cell> cells) : content_(std::move(cells)) {}

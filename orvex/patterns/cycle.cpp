@@ -58,10 +58,11 @@ Integer Cycle::Analyze(std::shared_ptr<Field> Source) {
       Real a = at(Source, i - 1);
       Integer j = i + 2;
       if (above[static_cast<std::size_t>(i.value())] < a) {
-        const Real b = at(Source, i + 1);
+        // A number to compute with only where a search has a record to compare it with.
+        const double b = object(Source).getValue(i + 1);
         for (; j <= count; ++j) {
           const Real value = at(Source, j);
-          if (value > b && value < a) {
+          if (value > Real(b) && value < a) {
             a = 0;
             break;
           }

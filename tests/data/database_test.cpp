@@ -243,6 +243,8 @@ TEST(Database, TellsWhyAnArrayDoesNotLoad) {
                                             std::vector<double>{1, 2}, std::vector<double>{1, 2});
             }),
             Database::loadFault("Subscript out of range"));
+  EXPECT_EQ(faultOf([&] { data.OpenDatabaseByFourArrays(std::vector<double>{1}, {}, {}, {}); }),
+            Database::loadFault("Type mismatch"));
 }
 
 TEST(Database, MovesItsCursorFromTheFirstRecordToOnePastTheLast) {

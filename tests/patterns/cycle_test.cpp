@@ -49,8 +49,9 @@ TEST(Cycle, EveryFaultIsUnexpected) {
   for (const auto& source : sources) {
     EXPECT_EQ(faultOf([&] { Cycle().Analyze(source); }), Cycle::AnalyzeFault);
   }
-  // The value between the neighbours is not looked at.
+  // The value between the neighbours is not looked at, the one behind only by a search.
   EXPECT_EQ(Cycle().Analyze(field({3, nan, 1})), 0);
+  EXPECT_EQ(Cycle().Analyze(field({3, 1, nan})), 0);
   // The search from record 2 ends before the last value, the one from record 3 comes upon it.
   int done = 0;
   setYieldHook({[](void* count) { ++*static_cast<int*>(count); }, &done});

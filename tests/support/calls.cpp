@@ -107,7 +107,7 @@ Value text(Choices& choices) {
 VariantArray array(Choices& choices, const World& world) {
   if (choices.once(20)) return {};
   if (choices.once(20)) return VariantArray::ofSeveralDimensions(world.count);
-  if (choices.once(3)) return series(choices, world.count);
+  if (choices.once(3)) return series(choices, world.count, choices.below(Kinds));
   std::vector<Cell> cells(static_cast<std::size_t>(world.count), "1.25");
   cells.back() = choices.of<Cell>({Empty{}, Null{}, NoValue{}, 2.5, "\t-1e3x", "1e400"});
   return Array<Cell>(std::move(cells), choices.of<int>({1, 0, -3, 2}));

@@ -32,7 +32,7 @@ struct Description<Database> {
       row<&Database::MoveNext>("MoveNext", "Moves the cursor to the next record.", {}, {},
                                {Database::EndOfFile, faults::Overflow}),
       row<&Database::MovePrevious>("MovePrevious", "Moves the cursor to the record before.", {}, {},
-                                   {Database::BeginOfFile}),
+                                   {Database::BeginOfFile, Database::EndOfFile}),
       row<&Database::MoveFirst>("MoveFirst", "Moves the cursor to record 1.", {}, {}, {}),
       row<&Database::MoveLast>("MoveLast", "Moves the cursor to the last record.", {}, {}, {Database::BeginOfFile}),
       row<&Database::OpenDataBase>(
