@@ -42,26 +42,28 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
   return trap(StochasticMomentumIndexFault, [&] {
     PriceColumn highs(OHLCV, Database::HighName), lows(OHLCV, Database::LowName);
     PriceColumn closes(OHLCV, Database::CloseName);
-    // The extremes of `General` cover one record more than the number that they are given.
-    const auto highest = General().HHV(data, highs.field(), KPeriods - 1, "HHV")->getField("HHV");
-    const auto lowest = General().LLV(data, lows.field(), KPeriods - 1, "LLV")->getField("LLV");
     Smoothed momentum{makeColumn(count, "Momentum"), KPeriods.value()};
     Smoothed range{makeColumn(count, "Range"), KPeriods.value()};
-    eachRecord(
-        KPeriods, count,
-        [&] {
-          const kernels::Records records = recordRange(KPeriods, count);
-          const std::size_t momenta = kernels::run(&Table::fromMiddle, closes.rows(), rowsOf(highest), rowsOf(lowest),
-                                                   records, momentum.column->values().data());
-          const std::size_t ranges = kernels::run(&Table::difference, rowsOf(highest), 0, rowsOf(lowest), records,
-                                                  range.column->values().data());
-          return std::min(momenta, ranges);
-        },
-        [&](Integer record) {
-          const Real high = at(highest, record), low = at(lowest, record);
-          momentum.column->setValue(record, closes(record) - (high + low) / 2);
-          range.column->setValue(record, high - low);
-        });
+    {
+      // The extremes of `General` cover one record more than the number that they are given.
+      const auto highest = General().HHV(data, highs.field(), KPeriods - 1, "HHV")->getField("HHV");
+      const auto lowest = General().LLV(data, lows.field(), KPeriods - 1, "LLV")->getField("LLV");
+      eachRecord(
+          KPeriods, count,
+          [&] {
+            const kernels::Records records = recordRange(KPeriods, count);
+            const std::size_t momenta = kernels::run(&Table::fromMiddle, closes.rows(), rowsOf(highest), rowsOf(lowest),
+                                                     records, momentum.column->values().data());
+            const std::size_t ranges = kernels::run(&Table::difference, rowsOf(highest), 0, rowsOf(lowest), records,
+                                                    range.column->values().data());
+            return std::min(momenta, ranges);
+          },
+          [&](Integer record) {
+            const Real high = at(highest, record), low = at(lowest, record);
+            momentum.column->setValue(record, closes(record) - (high + low) / 2);
+            range.column->setValue(record, high - low);
+          });
+    }
     for (const Integer periods : {KSmoothing, KDoubleSmoothing}) {
       if (periods < 2) continue;
       momentum = average(momentum, MA_Type, periods, "Momentum");
