@@ -149,6 +149,39 @@ TEST_P(EveryMethod, ReturnsWhatItPromisesOrAnErrorThatItNames) {
   EXPECT_GT(returned, 10) << "too few of the calls succeed to tell anything";
 }
 
+TEST_P(EveryMethod, LooksAtNoLaterRecord) {
+  // Lines through a span that the caller names are drawn over all of it, and a network has seen what it has learnt
+  // from.
+  const std::set<std::string_view> others = {"TironeLevel", "QuadrantLines", "SpeedResistanceLines", "NeuralIndicator"};
+  if (others.contains(method().name)) GTEST_SKIP() << "it looks at later records on purpose";
+  forRandomCalls([&](const std::vector<std::uint8_t>& bytes) {
+    Choices choices(bytes);
+    const test::World world = test::makeWorld(choices);
+    const test::Call call = test::makeCall(choices, world, owner(), method());
+    for (const catalogue::Value& argument : call.arguments) {
+      // A negative period asks for later records.
+      if (const auto* number = std::get_if<Integer>(&argument); number != nullptr && *number < 0) return;
+    }
+    const Integer start = world.data->getPosition();
+    const Outcome expected = test::run(world, call);
+    const auto last = static_cast<std::size_t>(world.count) - 1;
+    const auto alter = [&](const std::shared_ptr<Field>& input) {
+      if (input != nullptr && input->values().size() > last) input->values()[last] = 17.5;
+    };
+    std::for_each(world.fields.begin(), world.fields.end(), alter);
+    for (int i = 1; i <= world.prices->getFieldCount(); ++i) alter(world.prices->getField(world.prices->getName(i)));
+    world.data->setPosition(start);
+    const Outcome altered = test::run(world, call);
+    if (expected.fault || altered.fault) return;
+    for (std::size_t i = 0; i < expected.columns.size(); ++i) {
+      const auto& [name, rows] = expected.columns[i];
+      const auto earlier = static_cast<std::ptrdiff_t>(std::min(rows.size(), last));
+      EXPECT_TRUE(std::equal(rows.begin(), rows.begin() + earlier, altered.columns[i].second.begin()))
+          << name << " of " << call.describe() << " on " << world.count << " records";
+    }
+  });
+}
+
 TEST_P(EveryMethod, NamesComputedRowsThatCanBeEvaluated) {
   // Each number larger than the one before, so that a span ends after it begins.
   std::vector<catalogue::Value> arguments(method().arguments.size());
