@@ -188,7 +188,7 @@ Call makeCall(Choices& choices, const World& world, const catalogue::Class& owne
         break;
       case Type::Integer:
         // Every epoch takes as long as the one before.
-        value = argument.name == "Epochs" ? Integer(choices.of<int>({-1, 0, 1, 3, 20})) : number(choices, world);
+        value = argument.name == "Epochs" ? Integer(choices.of<int>({-1, 0, 1, 2})) : number(choices, world);
         break;
       case Type::Long:
         value = choices.of<std::int32_t>({0, 1, 4, 121, 2147483647, -7});
