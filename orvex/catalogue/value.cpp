@@ -60,14 +60,6 @@ struct ToText {
   }
 };
 
-bool truthOf(const Value& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) {
-    if (*text == "True" || *text == "true") return true;
-    if (*text == "False" || *text == "false") return false;
-  }
-  return std::visit(ToDouble{}, value) != 0.0;
-}
-
 template <class T>
 Value same(const Value& value) {
   if (std::holds_alternative<T>(value)) return value;
@@ -98,8 +90,6 @@ std::string_view typeName(Type type) {
 
 Value coerce(const Value& value, Type type) {
   switch (type) {
-    case Type::Boolean:
-      return truthOf(value);
     case Type::Integer:
       return std::holds_alternative<Integer>(value) ? value : Integer::rounded(std::visit(ToDouble{}, value));
     case Type::Long:
@@ -120,15 +110,10 @@ Value coerce(const Value& value, Type type) {
       return same<Object>(value);
     case Type::VariantArray:
       return arrayOf(value);
-    case Type::DoubleArray:
-      return same<Array<double>>(value);
-    case Type::StringArray:
-      return same<Array<std::string>>(value);
-    case Type::Nothing:
-    case Type::Empty:
-      break;
+    default:
+      // No argument is of another type.
+      raise(faults::TypeMismatch);
   }
-  return Empty{};
 }
 
 }  // namespace orvex::catalogue

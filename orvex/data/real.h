@@ -22,7 +22,6 @@ class Real {
   constexpr operator double() const noexcept { return value_; }
 
   constexpr Real& operator+=(Real other) { return *this = value_ + other.value_; }
-  constexpr Real& operator-=(Real other) { return *this = value_ - other.value_; }
   constexpr Real operator-() const { return -value_; }
 
  private:

@@ -126,7 +126,7 @@ TEST(Database, ReadsWindows1252WhereTheFileIsNotUtf8) {
 
 TEST(Database, HoldsAsManyRecordsAsA16BitCount) {
   std::string lines;
-  for (int i = 0; i < 32767; ++i) lines += "d,1,2,3,4,5\r\n";
+  for (int i = 0; i < 32767; ++i) lines += std::string(150, 'd') + ",1,2,3,4,5\r\n";
   const File file(lines);
   Database data;
   data.OpenDataBase(file.path(), ",");
@@ -134,6 +134,7 @@ TEST(Database, HoldsAsManyRecordsAsA16BitCount) {
   data.MoveLast();
   EXPECT_EQ(faultOf([&] { data.MoveNext(); }), faults::Overflow);
   EXPECT_EQ(data.getPosition(), 32767);
+  EXPECT_EQ(contents(data).back(), (Loaded{std::string(150, 'd'), {1, 2, 3, 4, 5}}));
 
   const File longer(lines + "e");
   EXPECT_EQ(faultOf([&] { data.OpenDataBase(longer.path(), ","); }), Database::loadFault("Overflow"));

@@ -48,6 +48,11 @@ TEST(Windows1252, BecomesUtf8) {
   EXPECT_TRUE(isUtf8("aä€\xF0\x9F\x98\x80"));
 }
 
+TEST(Utf16, IsMadeOfUtf8AndBack) {
+  EXPECT_EQ(utf16FromUtf8("aä€\xF0\x9F\x98\x80\xFF"), u"aä€\U0001F600\uFFFD");
+  EXPECT_EQ(utf8FromUtf16(u"aä€\U0001F600"), "aä€\xF0\x9F\x98\x80");
+}
+
 TEST(NumberText, IsReadAsFarAsItFits) {
   struct {
     const char* text;
