@@ -1,4 +1,6 @@
 // Loads whatever bytes there are as a price file: the first byte tells how long the delimiter is that follows it.
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -12,9 +14,10 @@
 
 namespace {
 
+/// A file of this process alone: several fuzzers may run at a time.
 const std::string& path() {
   static const std::string name =
-      (std::filesystem::temp_directory_path() / ("orvex-fuzz-" + std::to_string(std::rand()) + ".csv")).string();
+      (std::filesystem::temp_directory_path() / ("orvex-fuzz-" + std::to_string(getpid()) + ".csv")).string();
   return name;
 }
 
