@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -12,9 +13,11 @@
 
 namespace {
 
+/// A file of this process alone: several may run at once.
 const std::string& path() {
   static const std::string name =
-      (std::filesystem::temp_directory_path() / ("orvex-fuzz-" + std::to_string(std::rand()) + ".csv")).string();
+      (std::filesystem::temp_directory_path() / ("orvex-fuzz-" + std::to_string(std::random_device()()) + ".csv"))
+          .string();
   return name;
 }
 
