@@ -1,37 +1,18 @@
 #include "orvex/data/database.h"
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "orvex/data/host_events.h"
+#include "tests/support/file.h"
 #include "tests/support/series.h"
 
 namespace orvex {
 namespace {
 
 using test::faultOf;
-
-/// A file that is gone with the object.
-class File {
- public:
-  explicit File(const std::string& content)
-      : path_((std::filesystem::temp_directory_path() /
-               ("orvex-test-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)) + ".csv"))
-                  .string()) {
-    write(content);
-  }
-  ~File() { std::filesystem::remove(path_); }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-
-  void write(const std::string& content) { std::ofstream(path_, std::ios::binary) << content; }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
+using test::File;
 
 /// A record as it was loaded: the date and the five numbers.
 struct Loaded {

@@ -1,25 +1,17 @@
 // Loads whatever bytes there are as a price file: the first byte tells how long the delimiter is that follows it.
-#include <unistd.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 
 #include "orvex/data/database.h"
+#include "tests/support/file.h"
 
 namespace {
 
-/// A file of this process alone: several fuzzers may run at a time.
-const std::string& path() {
-  static const std::string name =
-      (std::filesystem::temp_directory_path() / ("orvex-fuzz-" + std::to_string(getpid()) + ".csv")).string();
-  return name;
-}
+using orvex::test::File;
 
 /// How many lines a text has, counted the plain way.
 std::size_t countLines(std::string_view text) {
@@ -46,12 +38,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   const std::size_t length = std::min<std::size_t>(input[0] & 3, size - 1);
   const std::string delimiter(input.substr(1, length));
   const std::string_view content = input.substr(1 + length);
-  std::ofstream(path(), std::ios::binary) << content;
+  static File file("");
+  file.write(std::string(content));
 
   orvex::Database data;
   const std::size_t lines = countLines(content);
   try {
-    data.OpenDataBase(path(), delimiter);
+    data.OpenDataBase(file.path(), delimiter);
     require(data.getRecordCount() == lines && data.getPosition() == 1);
     require(data.getRecordset()->getFieldCount() == 6);
     for (const char* name : {"Open", "High", "Low", "Close", "Volume"}) {

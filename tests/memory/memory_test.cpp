@@ -2,13 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <new>
 #include <random>
 
 #include "tests/memory/allocations.h"
 #include "tests/support/calls.h"
+#include "tests/support/file.h"
 
 namespace orvex {
 namespace {
@@ -110,22 +109,20 @@ TEST(Memory, ThatRunsOutFailsTheCallAndNothingElse) {
 }
 
 TEST(Memory, ThatRunsOutFailsTheLoadOfAFile) {
-  const std::string path = (std::filesystem::temp_directory_path() / "orvex-memory-test.csv").string();
-  std::ofstream(path) << "a date that is longer than a short string,1,2,3,4,5\n\x80,6,7,8,9,10\n";
+  const test::File file("a date that is longer than a short string,1,2,3,4,5\n\x80,6,7,8,9,10\n");
   int failures = 0;
   for (bool failed = true; failed && !HasFailure();) {
     const std::size_t before = inUse;
     {
       Database data;
-      failed = fails(failures, [&] { data.OpenDataBase(path, ","); });
-      if (failed) data.OpenDataBase(path, ",");
+      failed = fails(failures, [&] { data.OpenDataBase(file.path(), ","); });
+      if (failed) data.OpenDataBase(file.path(), ",");
       EXPECT_EQ(data.getRecordset()->getValue("Volume", 2), 10);
     }
     EXPECT_EQ(inUse, before) << "a leak";
     if (failed) ++failures;
   }
   EXPECT_GT(failures, 10);
-  std::filesystem::remove(path);
 }
 
 TEST(Memory, OfACallIsItsResultAndEightColumnsAtMost) {
