@@ -2,13 +2,8 @@
 #include "orvex/averages/moving_average.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 const std::vector<double> line{1, 2, 3, 4, 5, 6, 7, 8};
 
@@ -99,4 +94,4 @@ TEST(AverageType, ChoosesByCode) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -6,13 +6,8 @@
 
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(LinearRegression, StraightLinesAtEachKindOfCentre) {
   // Source(r) = r, so slope and quality are 1. With n values up to r, the mean of y is r - (n - 1) / 2; the intercept
@@ -80,4 +75,4 @@ TEST(LinearRegression, ForecastUnderAnAliasThatIsAnotherColumnsName) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

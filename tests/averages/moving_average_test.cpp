@@ -6,13 +6,8 @@
 
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(MovingAverage, HandComputedSeries) {
   MovingAverage average;
@@ -89,4 +84,4 @@ TEST(MovingAverage, LeavesTheCursorWhereAFaultMetIt) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

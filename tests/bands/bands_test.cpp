@@ -4,15 +4,8 @@
 
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::Bar;
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 constexpr int Simple = 1, Exponential = 2;
 
@@ -244,4 +237,4 @@ TEST(Bands, FractalsShowWhenTheirLastNeighbourHasCome) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

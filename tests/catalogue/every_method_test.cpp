@@ -15,14 +15,12 @@
 #include "tests/support/calls.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
 
 using catalogue::Class;
 using catalogue::Method;
 using kernels::Level;
-using test::Choices;
-using test::Outcome;
 
 struct Named {
   const Class* owner;
@@ -96,12 +94,12 @@ struct Positions {
 Outcome outcomeAt(Level level, const std::vector<std::uint8_t>& bytes, const Named& named,
                   std::vector<int>* positions = nullptr) {
   Choices choices(bytes);
-  const test::World world = test::makeWorld(choices);
-  const test::Call call = test::makeCall(choices, world, *named.owner, *named.method);
+  const World world = makeWorld(choices);
+  const Call call = makeCall(choices, world, *named.owner, *named.method);
   kernels::setLevel(level);
   Positions watch{world.data.get(), {}};
   if (positions != nullptr) setYieldHook({&Positions::record, &watch});
-  Outcome outcome = test::run(world, call);
+  Outcome outcome = run(world, call);
   setYieldHook({});
   if (positions != nullptr) *positions = std::move(watch.seen);
   return outcome;
@@ -120,9 +118,8 @@ TEST_P(EveryMethod, HasOneResultAtEveryLevelAndUnderEveryHost) {
     }
     if (HasFailure()) {
       Choices choices(bytes);
-      const test::World world = test::makeWorld(choices);
-      ADD_FAILURE() << test::makeCall(choices, world, owner(), method()).describe() << " on " << world.count
-                    << " records";
+      const World world = makeWorld(choices);
+      ADD_FAILURE() << makeCall(choices, world, owner(), method()).describe() << " on " << world.count << " records";
     }
   });
 }
@@ -131,13 +128,13 @@ TEST_P(EveryMethod, ReturnsWhatItPromisesOrAnErrorThatItNames) {
   int returned = 0;
   forRandomCalls([&](const std::vector<std::uint8_t>& bytes) {
     Choices choices(bytes);
-    const test::World world = test::makeWorld(choices);
-    const test::Call call = test::makeCall(choices, world, owner(), method());
+    const World world = makeWorld(choices);
+    const Call call = makeCall(choices, world, owner(), method());
     SCOPED_TRACE(call.describe() + " on " + std::to_string(world.count) + " records");
-    const auto inputs = test::contents(world);
+    const auto inputs = contents(world);
     const int start = world.data->getPosition().value();
-    const Outcome outcome = test::run(world, call);
-    EXPECT_EQ(test::contents(world), inputs) << "an input was changed";
+    const Outcome outcome = run(world, call);
+    EXPECT_EQ(contents(world), inputs) << "an input was changed";
     if (outcome.fault) {
       EXPECT_NE(std::find(method().faults.begin(), method().faults.end(), *outcome.fault), method().faults.end())
           << outcome.fault->number << ' ' << outcome.fault->source << ": " << outcome.fault->description;
@@ -163,14 +160,14 @@ TEST_P(EveryMethod, ReturnsWhatItPromisesOrAnErrorThatItNames) {
 TEST_P(EveryCausalMethod, LooksAtNoLaterRecord) {
   forRandomCalls([&](const std::vector<std::uint8_t>& bytes) {
     Choices choices(bytes);
-    const test::World world = test::makeWorld(choices);
-    const test::Call call = test::makeCall(choices, world, owner(), method());
+    const World world = makeWorld(choices);
+    const Call call = makeCall(choices, world, owner(), method());
     for (const catalogue::Value& argument : call.arguments) {
       // A negative period asks for later records.
       if (const auto* number = std::get_if<Integer>(&argument); number != nullptr && *number < 0) return;
     }
     const Integer start = world.data->getPosition();
-    const Outcome expected = test::run(world, call);
+    const Outcome expected = run(world, call);
     const auto last = static_cast<std::size_t>(world.count) - 1;
     const auto alter = [&](const std::shared_ptr<Field>& input) {
       if (input != nullptr && input->values().size() > last) input->values()[last] = 17.5;
@@ -178,7 +175,7 @@ TEST_P(EveryCausalMethod, LooksAtNoLaterRecord) {
     std::for_each(world.fields.begin(), world.fields.end(), alter);
     for (int i = 1; i <= world.prices->getFieldCount(); ++i) alter(world.prices->getField(world.prices->getName(i)));
     world.data->setPosition(start);
-    const Outcome altered = test::run(world, call);
+    const Outcome altered = run(world, call);
     if (expected.fault || altered.fault) return;
     for (std::size_t i = 0; i < expected.columns.size(); ++i) {
       const auto& [name, rows] = expected.columns[i];
@@ -225,4 +222,4 @@ TEST(Catalogue, NamesAndIdentifiersAreUnique) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

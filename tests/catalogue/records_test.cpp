@@ -10,7 +10,7 @@
 #include "orvex/data/host_events.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
 
 using catalogue::Type;
@@ -26,12 +26,12 @@ const catalogue::Method& method(const std::string& name) {
 
 /// The arguments of a call on a series that rises and falls.
 std::vector<Value> argumentsOf(const catalogue::Method& called, const Numbers& numbers) {
-  std::vector<test::Bar> series;
+  std::vector<Bar> series;
   for (int i = 0; i < count; ++i) {
     const double close = 100 + i % 7 + i % 3;
     series.push_back({close - 1, close + 2, close - 3, close, 1000.0 + i % 5});
   }
-  const auto data = test::bars(series);
+  const auto data = bars(series);
   std::vector<Value> arguments;
   for (const catalogue::Argument& argument : called.arguments) {
     const auto number = numbers.find(std::string(argument.name));
@@ -91,7 +91,7 @@ TEST(Yields, OncePerPassOfEachRecordLoop) {
     const auto object = catalogue::findClass(one.name.substr(0, one.name.find('.')))->create();
     int yields = 0;
     setYieldHook({[](void* context) { ++*static_cast<int*>(context); }, &yields});
-    EXPECT_EQ(test::faultOf([&] { catalogue::call(called, object.get(), arguments); }), std::nullopt);
+    EXPECT_EQ(faultOf([&] { catalogue::call(called, object.get(), arguments); }), std::nullopt);
     setYieldHook({});
     EXPECT_EQ(yields, one.yields);
   }
@@ -147,4 +147,4 @@ TEST(ComputedRows, BeginWhereEveryInputIsComputed) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -9,7 +9,7 @@
 #include "orvex/catalogue/description.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
 
 using catalogue::Type;
@@ -67,7 +67,7 @@ TEST(Values, BecomeThoseOfAnArgumentsType) {
       {std::numeric_limits<double>::quiet_NaN(), Type::Long, faults::Overflow},
   };
   for (const auto& one : errors) {
-    EXPECT_EQ(test::faultOf([&] { catalogue::coerce(one.value, one.type); }), one.expected) << &one - errors;
+    EXPECT_EQ(faultOf([&] { catalogue::coerce(one.value, one.type); }), one.expected) << &one - errors;
   }
 }
 
@@ -75,10 +75,10 @@ TEST(Values, AreMissedWhereAnArgumentIsNotOptional) {
   const catalogue::Class& field = *catalogue::findClass("field");
   std::vector<Value> missing(1);
   const auto fault =
-      test::faultOf([&] { catalogue::call(*catalogue::findMethod(field, "getvalue"), field.create().get(), missing); });
+      faultOf([&] { catalogue::call(*catalogue::findMethod(field, "getvalue"), field.create().get(), missing); });
   ASSERT_TRUE(fault.has_value());
   EXPECT_EQ(fault->number, 449);
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -19,7 +19,7 @@
 #include "orvex/catalogue/description.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -294,9 +294,8 @@ TEST_F(CommandLine, NumbersReadBackToTheSameDouble) {
   std::string lines = "x\n";
   for (const double value : values) lines += json(value).dump() + '\n';
   write("random.csv", lines);
-  const auto result = MovingAverage()
-                          .SimpleMovingAverage(test::records(values.size()), test::field(values), 3)
-                          ->getField("SimpleMovingAverage");
+  const auto result =
+      MovingAverage().SimpleMovingAverage(records(values.size()), field(values), 3)->getField("SimpleMovingAverage");
 
   const json printed = columnsOf("MovingAverage.SimpleMovingAverage random.csv Source=x Periods=3 --append");
   ASSERT_EQ(printed["x"].size(), values.size());
@@ -380,4 +379,4 @@ TEST_F(CommandLine, ReferencePageIsUpToDate) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -8,11 +8,8 @@
 #include "tests/support/file.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::faultOf;
-using test::File;
 
 /// A record as it was loaded: the date and the five numbers.
 struct Loaded {
@@ -251,15 +248,15 @@ TEST(Database, MovesItsCursorFromTheFirstRecordToOnePastTheLast) {
 TEST(Database, AdoptsASetAndTheRecordCountOfItsOpens) {
   const auto set = std::make_shared<RecordSet>();
   Database data;
-  for (const char* name : {"date", "OPEN", "high", "Low", "Close"}) set->addField(test::field({1, 2}, name));
+  for (const char* name : {"date", "OPEN", "high", "Low", "Close"}) set->addField(field({1, 2}, name));
   EXPECT_EQ(faultOf([&] { data.RecordsetCache(set); }), RecordSet::getFieldFault);
   EXPECT_EQ(data.getRecordset(), set);
   EXPECT_EQ(data.getRecordCount(), 0);
-  set->addField(test::field({1, 2, 3}, "Volume"));
+  set->addField(field({1, 2, 3}, "Volume"));
   data.RecordsetCache(set);
   EXPECT_EQ(data.getRecordCount(), 2);
   EXPECT_EQ(faultOf([&] { data.RecordsetCache(nullptr); }), faults::ObjectNotSet);
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -7,10 +7,8 @@
 #include "orvex/data/mod_globals.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::faultOf;
 
 TEST(Field, RowsOutsideTheColumnAreAnError) {
   Field column;
@@ -89,4 +87,4 @@ TEST(ModGlobals, EqualValuesHaveNoLargerAndNoSmaller) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -5,11 +5,8 @@
 
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::faultOf;
-using test::field;
 
 RecordSet& fill(RecordSet& set, const std::vector<std::string>& names) {
   for (const std::string& name : names) set.addField(field({1, 2, 3}, name));
@@ -82,4 +79,4 @@ TEST(RecordSet, TakesAsManyFieldsAsA16BitCount) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -10,7 +10,7 @@
 #include "orvex/data/number_text.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
 
 TEST(Names, AreComparedWithoutRegardToCase) {
@@ -100,7 +100,7 @@ TEST(NumberText, BeyondADoubleIsAnOverflow) {
   const std::string longZeros = "1" + std::string(400, '0');
   for (const std::string& text : {std::string("1e309"), std::string("-2e308"), longZeros, longZeros + ".5",
                                   std::string("0.1e99999999999999999999")}) {
-    EXPECT_EQ(test::faultOf([&] { readNumber(text); }), faults::Overflow) << text;
+    EXPECT_EQ(faultOf([&] { readNumber(text); }), faults::Overflow) << text;
   }
   EXPECT_EQ(numberFromText(longZeros + "e-399"), 10.0);
 }
@@ -118,4 +118,4 @@ TEST(NumberText, IsTheNearestDouble) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

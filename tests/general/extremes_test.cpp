@@ -4,13 +4,8 @@
 #include "orvex/general/general.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
@@ -99,4 +94,4 @@ TEST(Extremes, OfARangeThatCannotBe) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

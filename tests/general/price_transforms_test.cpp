@@ -3,14 +3,8 @@
 #include "orvex/general/general.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
@@ -101,4 +95,4 @@ TEST(RatesOfChange, Faults) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -4,7 +4,7 @@
 #include "orvex/general/general.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
 
 TEST(Primes, AgreeWithASieve) {
@@ -40,9 +40,9 @@ TEST(Primes, SeeThroughNumbersThatDeceiveSingleBases) {
 
 TEST(Primes, NegativeNumbersHaveNoRoot) {
   for (const std::int32_t n : {-1, -7, std::numeric_limits<std::int32_t>::min()}) {
-    EXPECT_EQ(test::faultOf([&] { General().IsPrime(n); }), faults::InvalidCall);
+    EXPECT_EQ(faultOf([&] { General().IsPrime(n); }), faults::InvalidCall);
   }
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -3,13 +3,8 @@
 #include "orvex/general/general.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(StandardDeviation, HandComputedSeries) {
   const struct {
@@ -74,4 +69,4 @@ TEST(CorrelationAnalysis, HandComputedColumns) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

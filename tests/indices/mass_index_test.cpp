@@ -1,16 +1,12 @@
 #include "orvex/indices/index.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
 
 /// Bars of these ranges above a low of 0.
 std::shared_ptr<Database> ranges(const std::vector<double>& heights) {
-  std::vector<test::Bar> series;
+  std::vector<Bar> series;
   for (const double height : heights) series.push_back({0, height, 0, 0, 0});
   return bars(series);
 }
@@ -53,4 +49,4 @@ TEST(MassIndex, ItsCheckStandsInsideTheTrap) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -1,16 +1,12 @@
 #include "orvex/indices/index.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
 
 /// Bars whose typical price is the price: a multiple of 3 stays exact.
 std::shared_ptr<Database> prices(const std::vector<double>& values, const std::vector<double>& volumes) {
-  std::vector<test::Bar> series;
+  std::vector<Bar> series;
   for (std::size_t i = 0; i < values.size(); ++i) {
     series.push_back({values[i], values[i], values[i], values[i], volumes[i]});
   }
@@ -18,10 +14,10 @@ std::shared_ptr<Database> prices(const std::vector<double>& values, const std::v
 }
 
 TEST(ChaikinMoneyFlow, HandComputedSeries) {
-  const test::Bar before{0, 5, 1, 2, 70}, high{0, 12, 8, 11, 100};  // (3 - 1) / (4 x 100) = 0.005
+  const Bar before{0, 5, 1, 2, 70}, high{0, 12, 8, 11, 100};  // (3 - 1) / (4 x 100) = 0.005
   struct Case {
     const char* what;
-    test::Bar last;
+    Bar last;
     double expected;
   };
   const Case cases[] = {
@@ -75,4 +71,4 @@ TEST(MoneyFlowIndex, ChecksBeforeTheTrap) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

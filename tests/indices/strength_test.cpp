@@ -3,14 +3,8 @@
 #include "orvex/indices/index.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(RelativeStrengthIndex, HandComputedSeries) {
   // Moves +2 -1 +2 0 -3 over 2 records: mean rises 1, 1.5, 0.75, 0.375, mean falls 0.5, 0.25, 0.125, 1.5625.
@@ -51,7 +45,7 @@ TEST(RelativeStrengthIndex, ChecksItsPeriodAlone) {
 }
 
 std::shared_ptr<Database> levels(const std::vector<double>& prices) {
-  std::vector<test::Bar> series;
+  std::vector<Bar> series;
   for (const double price : prices) series.push_back({price, price, price, price, 1});
   return bars(series);
 }
@@ -83,8 +77,7 @@ TEST(CommodityChannelIndex, ChecksInTheOrderOfTheArguments) {
   EXPECT_EQ(fault(5, 2), Index::CommodityChannelIndexFault) << "the average fails";
 }
 
-const std::vector<test::Bar> swinging = {
-    {0, 4, 2, 3, 0}, {0, 6, 3, 5, 0}, {0, 7, 5, 5, 0}, {0, 5, 1, 2, 0}, {0, 6, 4, 6, 0}};
+const std::vector<Bar> swinging = {{0, 4, 2, 3, 0}, {0, 6, 3, 5, 0}, {0, 7, 5, 5, 0}, {0, 5, 1, 2, 0}, {0, 6, 4, 6, 0}};
 
 TEST(StochasticMomentumIndex, HandComputedSeries) {
   // Over 2 records from record 2 on: momentum 1, 0, -2, 2.5 of ranges 4, 4, 6, 5.
@@ -115,4 +108,4 @@ TEST(StochasticMomentumIndex, ChecksInTheOrderOfTheArguments) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -1,15 +1,11 @@
 #include "orvex/indices/index.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
 
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
-
 // With A = |H - Cy|, B = |L - Cy|, D = |H - L| of each record:
-const std::vector<test::Bar> series = {
+const std::vector<Bar> series = {
     {10, 12, 9, 11, 0},  {12, 14, 12, 13, 0},  // A 3, B 1, D 2: R = 3 - 0.5 + 0.25 = 2.75, move 2 + 0.5 + 0.25 = 2.75
     {13, 14, 13, 14, 0},                       // A 1, B 0, D 1, a tie: R stays 2.75, move 1 + 0.5 + 0.25 = 1.75
     {12, 13, 10, 11, 0},                       // A 1, B 4, D 3: R = 4 - 0.5 + 0.25 = 3.75, move -3 - 0.5 + 0.25 = -3.25
@@ -58,4 +54,4 @@ TEST(SwingIndex, ErrorsOnEitherSideOfTheTrap) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

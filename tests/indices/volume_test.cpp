@@ -3,13 +3,8 @@
 #include "orvex/indices/index.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 struct VolumeCase {
   const char* what;
@@ -111,4 +106,4 @@ TEST(VolumeIndices, FaultsAndWhereTheyLeaveTheCursor) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -8,12 +8,10 @@
 #include "tests/support/calls.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
 
 using kernels::Level;
-using test::field;
-using test::records;
 
 std::vector<double> repeated(double value, std::size_t count) {
   return std::vector<double>(count, value);
@@ -47,20 +45,20 @@ TEST(Recursions, StretchesSideBySideAreOneChain) {
                     {"MovingAverage", "WellesWilderSmoothing"},
                     {"Index", "RelativeStrengthIndex"}};
   for (const std::vector<double>& series : longSeries()) {
-    const test::World world{records(series.size()), {}, {}, static_cast<int>(series.size())};
+    const World world{records(series.size()), {}, {}, static_cast<int>(series.size())};
     for (const auto& [className, methodName] : recursions) {
       const catalogue::Class& owner = *catalogue::findClass(className);
       const catalogue::Method& method = *catalogue::findMethod(owner, methodName);
       for (const int periods : {1, 2, 3, 9, 14, 40, 300, 1400}) {
-        test::Call call{&owner, &method, {field(series), Integer(periods), catalogue::Missing{}}};
+        Call call{&owner, &method, {field(series), Integer(periods), catalogue::Missing{}}};
         if (method.arguments.size() == 4) call.arguments.insert(call.arguments.begin(), world.data);
         SCOPED_TRACE(call.describe() + " from " + std::to_string(series[0]));
         const auto outcome = [&](Level level) {
           kernels::setLevel(level);
           world.data->MoveFirst();
-          return test::run(world, call);
+          return run(world, call);
         };
-        const test::Outcome expected = outcome(Level::Off);
+        const Outcome expected = outcome(Level::Off);
         for (const Level level : {Level::Baseline, Level::Avx2, Level::Avx512}) {
           EXPECT_EQ(outcome(level), expected) << "level " << static_cast<int>(level);
         }
@@ -70,4 +68,4 @@ TEST(Recursions, StretchesSideBySideAreOneChain) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

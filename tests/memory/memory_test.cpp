@@ -9,16 +9,13 @@
 #include "tests/support/calls.h"
 #include "tests/support/file.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
 
 using catalogue::Class;
 using catalogue::Method;
 using catalogue::Value;
 using namespace allocations;
-using test::Call;
-using test::Choices;
-using test::World;
 
 /// Runs `body` with memory for so many allocations only. Tells whether it ended in an error.
 template <class Body>
@@ -40,9 +37,9 @@ bool fails(long count, Body body) {
 struct Prepared {
   Prepared(const std::vector<std::uint8_t>& bytes, int count, const Class& owner, const Method& method)
       : choices(bytes),
-        world(test::makeWorld(choices, count)),
-        call(test::makeCall(choices, world, owner, method)),
-        object(test::objectOf(choices, world, owner)) {}
+        world(makeWorld(choices, count)),
+        call(makeCall(choices, world, owner, method)),
+        object(objectOf(choices, world, owner)) {}
   // A set and a database that hold each other are the host's to part.
   ~Prepared() { world.prices->setDatabase(nullptr); }
   Prepared(const Prepared&) = delete;
@@ -76,10 +73,10 @@ void forEveryMethod(int wanted, Check check) {
 
 TEST(Memory, ThatRunsOutFailsTheCallAndNothingElse) {
   forEveryMethod(3, [](const std::vector<std::uint8_t>& bytes, const Class& owner, const Method& method) {
-    test::Outcome expected;
+    Outcome expected;
     {
       Prepared plain(bytes, 60, owner, method);
-      expected = test::run(plain.world, plain.call, plain.object.get());
+      expected = run(plain.world, plain.call, plain.object.get());
       if (expected.fault) return false;
     }
     bool failed = true;
@@ -88,18 +85,18 @@ TEST(Memory, ThatRunsOutFailsTheCallAndNothingElse) {
       const std::size_t before = inUse;
       {
         Prepared starved(bytes, 60, owner, method);
-        const auto inputs = test::contents(starved.world);
+        const auto inputs = contents(starved.world);
         const Integer position = starved.world.data->getPosition();
         {
           std::vector<Value> arguments = starved.call.arguments;
           failed = fails(count, [&] { catalogue::call(method, starved.object.get(), arguments); });
         }
         if (!owner.holdsState) {
-          EXPECT_EQ(test::contents(starved.world), inputs);
+          EXPECT_EQ(contents(starved.world), inputs);
         }
         if (failed) {
           starved.world.data->setPosition(position);
-          EXPECT_EQ(test::run(starved.world, starved.call, starved.object.get()), expected) << "the same call again";
+          EXPECT_EQ(run(starved.world, starved.call, starved.object.get()), expected) << "the same call again";
         }
       }
       EXPECT_EQ(inUse, before) << "a leak";
@@ -109,7 +106,7 @@ TEST(Memory, ThatRunsOutFailsTheCallAndNothingElse) {
 }
 
 TEST(Memory, ThatRunsOutFailsTheLoadOfAFile) {
-  const test::File file("a date that is longer than a short string,1,2,3,4,5\n\x80,6,7,8,9,10\n");
+  const File file("a date that is longer than a short string,1,2,3,4,5\n\x80,6,7,8,9,10\n");
   int failures = 0;
   for (bool failed = true; failed && !HasFailure();) {
     const std::size_t before = inUse;
@@ -149,4 +146,4 @@ TEST(Memory, OfACallIsItsResultAndEightColumnsAtMost) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

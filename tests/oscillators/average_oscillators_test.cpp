@@ -1,13 +1,8 @@
 #include "orvex/oscillators/oscillator.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(PriceOscillator, IsInPercentOfTheLongAverage) {
   const auto data = records(4);
@@ -114,4 +109,4 @@ TEST(AverageOscillators, CheckTheirArgumentsInOrderBeforeAnythingElse) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -1,12 +1,8 @@
 #include "orvex/oscillators/oscillator.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
 
 TEST(TrueRange, IsTheLargestOfThreeDistances) {
   // A gap upward, a gap downward, a bar around the close before, and one whose high is below its low.
@@ -23,7 +19,7 @@ TEST(TrueRange, OfEqualPricesIsNone) {
 }
 
 TEST(AverageTrueRange, CoversFourteenRecordsByDefault) {
-  std::vector<test::Bar> series(16, {0, 12, 10, 11, 0});
+  std::vector<Bar> series(16, {0, 12, 10, 11, 0});
   const auto data = bars(series);
   std::string alias;
   const auto average = Oscillator().AverageTrueRange(data, data->getRecordset(), alias)->getField("ATR");
@@ -60,7 +56,7 @@ TEST(DirectionalMovement, EqualMovesCancelAndTheRatingLooksOneRecordBack) {
 }
 
 TEST(DirectionalMovement, WithoutARangeHasNoDirection) {
-  const auto data = bars(std::vector<test::Bar>(4, {0, 9, 9, 9, 0}));
+  const auto data = bars(std::vector<Bar>(4, {0, 9, 9, 9, 0}));
   const std::vector<double> none(4);
   expectColumns(*Oscillator().DirectionalMovementSystem(data, data->getRecordset(), 1),
                 {{"ADX", none}, {"ADXR", none}, {"DX", none}, {"TRSum", none}, {"DI-", none}, {"DI+", none}});
@@ -68,7 +64,7 @@ TEST(DirectionalMovement, WithoutARangeHasNoDirection) {
 
 TEST(Aroon, OfEqualExtremesTheNewestOrElseTheOldestCounts) {
   const std::vector<double> highs{5, 5, 4, 5, 6, 1}, lows{1, 3, 3, 2, 2, 2};
-  std::vector<test::Bar> series;
+  std::vector<Bar> series;
   for (std::size_t i = 0; i < highs.size(); ++i) series.push_back({0, highs[i], lows[i], 0, 0});
   const auto data = bars(series);
   expectColumns(*Oscillator().Aroon(data, data->getRecordset(), 2), {{"Aroon Up", {0, 0, 0, 100, 100, 50}},
@@ -78,7 +74,7 @@ TEST(Aroon, OfEqualExtremesTheNewestOrElseTheOldestCounts) {
 }
 
 TEST(DirectionalMovement, Faults) {
-  const auto data = bars(std::vector<test::Bar>(5, {0, 12, 10, 11, 0}));
+  const auto data = bars(std::vector<Bar>(5, {0, 12, 10, 11, 0}));
   const auto prices = data->getRecordset();
   const auto noClose = makeRecordSet({prices->getField("High"), prices->getField("Low")});
   Oscillator oscillator;
@@ -95,4 +91,4 @@ TEST(DirectionalMovement, Faults) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -1,13 +1,8 @@
 #include "orvex/oscillators/oscillator.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(ChaosFractalOscillator, ComparesWithFourRecordsOrWithZeros) {
   const struct {
@@ -57,4 +52,4 @@ TEST(PrimeNumberOscillator, IsTheDistanceToTheNearestPrime) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

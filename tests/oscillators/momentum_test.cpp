@@ -3,14 +3,8 @@
 #include "orvex/oscillators/oscillator.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
@@ -130,4 +124,4 @@ TEST(MomentumOscillators, FaultWhereTheDefinitionDoes) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

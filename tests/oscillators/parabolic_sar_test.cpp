@@ -1,13 +1,8 @@
 #include "orvex/oscillators/oscillator.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(ParabolicSAR, HandComputedTrends) {
   const struct {
@@ -59,4 +54,4 @@ TEST(ParabolicSAR, NeedsTwoRecordsAndLeavesTheCursorBeforeTheOneThatFaults) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -1,14 +1,8 @@
 #include "orvex/oscillators/oscillator.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 // The extremes of record 1 are in no span.
 std::shared_ptr<Database> fiveBars() {
@@ -66,7 +60,7 @@ TEST(UltimateOscillator, WeighsTheCyclesInTheOrderOfTheArguments) {
 }
 
 TEST(Stochastics, FlatPricesFault) {
-  const auto data = bars(std::vector<test::Bar>(5, {9, 9, 9, 9, 9}));
+  const auto data = bars(std::vector<Bar>(5, {9, 9, 9, 9, 9}));
   const auto prices = data->getRecordset();
   Oscillator oscillator;
   const struct {
@@ -101,4 +95,4 @@ TEST(Stochastics, PeriodsAreNotChecked) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

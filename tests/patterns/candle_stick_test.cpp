@@ -2,12 +2,8 @@
 
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::Bar;
-using test::bars;
-using test::faultOf;
 
 /// Eleven records with bodies of 10 that rise to a close of 0: the trend before a pattern.
 std::vector<Bar> advance() {
@@ -149,4 +145,4 @@ TEST(CandleStick, Errors) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

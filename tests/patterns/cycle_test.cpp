@@ -7,11 +7,8 @@
 #include "orvex/data/host_events.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::faultOf;
-using test::field;
 
 TEST(Cycle, HandComputedSeries) {
   const struct {
@@ -83,4 +80,4 @@ TEST(Cycle, SkippedSearchesChangeNothing) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -8,13 +8,8 @@
 #include "orvex/patterns/network.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(Network, HyperbolicTangent) {
   for (double x = 1e-300; x < 25; x *= 1.001) {
@@ -135,4 +130,4 @@ TEST(NeuralNetwork, ChecksInTheOrderOfTheArguments) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -3,12 +3,8 @@
 #include "orvex/general/general.h"
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(ChartPattern, PercentRetracement) {
   const struct {
@@ -65,4 +61,4 @@ TEST(ChartPattern, OnlyLateFaultsAreItsOwn) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test

@@ -2,14 +2,8 @@
 
 #include "tests/support/series.h"
 
-namespace orvex {
+namespace orvex::test {
 namespace {
-
-using test::bars;
-using test::expectColumns;
-using test::faultOf;
-using test::field;
-using test::records;
 
 TEST(LineStudy, FibonacciMarks) {
   const struct {
@@ -130,4 +124,4 @@ TEST(LineStudy, PenetrationOfADrawnLine) {
 }
 
 }  // namespace
-}  // namespace orvex
+}  // namespace orvex::test
