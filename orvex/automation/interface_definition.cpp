@@ -9,7 +9,6 @@ namespace {
 
 using catalogue::Argument;
 using catalogue::Class;
-using catalogue::Kind;
 using catalogue::Method;
 using catalogue::Type;
 
@@ -154,9 +153,10 @@ std::string registrationFreeManifest() {
       guidText(LibraryId) + "}\" version=\"" + versionText() + "\" helpdir=\"\"/>\n";
   for (const Class* one : catalogue::classes()) {
     const std::string programId = std::string(LibraryName).append(".").append(one->name);
-    text += "    <comClass clsid=\"{" + guidText(one->classId) + "}\" threadingModel=\"Apartment\" tlbid=\"{" +
-            guidText(LibraryId) + "}\" progid=\"" + programId + ".1\">\n      <progid>" + programId +
-            "</progid>\n    </comClass>\n";
+    text.append("    <comClass clsid=\"{").append(guidText(one->classId));
+    text.append("}\" threadingModel=\"Apartment\" tlbid=\"{").append(guidText(LibraryId));
+    text.append("}\" progid=\"").append(programId).append(".1\">\n");
+    text.append("      <progid>").append(programId).append("</progid>\n    </comClass>\n");
   }
   return text += "  </file>\n</assembly>\n";
 }

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "orvex/kernels/pack.h"
+#include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <cstddef>
 
 #include "orvex/kernels/kernels.h"
-#include "orvex/kernels/pack.h"
+#include "orvex/kernels/pack.inl"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "orvex/kernels/pack.h"
+#include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "orvex/kernels/pack.h"
+#include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
 
 namespace {

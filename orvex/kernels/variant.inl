@@ -2,7 +2,7 @@
 // ORVEX_VARIANT.
 #include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/oscillators.inl"
-#include "orvex/kernels/pack.h"
+#include "orvex/kernels/pack.inl"
 #include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/recursions.inl"

@@ -48,7 +48,7 @@ std::string nameOf(const testing::TestParamInfo<Named>& info) {
 
 class EveryMethod : public testing::TestWithParam<Named> {
  protected:
-  ~EveryMethod() override {
+  void TearDown() override {
     kernels::setLevel(kernels::widestLevel());
     setYieldHook({});
   }

@@ -124,7 +124,7 @@ World makeWorld(Choices& choices, int count) {
   world.count = count;
   world.prices = std::make_shared<RecordSet>();
   const bool incomplete = choices.once(12);
-  const std::size_t common = choices.below(3 * Kinds);
+  const std::size_t common = choices.below(std::size_t{3} * Kinds);
   const auto kind = [&] { return common < Kinds ? common : choices.below(Kinds); };
   for (const auto name : {Database::DateName, Database::OpenName, Database::HighName, Database::LowName,
                           Database::CloseName, Database::VolumeName}) {
