@@ -49,8 +49,10 @@ const Method* findMethod(const Class& owner, DISPID id, WORD flags) {
         return (flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) != 0;
     }
   };
+  const Method& first = *owner.methods[static_cast<std::size_t>(id) - 1];
+  if (catalogue::dispatchId(owner, first) != id) return nullptr;
   for (const Method* method : owner.methods) {
-    if (catalogue::dispatchId(owner, *method) == id && serves(method->kind)) return method;
+    if (method->name == first.name && serves(method->kind)) return method;
   }
   return nullptr;
 }

@@ -1,7 +1,5 @@
 #include "orvex/automation/errors.h"
 
-#include <string>
-
 #include "orvex/automation/texts.h"
 
 namespace orvex::automation {

@@ -116,6 +116,14 @@ std::string versionText() {
 
 }  // namespace
 
+std::string programId(const Class& described) {
+  return std::string(LibraryName).append(".").append(described.name);
+}
+
+std::string versionedProgramId(const Class& described) {
+  return programId(described) + "." + std::to_string(LibraryMajorVersion);
+}
+
 std::string interfaceDefinition() {
   std::string text =
       "// The interfaces of the automation server. This file is made: orvex idl prints it.\n"
@@ -152,11 +160,10 @@ std::string registrationFreeManifest() {
       "    <typelib tlbid=\"{" +
       guidText(LibraryId) + "}\" version=\"" + versionText() + "\" helpdir=\"\"/>\n";
   for (const Class* one : catalogue::classes()) {
-    const std::string programId = std::string(LibraryName).append(".").append(one->name);
     text.append("    <comClass clsid=\"{").append(guidText(one->classId));
     text.append("}\" threadingModel=\"Apartment\" tlbid=\"{").append(guidText(LibraryId));
-    text.append("}\" progid=\"").append(programId).append(".1\">\n");
-    text.append("      <progid>").append(programId).append("</progid>\n    </comClass>\n");
+    text.append("}\" progid=\"").append(versionedProgramId(*one)).append("\">\n");
+    text.append("      <progid>").append(programId(*one)).append("</progid>\n    </comClass>\n");
   }
   return text += "  </file>\n</assembly>\n";
 }

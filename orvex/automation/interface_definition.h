@@ -15,6 +15,10 @@ inline constexpr int LibraryMajorVersion = 1;
 inline constexpr int LibraryMinorVersion = 0;
 inline constexpr int LibraryLocale = 1033;
 
+/// "Orvex.Field", by which hosts create objects of a class, and "Orvex.Field.1", which names the version too.
+std::string programId(const catalogue::Class& described);
+std::string versionedProgramId(const catalogue::Class& described);
+
 /// orvex.idl: a dual interface and a coclass for each class, and the library of them.
 std::string interfaceDefinition();
 

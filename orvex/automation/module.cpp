@@ -1,6 +1,5 @@
 #include "orvex/automation/module.h"
 
-#include <algorithm>
 #include <atomic>
 #include <string>
 #include <vector>

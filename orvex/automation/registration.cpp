@@ -59,8 +59,8 @@ struct ClassKeys {
   explicit ClassKeys(const catalogue::Class& described)
       : id(guidText(guidOf(described.classId))),
         classKey(L"CLSID\\" + id),
-        name(wide(LibraryName) + L"." + wide(described.name)),
-        versionedName(name + L"." + std::to_wstring(LibraryMajorVersion)) {}
+        name(wide(programId(described))),
+        versionedName(wide(versionedProgramId(described))) {}
 
   std::wstring id, classKey, name, versionedName;
 };

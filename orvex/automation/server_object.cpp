@@ -17,7 +17,7 @@ constexpr GUID ownIdentity = guidOf(catalogue::Guid("0be2d2b0-5b02-4c1e-896d-386
 namespace entries {
 
 HRESULT STDMETHODCALLTYPE queryInterface(ServerObject* self, const IID* id, void** result) noexcept {
-  return self->queryInterface(*id, result);
+  return id == nullptr ? E_INVALIDARG : self->queryInterface(*id, result);
 }
 
 ULONG STDMETHODCALLTYPE addReference(ServerObject* self) noexcept {
@@ -43,7 +43,7 @@ HRESULT STDMETHODCALLTYPE typeInfo(ServerObject* self, UINT index, LCID, ITypeIn
 
 HRESULT STDMETHODCALLTYPE namesToIds(ServerObject* self, const IID* reserved, LPOLESTR* names, UINT count, LCID,
                                      DISPID* ids) noexcept {
-  if (*reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+  if (reserved != nullptr && *reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
   return findNames(self->served().description, {names, count}, {ids, count});
 }
@@ -51,7 +51,7 @@ HRESULT STDMETHODCALLTYPE namesToIds(ServerObject* self, const IID* reserved, LP
 HRESULT STDMETHODCALLTYPE invoke(ServerObject* self, DISPID id, const IID* reserved, LCID, WORD flags,
                                  DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                                  UINT* argument) noexcept {
-  if (*reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+  if (reserved != nullptr && *reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (parameters == nullptr || (parameters->cArgs > 0 && parameters->rgvarg == nullptr) ||
       (parameters->cNamedArgs > 0 && parameters->rgdispidNamedArgs == nullptr)) {
     return E_INVALIDARG;
