@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "bench/cases.h"
 #include "orvex/data/database.h"

@@ -3,7 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
+#include <cstdint>
+#include <limits>
 
 #include "cli/failure.h"
 #include "cli/names.h"
@@ -54,14 +55,14 @@ std::string_view placeholder(const Argument& argument) {
   }
 }
 
-const PriceColumn* findColumn(const PriceFile& file, std::string_view name) {
+const FileColumn* findColumn(const PriceFile& file, std::string_view name) {
   const auto found = std::find_if(file.columns.begin(), file.columns.end(),
-                                  [&](const PriceColumn& one) { return equalNames(one.field->name(), name); });
+                                  [&](const FileColumn& one) { return equalNames(one.field->name(), name); });
   return found == file.columns.end() ? nullptr : &*found;
 }
 
 Value bindColumn(const PriceFile& file, const Argument& argument, const std::string& name) {
-  const PriceColumn* column = findColumn(file, name);
+  const FileColumn* column = findColumn(file, name);
   if (column == nullptr) {
     const std::vector<std::string> names = file.columnNames();
     throw Failure(RecordSet::getIndexFault, fmt::format("{}={}: \"{}\" has no such column; it has {}.{}", argument.name,

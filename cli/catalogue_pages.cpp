@@ -65,28 +65,19 @@ std::string describeClass(const Class& owner) {
 
 std::string describeMethod(const Class& owner, const Method& method) {
   std::string text = fmt::format("{}.{}\n\n{}\n", owner.name, signatureOf(method), helpOf(method));
-  const auto section = [&](std::string_view title, const std::vector<std::vector<std::string>>& rows) {
+  const auto section = [&](std::string_view title, const TableRows& rows) {
     if (!rows.empty()) text += fmt::format("\n{}\n{}", title, aligned(rows));
   };
-  std::vector<std::vector<std::string>> rows;
-  for (const Argument& argument : method.arguments) {
-    rows.push_back({std::string(argument.name), std::string(typeName(argument.type)), meaningOf(argument)});
-  }
-  section("Arguments", rows);
-  rows.clear();
-  for (const Column& column : method.columns)
-    rows.push_back({titleOf(column), fmt::format("computed rows {}", rowsOf(column))});
-  section("Result columns (N: the record count)", rows);
+  section("Arguments", argumentRows(method));
+  TableRows columns = columnRows(method);
+  for (auto& column : columns) column.back().insert(0, "computed rows ");
+  section("Result columns (N: the record count)", columns);
   const auto hasFunction = [](const Column& column) {
     const std::string computed = rowsOf(column);
     return computed.find("average(") != std::string::npos || computed.find('\\') != std::string::npos;
   };
   if (std::any_of(method.columns.begin(), method.columns.end(), hasFunction)) text += fmt::format("\n{}", RowFunctions);
-  rows.clear();
-  for (const Fault& fault : method.faults) {
-    rows.push_back({fmt::to_string(fault.number), std::string(fault.source), descriptionOf(fault)});
-  }
-  section("Errors", rows);
+  section("Errors", faultRows(method));
   if (isCalculation(owner, method)) section("Run", {{exampleCall(owner, method)}});
   if (owner.holdsState) text += fmt::format("\n{}\n", stateNote);
   return text;

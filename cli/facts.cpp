@@ -43,6 +43,28 @@ std::string descriptionOf(const Fault& fault) {
   return fault.description.empty() ? "that of the fault that was met" : std::string(fault.description);
 }
 
+TableRows argumentRows(const Method& method) {
+  TableRows rows;
+  for (const Argument& argument : method.arguments) {
+    rows.push_back({std::string(argument.name), std::string(typeName(argument.type)), meaningOf(argument)});
+  }
+  return rows;
+}
+
+TableRows columnRows(const Method& method) {
+  TableRows rows;
+  for (const Column& column : method.columns) rows.push_back({titleOf(column), rowsOf(column)});
+  return rows;
+}
+
+TableRows faultRows(const Method& method) {
+  TableRows rows;
+  for (const Fault& fault : method.faults) {
+    rows.push_back({fmt::to_string(fault.number), std::string(fault.source), descriptionOf(fault)});
+  }
+  return rows;
+}
+
 bool isCalculation(const catalogue::Class& owner, const Method& method) {
   return !owner.holdsState && method.kind == Kind::Method;
 }

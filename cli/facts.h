@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "orvex/catalogue/description.h"
 
@@ -30,6 +31,12 @@ a < b and y elsewhere; \ divides without a rest.
 
 /// What a fault says; some say what went wrong inside.
 std::string descriptionOf(const Fault& fault);
+
+/// The same in rows of a table: name, type, meaning; name, computed rows; number, source, description.
+using TableRows = std::vector<std::vector<std::string>>;
+TableRows argumentRows(const catalogue::Method& method);
+TableRows columnRows(const catalogue::Method& method);
+TableRows faultRows(const catalogue::Method& method);
 
 /// Tells whether a method computes something by itself. Those of classes that hold data, and properties, do not.
 bool isCalculation(const catalogue::Class& owner, const catalogue::Method& method);

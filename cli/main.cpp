@@ -65,9 +65,8 @@ class Program {
       return misused;
     } catch (const Failure& failure) {
       return report(failure);
-    } catch (const std::exception& error) {
-      complain(error.what());
-      return failed;
+    } catch (...) {
+      return report(Failure(currentFault(), "the command could not be completed."));
     }
   }
 

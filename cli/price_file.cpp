@@ -181,11 +181,11 @@ std::vector<std::string> doubledNames(const std::vector<std::string>& names) {
   return doubled;
 }
 
-PriceColumn makePriceColumn(const std::string& name, std::span<const Row> rows, std::size_t index, bool dates) {
+FileColumn makeFileColumn(std::string_view name, std::span<const Row> rows, std::size_t index, bool dates) {
   const auto isText = [&](const Row& row) {
     return !isBlank(row.cells[index].text) && !isNumber(row.cells[index].text);
   };
-  PriceColumn column{makeColumn(rows.size(), name), {}};
+  FileColumn column{makeColumn(rows.size(), name), {}};
   const auto text = dates ? rows.begin() : std::find_if(rows.begin(), rows.end(), isText);
   if (text != rows.end()) column.textLine = text->line;
   Integer record = 0;
@@ -203,8 +203,7 @@ PriceColumn makePriceColumn(const std::string& name, std::span<const Row> rows, 
 std::shared_ptr<Database> makeDatabase(const RecordSet& prices, Integer count) {
   auto complete = std::make_shared<RecordSet>();
   const auto add = [&](std::string_view name) {
-    const std::string field(name);
-    complete->addField(prices.isValidField(field) ? prices.getField(field) : makeColumn(count, field));
+    complete->addField(prices.isValidField(name) ? prices.getField(name) : makeColumn(count, name));
   };
   add(Database::DateName);
   for (const std::string_view name : priceNames) add(name);
@@ -216,14 +215,16 @@ std::shared_ptr<Database> makeDatabase(const RecordSet& prices, Integer count) {
 
 PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
   const std::vector<Row> all = readRows(path, delimiter);
+  // It had a header when it was looked at before.
+  if (all.empty()) raise(faults::SubscriptOutOfRange);
   const std::span<const Row> rows = std::span(all).subspan(1);
   std::vector<std::string> names;
   std::ranges::transform(all.front().cells, std::back_inserter(names), nameOf);
   const std::size_t dates = dateColumn(names);
   PriceFile file{path, {}, nullptr, nullptr, std::make_shared<RecordSet>(), {}};
   for (std::size_t i = 0; i < names.size(); ++i) {
-    const PriceColumn column =
-        makePriceColumn(i == dates ? std::string(Database::DateName) : names[i], rows, i, i == dates);
+    const FileColumn column =
+        makeFileColumn(i == dates ? Database::DateName : std::string_view(names[i]), rows, i, i == dates);
     file.columns.push_back(column);
     if (i == dates) file.dates = column.field;
     if (i == dates || !column.textLine) file.prices->addField(column.field);
@@ -259,10 +260,10 @@ PriceFile readWithoutHeader(const std::string& path, const std::string& delimite
   PriceFile file{path, {}, nullptr, std::make_shared<Database>(), nullptr, {}};
   file.data->OpenDataBase(path, delimiter);
   file.prices = file.data->getRecordset();
-  file.dates = file.prices->getField(std::string(Database::DateName));
+  file.dates = file.prices->getField(Database::DateName);
   file.columns.push_back({file.dates, 1});
   for (const std::string_view name : priceNames) {
-    file.columns.push_back({file.prices->getField(std::string(name)), {}});
+    file.columns.push_back({file.prices->getField(name), {}});
   }
   if (!isRecord(firstLine, delimiter)) {
     file.remarks.push_back(fmt::format(
@@ -295,7 +296,7 @@ std::string firstLine(const std::string& path) {
 
 std::vector<std::string> PriceFile::columnNames() const {
   std::vector<std::string> names;
-  for (const PriceColumn& column : columns) names.push_back(column.field->getName());
+  for (const FileColumn& column : columns) names.push_back(column.field->getName());
   return names;
 }
 

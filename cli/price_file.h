@@ -11,7 +11,7 @@
 
 namespace orvex::cli {
 
-struct PriceColumn {
+struct FileColumn {
   std::shared_ptr<Field> field;
   /// The first line whose value is no number that fits a double, if there is one: then the column holds texts and
   /// nothing to compute with. The dates are such a column whatever they are made of.
@@ -22,7 +22,7 @@ struct PriceColumn {
 struct PriceFile {
   std::string name;
   /// All columns, in the order of the file.
-  std::vector<PriceColumn> columns;
+  std::vector<FileColumn> columns;
   /// The dates; nothing where the file has none.
   std::shared_ptr<Field> dates;
   /// The record count and the cursor. It has all six price columns, whether the file has them or not.

@@ -13,11 +13,8 @@ namespace orvex::cli {
 
 namespace {
 
-using catalogue::Argument;
 using catalogue::Class;
-using catalogue::Column;
 using catalogue::Method;
-using Rows = std::vector<std::vector<std::string>>;
 
 constexpr std::string_view introduction = R"(# Reference
 
@@ -40,7 +37,7 @@ std::string cell(std::string_view text) {
   return result;
 }
 
-std::string table(const std::vector<std::string>& titles, const Rows& rows) {
+std::string table(const std::vector<std::string>& titles, const TableRows& rows) {
   if (rows.empty()) return {};
   std::string text = fmt::format("\n| {} |\n|", fmt::join(titles, " | "));
   for (std::size_t i = 0; i < titles.size(); ++i) text += "---|";
@@ -56,16 +53,9 @@ std::string table(const std::vector<std::string>& titles, const Rows& rows) {
 std::string methodSection(const Class& owner, const Method& method) {
   std::string text =
       fmt::format("\n### {}\n\n{}\n\n    {}\n", fullName(owner, method), helpOf(method), signatureOf(method));
-  Rows arguments, columns, faults;
-  for (const Argument& one : method.arguments) {
-    arguments.push_back({std::string(one.name), std::string(typeName(one.type)), meaningOf(one)});
-  }
-  for (const Column& one : method.columns) columns.push_back({titleOf(one), rowsOf(one)});
-  for (const Fault& one : method.faults) {
-    faults.push_back({fmt::to_string(one.number), std::string(one.source), descriptionOf(one)});
-  }
-  return text + table({"Argument", "Type", "Meaning"}, arguments) + table({"Result column", "Computed rows"}, columns) +
-         table({"Error", "Source", "Description"}, faults);
+  return text + table({"Argument", "Type", "Meaning"}, argumentRows(method)) +
+         table({"Result column", "Computed rows"}, columnRows(method)) +
+         table({"Error", "Source", "Description"}, faultRows(method));
 }
 
 }  // namespace

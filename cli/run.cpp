@@ -107,7 +107,7 @@ ShownColumns selectColumns(const RecordSet& result, const Method& method, std::s
     shown.columns.push_back({field, texts, {1, field->getRecordCount().value()}});
   };
   if (file != nullptr && options.append) {
-    for (const PriceColumn& column : file->columns) add(column.field, column.textLine.has_value());
+    for (const FileColumn& column : file->columns) add(column.field, column.textLine.has_value());
   } else if (file != nullptr && file->dates != nullptr && options.format != Format::Json) {
     add(file->dates, true);
   }
