@@ -17,14 +17,14 @@ namespace {
 using kernels::Table;
 
 std::shared_ptr<Field> columnOf(const std::shared_ptr<RecordSet>& recordset, std::string_view name) {
-  return recordset->getField(std::string(name));
+  return recordset->getField(name);
 }
 
 /// Leaves a regression's set without columns.
 void removeRegression(RecordSet& recordset) {
   for (const std::string_view name : {LinearRegression::RSquaredName, LinearRegression::SlopeName,
                                       LinearRegression::InterceptName, LinearRegression::ForecastName}) {
-    recordset.removeField(std::string(name));
+    recordset.removeField(name);
   }
 }
 
@@ -39,7 +39,6 @@ std::shared_ptr<RecordSet> MovingAverage::TimeSeriesMovingAverage(std::shared_pt
     const auto result = makeColumn(count, Alias.get());
     const auto recordset = LinearRegression().Regression(data, Source, Periods);
     const auto forecasts = columnOf(recordset, LinearRegression::ForecastName);
-    data->MoveFirst();
     walk(
         *data, 1, count,
         [&] { return kernels::run(&Table::copy, rowsOf(forecasts), recordRange(1, count), result->values().data()); },
@@ -82,7 +81,7 @@ std::shared_ptr<RecordSet> MovingAverage::VariableMovingAverage(std::shared_ptr<
     data->MoveFirst();
     // Added first and then removed by name: an alias "CMO" stays, since the momentum stands before it.
     recordset->addField(result);
-    recordset->removeField(std::string(Oscillator::CMOName));
+    recordset->removeField(Oscillator::CMOName);
     return recordset;
   });
 }

@@ -9,12 +9,12 @@
 namespace orvex {
 
 std::shared_ptr<Field> averageColumn(Integer MA_Type, std::shared_ptr<Database> data, std::shared_ptr<Field> source,
-                                     Integer periods, const std::string& name) {
+                                     Integer periods, std::string_view name) {
   return object(averageOfType(MA_Type, std::move(data), std::move(source), periods, name)).getField(name);
 }
 
 std::shared_ptr<Field> averageOfPart(Integer MA_Type, const std::shared_ptr<Field>& column, Integer first,
-                                     Integer periods, const std::string& name) {
+                                     Integer periods, std::string_view name) {
   const Integer count = object(column).getRecordCount();
   const Integer before = first - 1;
   const auto part = makeColumn(count - before, name);

@@ -7,7 +7,7 @@
 namespace orvex {
 
 std::shared_ptr<RecordSet> averageOfType(Integer MA_Type, std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
-                                         Integer Periods, const std::string& name) {
+                                         Integer Periods, std::string_view name) {
   MovingAverage average;
   switch (MA_Type.value()) {
     case average_type::Simple:

@@ -24,10 +24,15 @@ inline constexpr int Vidya = 7;
 inline constexpr double VidyaR2Scale = 0.65;
 }  // namespace average_type
 
+/// Raises `fault` for what is no such code.
+inline void checkAverageType(Integer MA_Type, const Fault& fault) {
+  if (MA_Type < average_type::Simple || MA_Type > average_type::Vidya) raise(fault);
+}
+
 /// The average of the code `MA_Type`, by a `MovingAverage` of its own, in a column named `name`. Any other code makes
 /// no average and returns nothing, so that the first use of the result is the fault that a caller's trap reports.
 std::shared_ptr<RecordSet> averageOfType(Integer MA_Type, std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
-                                         Integer Periods, const std::string& name);
+                                         Integer Periods, std::string_view name);
 
 /// The first computed row of the average of that code over `periods` records, of a column whose own first computed row
 /// is `first`.

@@ -32,10 +32,10 @@ std::shared_ptr<RecordSet> LinearRegression::Regression(std::shared_ptr<Database
                                                         Integer Periods) {
   return trap(RegressionFault, [&] {
     const Integer count = object(data).getRecordCount();
-    const auto slopes = makeColumn(count, std::string(SlopeName));
-    const auto intercepts = makeColumn(count, std::string(InterceptName));
-    const auto forecasts = makeColumn(count, std::string(ForecastName));
-    const auto qualities = makeColumn(count, std::string(RSquaredName));
+    const auto slopes = makeColumn(count, SlopeName);
+    const auto intercepts = makeColumn(count, InterceptName);
+    const auto forecasts = makeColumn(count, ForecastName);
+    const auto qualities = makeColumn(count, RSquaredName);
     std::vector<double> y;
     Real quality = 0;
     data->MoveFirst();
@@ -89,11 +89,10 @@ std::shared_ptr<RecordSet> LinearRegression::TimeSeriesForecast(std::shared_ptr<
     applyDefault(Alias, TimeSeriesForecastName);
     const auto result = Regression(data, Source, Periods);
     // Renamed before the others are removed by name: an alias that is one of theirs is met by its own removal.
-    result->renameField(std::string(ForecastName), Alias.get());
-    result->removeField(std::string(SlopeName));
-    result->removeField(std::string(InterceptName));
-    result->removeField(std::string(RSquaredName));
-    data->MoveFirst();
+    result->renameField(ForecastName, Alias.get());
+    result->removeField(SlopeName);
+    result->removeField(InterceptName);
+    result->removeField(RSquaredName);
     return result;
   });
 }

@@ -22,9 +22,10 @@ namespace orvex {
 /// source that is too short or holds a value that is not finite, an overflow) is error 1105
 /// "MovingAverage.(method).UnexpectedError", and the cursor stays where the fault left it.
 ///
-/// All of them wait one record longer than their window needs: with `Periods` P the first value stands in row P + 1,
-/// although row P already has P values behind it. That offset is how these averages have been published, and every
-/// indicator built on them counts on it.
+/// The simple, exponential and weighted averages wait one record longer than their window needs: with `Periods` P the
+/// first value stands in row P + 1, although row P already has P values behind it. The others leave 2P or 3P rows at 0,
+/// as each says. These offsets are how the averages have been published, and every indicator built on them counts on
+/// them.
 class MovingAverage {
  public:
   static constexpr std::string_view SimpleMovingAverageName = "SimpleMovingAverage";
@@ -59,8 +60,8 @@ class MovingAverage {
 
   /// row r = (1 - k) x row (r - 1) + k x Source(r), k = 2 / (P + 1). The seed, in row P, weighs the next price with
   /// 1 - k and the mean of the first P values with k, the other way round than a textbook would; it is 0 in the result.
-  /// Computed rows: P + 1 to N. The seed reads row P + 1
-  /// of `Source`, so P = N fails unless that is longer than the series.
+  /// Computed rows: P + 1 to N. The seed reads row P + 1 of `Source`, so P = N fails unless that is longer than the
+  /// series.
   std::shared_ptr<RecordSet> ExponentialMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                       Integer Periods, InOut<std::string> Alias = {});
 
@@ -70,8 +71,8 @@ class MovingAverage {
                                                    Integer Periods, InOut<std::string> Alias = {});
 
   /// A simple average of a simple average. For an odd P both cover P \ 2 + 1 records, for an even one the first P \ 2
-  /// and the second P \ 2 + 1. Computed rows: 2P + 1 to N. P > N / 2 fails, since rows 1 to 2P of the
-  /// result are set to 0.
+  /// and the second P \ 2 + 1. Computed rows: 2P + 1 to N. P > N / 2 fails, since rows 1 to 2P of
+  /// the result are set to 0.
   std::shared_ptr<RecordSet> TriangularMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                      Integer Periods, InOut<std::string> Alias = {});
 

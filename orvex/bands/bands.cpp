@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
-#include <limits>
 #include <string>
 
 #include "orvex/averages/average_type.h"
@@ -14,7 +13,7 @@
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
-#include "orvex/general/general.h"
+#include "orvex/general/prime_search.h"
 #include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 
@@ -30,35 +29,6 @@ std::size_t fillAround(kernels::Source center, kernels::Source width, double fac
                        Field& above, Field& below) {
   return kernels::run(&Table::around, center, width, factor, recordRange(first, last), above.values().data(),
                       below.values().data());
-}
-
-/// A whole number in 32 bits: error 6 for one that does not fit.
-std::int32_t long32(double number) {
-  if (number < std::numeric_limits<std::int32_t>::min() || number > std::numeric_limits<std::int32_t>::max()) {
-    raise(faults::Overflow);
-  }
-  return static_cast<std::int32_t>(number);
-}
-
-/// The whole number that stands for a price among the primes. Multiplied by 10 once only, so a price below 1 stays 0.
-std::int32_t wholePrice(Real price) {
-  const Real whole = fix(price);
-  return long32(whole < 10 ? whole * 10 : whole);
-}
-
-double primeAtOrBelow(General& general, std::int32_t number) {
-  for (; number >= 2; --number) {
-    if (general.IsPrime(number)) return number;
-  }
-  return 0;
-}
-
-double primeAtOrAbove(General& general, std::int32_t number) {
-  const std::int32_t bound = long32(long32(2.0 * number) - 1.0);
-  for (; number <= bound; ++number) {
-    if (general.IsPrime(number)) return number;
-  }
-  return 0;
 }
 
 /// Carries the latest fractal of a column into the row of `record`.
@@ -81,15 +51,15 @@ void stepFractals(const shared_ptr<Field>& column, Integer periods, Integer reco
 shared_ptr<RecordSet> Bands::BollingerBands(shared_ptr<Database> data, shared_ptr<Field> Source, Integer Periods,
                                             Integer StandardDeviations, Integer MA_Type) {
   const Integer count = object(data).getRecordCount();
-  if (MA_Type < 1 || MA_Type > 7) raise(BollingerBandsTypeFault);
-  if (Periods < 1 || Periods > count) raise(BollingerBandsPeriodsFault);
+  checkAverageType(MA_Type, BollingerBandsTypeFault);
+  checkPeriods(Periods, 1, count, BollingerBandsPeriodsFault);
   if (StandardDeviations < 0 || StandardDeviations > 100) raise(BollingerBandsDeviationsFault);
   auto result = trap(BollingerBandsAverageFault,
-                     [&] { return averageOfType(MA_Type, data, Source, Periods, std::string(BollingerMedianName)); });
+                     [&] { return averageOfType(MA_Type, data, Source, Periods, BollingerMedianName); });
   return trap(BollingerBandsFault, [&] {
-    const auto tops = makeColumn(count, std::string(BollingerTopName));
-    const auto bottoms = makeColumn(count, std::string(BollingerBottomName));
-    const auto medians = result->getField(std::string(BollingerMedianName));
+    const auto tops = makeColumn(count, BollingerTopName);
+    const auto bottoms = makeColumn(count, BollingerBottomName);
+    const auto medians = result->getField(BollingerMedianName);
     const Integer first = Periods + 1;
     data->setPosition(first);
     walk(
@@ -130,15 +100,15 @@ shared_ptr<RecordSet> Bands::BollingerBands(shared_ptr<Database> data, shared_pt
 shared_ptr<RecordSet> Bands::MovingAverageEnvelope(shared_ptr<Database> data, shared_ptr<Field> Source, Integer Periods,
                                                    Integer MA_Type, InOut<double> Shift) {
   const Integer count = object(data).getRecordCount();
-  if (MA_Type < 1 || MA_Type > 7) raise(MovingAverageEnvelopeTypeFault);
-  if (Periods < 1 || Periods > count) raise(MovingAverageEnvelopePeriodsFault);
+  checkAverageType(MA_Type, MovingAverageEnvelopeTypeFault);
+  checkPeriods(Periods, 1, count, MovingAverageEnvelopePeriodsFault);
   if (Shift.get() < 0 || Shift.get() > 100) raise(MovingAverageEnvelopeShiftFault);
   const std::string averageName = "Temp";
   auto result = trap(MovingAverageEnvelopeAverageFault,
                      [&] { return averageOfType(MA_Type, data, Source, Periods, averageName); });
   return trap(MovingAverageEnvelopeFault, [&] {
-    const auto tops = makeColumn(count, std::string(EnvelopeTopName));
-    const auto bottoms = makeColumn(count, std::string(EnvelopeBottomName));
+    const auto tops = makeColumn(count, EnvelopeTopName);
+    const auto bottoms = makeColumn(count, EnvelopeBottomName);
     const auto averages = result->getField(averageName);
     data->MoveFirst();
     const Real shift = Real(Shift.get()) / 100;
@@ -165,20 +135,20 @@ shared_ptr<RecordSet> Bands::MovingAverageEnvelope(shared_ptr<Database> data, sh
 shared_ptr<RecordSet> Bands::HighLowBands(shared_ptr<Database> data, shared_ptr<Field> HighPrice,
                                           shared_ptr<Field> LowPrice, shared_ptr<Field> ClosePrice, Integer Periods) {
   const Integer count = object(data).getRecordCount();
-  if (Periods < 6 || Periods > count) raise(HighLowBandsPeriodsFault);
+  checkPeriods(Periods, 6, count, HighLowBandsPeriodsFault);
   shared_ptr<RecordSet> tops, medians, bottoms;
   trap(HighLowBandsAverageFault, [&] {
     constexpr double scale = 0.8;
     MovingAverage average;
-    tops = average.VIDYA(data, HighPrice, Periods, scale, std::string(HighLowTopName));
+    tops = average.VIDYA(data, HighPrice, Periods, scale, HighLowTopName);
     const Integer half = Integer::rounded(Periods.value() / 2.0);
-    medians = average.VIDYA(data, ClosePrice, half, scale, std::string(HighLowMedianName));
-    bottoms = average.VIDYA(data, LowPrice, Periods, scale, std::string(HighLowBottomName));
+    medians = average.VIDYA(data, ClosePrice, half, scale, HighLowMedianName);
+    bottoms = average.VIDYA(data, LowPrice, Periods, scale, HighLowBottomName);
   });
   return trap(HighLowBandsFault, [&] {
-    const auto top = tops->getField(std::string(HighLowTopName));
-    const auto median = medians->getField(std::string(HighLowMedianName));
-    const auto bottom = bottoms->getField(std::string(HighLowBottomName));
+    const auto top = tops->getField(HighLowTopName);
+    const auto median = medians->getField(HighLowMedianName);
+    const auto bottom = bottoms->getField(HighLowBottomName);
     for (const auto& column : {top, median, bottom}) blank(*column, Periods);
     auto result = makeRecordSet({top, median, bottom});
     data->MoveFirst();
@@ -191,13 +161,13 @@ shared_ptr<RecordSet> Bands::Keltner(shared_ptr<Database> data, shared_ptr<Recor
   return trap(KeltnerFault, [&] {
     // Not `Periods`: the range is always that of 14 records.
     const auto ranges = Oscillator().AverageTrueRange(data, OHLCV, "ATR", 14)->getField("ATR");
-    const auto close = object(OHLCV).getField(std::string(Database::CloseName));
+    const auto close = object(OHLCV).getField(Database::CloseName);
     const auto medians = MovingAverage()
-                             .VIDYA(data, close, Periods, average_type::VidyaR2Scale, std::string(KeltnerMedianName))
-                             ->getField(std::string(KeltnerMedianName));
+                             .VIDYA(data, close, Periods, average_type::VidyaR2Scale, KeltnerMedianName)
+                             ->getField(KeltnerMedianName);
     const Integer count = object(close).getRecordCount();
-    const auto tops = makeColumn(count, std::string(KeltnerTopName));
-    const auto bottoms = makeColumn(count, std::string(KeltnerBottomName));
+    const auto tops = makeColumn(count, KeltnerTopName);
+    const auto bottoms = makeColumn(count, KeltnerBottomName);
     eachRecord(
         Periods, count,
         [&] { return fillAround(rowsOf(medians), rowsOf(ranges), Factor, Periods, count, *tops, *bottoms); },
@@ -214,13 +184,15 @@ shared_ptr<RecordSet> Bands::Keltner(shared_ptr<Database> data, shared_ptr<Recor
 shared_ptr<RecordSet> Bands::PrimeNumberBands(shared_ptr<Database> data, shared_ptr<RecordSet> OHLCV) {
   return trap(PrimeNumberBandsFault, [&] {
     const Integer count = object(data).getRecordCount();
-    const auto tops = makeColumn(count, std::string(PrimeTopName));
-    const auto bottoms = makeColumn(count, std::string(PrimeBottomName));
+    const auto tops = makeColumn(count, PrimeTopName);
+    const auto bottoms = makeColumn(count, PrimeBottomName);
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
-    General general;
     eachRecord(1, count, noKernel, [&](Integer record) {
-      bottoms->setValue(record, primeAtOrBelow(general, wholePrice(low(record))));
-      tops->setValue(record, primeAtOrAbove(general, wholePrice(high(record))));
+      bottoms->setValue(record, primeAtOrBelow(toLong(primePrice(low(record)))));
+      const std::int32_t from = toLong(primePrice(high(record)));
+      // The end of the search is computed in 32 bits, where it may not fit.
+      const std::int32_t bound = toLong(toLong(2.0 * from) - 1.0);
+      tops->setValue(record, primeAtOrAbove(from, bound));
     });
     return makeRecordSet({tops, bottoms});
   });
@@ -229,12 +201,12 @@ shared_ptr<RecordSet> Bands::PrimeNumberBands(shared_ptr<Database> data, shared_
 shared_ptr<RecordSet> Bands::FractalChaosBands(shared_ptr<Database> data, shared_ptr<RecordSet> OHLCV,
                                                Integer Periods) {
   const Integer count = object(data).getRecordCount();
-  if (Periods < 1 || Periods > count) raise(FractalChaosBandsPeriodsFault);
+  checkPeriods(Periods, 1, count, FractalChaosBandsPeriodsFault);
   return trap(FractalChaosBandsFault, [&] {
-    const auto highs = makeColumn(count, std::string(FractalHighName));
-    const auto lows = makeColumn(count, std::string(FractalLowName));
-    const auto high = object(OHLCV).getField(std::string(Database::HighName));
-    const auto low = OHLCV->getField(std::string(Database::LowName));
+    const auto highs = makeColumn(count, FractalHighName);
+    const auto lows = makeColumn(count, FractalLowName);
+    const auto high = object(OHLCV).getField(Database::HighName);
+    const auto low = OHLCV->getField(Database::LowName);
     eachRecord(
         1, count,
         [&] {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
 
 #include "orvex/averages/average_type.h"
 #include "orvex/data/error.h"

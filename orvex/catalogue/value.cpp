@@ -35,14 +35,6 @@ struct ToDouble {
   }
 };
 
-std::int32_t longOf(double number) {
-  constexpr double beyond = std::numeric_limits<std::int32_t>::max() + 1.0;
-  if (!std::isfinite(number)) raise(faults::Overflow);
-  const double whole = roundHalfEven(number);
-  if (whole < -beyond || whole >= beyond) raise(faults::Overflow);
-  return static_cast<std::int32_t>(whole);
-}
-
 struct ToText {
   std::string operator()(Empty) const { return {}; }
   std::string operator()(Null) const { raise(faults::InvalidUseOfNull); }
@@ -93,7 +85,7 @@ Value coerce(const Value& value, Type type) {
     case Type::Integer:
       return std::holds_alternative<Integer>(value) ? value : Integer::rounded(std::visit(ToDouble{}, value));
     case Type::Long:
-      return longOf(std::visit(ToDouble{}, value));
+      return toLong(roundHalfEven(std::visit(ToDouble{}, value)));
     case Type::Double:
       return std::visit(ToDouble{}, value);
     case Type::String:

@@ -2,7 +2,7 @@
 
 namespace orvex {
 
-std::shared_ptr<Field> makeColumn(Integer count, const std::string& name) {
+std::shared_ptr<Field> makeColumn(Integer count, std::string_view name) {
   auto column = std::make_shared<Field>();
   column->initialize(count, name);
   return column;

@@ -24,8 +24,13 @@ inline void applyDefault(InOut<std::string>& Alias, std::string_view name) {
   if (Alias.get().empty()) Alias.set(std::string(name));
 }
 
+/// Raises `fault` for a period below `least` or above the record count.
+inline void checkPeriods(Integer periods, int least, Integer count, const Fault& fault) {
+  if (periods < least || periods > count) raise(fault);
+}
+
 /// A new column of `count` rows, all 0. Error 9 for a count below 1.
-std::shared_ptr<Field> makeColumn(Integer count, const std::string& name);
+std::shared_ptr<Field> makeColumn(Integer count, std::string_view name);
 
 /// A new set of the given columns, in this order.
 std::shared_ptr<RecordSet> makeRecordSet(std::initializer_list<std::shared_ptr<Field>> columns);

@@ -1,6 +1,5 @@
 #include "orvex/data/database.h"
 
-#include <array>
 #include <utility>
 
 #include "orvex/data/host_events.h"
@@ -80,7 +79,7 @@ class LineParts {
 void Database::RecordsetCache(std::shared_ptr<RecordSet> NewRecordset) {
   recordset_ = std::move(NewRecordset);
   const std::shared_ptr<RecordSet> adopted = recordset_;
-  const auto column = [&](std::string_view name) { return object(adopted).getField(std::string(name)); };
+  const auto column = [&](std::string_view name) { return object(adopted).getField(name); };
   columns_.date = column(DateName);
   columns_.open = column(OpenName);
   columns_.high = column(HighName);
@@ -126,12 +125,12 @@ void Database::beginLoad() {
 
 void Database::initializeColumns(const Columns& columns, Integer count) {
   recordCount_ = count;
-  columns.date->initialize(count, std::string(DateName));
-  columns.open->initialize(count, std::string(OpenName));
-  columns.high->initialize(count, std::string(HighName));
-  columns.low->initialize(count, std::string(LowName));
-  columns.close->initialize(count, std::string(CloseName));
-  columns.volume->initialize(count, std::string(VolumeName));
+  columns.date->initialize(count, DateName);
+  columns.open->initialize(count, OpenName);
+  columns.high->initialize(count, HighName);
+  columns.low->initialize(count, LowName);
+  columns.close->initialize(count, CloseName);
+  columns.volume->initialize(count, VolumeName);
 }
 
 void Database::publish(RecordSet& recordset, const Columns& columns) {

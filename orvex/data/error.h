@@ -16,7 +16,8 @@ struct Fault {
   friend bool operator==(const Fault&, const Fault&) = default;
 };
 
-/// The one exception type of the library.
+/// The one exception type of the library. Only where memory runs out with no trap armed, the standard's own comes
+/// through: `currentFault` has a number for that too.
 class Error : public std::exception {
  public:
   explicit Error(const Fault& fault) noexcept : fault_(fault) {}

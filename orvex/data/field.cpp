@@ -4,10 +4,10 @@
 
 namespace orvex {
 
-Empty Field::initialize(Integer RecordCount, const std::string& Name) {
+Empty Field::initialize(Integer RecordCount, std::string_view Name) {
   if (RecordCount < 1) raise(faults::SubscriptOutOfRange);
   std::vector<double> values(static_cast<std::size_t>(RecordCount.value()));
-  std::string name = Name;
+  std::string name(Name);
   auto note = std::make_shared<Note>();
   values_ = std::move(values);
   texts_ = {};

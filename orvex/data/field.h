@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "orvex/data/binding_slot.h"
@@ -37,11 +38,11 @@ class Field {
 
   /// Makes rows 1 to `RecordCount`, all 0.0 and "", in place of any earlier ones, and attaches a new note. Error 9
   /// for a count below 1, which changes nothing.
-  Empty initialize(Integer RecordCount, const std::string& Name);
+  Empty initialize(Integer RecordCount, std::string_view Name);
   /// Frees the rows. Name, count and note stay.
   Empty destroy();
 
-  void setName(const std::string& NewFieldName) { name_ = NewFieldName; }
+  void setName(std::string_view NewFieldName) { name_ = NewFieldName; }
   std::string getName() const { return name_; }
   std::string_view name() const noexcept { return name_; }
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "orvex/data/columns.h"
 #include "orvex/data/kernel_rows.h"
@@ -11,7 +12,7 @@
 
 namespace orvex {
 
-/// A column of an `OHLCV` set, looked up by its name when the first row is read and kept from then on: a set without it
+/// A column of a set, looked up by its name when the first row is read and kept from then on: a set without it
 /// fails where a computation first needs it, and no record looks it up again.
 class PriceColumn {
  public:

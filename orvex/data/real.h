@@ -2,6 +2,8 @@
 
 #include <cmath>
 #include <concepts>
+#include <cstdint>
+#include <limits>
 
 #include "orvex/data/error.h"
 #include "orvex/data/integer.h"
@@ -81,6 +83,19 @@ inline Real fix(Real x) {
 inline Real sqrt(Real x) {
   if (x.value() < 0.0) raise(faults::InvalidCall);
   return std::sqrt(x.value());
+}
+
+/// How a value has crossed a line since the record before: 1 upward, -1 downward, 0 not at all.
+inline int crossing(Real before, Real lineBefore, Real now, Real line) {
+  if (before <= lineBefore && now > line) return 1;
+  return before >= lineBefore && now < line ? -1 : 0;
+}
+
+/// A whole number in 32 bits; error 6 for one that does not fit.
+inline std::int32_t toLong(double whole) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  if (!(whole >= Limits::min() && whole <= Limits::max())) raise(faults::Overflow);
+  return static_cast<std::int32_t>(whole);
 }
 
 /// The nearest whole number, ties to the even one, whatever rounding mode the host has set.

@@ -12,27 +12,27 @@ void RecordSet::addField(std::shared_ptr<Field> NewField) {
   fields_.push_back(std::move(NewField));
 }
 
-void RecordSet::renameField(const std::string& OldFieldName, const std::string& NewFieldName) {
+void RecordSet::renameField(std::string_view OldFieldName, std::string_view NewFieldName) {
   trap(renameFieldFault, [&] { object(getField(OldFieldName)).setName(NewFieldName); });
 }
 
-void RecordSet::removeField(const std::string& FieldName) {
+void RecordSet::removeField(std::string_view FieldName) {
   trap(removeFieldFault, [&] { fields_.erase(fields_.begin() + (getIndex(FieldName).value() - 1)); });
 }
 
-double RecordSet::getValue(const std::string& FieldName, Integer RowIndex) const {
+double RecordSet::getValue(std::string_view FieldName, Integer RowIndex) const {
   return trap(getValueFault, [&] { return object(getField(FieldName)).getValue(RowIndex); });
 }
 
-void RecordSet::setValue(const std::string& FieldName, Integer RowIndex, double Value) {
+void RecordSet::setValue(std::string_view FieldName, Integer RowIndex, double Value) {
   trap(setValueFault, [&] { object(getField(FieldName)).setValue(RowIndex, Value); });
 }
 
-std::shared_ptr<Field> RecordSet::getField(const std::string& FieldName) const {
+std::shared_ptr<Field> RecordSet::getField(std::string_view FieldName) const {
   return trap(getFieldFault, [&] { return fields_[static_cast<std::size_t>(getIndex(FieldName).value() - 1)]; });
 }
 
-Integer RecordSet::getIndex(const std::string& FieldName) const {
+Integer RecordSet::getIndex(std::string_view FieldName) const {
   Integer position = 0;
   for (const std::shared_ptr<Field>& field : fields_) {
     ++position;
@@ -48,7 +48,7 @@ std::string RecordSet::getName(Integer FieldIndex) const {
   });
 }
 
-bool RecordSet::isValidField(const std::string& FieldName) const {
+bool RecordSet::isValidField(std::string_view FieldName) const {
   for (const std::shared_ptr<Field>& field : fields_) {
     if (field != nullptr && equalNames(field->name(), FieldName)) return true;
   }

@@ -38,23 +38,23 @@ class RecordSet {
   /// Appends the field itself, whatever its name, a null object too. Error 6 past 32,767 fields.
   void addField(std::shared_ptr<Field> NewField);
   /// Renames the first field of the old name; the new name is not compared with the others. 1105 for an unknown name.
-  void renameField(const std::string& OldFieldName, const std::string& NewFieldName);
+  void renameField(std::string_view OldFieldName, std::string_view NewFieldName);
   /// Removes the first field of that name; the others keep their order. 1105 for an unknown name.
-  void removeField(const std::string& FieldName);
+  void removeField(std::string_view FieldName);
 
   /// The number in a row of the named field; 1105 for an unknown name or a row outside it.
-  double getValue(const std::string& FieldName, Integer RowIndex) const;
-  void setValue(const std::string& FieldName, Integer RowIndex, double Value);
+  double getValue(std::string_view FieldName, Integer RowIndex) const;
+  void setValue(std::string_view FieldName, Integer RowIndex, double Value);
 
   /// The first field of that name, the object itself; 1105 for an unknown name.
-  std::shared_ptr<Field> getField(const std::string& FieldName) const;
+  std::shared_ptr<Field> getField(std::string_view FieldName) const;
   /// Its position, from 1; error 1110 for an unknown name. Error 91 where a null object stands before it.
-  Integer getIndex(const std::string& FieldName) const;
+  Integer getIndex(std::string_view FieldName) const;
   /// The name of the field at a position from 1; 1105 outside the positions.
   std::string getName(Integer FieldIndex) const;
   Integer getFieldCount() const { return static_cast<int>(fields_.size()); }
   /// Tells whether a field of that name is there. Never raises.
-  bool isValidField(const std::string& FieldName) const;
+  bool isValidField(std::string_view FieldName) const;
 
   BindingSlot binding;
 

@@ -25,7 +25,9 @@ using OpenFile = std::unique_ptr<std::FILE, Close>;
 
 fs::path pathFromUtf8(const std::string& name) {
 #ifdef _WIN32
-  return fs::path(std::u8string(name.begin(), name.end()));
+  // Unit by unit: names there may hold half a character.
+  const std::u16string units = utf16FromUtf8(name);
+  return fs::path(std::wstring(units.begin(), units.end()));
 #else
   return fs::path(name);
 #endif

@@ -14,7 +14,7 @@ class TextFile {
  public:
   /// Reads the file at a UTF-8 path, which is open no longer than this takes. Errors: 53 for a file that is not
   /// there, 76 for a folder on the way to it that is not, 75 for one that may not be read or is no ordinary file, 57
-  /// where reading breaks off, 7 where memory runs out.
+  /// where reading breaks off.
   explicit TextFile(const std::string& path);
   TextFile(const TextFile&) = delete;
   TextFile& operator=(const TextFile&) = delete;

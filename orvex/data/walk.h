@@ -5,11 +5,12 @@
 #include "orvex/data/database.h"
 #include "orvex/data/host_events.h"
 #include "orvex/data/integer.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex {
 
 /// What a walk is given where there is no kernel: every record is stepped.
-inline constexpr auto noKernel = [] { return std::size_t{0}; };
+inline constexpr auto noKernel = [](auto&&...) { return std::size_t{0}; };
 
 /// What a walk is given that does not yield to the host.
 inline constexpr YieldHook noYield{};
@@ -47,6 +48,16 @@ void eachRecord(Integer first, Integer last, Kernel&& kernel, Step&& step, Pass&
 template <class Kernel, class Step>
 void eachRecord(Integer first, Integer last, Kernel&& kernel, Step&& step) {
   eachRecord(first, last, kernel, step, [](Integer) {});
+}
+
+/// The same from the first computed record on, which need not fit 16 bits where it lies beyond the last; `kernel` is
+/// handed the records.
+template <class Kernel, class Step>
+void eachComputed(int first, Integer count, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
+  if (first > count) return;
+  const kernels::Records records{first, count.value()};
+  eachRecord(
+      first, count, [&] { return kernel(records); }, step, [](Integer) {}, hook);
 }
 
 /// The walk of the database's cursor: it stands on the record that is stepped, moves to the next one, and yields.

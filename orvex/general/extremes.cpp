@@ -76,7 +76,7 @@ std::shared_ptr<RecordSet> General::LLV(std::shared_ptr<Database> data, std::sha
 
 std::shared_ptr<Note> General::MaxValue(std::shared_ptr<Field> Source, Integer StartPeriod, Integer EndPeriod) {
   return trap(MaxValueFault, [&] {
-    if (StartPeriod > EndPeriod) raise({1010, "MaxValue", "Invalid period"});
+    if (StartPeriod > EndPeriod) raise(faults::InvalidCall);
     // From 0 and not from the first row, which is kept: in a range without a value above 0 there is no maximum.
     Real highest = 0;
     Integer period = 0;
@@ -93,7 +93,7 @@ std::shared_ptr<Note> General::MaxValue(std::shared_ptr<Field> Source, Integer S
 
 std::shared_ptr<Note> General::MinValue(std::shared_ptr<Field> Source, Integer StartPeriod, Integer EndPeriod) {
   return trap(MinValueFault, [&] {
-    if (StartPeriod > EndPeriod) raise({1010, "MinValue", "Invalid period"});
+    if (StartPeriod > EndPeriod) raise(faults::InvalidCall);
     Real lowest = at(Source, StartPeriod);
     Integer period = StartPeriod;
     for (Integer k = StartPeriod; k <= EndPeriod; ++k) {

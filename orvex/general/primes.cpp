@@ -1,4 +1,4 @@
-#include <array>
+#include <cstdint>
 
 #include "orvex/general/general.h"
 

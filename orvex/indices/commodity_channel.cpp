@@ -16,33 +16,31 @@ std::shared_ptr<RecordSet> Index::CommodityChannelIndex(std::shared_ptr<Database
                                                         Integer MA_Type, InOut<std::string> Alias) {
   applyDefault(Alias, CommodityChannelIndexName);
   const Integer count = object(data).getRecordCount();
-  if (Periods < 1 || Periods > count) raise(CommodityChannelIndexPeriodsFault);
-  if (MA_Type < average_type::Simple || MA_Type > average_type::Vidya) raise(CommodityChannelIndexAverageFault);
+  checkPeriods(Periods, 1, count, CommodityChannelIndexPeriodsFault);
+  checkAverageType(MA_Type, CommodityChannelIndexAverageFault);
   return trap(CommodityChannelIndexFault, [&] {
     const auto result = makeColumn(count, Alias.get());
     const auto prices = General().TypicalPrice(data, OHLCV, "Typical")->getField("Typical");
     const auto averages = averageColumn(MA_Type, data, prices, Periods, "Average");
     const int first = firstAverageRow(MA_Type.value(), Periods.value());
-    if (first <= count) {
-      eachRecord(
-          first, count,
-          [&] {
-            return kernels::run(&kernels::Table::channel, rowsOf(prices), rowsOf(averages), Periods.value(),
-                                recordRange(first, count), result->values().data());
-          },
-          [&](Integer record) {
-            const Real price = at(prices, record), average = at(averages, record);
-            Real deviations = 0;
-            bool flat = true;
-            for (Integer j = record - Periods + 1; j <= record; ++j) {
-              flat = flat && at(prices, j) == price;
-              deviations += abs(at(prices, j) - average);
-            }
-            const Real divisor = 0.015 * (deviations / Periods);
-            // Equal prices can differ from their own average by a rounding, which nothing should magnify.
-            result->setValue(record, flat || divisor == 0 ? Real(0) : (price - average) / divisor);
-          });
-    }
+    eachComputed(
+        first, count,
+        [&](kernels::Records records) {
+          return kernels::run(&kernels::Table::channel, rowsOf(prices), rowsOf(averages), Periods.value(), records,
+                              result->values().data());
+        },
+        [&](Integer record) {
+          const Real price = at(prices, record), average = at(averages, record);
+          Real deviations = 0;
+          bool flat = true;
+          for (Integer j = record - Periods + 1; j <= record; ++j) {
+            flat = flat && at(prices, j) == price;
+            deviations += abs(at(prices, j) - average);
+          }
+          const Real divisor = 0.015 * (deviations / Periods);
+          // Equal prices can differ from their own average by a rounding, which nothing should magnify.
+          result->setValue(record, flat || divisor == 0 ? Real(0) : (price - average) / divisor);
+        });
     data->MoveFirst();
     return makeRecordSet({result});
   });

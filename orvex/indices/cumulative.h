@@ -14,7 +14,7 @@ namespace orvex {
 /// A set of one column, `name`: row 1 is `seed`, and each record from `first` on is `next(record, the row before)`.
 /// `kernel(records, rows)` computes the same. Walks the cursor from `first` on and leaves it on record 1.
 template <class Kernel, class Next>
-std::shared_ptr<RecordSet> cumulate(const std::shared_ptr<Database>& data, const std::string& name, Integer first,
+std::shared_ptr<RecordSet> cumulate(const std::shared_ptr<Database>& data, std::string_view name, Integer first,
                                     double seed, Kernel&& kernel, Next&& next) {
   const Integer count = object(data).getRecordCount();
   const auto result = makeColumn(count, name);

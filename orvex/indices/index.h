@@ -17,9 +17,9 @@ namespace orvex {
 /// new columns of N rows, N being the record count of `data`; an empty `Alias` becomes the method's default name, in
 /// the caller's variable too. Rows before the first computed one are 0 where nothing else is said.
 ///
-/// The methods leave the cursor of `data` on record 1. Whatever fault a computation meets (a missing column, a row
-/// outside a column, a value that is not finite, a division by zero, an overflow) is the method's error 1105; the
-/// cursor then stays where the fault left it.
+/// The methods yield to the host once a record and leave the cursor of `data` on record 1. Whatever fault a computation
+/// meets (a missing column, a row outside a column, a value that is not finite, a division by zero, an overflow) is the
+/// method's error 1105; the cursor then stays where the fault left it.
 class Index {
  public:
   static constexpr std::string_view OnBalanceVolumeName = "OnBalanceVolume";
@@ -65,7 +65,6 @@ class Index {
   static constexpr Fault SwingIndexLimitFault{1108, "Index.SwingIndex", "Invalid LimitMoveValue"};
   static constexpr Fault AccumulativeSwingIndexLimitFault{1108, "Index.AccumulativeSwingIndex",
                                                           "Invalid LimitMoveValue"};
-  static constexpr Fault MassIndexPeriodsFault = invalidPeriods("Index.MassIndex");
   static constexpr Fault RelativeStrengthIndexPeriodsFault = invalidPeriods("Index.RelativeStrengthIndex");
   static constexpr Fault MoneyFlowIndexPeriodsFault = invalidPeriods("Index.MoneyFlowIndex");
   static constexpr Fault CommodityChannelIndexPeriodsFault = invalidPeriods("Index.CommodityChannelIndex");
@@ -152,8 +151,8 @@ class Index {
   ///   row r = (sum of Volume) x (sum of Volume) x (flow / (sum of Volume))
   /// Marc Chaikin multiplies each place by its volume and divides the sum by the total volume; here each is divided by
   /// its volume and the total multiplies. It is another indicator under his name, kept as published. A pure number.
-  /// Computed rows: `Periods` + 1 to N. The cursor is left alone. Error 1105 for any fault, a total volume
-  /// of 0 among them.
+  /// Computed rows: `Periods` + 1 to N. The cursor is left alone. Error 1105 for any fault, a total volume of 0
+  /// among them.
   std::shared_ptr<RecordSet> ChaikinMoneyFlow(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                               Integer Periods, InOut<std::string> Alias = {});
 

@@ -22,7 +22,7 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
   return trap(MassIndexFault, [&] {
     applyDefault(Alias, MassIndexName);
     const Integer count = object(data).getRecordCount();
-    if (Periods < 1 || Periods > count) raise(MassIndexPeriodsFault);
+    checkPeriods(Periods, 1, count, faults::InvalidCall);
     const auto result = makeColumn(count, Alias.get());
     const std::string smoothing = "EMA";
     const auto ranges = General().HighMinusLow(data, OHLCV, "HML")->getField("HML");

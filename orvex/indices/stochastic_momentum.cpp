@@ -24,7 +24,7 @@ struct Smoothed {
   int first;
 };
 
-Smoothed average(const Smoothed& inner, Integer MA_Type, Integer periods, const std::string& name) {
+Smoothed average(const Smoothed& inner, Integer MA_Type, Integer periods, std::string_view name) {
   return {averageOfPart(MA_Type, inner.column, inner.first, periods, name),
           inner.first + firstAverageRow(MA_Type.value(), periods.value()) - 1};
 }
@@ -36,9 +36,9 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
                                                           Integer KSmoothing, Integer KDoubleSmoothing,
                                                           Integer DPeriods, Integer MA_Type) {
   const Integer count = object(data).getRecordCount();
-  if (KPeriods < 1 || KPeriods > count) raise(StochasticMomentumIndexPeriodsFault);
-  if (DPeriods < 1 || DPeriods > count) raise(StochasticMomentumIndexPeriodsFault);
-  if (MA_Type < average_type::Simple || MA_Type > average_type::Vidya) raise(StochasticMomentumIndexAverageFault);
+  checkPeriods(KPeriods, 1, count, StochasticMomentumIndexPeriodsFault);
+  checkPeriods(DPeriods, 1, count, StochasticMomentumIndexPeriodsFault);
+  checkAverageType(MA_Type, StochasticMomentumIndexAverageFault);
   return trap(StochasticMomentumIndexFault, [&] {
     PriceColumn highs(OHLCV, Database::HighName), lows(OHLCV, Database::LowName);
     PriceColumn closes(OHLCV, Database::CloseName);
@@ -69,21 +69,19 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
       momentum = average(momentum, MA_Type, periods, "Momentum");
       range = average(range, MA_Type, periods, "Range");
     }
-    const Smoothed percentK{makeColumn(count, std::string(PercentKName)), momentum.first};
-    const auto percent = [&](Integer record) {
-      const Real divisor = at(range.column, record) / 2;
-      percentK.column->setValue(record, divisor == 0 ? Real(0) : 100 * at(momentum.column, record) / divisor);
-    };
-    if (percentK.first <= count) {
-      eachRecord(
-          percentK.first, count,
-          [&] {
-            return kernels::run(&Table::percentOfHalf, rowsOf(momentum.column), rowsOf(range.column),
-                                recordRange(percentK.first, count), percentK.column->values().data());
-          },
-          percent, [](Integer) {}, noYield);
-    }
-    const Smoothed percentD = average(percentK, MA_Type, DPeriods, std::string(PercentDName));
+    const Smoothed percentK{makeColumn(count, PercentKName), momentum.first};
+    eachComputed(
+        percentK.first, count,
+        [&](kernels::Records records) {
+          return kernels::run(&Table::percentOfHalf, rowsOf(momentum.column), rowsOf(range.column), records,
+                              percentK.column->values().data());
+        },
+        [&](Integer record) {
+          const Real divisor = at(range.column, record) / 2;
+          percentK.column->setValue(record, divisor == 0 ? Real(0) : 100 * at(momentum.column, record) / divisor);
+        },
+        noYield);
+    const Smoothed percentD = average(percentK, MA_Type, DPeriods, PercentDName);
     data->MoveFirst();
     return makeRecordSet({percentK.column, percentD.column});
   });

@@ -81,7 +81,7 @@ std::shared_ptr<RecordSet> Index::MoneyFlowIndex(std::shared_ptr<Database> data,
                                                  Integer Periods, InOut<std::string> Alias) {
   applyDefault(Alias, MoneyFlowIndexName);
   const Integer count = object(data).getRecordCount();
-  if (Periods < 1 || Periods > count) raise(MoneyFlowIndexPeriodsFault);
+  checkPeriods(Periods, 1, count, MoneyFlowIndexPeriodsFault);
   return trap(MoneyFlowIndexFault, [&] {
     const auto result = makeColumn(count, Alias.get());
     PriceColumn highs(OHLCV, Database::HighName), lows(OHLCV, Database::LowName);

@@ -11,7 +11,7 @@ namespace orvex {
 std::shared_ptr<RecordSet> Index::SwingIndex(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                              double LimitMoveValue, InOut<std::string> Alias) {
   applyDefault(Alias, SwingIndexName);
-  object(data).getRecordCount();
+  object(data);
   if (LimitMoveValue <= 0) raise(SwingIndexLimitFault);
   return trap(SwingIndexFault, [&] {
     PriceColumn opens(OHLCV, Database::OpenName), highs(OHLCV, Database::HighName);
@@ -54,7 +54,7 @@ std::shared_ptr<RecordSet> Index::AccumulativeSwingIndex(std::shared_ptr<Databas
                                                          std::shared_ptr<RecordSet> OHLCV, double LimitMoveValue,
                                                          InOut<std::string> Alias) {
   applyDefault(Alias, AccumulativeSwingIndexName);
-  object(data).getRecordCount();
+  object(data);
   if (LimitMoveValue <= 0) raise(AccumulativeSwingIndexLimitFault);
   // Before the trap: its error reaches the caller as the swing index's own.
   const auto swing = Index().SwingIndex(data, OHLCV, LimitMoveValue, "SI");

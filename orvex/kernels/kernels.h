@@ -229,9 +229,8 @@ struct Table {
   /// a / b, or `one` where that is 1.
   std::size_t (*ratio)(Source a, Source b, double one, Records records, double* out);
 
-  /// 100 x rise / (rise + fall), 50 of neither, where rise and fall are `means` at the first record and (the one before
-  /// x
-  /// (`window` - 1) + the record's) / `window` from the second on. `means` become those of the last record.
+  /// 100 x rise / (rise + fall), 50 of neither, where rise and fall are `means` at the first record and (the one
+  /// before x (`window` - 1) + the record's) / `window` from the second on. `means` become those of the last record.
   std::size_t (*strength)(Source source, int window, Records records, double* means, double* scratch, double* out);
 
   /// 100 x rising / (rising + falling), sums of typical price x volume over the last `window` records, oldest first, by

@@ -20,23 +20,6 @@ namespace {
 
 using kernels::Table;
 
-void checkPeriods(Integer periods, int least, Integer count, const Fault& fault) {
-  if (periods < least || periods > count) raise(fault);
-}
-
-void checkAverage(Integer MA_Type, const Fault& fault) {
-  if (MA_Type < average_type::Simple || MA_Type > average_type::Vidya) raise(fault);
-}
-
-/// Steps the records from the first computed one on; where there is none, `first` need not fit 16 bits.
-template <class Kernel, class Step>
-void eachComputed(int first, Integer count, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
-  if (first > count) return;
-  const kernels::Records records{first, count.value()};
-  eachRecord(
-      first, count, [&] { return kernel(records); }, step, [](Integer) {}, hook);
-}
-
 /// result(r) = minuend(r - lag) - subtrahend(r) from `first` on.
 void fillDifferences(int first, Integer count, const std::shared_ptr<Field>& minuend, int lag,
                      const std::shared_ptr<Field>& subtrahend, Field& result, YieldHook hook = yieldHook()) {
@@ -102,7 +85,7 @@ std::shared_ptr<RecordSet> differenceInPercent(const std::shared_ptr<Database>& 
   const Integer count = object(data).getRecordCount();
   checkPeriods(shortCycle, 1, count, texts.periods);
   checkPeriods(longCycle, 1, count, texts.periods);
-  checkAverage(MA_Type, texts.average);
+  checkAverageType(MA_Type, texts.average);
   return trap(texts.unexpected, [&] {
     const auto result = makeColumn(count, alias.get());
     const ShortAndLong averages = shortAndLong(MA_Type, data, source, shortCycle, longCycle);
@@ -158,7 +141,7 @@ std::shared_ptr<RecordSet> Oscillator::DetrendedPriceOscillator(std::shared_ptr<
   applyDefault(Alias, DetrendedPriceOscillatorName);
   const Integer count = object(data).getRecordCount();
   checkPeriods(Periods, 1, count, DetrendedPriceOscillatorPeriodsFault);
-  checkAverage(MA_Type, DetrendedPriceOscillatorAverageFault);
+  checkAverageType(MA_Type, DetrendedPriceOscillatorAverageFault);
   return trap(DetrendedPriceOscillatorFault, [&] {
     const auto result = makeColumn(count, Alias.get());
     const auto average = averageColumn(MA_Type, data, Source, Periods, "Average");
@@ -195,7 +178,7 @@ std::shared_ptr<RecordSet> Oscillator::GoldenDeathCross(std::shared_ptr<Database
   const Integer count = object(data).getRecordCount();
   checkPeriods(ShortPeriods, 1, count, GoldenDeathCrossPeriodsFault);
   checkPeriods(LongPeriods, 1, count, GoldenDeathCrossPeriodsFault);
-  checkAverage(MA_Type, GoldenDeathCrossAverageFault);
+  checkAverageType(MA_Type, GoldenDeathCrossAverageFault);
   return trap(GoldenDeathCrossFault, [&] {
     const auto result = makeColumn(count, Alias.get());
     const auto averages = shortAndLong(MA_Type, data, Source, ShortPeriods, LongPeriods);
@@ -206,8 +189,7 @@ std::shared_ptr<RecordSet> Oscillator::GoldenDeathCross(std::shared_ptr<Database
     eachComputed(averages.first + 1, count, kernel, [&](Integer record) {
       const Real shortBefore = at(averages.shorter, record - 1), longBefore = at(averages.longer, record - 1);
       const Real shortNow = at(averages.shorter, record), longNow = at(averages.longer, record);
-      if (shortBefore <= longBefore && shortNow > longNow) result->setValue(record, 1);
-      if (shortBefore >= longBefore && shortNow < longNow) result->setValue(record, -1);
+      result->setValue(record, crossing(shortBefore, longBefore, shortNow, longNow));
     });
     data->MoveFirst();
     return makeRecordSet({result});
@@ -219,11 +201,11 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
   applyDefault(Alias, RainbowOscillatorName);
   const Integer count = object(data).getRecordCount();
   checkPeriods(Levels, 2, count, RainbowOscillatorPeriodsFault);
-  checkAverage(MA_Type, RainbowOscillatorAverageFault);
+  checkAverageType(MA_Type, RainbowOscillatorAverageFault);
   return trap(RainbowOscillatorFault, [&] {
     const auto result = makeColumn(count, Alias.get());
-    const auto upper = makeColumn(count, std::string(RainbowUpperName));
-    const auto lower = makeColumn(count, std::string(RainbowLowerName));
+    const auto upper = makeColumn(count, RainbowUpperName);
+    const auto lower = makeColumn(count, RainbowLowerName);
 
     const int wait = firstAverageRow(MA_Type.value(), 2) - 1;
     int first = 1 + wait;
@@ -244,17 +226,15 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
     }
 
     const SpanExtremes spans = spanExtremes(rowsOf(Source), rowsOf(Source), Levels, {first, count.value()});
-    eachComputed(
-        first, count, [](kernels::Records) { return std::size_t{0}; },
-        [&](Integer record) {
-          const auto index = static_cast<std::size_t>(record.value() - 1);
-          const Real range = rangeOfSpan(spans, Source, Levels, record);
-          if (range == 0) return;
-          result->setValue(record, 100 * (at(Source, record) - Real(sums[index]) / Levels) / range);
-          const Real width = 100 * (Real(largest[index]) - smallest[index]) / range;
-          upper->setValue(record, width);
-          lower->setValue(record, -width);
-        });
+    eachComputed(first, count, noKernel, [&](Integer record) {
+      const auto index = static_cast<std::size_t>(record.value() - 1);
+      const Real range = rangeOfSpan(spans, Source, Levels, record);
+      if (range == 0) return;
+      result->setValue(record, 100 * (at(Source, record) - Real(sums[index]) / Levels) / range);
+      const Real width = 100 * (Real(largest[index]) - smallest[index]) / range;
+      upper->setValue(record, width);
+      lower->setValue(record, -width);
+    });
     data->MoveFirst();
     return makeRecordSet({result, upper, lower});
   });

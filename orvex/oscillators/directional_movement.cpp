@@ -60,7 +60,7 @@ std::shared_ptr<RecordSet> Oscillator::AverageTrueRange(std::shared_ptr<Database
                                                         Integer Period) {
   return trap(AverageTrueRangeFault, [&] {
     applyDefault(Alias, AverageTrueRangeName);
-    const auto range = TrueRange(data, OHLCV)->getField(std::string(TrueRangeName));
+    const auto range = TrueRange(data, OHLCV)->getField(TrueRangeName);
     // A series of its own, so that the average moves no cursor but that.
     const auto ranges = std::make_shared<Database>(range->getRecordCount());
     const auto result = MovingAverage().SimpleMovingAverage(ranges, range, Period, "A")->getField("A");
@@ -83,8 +83,8 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
     const auto rows = [](const std::shared_ptr<Field>& column) { return column->values().data(); };
     const kernels::Records moves = recordRange(2, count);
     const auto up = makeColumn(count, "UpDMI"), down = makeColumn(count, "DnDMI");
-    const auto downIndex = makeColumn(count, std::string(DownIndexName));
-    const auto upIndex = makeColumn(count, std::string(UpIndexName));
+    const auto downIndex = makeColumn(count, DownIndexName);
+    const auto upIndex = makeColumn(count, UpIndexName);
     eachRecord(
         2, count,
         [&] { return kernels::run(&Table::directionalMoves, high.rows(), low.rows(), moves, rows(up), rows(down)); },
@@ -114,7 +114,7 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
           }
         });
 
-    const auto index = makeColumn(count, std::string(DirectionalIndexName));
+    const auto index = makeColumn(count, DirectionalIndexName);
     eachRecord(
         2, count,
         [&] { return kernels::run(&Table::directionalIndex, rowsOf(downIndex), rowsOf(upIndex), moves, rows(index)); },
@@ -128,7 +128,7 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
     // The average starts from 0 and not from the mean of the first indices: that seed is kept.
     const Integer first = Periods + 1;
     const kernels::Records averages = recordRange(first, count);
-    const auto average = makeColumn(count, std::string(AverageIndexName));
+    const auto average = makeColumn(count, AverageIndexName);
     eachRecord(
         first, count,
         [&] { return kernels::run(&Table::averageIndex, rowsOf(index), Periods.value(), averages, rows(average)); },
@@ -138,7 +138,7 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
         });
 
     // The rating looks one record back and not `Periods` of them: kept as well.
-    const auto rating = makeColumn(count, std::string(AverageIndexRatingName));
+    const auto rating = makeColumn(count, AverageIndexRatingName);
     eachRecord(
         first, count, [&] { return kernels::run(&Table::meanHalfUp, rowsOf(average), averages, rows(rating)); },
         [&](Integer record) {
@@ -155,14 +155,14 @@ std::shared_ptr<RecordSet> Oscillator::Aroon(std::shared_ptr<Database> data, std
   return trap(AroonFault, [&] {
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     const Integer count = object(data).getRecordCount();
-    const auto up = makeColumn(count, std::string(AroonUpName));
-    const auto down = makeColumn(count, std::string(AroonDownName));
-    const auto oscillator = makeColumn(count, std::string(AroonOscillatorName));
+    const auto up = makeColumn(count, AroonUpName);
+    const auto down = makeColumn(count, AroonDownName);
+    const auto oscillator = makeColumn(count, AroonOscillatorName);
     const auto kernel = [&] {
-      std::vector<double> extremes(up->values().size()), places(extremes.size());
+      const auto extremes = workingRows(count, 2);
       return kernels::run(&Table::aroon, high.rows(), low.rows(), Periods.value(), recordRange(Periods + 1, count),
                           kernels::AroonRows{up->values().data(), down->values().data(), oscillator->values().data(),
-                                             extremes.data(), places.data()});
+                                             extremes.get(), extremes.get() + count.value()});
     };
     eachRecord(Periods + 1, count, kernel, [&](Integer record) {
       // The record itself comes first and then the oldest: of equal extremes the record's own counts, otherwise the

@@ -97,9 +97,9 @@ std::shared_ptr<RecordSet> Oscillator::LinearMomentumOscillator(std::shared_ptr<
                                                                 InOut<std::string> Alias) {
   return trap(LinearMomentumOscillatorFault, [&] {
     applyDefault(Alias, LinearMomentumOscillatorName);
-    const auto momentum = CMO(data, Source, Periods)->getField(std::string(CMOName));
+    const auto momentum = CMO(data, Source, Periods)->getField(CMOName);
     const auto quality =
-        LinearRegression().Regression(data, momentum, Periods)->getField(std::string(LinearRegression::RSquaredName));
+        LinearRegression().Regression(data, momentum, Periods)->getField(LinearRegression::RSquaredName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get());
     data->MoveFirst();

@@ -159,9 +159,8 @@ class Oscillator {
   /// "%K" = (Close - lowest Low) / (highest High - lowest Low) x 100 over `KPeriods` records, replaced by its average
   /// of the code `MA_Type` over `KSlowingPeriods` records where these are 2 or more, and "%D", the average of "%K" over
   /// `DPeriods`: George Lane's stochastic with any average. The averages take the 0s of the first records for values.
-  /// Computed rows with A the first of the average's: "%K" from `KPeriods` + A(`KSlowingPeriods`), "%D" from
-  /// A(`DPeriods`)
-  /// - 1 after that.
+  /// Computed rows with A the first of the average's: "%K" from `KPeriods` + A(`KSlowingPeriods`), "%D" later than that
+  /// by A(`DPeriods`) - 1.
   std::shared_ptr<RecordSet> StochasticOscillator(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                                   Integer KPeriods, Integer KSlowingPeriods, Integer DPeriods,
                                                   Integer MA_Type);

@@ -40,7 +40,7 @@ std::shared_ptr<RecordSet> Oscillator::StochasticOscillator(std::shared_ptr<Data
   return trap(StochasticOscillatorFault, [&] {
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
-    auto k = makeColumn(count, std::string(PercentKName));
+    auto k = makeColumn(count, PercentKName);
     const auto kernel = [&](kernels::Records records) {
       const SpanExtremes spans = spanExtremes(high.rows(), low.rows(), KPeriods, records);
       return spans.place(close.rows(), kernels::source(spans.lowest), 100, *k);
@@ -50,8 +50,8 @@ std::shared_ptr<RecordSet> Oscillator::StochasticOscillator(std::shared_ptr<Data
       const Integer last = data->getPosition();
       k->setValue(last, (close(last) - span.lowest()) / (span.highest() - span.lowest()) * 100);
     });
-    if (KSlowingPeriods >= 2) k = averageColumn(MA_Type, data, k, KSlowingPeriods, std::string(PercentKName));
-    const auto d = averageColumn(MA_Type, data, k, DPeriods, std::string(PercentDName));
+    if (KSlowingPeriods >= 2) k = averageColumn(MA_Type, data, k, KSlowingPeriods, PercentKName);
+    const auto d = averageColumn(MA_Type, data, k, DPeriods, PercentDName);
     data->MoveFirst();
     return makeRecordSet({k, d});
   });

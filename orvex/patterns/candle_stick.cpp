@@ -171,7 +171,7 @@ class Prices {
 std::shared_ptr<Note> CandleStick::IdentifyPattern(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                                    Integer Period) {
   const Integer count = object(data).getRecordCount();
-  if (Period < 1 || Period > count) raise(IdentifyPatternPeriodFault);
+  checkPeriods(Period, 1, count, IdentifyPatternPeriodFault);
   return trap(IdentifyPatternFault, [&] {
     auto note = std::make_shared<Note>();
     note->setPeriod(Period);

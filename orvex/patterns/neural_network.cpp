@@ -43,7 +43,7 @@ std::shared_ptr<RecordSet> NeuralNetwork::NeuralIndicator(std::shared_ptr<Databa
                                                           double TrainingShare, InOut<std::string> Alias) {
   applyDefault(Alias, NeuralIndicatorName);
   const Integer count = object(data).getRecordCount();
-  if (Periods < 1 || Periods > count) raise(NeuralIndicatorPeriodsFault);
+  checkPeriods(Periods, 1, count, NeuralIndicatorPeriodsFault);
   if (!(LearningRate > 0)) raise(NeuralIndicatorRateFault);
   if (Epochs < 1) raise(NeuralIndicatorEpochsFault);
   if (!(TrainingShare > 0 && TrainingShare <= 1)) raise(NeuralIndicatorShareFault);

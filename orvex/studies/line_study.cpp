@@ -12,10 +12,6 @@ namespace orvex {
 
 namespace {
 
-/// The reports that Tirone's own checks make, which stand inside its trap and never reach a caller.
-constexpr Fault TironeEndFault = invalidEndPeriod("TironeLevel");
-constexpr Fault TironeStartFault = invalidStartPeriod("TironeLevel");
-
 struct Extreme {
   Integer record;
   Real value;
@@ -72,16 +68,15 @@ std::shared_ptr<RecordSet> LineStudy::TironeLevel(std::shared_ptr<Database> data
                                                   Integer StartPeriod, Integer EndPeriod) {
   return trap(TironeLevelFault, [&] {
     const Integer count = object(data).getRecordCount();
-    const auto tops = makeColumn(count, std::string(TironeTopName));
-    const auto medians = makeColumn(count, std::string(TironeMedianName));
-    const auto bottoms = makeColumn(count, std::string(TironeBottomName));
-    if (EndPeriod > count) raise(TironeEndFault);
-    if (StartPeriod < 1) raise(TironeStartFault);
+    const auto tops = makeColumn(count, TironeTopName);
+    const auto medians = makeColumn(count, TironeMedianName);
+    const auto bottoms = makeColumn(count, TironeBottomName);
+    if (EndPeriod > count || StartPeriod < 1) raise(faults::InvalidCall);
 
     General general;
-    const auto high = object(OHLCV).getField(std::string(Database::HighName));
+    const auto high = object(OHLCV).getField(Database::HighName);
     const Real hh = general.MaxValue(high, StartPeriod, EndPeriod)->getValue();
-    const auto low = OHLCV->getField(std::string(Database::LowName));
+    const auto low = OHLCV->getField(Database::LowName);
     const Real ll = general.MinValue(low, StartPeriod, EndPeriod)->getValue();
     const Real top = hh - (hh - ll) / 3;
     const Real median = ll + (hh - ll) / 2;
@@ -110,9 +105,7 @@ std::shared_ptr<RecordSet> LineStudy::QuadrantLines(std::shared_ptr<Database> da
       std::shared_ptr<Field> column;
       Real value;
     };
-    const auto line = [&](std::string_view name, Real value) {
-      return Line{makeColumn(count, std::string(name)), value};
-    };
+    const auto line = [&](std::string_view name, Real value) { return Line{makeColumn(count, name), value}; };
     const Line lines[] = {line(QuadrantHighName, high), line(Quadrant75Name, low + (high - low) * 0.75),
                           line(Quadrant50Name, low + (high - low) * 0.5),
                           line(Quadrant25Name, low + (high - low) * 0.25), line(QuadrantLowName, low)};
@@ -132,11 +125,11 @@ std::shared_ptr<RecordSet> LineStudy::SpeedResistanceLines(std::shared_ptr<Datab
   const Integer count = object(data).getRecordCount();
   checkSpan(StartPeriod, EndPeriod, count, SpeedResistanceLinesStartFault, SpeedResistanceLinesEndFault);
   return trap(SpeedResistanceLinesFault, [&] {
-    const auto line = makeColumn(count, std::string(SpeedLineName));
-    const auto twoThirds = makeColumn(count, std::string(SpeedTwoThirdsName));
-    const auto oneThird = makeColumn(count, std::string(SpeedOneThirdName));
-    const Extreme highest = highestOf(object(OHLCV).getField(std::string(Database::HighName)), StartPeriod, EndPeriod);
-    const Extreme lowest = lowestOf(OHLCV->getField(std::string(Database::LowName)), StartPeriod, EndPeriod);
+    const auto line = makeColumn(count, SpeedLineName);
+    const auto twoThirds = makeColumn(count, SpeedTwoThirdsName);
+    const auto oneThird = makeColumn(count, SpeedOneThirdName);
+    const Extreme highest = highestOf(object(OHLCV).getField(Database::HighName), StartPeriod, EndPeriod);
+    const Extreme lowest = lowestOf(OHLCV->getField(Database::LowName), StartPeriod, EndPeriod);
     const auto [a, origin] = highest.record < lowest.record ? highest : lowest;
     const auto [b, target] = highest.record < lowest.record ? lowest : highest;
     const Real move = target - origin;
@@ -164,8 +157,7 @@ std::shared_ptr<RecordSet> LineStudy::TrendLinePenetration(std::shared_ptr<Datab
       if (lineBefore == 0 || line == 0) return;
       const Real before = at(Source, record - 1);
       const Real now = at(Source, record);
-      if (before <= lineBefore && now > line) result->setValue(record, 1);
-      if (before >= lineBefore && now < line) result->setValue(record, -1);
+      result->setValue(record, crossing(before, lineBefore, now, line));
     });
     data->MoveFirst();
     return makeRecordSet({result});
