@@ -83,8 +83,7 @@ class RandomHost {
     } else {
       std::vector<double> prices(1 + below(200));
       for (double& price : prices) price = 50 + below(2000) / 16.0;
-      invoke(data, "OpenDatabaseByFourArrays",
-             {vectorOf(prices), vectorOf(prices), vectorOf(prices), vectorOf(prices)});
+      invoke(data, "OpenDatabaseByFourArrays", {Variant(prices), Variant(prices), Variant(prices), Variant(prices)});
     }
     invoke(data, "MoveFirst", {});
     objects_.push_back({&database, data});
@@ -93,12 +92,6 @@ class RandomHost {
     for (const char* name : {"Open", "High", "Low", "Close", "Volume"}) {
       keep(invoke(set.object<IDispatch>(), "getField", {name}).result);
     }
-  }
-
-  static Variant vectorOf(const std::vector<double>& values) {
-    SAFEARRAY* array = SafeArrayCreateVector(VT_R8, 1, static_cast<ULONG>(values.size()));
-    std::memcpy(array->pvData, values.data(), values.size() * sizeof(double));
-    return {VT_R8, array};
   }
 
   /// Keeps an object that a call has returned, in the place of another where there are many.
@@ -155,7 +148,7 @@ class RandomHost {
       case Type::Boolean:
         return once(2);
       case Type::String:
-        return textVariant();
+        return text();
       case Type::Field:
         return objectOf(&catalogue::classOf<Field>);
       case Type::Note:
@@ -171,13 +164,6 @@ class RandomHost {
     }
   }
 
-  Variant textVariant() {
-    Variant made("");
-    SysFreeString(made.bstrVal);
-    made.bstrVal = automation::newText(text());
-    return made;
-  }
-
   VARTYPE anyType() {
     return of<VARTYPE>({VT_EMPTY, VT_NULL, VT_I1,   VT_I2,      VT_I4,    VT_I8,       VT_UI1,    VT_UI2,
                         VT_UI4,   VT_UI8,  VT_INT,  VT_UINT,    VT_R4,    VT_R8,       VT_CY,     VT_DECIMAL,
@@ -189,7 +175,7 @@ class RandomHost {
     const VARTYPE type = anyType();
     if (type == VT_VARIANT || (depth == 0 && once(5)))
       return array(depth == 0 ? anyType() : static_cast<VARTYPE>(VT_I2), depth);
-    if (type == VT_BSTR) return textVariant();
+    if (type == VT_BSTR) return text();
     if (type == VT_DISPATCH) return once(3) ? Variant(&foreign_) : Variant(anyObject());
     Variant made;
     made.vt = type;
@@ -261,7 +247,7 @@ class RandomHost {
     const bool held = once(2);
     if (!held) objects_.push_back({&owner, std::move(object)});
     if (once(3)) {
-      callEarly(bare, *owner.methods[place], place);
+      callEarly(bare, owner, *owner.methods[place]);
     } else {
       callLate(bare, owner, *owner.methods[place]);
     }
@@ -299,7 +285,7 @@ class RandomHost {
     return made;
   }
 
-  void callEarly(IDispatch* object, const Method& method, std::size_t place) {
+  void callEarly(IDispatch* object, const Class& owner, const Method& method) {
     std::vector<Variant> variables;
     for (const Argument& argument : method.arguments) {
       const VARTYPE type = typeInMemory(argument.type);
@@ -308,26 +294,7 @@ class RandomHost {
                                               : type == VT_VARIANT && once(2) ? odd()
                                                           : plain(argument.type));
     }
-    std::vector<VARIANT> passed;
-    const auto pass = [&](Variant& variable, Type type) {
-      passed.push_back(addressOf(variable, typeInMemory(type)));
-      if (once(30)) passed.back().byref = nullptr;
-    };
-    for (std::size_t i = 0; i < variables.size(); ++i) {
-      const Argument& argument = method.arguments[i];
-      if (argument.byValue) {
-        passed.push_back(variables[i]);
-      } else {
-        pass(variables[i], argument.type);
-      }
-    }
-    Variant result;
-    if (method.result != Type::Nothing) pass(result, method.result);
-    callEntry(object, place, passed);
-    if (method.result != Type::Nothing && result.vt == VT_EMPTY && typeInMemory(method.result) != VT_VARIANT) {
-      result.vt = typeInMemory(method.result);
-    }
-    keep(result);
+    keep(test::callEarly(object, owner, method, variables, [&](const Variant&) { return once(30); }).result);
   }
 
   /// What a host does while a call is under way.

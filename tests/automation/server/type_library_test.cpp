@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "orvex/automation/interface_definition.h"
 #include "orvex/catalogue/catalogue.h"
 #include "tests/automation/server/support.h"
@@ -27,9 +25,6 @@ void document(ITypeInfo* info, MEMBERID id, Documentation& into) {
 }
 
 std::string typeText(ITypeInfo* info, const TYPEDESC& type) {
-  static const std::map<VARTYPE, std::string> plain = {
-      {VT_I2, "Integer"},      {VT_I4, "Long"},   {VT_R8, "Double"},    {VT_BOOL, "Boolean"},   {VT_BSTR, "String"},
-      {VT_UNKNOWN, "Unknown"}, {VT_VOID, "void"}, {VT_HRESULT, "void"}, {VT_VARIANT, "Variant"}};
   if (type.vt == VT_PTR) return typeText(info, *type.lptdesc) + "*";
   if (type.vt == VT_USERDEFINED) {
     Ref<ITypeInfo> referred;
@@ -38,30 +33,13 @@ std::string typeText(ITypeInfo* info, const TYPEDESC& type) {
     document(referred.get(), MEMBERID_NIL, known);
     return known.name.get();
   }
-  const auto found = plain.find(type.vt);
-  return found == plain.end() ? "type " + std::to_string(type.vt) : found->second;
+  return type.vt == VT_VOID || type.vt == VT_HRESULT ? "nothing" : "type " + std::to_string(type.vt);
 }
 
 std::string expectedType(Type type) {
-  switch (type) {
-    case Type::Nothing:
-      return "void";
-    case Type::Boolean:
-    case Type::Integer:
-    case Type::Long:
-    case Type::Double:
-    case Type::String:
-      return std::string(typeName(type));
-    case Type::Field:
-    case Type::Note:
-    case Type::RecordSet:
-    case Type::Database:
-      return "_" + std::string(typeName(type)) + "*";
-    case Type::Object:
-      return "Unknown";
-    default:
-      return "Variant";
-  }
+  if (type == Type::Nothing) return "nothing";
+  const VARTYPE inMemory = typeInMemory(type);
+  return inMemory == VT_DISPATCH ? "_" + std::string(typeName(type)) + "*" : "type " + std::to_string(inMemory);
 }
 
 void compareArgument(ITypeInfo* info, const ELEMDESC& told, const Argument& argument) {
