@@ -2,9 +2,12 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <functional>
+#include <iterator>
 #include <new>
 
 #include "orvex/data/host_events.h"
+#include "orvex/data/object.h"
 #include "orvex/kernels/kernels.h"
 
 namespace orvex::test {
@@ -57,51 +60,31 @@ void MisbehavingHost::callOne() {
 
 void MisbehavingHost::misbehave() {
   if (depth_ > 2 || choices_.exhausted()) return;
+  const auto field = choices_.of(world_.fields);
+  const std::function<void()> deeds[] = {
+      [&] { object(world_.data).setPosition(static_cast<int>(choices_.below(70))); },
+      [&] { object(field).initialize(static_cast<int>(choices_.below(400)), "again"); },
+      [&] { object(field).destroy(); },
+      [&] { object(field).setName("Low"); },
+      [&] { object(world_.prices).removeField("High"); },
+      [&] { object(world_.data).OpenDatabaseByArray(std::vector<double>(choices_.below(100), 1.5)); },
+      [&] { world_.data = nullptr; },
+      [&] { world_.prices = nullptr; },
+      [&] { world_.fields = {nullptr}; },
+      [&] { callOne(); },
+      [] { throw std::bad_alloc(); },
+      [&] { object(world_.data).OpenDataBase(ORVEX_SOURCE_DIR "/examples/prices.csv", ","); },
+  };
+  const std::size_t chosen = choices_.below(40);
+  if (chosen >= std::size(deeds)) return;
   ++depth_;
   try {
-    const auto field = choices_.of(world_.fields);
-    switch (choices_.below(40)) {
-      case 0:
-        if (world_.data != nullptr) world_.data->setPosition(static_cast<int>(choices_.below(70)));
-        break;
-      case 1:
-        if (field != nullptr) field->initialize(static_cast<int>(choices_.below(400)), "again");
-        break;
-      case 2:
-        if (field != nullptr) field->destroy();
-        break;
-      case 3:
-        if (field != nullptr) field->setName("Low");
-        break;
-      case 4:
-        if (world_.prices != nullptr) world_.prices->removeField("High");
-        break;
-      case 5:
-        if (world_.data != nullptr) world_.data->OpenDatabaseByArray(std::vector<double>(choices_.below(100), 1.5));
-        break;
-      case 6:
-        world_.data = nullptr;
-        break;
-      case 7:
-        world_.prices = nullptr;
-        break;
-      case 8:
-        world_.fields = {nullptr};
-        break;
-      case 9:
-        callOne();
-        break;
-      case 10:
-        --depth_;
-        throw std::bad_alloc();
-      case 11:
-        if (world_.data != nullptr) world_.data->OpenDataBase(ORVEX_SOURCE_DIR "/examples/prices.csv", ",");
-        break;
-      default:
-        break;
-    }
+    deeds[chosen]();
   } catch (const Error&) {
-    // The host's own mistakes stay with it.
+    // The host's own mistakes stay with it, objects that are gone among them.
+  } catch (...) {
+    --depth_;
+    throw;
   }
   --depth_;
 }

@@ -301,32 +301,25 @@ class RandomHost {
   void misbehave() {
     if (depth_ >= 2) return;
     ++depth_;
-    switch (below(10)) {
-      case 0:
-        objects_.clear();
-        break;
-      case 1:
-      case 2:
-        if (!objects_.empty()) dropOne();
-        break;
-      case 3:
-        invoke(objectOrNew(catalogue::classOf<Field>), "destroy", {});
-        break;
-      case 4:
-        invoke(objectOrNew(catalogue::classOf<Field>), "initialize", {static_cast<int>(below(300)), "again"});
-        break;
-      case 5:
-        invoke(objectOrNew(catalogue::classOf<RecordSet>), "removeField", {"High"});
-        break;
-      case 6:
-        invoke(objectOrNew(catalogue::classOf<Database>), "CloseDatabase", {});
-        break;
-      case 7:
-        PostQuitMessage(0);
-        break;
-      default:
-        callOne();
-    }
+    const auto drop = [this] {
+      if (!objects_.empty()) dropOne();
+    };
+    const auto field = [this] { return objectOrNew(catalogue::classOf<Field>); };
+    const std::function<void()> deeds[] = {
+        [&] { objects_.clear(); },
+        drop,
+        drop,
+        [&] { invoke(field(), "destroy", {}); },
+        [&] {
+          invoke(field(), "initialize", {static_cast<int>(below(300)), "again"});
+        },
+        [&] { invoke(objectOrNew(catalogue::classOf<RecordSet>), "removeField", {"High"}); },
+        [&] { invoke(objectOrNew(catalogue::classOf<Database>), "CloseDatabase", {}); },
+        [] { PostQuitMessage(0); },
+        [&] { callOne(); },
+        [&] { callOne(); },
+    };
+    deeds[below(std::size(deeds))]();
     --depth_;
   }
 

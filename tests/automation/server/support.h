@@ -352,25 +352,19 @@ class Server {
     return server;
   }
 
-  template <class I = IDispatch>
-  Ref<I> create(const GUID& id) const {
-    Ref<IClassFactory> factory;
-    Ref<I> object;
-    if (SUCCEEDED(classObject_(id, IID_IClassFactory, reinterpret_cast<void**>(factory.put())))) {
-      factory->CreateInstance(nullptr, __uuidof(I), reinterpret_cast<void**>(object.put()));
-    }
-    return object;
-  }
-  template <class I = IDispatch>
-  Ref<I> create(const catalogue::Class& described) const {
-    return create<I>(automation::guidOf(described.classId));
-  }
-  bool canUnload() const { return canUnload_() == S_OK; }
   Ref<IClassFactory> factory(const GUID& id) const {
     Ref<IClassFactory> factory;
     classObject_(id, IID_IClassFactory, reinterpret_cast<void**>(factory.put()));
     return factory;
   }
+  template <class I = IDispatch>
+  Ref<I> create(const catalogue::Class& described) const {
+    Ref<I> object;
+    const auto maker = factory(automation::guidOf(described.classId));
+    maker->CreateInstance(nullptr, __uuidof(I), reinterpret_cast<void**>(object.put()));
+    return object;
+  }
+  bool canUnload() const { return canUnload_() == S_OK; }
   Ref<ITypeLib> typeLibrary() const {
     Ref<ITypeLib> library;
     LoadTypeLibEx(L"Orvex.dll", REGKIND_NONE, library.put());
