@@ -65,12 +65,12 @@ TEST(MovingAverage, TakesANameThatIsAConstant) {
 
 TEST(MovingAverage, LeavesTheCursorWhereAFaultMetIt) {
   const auto data = records(6);
-  MovingAverage average;
+  const auto mean = [&](const std::vector<double>& source, int periods) {
+    return [=] { MovingAverage().SimpleMovingAverage(data, field(source), periods); };
+  };
   // The window of record 5 reaches back over the rows that the source has; row 6 is missing.
-  EXPECT_TRUE(faultOf([&] { average.SimpleMovingAverage(data, field({1, 2, 3, 4, 5}), 2); }));
-  EXPECT_EQ(data->getPosition(), 6);
-  EXPECT_TRUE(faultOf([&] { average.SimpleMovingAverage(data, field({1, 2, 3, 4, 5, 6}), 6 + 1); }));
-  EXPECT_EQ(data->getPosition(), 6);
+  expectFaults(*data, {{mean({1, 2, 3, 4, 5}, 2), MovingAverage::SimpleMovingAverageFault, 6},
+                       {mean({1, 2, 3, 4, 5, 6}, 7), MovingAverage::SimpleMovingAverageFault, 1}});
 }
 
 }  // namespace

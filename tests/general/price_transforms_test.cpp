@@ -24,8 +24,7 @@ TEST(PriceTransforms, ReadOnlyTheirOwnColumns) {
 
 TEST(PriceTransforms, OverflowStopsAtItsRecord) {
   const auto data = bars({{0, 2, 1, 0, 0}, {0, 1e308, -1e308, 0, 0}});
-  EXPECT_FAULT(General::HighMinusLowFault, General().HighMinusLow(data, data->getRecordset()));
-  EXPECT_EQ(data->getPosition(), 2);
+  expectFaults(*data, {{[&] { General().HighMinusLow(data, data->getRecordset()); }, General::HighMinusLowFault, 2}});
 }
 
 TEST(RatesOfChange, HandComputedSeries) {
@@ -65,24 +64,18 @@ TEST(RatesOfChange, OfNoVolumeTheLastRateStandsOn) {
 
 TEST(RatesOfChange, Faults) {
   const auto data = records(6);
-  const auto expectFault = [&](const Fault& expected, int position, auto method, const std::vector<double>& series,
-                               int periods) {
-    SCOPED_TRACE(testing::Message() << expected.source << " over " << periods);
-    data->MoveFirst();
-    EXPECT_FAULT(expected, (General().*method)(data, field(series), periods, {}));
-    EXPECT_EQ(data->getPosition(), position);
+  const auto price = [&](const std::vector<double>& series, int periods, int position) {
+    return FaultCase{[=] { General().PriceROC(data, field(series), periods); }, General::PriceROCFault, position};
+  };
+  const auto volume = [&](const std::vector<double>& series, int periods, int position) {
+    return FaultCase{[=] { General().VolumeROC(data, field(series), periods); }, General::VolumeROCFault, position};
   };
   const std::vector<double> whole{1, 2, 0, 4, 5, 6};
-  expectFault(General::PriceROCFault, 4, &General::PriceROC, whole, 1);
-  for (const int periods : {-1, 7, 32767}) {
-    expectFault(General::PriceROCFault, 1, &General::PriceROC, whole, periods);
-    expectFault(General::VolumeROCFault, 1, &General::VolumeROC, whole, periods);
-  }
-  // A volume is looked up with the cursor moved back to it, a price with the cursor where it is.
-  expectFault(General::VolumeROCFault, 3, &General::VolumeROC, {5, 0}, 1);
-  expectFault(General::VolumeROCFault, 3, &General::VolumeROC, {5, 5}, 1);
-  expectFault(General::VolumeROCFault, 2, &General::VolumeROC, {notANumber, 5}, 1);
-  expectFault(General::PriceROCFault, 2, &General::PriceROC, {notANumber, 5}, 1);
+  expectFaults(
+      *data, {price(whole, 1, 4), price(whole, -1, 1), price(whole, 7, 1), price(whole, 32767, 1), volume(whole, -1, 1),
+              volume(whole, 7, 1), volume(whole, 32767, 1),
+              // A volume is looked up with the cursor moved back to it, a price with the cursor where it is.
+              volume({5, 0}, 1, 3), volume({5, 5}, 1, 3), volume({notANumber, 5}, 1, 2), price({notANumber, 5}, 1, 2)});
 }
 
 }  // namespace

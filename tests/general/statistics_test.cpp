@@ -45,9 +45,8 @@ TEST(StandardDeviation, TellsAFailedAverageFromOtherFaults) {
     SCOPED_TRACE(testing::Message() << "periods " << one.periods << ", type " << one.type);
     EXPECT_FAULT(one.fault, General().StandardDeviation(data, source, one.periods, 1, one.type));
   }
-  data->MoveFirst();
-  EXPECT_FAULT(General::StandardDeviationFault, General().StandardDeviation(data, source, 2, 1, 8));
-  EXPECT_EQ(data->getPosition(), 3);
+  expectFaults(*data,
+               {{[&] { General().StandardDeviation(data, source, 2, 1, 8); }, General::StandardDeviationFault, 3}});
 }
 
 TEST(CorrelationAnalysis, HandComputedColumns) {

@@ -42,9 +42,8 @@ TEST(SwingIndex, ErrorsOnEitherSideOfTheTrap) {
   EXPECT_FAULT(Index::AccumulativeSwingIndexLimitFault, Index().AccumulativeSwingIndex(data, prices, -1));
   // The inner call stands before the trap of the total.
   prices->removeField("Open");
-  EXPECT_FAULT(Index::SwingIndexFault, Index().SwingIndex(data, prices, 3));
-  EXPECT_FAULT(Index::SwingIndexFault, Index().AccumulativeSwingIndex(data, prices, 3));
-  EXPECT_EQ(data->getPosition(), 2);
+  expectFaults(*data, {{[&] { Index().SwingIndex(data, prices, 3); }, Index::SwingIndexFault, 2},
+                       {[&] { Index().AccumulativeSwingIndex(data, prices, 3); }, Index::SwingIndexFault, 2}});
 }
 
 }  // namespace

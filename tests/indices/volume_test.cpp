@@ -22,11 +22,7 @@ TEST(VolumeIndices, HandComputedSeries) {
     std::vector<double> prices, volumes, expected;
   } cases[] = {
       {"balance", balance, {10, 11, 11, 9}, {100, 200, 300, 400}, {0, 200, 200, -200}},
-      {"balance has no use for the volume of an unmoved price",
-       balance,
-       {5, 5, 6},
-       {infinity, infinity, 3},
-       {0, 0, 3}},
+      {"balance has no use for the volume of an unmoved price", balance, {5, 5, 6}, {infinity, infinity, 3}, {0, 0, 3}},
       {"trend", trend, {8, 10, 5}, {100, 40, 30}, {0, 10, -5}},
       // Equal volumes carry the index on, in both; the seed is 1.
       {"positive", positive, {8, 10, 5, 6}, {1, 2, 2, 3}, {1, 1.25, 1.25, 1.5}},
@@ -63,27 +59,19 @@ TEST(VolumeIndices, RelativeSeries) {
 TEST(VolumeIndices, FaultsAndWhereTheyLeaveTheCursor) {
   const auto data = records(4);
   const auto prices = field({4, 0, 2, 3}), volumes = field({4, 3, 4, 4});
-  const auto fault = [&](auto call) {
-    data->MoveFirst();
-    return faultOf(call);
-  };
-  // A price of 0 to move from.
-  EXPECT_EQ(fault([&] { Index().PriceVolumeTrend(data, prices, volumes); }), Index::PriceVolumeTrendFault);
-  EXPECT_EQ(data->getPosition(), 3);
-  EXPECT_EQ(fault([&] { Index().PositiveVolumeIndex(data, prices, volumes); }), Index::PositiveVolumeIndexFault);
-  EXPECT_EQ(data->getPosition(), 3);
-  EXPECT_EQ(fault([&] { Index().NegativeVolumeIndex(data, prices, volumes); }), std::nullopt);
-  EXPECT_EQ(fault([&] { Index().Performance(data, field({0, 1, 2, 3})); }), Index::PerformanceFault);
-  EXPECT_EQ(data->getPosition(), 2);
-  EXPECT_EQ(fault([&] { Index().ComparativeRelativeStrength(data, volumes, prices); }),
-            Index::ComparativeRelativeStrengthFault);
-  EXPECT_EQ(data->getPosition(), 2);
-  EXPECT_EQ(fault([&] { Index().OnBalanceVolume(data, field({1, 2, 3}), volumes); }), Index::OnBalanceVolumeFault);
-  EXPECT_EQ(data->getPosition(), 4);
-
+  const auto fromZero = field({0, 1, 2, 3}), shorter = field({1, 2, 3});
+  expectFaults(*data,
+               {// A price of 0 to move from.
+                {[&] { Index().PriceVolumeTrend(data, prices, volumes); }, Index::PriceVolumeTrendFault, 3},
+                {[&] { Index().PositiveVolumeIndex(data, prices, volumes); }, Index::PositiveVolumeIndexFault, 3},
+                {[&] { Index().NegativeVolumeIndex(data, prices, volumes); }, std::nullopt, 1},
+                {[&] { Index().Performance(data, fromZero); }, Index::PerformanceFault, 2},
+                {[&] { Index().ComparativeRelativeStrength(data, volumes, prices); },
+                 Index::ComparativeRelativeStrengthFault, 2},
+                {[&] { Index().OnBalanceVolume(data, shorter, volumes); }, Index::OnBalanceVolumeFault, 4}});
   // The tick is checked before the trap.
   EXPECT_FAULT(Index::TradeVolumeIndexTickFault, Index().TradeVolumeIndex(nullptr, prices, volumes, -0.01));
-  EXPECT_EQ(fault([&] { Index().TradeVolumeIndex(nullptr, prices, volumes, 0); }), Index::TradeVolumeIndexFault);
+  EXPECT_FAULT(Index::TradeVolumeIndexFault, Index().TradeVolumeIndex(nullptr, prices, volumes, 0));
 }
 
 }  // namespace

@@ -63,52 +63,27 @@ TEST(EaseOfMovement, OfABarWithoutARangeIsNone) {
 }
 
 TEST(MomentumOscillators, FaultWhereTheDefinitionDoes) {
-  const struct {
-    std::function<void(Oscillator&, std::shared_ptr<Database>, std::shared_ptr<Field>)> call;
-    std::vector<double> source;
-    std::string_view where;
-    int position;
-  } cases[] = {
-      {[](auto& o, auto data, auto source) { o.CMO(data, source, 2); }, {1, 2, 3, notANumber, 5}, "CMO", 4},
-      {[](auto& o, auto data, auto source) { o.CMO(data, source, -1); }, {1, 2, 3, 4, 5}, "CMO", 6},
-      {[](auto& o, auto data, auto source) { o.CMO(data, source, 32766); }, {1, 2, 3, 4, 5}, "CMO", 1},
-      {[](auto& o, auto data, auto source) { o.Momentum(data, source, 1); }, {1, 2, 0, 3, 4}, "Momentum", 4},
-      {[](auto& o, auto data, auto source) { o.Momentum(data, source, 5); }, {1, 2, 3, 4, 5}, "Momentum", 1},
-      {[](auto& o, auto data, auto source) { o.Momentum(data, source, -1); }, {1, 2, 3, 4, 5}, "Momentum", 6},
-      {[](auto& o, auto data, auto source) { o.VerticalHorizontalFilter(data, source, 2); },
-       {1, 2, 2, 2, 3},
-       "VerticalHorizontalFilter",
-       5},
-      {[](auto& o, auto data, auto source) { o.LinearMomentumOscillator(data, source, 1); },
-       {1, 2, 3, 4, 5},
-       "LinearMomentumOscillator",
-       1},
-      {[](auto& o, auto data, auto) { o.WilliamsAccumulationDistribution(data, nullptr); },
-       {},
-       "WilliamsAccumultaionDistribution",
-       1},
-      {[](auto& o, auto data, auto) { o.ChaikinVolatility(data, data->getRecordset(), 2, 1, 8); },
-       {},
-       "ChaikinVolitlity",
-       1},
-      {[](auto& o, auto data, auto) {
-         data->getRecordset()->setValue("High", 3, 1);
-         o.EaseOfMovement(data, data->getRecordset(), 2, 1);
-       },
-       {},
-       "EaseOfMovement",
-       1},
-  };
+  const auto data = records(5);
+  const auto prices = data->getRecordset();
+  const auto line = field({1, 2, 3, 4, 5}), zero = field({1, 2, 0, 3, 4}), flat = field({1, 2, 2, 2, 3});
+  const auto hole = field({1, 2, 3, notANumber, 5});
   Oscillator oscillator;
-  for (const auto& one : cases) {
-    SCOPED_TRACE(one.where);
-    const auto data = records(5);
-    const auto source = one.source.empty() ? nullptr : field(one.source);
-    const auto fault = faultOf([&] { one.call(oscillator, data, source); });
-    const std::string where = "Oscillator." + std::string(one.where) + ".UnexpectedError";
-    EXPECT_EQ(fault, unexpectedError(where));
-    EXPECT_EQ(data->getPosition(), one.position);
-  }
+  expectFaults(
+      *data,
+      {{[&] { oscillator.CMO(data, hole, 2); }, Oscillator::CMOFault, 4},
+       {[&] { oscillator.CMO(data, line, -1); }, Oscillator::CMOFault, 6},
+       {[&] { oscillator.CMO(data, line, 32766); }, Oscillator::CMOFault, 1},
+       {[&] { oscillator.Momentum(data, zero, 1); }, Oscillator::MomentumFault, 4},
+       {[&] { oscillator.Momentum(data, line, 5); }, Oscillator::MomentumFault, 1},
+       {[&] { oscillator.Momentum(data, line, -1); }, Oscillator::MomentumFault, 6},
+       {[&] { oscillator.VerticalHorizontalFilter(data, flat, 2); }, Oscillator::VerticalHorizontalFilterFault, 5},
+       {[&] { oscillator.LinearMomentumOscillator(data, line, 1); }, Oscillator::LinearMomentumOscillatorFault, 1},
+       {[&] { oscillator.WilliamsAccumulationDistribution(data, nullptr); },
+        unexpectedError("Oscillator.WilliamsAccumultaionDistribution.UnexpectedError"), 1},
+       {[&] { oscillator.ChaikinVolatility(data, prices, 2, 1, 8); },
+        unexpectedError("Oscillator.ChaikinVolitlity.UnexpectedError"), 1}});
+  prices->setValue("High", 3, 1);
+  expectFaults(*data, {{[&] { oscillator.EaseOfMovement(data, prices, 2, 1); }, Oscillator::EaseOfMovementFault, 1}});
 }
 
 }  // namespace

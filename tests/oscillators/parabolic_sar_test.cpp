@@ -40,13 +40,12 @@ TEST(ParabolicSAR, TheFactorEndsAboveItsBound) {
 }
 
 TEST(ParabolicSAR, NeedsTwoRecordsAndLeavesTheCursorBeforeTheOneThatFaults) {
-  const auto one = records(1);
-  EXPECT_FAULT(Oscillator::ParabolicSARFault, Oscillator().ParabolicSAR(one, field({1}), field({1})));
-  EXPECT_EQ(one->getPosition(), 1);
-  const auto data = records(6);
-  EXPECT_FAULT(Oscillator::ParabolicSARFault,
-               Oscillator().ParabolicSAR(data, field({1, 2, 3, 4, 5, 6}), field({1, 2, 3, 4})));
-  EXPECT_EQ(data->getPosition(), 4);
+  const auto one = records(1), six = records(6);
+  const auto stop = [](const auto& data, const std::vector<double>& high, const std::vector<double>& low) {
+    return [=] { Oscillator().ParabolicSAR(data, field(high), field(low)); };
+  };
+  expectFaults(*one, {{stop(one, {1}, {1}), Oscillator::ParabolicSARFault, 1}});
+  expectFaults(*six, {{stop(six, {1, 2, 3, 4, 5, 6}, {1, 2, 3, 4}), Oscillator::ParabolicSARFault, 4}});
 }
 
 }  // namespace

@@ -60,20 +60,12 @@ TEST(Stochastics, FlatPricesFault) {
   const auto data = bars(std::vector<Bar>(5, {9, 9, 9, 9, 9}));
   const auto prices = data->getRecordset();
   Oscillator oscillator;
-  const struct {
-    std::function<void()> call;
-    Fault fault;
-    int position;
-  } cases[] = {
-      {[&] { oscillator.StochasticOscillator(data, prices, 2, 0, 2, 1); }, Oscillator::StochasticOscillatorFault, 3},
-      {[&] { oscillator.WilliamsPctR(data, prices, 2); }, Oscillator::WilliamsPctRFault, 3},
-      {[&] { oscillator.StochRSI(data, prices->getField("Close"), 2); }, Oscillator::StochRSIFault, 4},
-      {[&] { oscillator.UltimateOscillator(data, prices, 1, 2, 1); }, Oscillator::UltimateOscillatorFault, 4},
-  };
-  for (const auto& [call, fault, position] : cases) {
-    EXPECT_EQ(faultOf(call), fault);
-    EXPECT_EQ(data->getPosition(), position);
-  }
+  expectFaults(
+      *data,
+      {{[&] { oscillator.StochasticOscillator(data, prices, 2, 0, 2, 1); }, Oscillator::StochasticOscillatorFault, 3},
+       {[&] { oscillator.WilliamsPctR(data, prices, 2); }, Oscillator::WilliamsPctRFault, 3},
+       {[&] { oscillator.StochRSI(data, prices->getField("Close"), 2); }, Oscillator::StochRSIFault, 4},
+       {[&] { oscillator.UltimateOscillator(data, prices, 1, 2, 1); }, Oscillator::UltimateOscillatorFault, 4}});
 }
 
 TEST(Stochastics, PeriodsAreNotChecked) {

@@ -15,6 +15,19 @@
 #include "orvex/data/columns.h"
 #include "orvex/data/database.h"
 
+namespace orvex {
+
+/// How a fault is shown where a test fails.
+inline void PrintTo(const Fault& fault, std::ostream* out) {
+  *out << fault.number << " " << fault.source << ": " << fault.description;
+}
+
+inline void PrintTo(Integer number, std::ostream* out) {
+  *out << number.value();
+}
+
+}  // namespace orvex
+
 /// Short series and what tests ask of the columns that come out.
 namespace orvex::test {
 
@@ -95,20 +108,25 @@ inline std::optional<Fault> faultOf(const std::function<void()>& action) {
   return std::nullopt;
 }
 
+/// A call, the error that it raises, and where it leaves the cursor.
+struct FaultCase {
+  std::function<void()> call;
+  std::optional<Fault> fault;
+  int position;
+};
+
+/// Expects as much of each call, made with the cursor on the first record.
+inline void expectFaults(Database& data, const std::vector<FaultCase>& cases) {
+  int number = 0;
+  for (const auto& [call, fault, position] : cases) {
+    SCOPED_TRACE(testing::Message() << "case " << ++number);
+    data.MoveFirst();
+    EXPECT_EQ(faultOf(call), fault);
+    EXPECT_EQ(data.getPosition(), position);
+  }
+}
+
 }  // namespace orvex::test
 
 /// Expects a call to raise an error, or std::nullopt.
 #define EXPECT_FAULT(expected, ...) EXPECT_EQ(::orvex::test::faultOf([&] { __VA_ARGS__; }), expected)
-
-namespace orvex {
-
-/// How a fault is shown where a test fails.
-inline void PrintTo(const Fault& fault, std::ostream* out) {
-  *out << fault.number << " " << fault.source << ": " << fault.description;
-}
-
-inline void PrintTo(Integer number, std::ostream* out) {
-  *out << number.value();
-}
-
-}  // namespace orvex
