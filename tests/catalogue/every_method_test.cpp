@@ -136,8 +136,11 @@ TEST_P(EveryMethod, HasOneResultAtEveryLevelAndUnderEveryHost) {
 TEST_P(EveryMethod, ReturnsWhatItPromisesOrAnErrorThatItNames) {
   int returned = 0;
   forRandomCalls([&](const std::vector<std::uint8_t>& bytes) {
-    const RandomCall random(bytes, owner(), method());
+    RandomCall random(bytes, owner(), method());
     const World& world = random.world;
+    for (std::size_t i = 0; i < method().arguments.size() && bytes[0] % 2 == 0; ++i) {
+      if (method().arguments[i].name == "Alias") random.call.arguments[i] = std::string();
+    }
     SCOPED_TRACE(random.describe());
     const auto inputs = contents(world);
     const int start = world.data->getPosition().value();

@@ -263,7 +263,10 @@ struct Host {
     std::vector<Variant> arguments;
     for (std::size_t i = 0; i < variables.size(); ++i) {
       const bool variable = method.arguments[i].written && round != Round::LeftOut;
-      arguments.push_back(variable ? Variant(static_cast<VARIANT*>(&variables[i])) : variables[i]);
+      const bool ofText = variable && variables[i].vt == VT_BSTR && round == Round::EmptyTexts;
+      arguments.push_back(ofText     ? Variant(&variables[i].bstrVal)
+                          : variable ? Variant(static_cast<VARIANT*>(&variables[i]))
+                                     : variables[i]);
     }
     const bool put = method.kind == Kind::PropertyPut || method.kind == Kind::PropertyPutReference;
     const auto object = host.receiver(owner);

@@ -150,13 +150,10 @@ class RandomHost {
       case Type::String:
         return text();
       case Type::Field:
-        return objectOf(&catalogue::classOf<Field>);
       case Type::Note:
-        return objectOf(&catalogue::classOf<Note>);
       case Type::RecordSet:
-        return objectOf(&catalogue::classOf<RecordSet>);
       case Type::Database:
-        return objectOf(&catalogue::classOf<Database>);
+        return objectOf(catalogue::findClass(typeName(type)));
       case Type::Object:
         return once(2) ? Variant(&foreign_) : Variant(anyObject());
       default:
@@ -222,12 +219,11 @@ class RandomHost {
     return {type, made};
   }
 
-  /// A class, and the place of a method in it.
-  std::pair<const Class*, std::size_t> anyMethod() {
+  std::pair<const Class*, const Method*> anyMethod() {
     static const auto all = [] {
-      std::vector<std::pair<const Class*, std::size_t>> methods;
+      std::vector<std::pair<const Class*, const Method*>> methods;
       for (const Class* owner : catalogue::classes()) {
-        for (std::size_t place = 0; place < owner->methods.size(); ++place) methods.emplace_back(owner, place);
+        for (const Method* method : owner->methods) methods.emplace_back(owner, method);
       }
       return methods;
     }();
@@ -237,7 +233,7 @@ class RandomHost {
   void callOne() {
     ++calls_;
     while (once(4)) window_.post([this] { misbehave(); });
-    const auto [chosen, place] = anyMethod();
+    const auto [chosen, method] = anyMethod();
     const Class& owner = *chosen;
     Ref<IDispatch> object = objectOf(&owner);
     if (object.get() == nullptr || once(10)) object = Server::get().create(owner);
@@ -247,9 +243,9 @@ class RandomHost {
     const bool held = once(2);
     if (!held) objects_.push_back({&owner, std::move(object)});
     if (once(3)) {
-      callEarly(bare, owner, *owner.methods[place]);
+      callEarly(bare, owner, *method);
     } else {
-      callLate(bare, owner, *owner.methods[place]);
+      callLate(bare, owner, *method);
     }
   }
 
