@@ -101,12 +101,12 @@ TEST(Bands, HighLowBandsHalveThePeriodOfTheClose) {
     int count, periods, firstTop, firstMedian;
   } cases[] = {{14, 6, 13, 7}, {14, 7, 15, 9}, {18, 9, 19, 10}, {21, 10, 21, 11}};
   for (const auto& c : cases) {
-    const auto data = records(static_cast<std::size_t>(c.count));
     const auto flat = [&](double value) { return field(from(1, value, c.count)); };
-    expectColumns(*Bands().HighLowBands(data, flat(30), flat(10), flat(20), c.periods),
-                  {{"HighLowBandsTop", from(c.firstTop, 30, c.count)},
-                   {"HighLowBandsMedian", from(c.firstMedian, 20, c.count)},
-                   {"HighLowBandsBottom", from(c.firstTop, 10, c.count)}});
+    expectColumns(
+        *Bands().HighLowBands(records(static_cast<std::size_t>(c.count)), flat(30), flat(10), flat(20), c.periods),
+        {{"HighLowBandsTop", from(c.firstTop, 30, c.count)},
+         {"HighLowBandsMedian", from(c.firstMedian, 20, c.count)},
+         {"HighLowBandsBottom", from(c.firstTop, 10, c.count)}});
   }
   // On a straight line r-squared is 1 and each curve takes 0.8 of the way.
   std::vector<double> line;

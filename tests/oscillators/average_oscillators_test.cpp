@@ -16,12 +16,11 @@ TEST(PriceOscillator, IsInPercentOfTheLongAverage) {
 }
 
 TEST(MACD, TheSignalAveragesTheLineAloneAndNotTheZerosBeforeIt) {
-  const auto data = records(8);
   // The exponential average of one record is the series, that of three runs 3.5, 4.25, 5.125, 6.0625, 7.03125.
   const double seed = 0.5 * 0.9375 + 0.5 * ((0.5 + 0.75 + 0.875) / 3);
   const double first = 0.5 * seed + 0.5 * 0.9375;
   const double second = 0.5 * first + 0.5 * 0.96875;
-  expectColumns(*Oscillator().MACD(data, field({1, 2, 3, 4, 5, 6, 7, 8}), 1, 3, 3, "x"),
+  expectColumns(*Oscillator().MACD(records(8), field({1, 2, 3, 4, 5, 6, 7, 8}), 1, 3, 3, "x"),
                 {{"x", {0, 0, 0, 0.5, 0.75, 0.875, 0.9375, 0.96875}},
                  {"xSignal", {0, 0, 0, 0, 0, 0, first, second}},
                  {"xHistogram", {0, 0, 0, 0, 0, 0, 0.9375 - first, 0.96875 - second}}});

@@ -44,6 +44,6 @@ int main(int count, char** words) {
   return soak.run([](std::uint32_t seed) {
     std::mt19937 generator(seed);
     const auto bytes = orvex::test::randomBytes(generator, 50 + generator() % 2000);
-    return orvex::test::MisbehavingHost(orvex::test::Choices(bytes)).run();
+    return orvex::test::runMisbehavingHost(orvex::test::Choices(bytes));
   });
 }

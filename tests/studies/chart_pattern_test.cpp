@@ -35,7 +35,6 @@ TEST(ChartPattern, PercentRetracement) {
 }
 
 TEST(ChartPattern, OnlyLateFaultsAreItsOwn) {
-  const auto data = records(3);
   const auto source = field({1, 3, 2});
   const struct {
     std::shared_ptr<Field> source;
@@ -50,7 +49,7 @@ TEST(ChartPattern, OnlyLateFaultsAreItsOwn) {
       {field({0, 0, 0}), 1, 3, ChartPattern::PercentRetracementFault},
   };
   for (const auto& c : cases) {
-    EXPECT_FAULT(c.fault, ChartPattern().PercentRetracement(data, c.source, c.start, c.end));
+    EXPECT_FAULT(c.fault, ChartPattern().PercentRetracement(records(3), c.source, c.start, c.end));
   }
 }
 

@@ -53,8 +53,7 @@ TEST(LineStudy, TironeReportsItsChecksAsUnexpected) {
 }
 
 TEST(LineStudy, QuadrantLinesOfASpan) {
-  const auto data = records(5);
-  expectColumns(*LineStudy().QuadrantLines(data, field({99, -4, -12, -8, 99}), 2, 4),
+  expectColumns(*LineStudy().QuadrantLines(records(5), field({99, -4, -12, -8, 99}), 2, 4),
                 {{"Quadrant High", {0, -4, -4, -4, 0}},
                  {"Quadrant 75", {0, -6, -6, -6, 0}},
                  {"Quadrant 50", {0, -8, -8, -8, 0}},
