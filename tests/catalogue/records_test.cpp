@@ -91,7 +91,7 @@ TEST(Yields, OncePerPassOfEachRecordLoop) {
     const auto object = catalogue::findClass(one.name.substr(0, one.name.find('.')))->create();
     int yields = 0;
     setYieldHook({[](void* context) { ++*static_cast<int*>(context); }, &yields});
-    EXPECT_EQ(faultOf([&] { catalogue::call(called, object.get(), arguments); }), std::nullopt);
+    EXPECT_FAULT(std::nullopt, catalogue::call(called, object.get(), arguments));
     setYieldHook({});
     EXPECT_EQ(yields, one.yields);
   }

@@ -67,7 +67,7 @@ TEST(Values, BecomeThoseOfAnArgumentsType) {
       {std::numeric_limits<double>::quiet_NaN(), Type::Long, faults::Overflow},
   };
   for (const auto& one : errors) {
-    EXPECT_EQ(faultOf([&] { catalogue::coerce(one.value, one.type); }), one.expected) << &one - errors;
+    EXPECT_FAULT(one.expected, catalogue::coerce(one.value, one.type)) << &one - errors;
   }
 }
 

@@ -30,6 +30,8 @@ std::string contentsOf(const fs::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+const std::string mean = "MovingAverage.SimpleMovingAverage ";
+
 struct Ended {
   int status;
   std::string out;
@@ -117,7 +119,7 @@ TEST_F(CommandLine, PrintsAResultInEveryFormat) {
 
 TEST_F(CommandLine, RoundsTheTableButNotTheOthers) {
   write("fractions.csv", "date,x,tiny\nä,1000.123456789,0.00000000001\nbc,-2.5,0\n");
-  const std::string call = "run MovingAverage.SimpleMovingAverage fractions.csv Source=x Periods=1 --append --format ";
+  const std::string call = "run " + mean + "fractions.csv Source=x Periods=1 --append --format ";
   EXPECT_EQ(orvex(call + "table").out,
             "Record  Date          x   tiny  SimpleMovingAverage\n"
             "     1  ä     1000.1235  1e-11                  0.0\n"
@@ -132,49 +134,42 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
   write("names.csv", "date,close\n");
   write("quote.csv", "date,close\n1,\"2\n");
   write("wide.csv", "\n\ndate,close\n1,2,3\n");
-  const std::string unexpected = "An unexpected error has occured";
   const struct {
-    const char* arguments;
+    std::string arguments;
     Fault fault;
     const char* told;  // part of what stands on the standard error
   } cases[] = {
-      {"MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=0", MovingAverage::SimpleMovingAverageFault,
+      {mean + "plain.csv Source=Close Periods=0", MovingAverage::SimpleMovingAverageFault,
        "orvex describe MovingAverage.SimpleMovingAverage"},
       {"MovingAverage.TriangularMovingAverage plain.csv Source=Close Periods=4",
        MovingAverage::TriangularMovingAverageFault, "in record 9, and \"plain.csv\" has 5 records"},
-      {"MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=40000", faults::Overflow,
-       "from -32768 to 32767"},
-      {"MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=abc", faults::TypeMismatch, "Periods=abc"},
-      {"MovingAverage.SimpleMovingAverage plain.csv Source=Clsoe Periods=2", RecordSet::getIndexFault,
+      {mean + "plain.csv Source=Close Periods=40000", faults::Overflow, "from -32768 to 32767"},
+      {mean + "plain.csv Source=Close Periods=abc", faults::TypeMismatch, "Periods=abc"},
+      {mean + "plain.csv Source=Clsoe Periods=2", RecordSet::getIndexFault,
        "it has Date, Open, High, Low, Close and Volume. Did you mean Close?"},
-      {"MovingAverage.SimpleMovingAverage text.csv Source=Symbol Periods=1", faults::TypeMismatch,
+      {mean + "text.csv Source=Symbol Periods=1", faults::TypeMismatch,
        "no number, or none that fits a double, in line 3"},
-      {"MovingAverage.SimpleMovingAverage huge.csv Source=Close Periods=1", faults::TypeMismatch, "in line 2"},
-      {"MovingAverage.SimpleMovingAverage none.csv Source=Close Periods=2", Database::loadFault("File not found"),
-       "none.csv"},
-      {"MovingAverage.SimpleMovingAverage . Source=Close Periods=2", Database::loadFault("Path/File access error"),
-       "\".\""},
-      {"MovingAverage.SimpleMovingAverage empty.csv Source=Close Periods=2",
-       Database::loadFault("Subscript out of range"), "no records"},
-      {"MovingAverage.SimpleMovingAverage names.csv Source=Close Periods=2",
-       Database::loadFault("Subscript out of range"), "no records"},
-      {"MovingAverage.SimpleMovingAverage quote.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
-       "line 2"},
-      {"MovingAverage.SimpleMovingAverage wide.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
+      {mean + "huge.csv Source=Close Periods=1", faults::TypeMismatch, "in line 2"},
+      {mean + "none.csv Source=Close Periods=2", Database::loadFault("File not found"), "none.csv"},
+      {mean + ". Source=Close Periods=2", Database::loadFault("Path/File access error"), "\".\""},
+      {mean + "empty.csv Source=Close Periods=2", Database::loadFault("Subscript out of range"), "no records"},
+      {mean + "names.csv Source=Close Periods=2", Database::loadFault("Subscript out of range"), "no records"},
+      {mean + "quote.csv Source=Close Periods=2", Database::loadFault("Type mismatch"), "line 2"},
+      {mean + "wide.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
        "line 4 of \"wide.csv\" has more than the 2 values that line 3 names"},
   };
   for (const auto& [arguments, fault, told] : cases) {
     const json error = {{"number", fault.number}, {"source", fault.source}, {"description", fault.description}};
-    const Ended asJson = orvex(std::string("run --format json ") + arguments);
+    const Ended asJson = orvex("run --format json " + arguments);
     EXPECT_EQ(asJson.status, 1) << arguments;
     EXPECT_EQ(json::parse(asJson.out), json({{"error", error}})) << arguments;
-    const Ended asCsv = orvex(std::string("run ") + arguments);
+    const Ended asCsv = orvex("run " + arguments);
     EXPECT_EQ(asCsv.status, 1) << arguments;
     EXPECT_EQ(asCsv.out, "") << arguments;
     EXPECT_NE(asCsv.err.find(told), std::string::npos) << arguments << '\n' << asCsv.err;
     EXPECT_NE(asCsv.err.find(fault.description), std::string::npos) << asCsv.err;
   }
-  EXPECT_EQ(orvex("run MovingAverage.SimpleMovingAverage none.csv Source=x Periods=1 --format json").out,
+  EXPECT_EQ(orvex("run " + mean + "none.csv Source=x Periods=1 --format json").out,
             R"({"error":{"number":1012,"source":"OpenDatabase","description":"File not found"}})"
             "\n");
 }
@@ -192,12 +187,12 @@ TEST_F(CommandLine, ToleratesTheLongestSeriesOnly) {
 
 TEST_F(CommandLine, ExplainsMistakes) {
   const struct {
-    const char* arguments;
+    std::string arguments;
     const char* told;
   } cases[] = {
       {"", "no command is given"},
       {"lsit", "Did you mean list?"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv --apend", "Did you mean --append?"},
+      {"run " + mean + "plain.csv --apend", "Did you mean --append?"},
       {"run MovingAvrage.SimpleMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
       {"describe simplemovingaverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
       {"run MovingAverage.SimpelMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
@@ -206,18 +201,16 @@ TEST_F(CommandLine, ExplainsMistakes) {
       {"run MovingAverage.RSI", "Did you mean Index.RelativeStrengthIndex?"},
       {"run MovingAverage", "It has SimpleMovingAverage, ExponentialMovingAverage"},
       {"run Field.getValue", "is not run"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Period=3",
-       "it has Source, Periods and Alias. Did you mean Periods?"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close",
-       "Periods=NUMBER: How many records the computation looks back."},
-      {"run MovingAverage.SimpleMovingAverage Periods=3", "FILE: a price file"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv plain.csv", "second file"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv data=plain.csv", "taken from the price file"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv Periods=1 periods=2", "given twice"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv --last 0", "\"0\" is not a whole number from 1"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --delimiter ab", "one character"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --delimiter ''", "one character"},
-      {"run MovingAverage.SimpleMovingAverage plain.csv --format xml", "xml not in {table,csv,json}"},
+      {"run " + mean + "plain.csv Source=Close Period=3", "it has Source, Periods and Alias. Did you mean Periods?"},
+      {"run " + mean + "plain.csv Source=Close", "Periods=NUMBER: How many records the computation looks back."},
+      {"run " + mean + "Periods=3", "FILE: a price file"},
+      {"run " + mean + "plain.csv plain.csv", "second file"},
+      {"run " + mean + "plain.csv data=plain.csv", "taken from the price file"},
+      {"run " + mean + "plain.csv Periods=1 periods=2", "given twice"},
+      {"run " + mean + "plain.csv --last 0", "\"0\" is not a whole number from 1"},
+      {"run " + mean + "plain.csv Source=Close Periods=1 --delimiter ab", "one character"},
+      {"run " + mean + "plain.csv Source=Close Periods=1 --delimiter ''", "one character"},
+      {"run " + mean + "plain.csv --format xml", "xml not in {table,csv,json}"},
   };
   for (const auto& [arguments, told] : cases) {
     const Ended ended = orvex(arguments);
@@ -250,8 +243,7 @@ TEST_F(CommandLine, ReadsTheSameSeriesFromManyLayouts) {
   };
   for (const auto& [what, text, options] : cases) {
     write("layout.csv", text);
-    const Ended ended = orvex(
-        std::string("run MovingAverage.SimpleMovingAverage layout.csv Source=Close Periods=1 Alias=x ") + options);
+    const Ended ended = orvex("run " + mean + "layout.csv Source=Close Periods=1 Alias=x " + options);
     EXPECT_EQ(ended.out, "Date,x\na,0\nb,2\nc,4\n") << what << '\n' << ended.err;
     EXPECT_EQ(ended.err, "") << what;
   }
@@ -269,7 +261,7 @@ TEST_F(CommandLine, TellsWhatItDoesNotUnderstandInAFile) {
   };
   for (const auto& [text, told, lastRecord] : cases) {
     write("odd.csv", text);
-    const Ended ended = orvex("run MovingAverage.SimpleMovingAverage odd.csv Source=Open Periods=1 Alias=x --last 1");
+    const Ended ended = orvex("run " + mean + "odd.csv Source=Open Periods=1 Alias=x --last 1");
     EXPECT_EQ(ended.out, std::string("Date,x\n") + lastRecord);
     EXPECT_NE(ended.err.find(told), std::string::npos) << ended.err;
   }
@@ -277,11 +269,9 @@ TEST_F(CommandLine, TellsWhatItDoesNotUnderstandInAFile) {
 
 TEST_F(CommandLine, AppendedResultIsTheNextSource) {
   for (const std::string name : {"a;\"b\"", "a ", " a"}) {
-    write("step.csv",
-          orvex("run MovingAverage.SimpleMovingAverage plain.csv Source=Close Periods=1 --append 'Alias=" + name + "'")
-              .out);
+    write("step.csv", orvex("run " + mean + "plain.csv Source=Close Periods=1 --append 'Alias=" + name + "'").out);
     // The first pass gives 0, 2, 3, 4, 5.
-    EXPECT_EQ(columnsOf("MovingAverage.SimpleMovingAverage step.csv Periods=2 'Source=" + name + "'"),
+    EXPECT_EQ(columnsOf(mean + "step.csv Periods=2 'Source=" + name + "'"),
               json({{"SimpleMovingAverage", {0, 0, 2.5, 3.5, 4.5}}}));
   }
 }
@@ -297,7 +287,7 @@ TEST_F(CommandLine, NumbersReadBackToTheSameDouble) {
   const auto result =
       MovingAverage().SimpleMovingAverage(records(values.size()), field(values), 3)->getField("SimpleMovingAverage");
 
-  const json printed = columnsOf("MovingAverage.SimpleMovingAverage random.csv Source=x Periods=3 --append");
+  const json printed = columnsOf(mean + "random.csv Source=x Periods=3 --append");
   ASSERT_EQ(printed["x"].size(), values.size());
   for (std::size_t i = 0; i < values.size(); ++i) {
     EXPECT_EQ(std::bit_cast<std::uint64_t>(printed["x"][i].get<double>()), std::bit_cast<std::uint64_t>(values[i]));
@@ -305,9 +295,8 @@ TEST_F(CommandLine, NumbersReadBackToTheSameDouble) {
               std::bit_cast<std::uint64_t>(result->values()[i]));
   }
   // The same once more by way of CSV.
-  write("again.csv", orvex("run MovingAverage.SimpleMovingAverage random.csv Source=x Periods=3 --append").out);
-  EXPECT_EQ(columnsOf("MovingAverage.SimpleMovingAverage again.csv Source=x Periods=3 Alias=y --append")["y"],
-            printed["SimpleMovingAverage"]);
+  write("again.csv", orvex("run " + mean + "random.csv Source=x Periods=3 --append").out);
+  EXPECT_EQ(columnsOf(mean + "again.csv Source=x Periods=3 Alias=y --append")["y"], printed["SimpleMovingAverage"]);
 }
 
 TEST_F(CommandLine, EveryMethodIsDescribedAndEveryCalculationRun) {

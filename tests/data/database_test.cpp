@@ -1,5 +1,6 @@
 #include "orvex/data/database.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -92,14 +93,9 @@ TEST(Database, TakesALineApartAtItsDelimiters) {
 TEST(Database, ReadsWindows1252WhereTheFileIsNotUtf8) {
   EXPECT_EQ(load("M\xE4rz,1,2,3,4,5")[0].date, "März");
   EXPECT_EQ(load("\xEF\xBB\xBFMärz,1,2,3,4,5")[0].date, "März");
-  EXPECT_EQ(load("x\xA7"
-                 "1\xA7"
-                 "2\xA7"
-                 "3\xA7"
-                 "4\xA7"
-                 "5",
-                 "§")[0],
-            (Loaded{"x", {1, 2, 3, 4, 5}}));
+  std::string line = "x,1,2,3,4,5";
+  std::replace(line.begin(), line.end(), ',', '\xA7');
+  EXPECT_EQ(load(line, "§")[0], (Loaded{"x", {1, 2, 3, 4, 5}}));
 }
 
 TEST(Database, HoldsAsManyRecordsAsA16BitCount) {
@@ -110,12 +106,12 @@ TEST(Database, HoldsAsManyRecordsAsA16BitCount) {
   data.OpenDataBase(file.path(), ",");
   EXPECT_EQ(data.getRecordCount(), 32767);
   data.MoveLast();
-  EXPECT_EQ(faultOf([&] { data.MoveNext(); }), faults::Overflow);
+  EXPECT_FAULT(faults::Overflow, data.MoveNext());
   EXPECT_EQ(data.getPosition(), 32767);
   EXPECT_EQ(contents(data).back(), (Loaded{std::string(150, 'd'), {1, 2, 3, 4, 5}}));
 
   const File longer(lines + "e");
-  EXPECT_EQ(faultOf([&] { data.OpenDataBase(longer.path(), ","); }), Database::loadFault("Overflow"));
+  EXPECT_FAULT(Database::loadFault("Overflow"), data.OpenDataBase(longer.path(), ","));
   EXPECT_EQ(data.getRecordset()->getFieldCount(), 0) << "the new set has no fields yet, and the old series is gone";
   EXPECT_EQ(data.getRecordCount(), 32767);
 }
@@ -137,7 +133,7 @@ TEST(Database, TellsWhyAFileDoesNotLoad) {
   };
   for (const auto& one : cases) {
     Database data;
-    EXPECT_EQ(faultOf([&] { data.OpenDataBase(one.path, ","); }), Database::loadFault(one.description)) << one.path;
+    EXPECT_FAULT(Database::loadFault(one.description), data.OpenDataBase(one.path, ",")) << one.path;
     EXPECT_EQ(data.getRecordset()->getFieldCount(), 0);
     EXPECT_EQ(data.getPosition(), 0);
   }
@@ -170,7 +166,7 @@ TEST(Database, OutlivesAHostThatLetsGoOfItWhileItLoads) {
   const std::weak_ptr<Database> watch = data;
   setYieldHook({[](void* context) { static_cast<std::shared_ptr<Database>*>(context)->reset(); }, &data});
   Database& loading = *data;
-  EXPECT_EQ(faultOf([&] { loading.OpenDataBase(file.path(), ","); }), std::nullopt);
+  EXPECT_FAULT(std::nullopt, loading.OpenDataBase(file.path(), ","));
   setYieldHook({});
   EXPECT_TRUE(watch.expired());
 }
@@ -210,35 +206,32 @@ TEST(Database, TellsWhyAnArrayDoesNotLoad) {
   for (const auto& one : cases) {
     Database data;
     data.OpenDatabaseByArray(std::vector<double>{1, 2});
-    EXPECT_EQ(faultOf([&] { data.OpenDatabaseByArray(one.array); }), Database::loadFault(one.description));
+    EXPECT_FAULT(Database::loadFault(one.description), data.OpenDatabaseByArray(one.array));
     EXPECT_EQ(data.getRecordCount(), one.count) << one.description;
     EXPECT_EQ(data.getRecordset()->getFieldCount(), 0);
   }
   Database data;
   data.OpenDatabaseByArray(std::vector<double>(32767, 1.0));
   EXPECT_EQ(data.getRecordset()->getValue("Low", 32767), 1.0);
-  EXPECT_EQ(faultOf([&] {
-              data.OpenDatabaseByFourArrays(std::vector<double>{1, 2}, std::vector<double>{1},
-                                            std::vector<double>{1, 2}, std::vector<double>{1, 2});
-            }),
-            Database::loadFault("Subscript out of range"));
-  EXPECT_EQ(faultOf([&] { data.OpenDatabaseByFourArrays(std::vector<double>{1}, {}, {}, {}); }),
-            Database::loadFault("Type mismatch"));
+  EXPECT_FAULT(Database::loadFault("Subscript out of range"),
+               data.OpenDatabaseByFourArrays(std::vector<double>{1, 2}, std::vector<double>{1},
+                                             std::vector<double>{1, 2}, std::vector<double>{1, 2}));
+  EXPECT_FAULT(Database::loadFault("Type mismatch"), data.OpenDatabaseByFourArrays(std::vector<double>{1}, {}, {}, {}));
 }
 
 TEST(Database, MovesItsCursorFromTheFirstRecordToOnePastTheLast) {
   Database data;
   EXPECT_EQ(data.getPosition(), 0);
-  EXPECT_EQ(faultOf([&] { data.MoveLast(); }), Database::BeginOfFile);
+  EXPECT_FAULT(Database::BeginOfFile, data.MoveLast());
   data.OpenDatabaseByArray(std::vector<double>{1, 2, 3});
   EXPECT_EQ(data.MoveLast(), 0);
   EXPECT_EQ(data.MoveNext(), 0);
   EXPECT_EQ(data.getPosition(), 4);
-  EXPECT_EQ(faultOf([&] { data.MoveNext(); }), Database::EndOfFile);
+  EXPECT_FAULT(Database::EndOfFile, data.MoveNext());
   EXPECT_EQ(data.getPosition(), 4);
   data.MoveFirst();
-  EXPECT_EQ(faultOf([&] { data.MovePrevious(); }), Database::BeginOfFile);
-  EXPECT_EQ(faultOf([&] { data.setPosition(5); }), Database::EndOfFile);
+  EXPECT_FAULT(Database::BeginOfFile, data.MovePrevious());
+  EXPECT_FAULT(Database::EndOfFile, data.setPosition(5));
   EXPECT_EQ(data.getPosition(), 1);
   data.CloseDatabase();
   EXPECT_EQ(data.getRecordset(), nullptr);
@@ -249,13 +242,13 @@ TEST(Database, AdoptsASetAndTheRecordCountOfItsOpens) {
   const auto set = std::make_shared<RecordSet>();
   Database data;
   for (const char* name : {"date", "OPEN", "high", "Low", "Close"}) set->addField(field({1, 2}, name));
-  EXPECT_EQ(faultOf([&] { data.RecordsetCache(set); }), RecordSet::getFieldFault);
+  EXPECT_FAULT(RecordSet::getFieldFault, data.RecordsetCache(set));
   EXPECT_EQ(data.getRecordset(), set);
   EXPECT_EQ(data.getRecordCount(), 0);
   set->addField(field({1, 2, 3}, "Volume"));
   data.RecordsetCache(set);
   EXPECT_EQ(data.getRecordCount(), 2);
-  EXPECT_EQ(faultOf([&] { data.RecordsetCache(nullptr); }), faults::ObjectNotSet);
+  EXPECT_FAULT(faults::ObjectNotSet, data.RecordsetCache(nullptr));
 }
 
 }  // namespace

@@ -12,17 +12,17 @@ namespace {
 
 TEST(Field, RowsOutsideTheColumnAreAnError) {
   Field column;
-  EXPECT_EQ(faultOf([&] { column.getValue(1); }), Field::getValueFault);
+  EXPECT_FAULT(Field::getValueFault, column.getValue(1));
   column.initialize(5, "X");
   EXPECT_EQ(column.getValue(5), 0.0);
   EXPECT_EQ(column.getStrValue(5), "");
-  EXPECT_EQ(faultOf([&] { column.getValue(6); }), Field::getValueFault);
-  EXPECT_EQ(faultOf([&] { column.setStrValue(0, ""); }), Field::setStrValueFault);
-  EXPECT_EQ(faultOf([&] { column.getStrValue(-1); }), Field::getStrValueFault);
+  EXPECT_FAULT(Field::getValueFault, column.getValue(6));
+  EXPECT_FAULT(Field::setStrValueFault, column.setStrValue(0, ""));
+  EXPECT_FAULT(Field::getStrValueFault, column.getStrValue(-1));
   column.destroy();
   EXPECT_EQ(column.getRecordCount(), 5);
   EXPECT_EQ(column.getName(), "X");
-  EXPECT_EQ(faultOf([&] { column.setValue(1, 1); }), Field::setValueFault);
+  EXPECT_FAULT(Field::setValueFault, column.setValue(1, 1));
 }
 
 TEST(Field, StartsOverWhenInitialisedAgain) {
@@ -35,7 +35,7 @@ TEST(Field, StartsOverWhenInitialisedAgain) {
   EXPECT_EQ(note->getValue(), 0.0);
   EXPECT_EQ(note->getNote(), "");
 
-  EXPECT_EQ(faultOf([&] { column.initialize(0, "Y"); }), faults::SubscriptOutOfRange);
+  EXPECT_FAULT(faults::SubscriptOutOfRange, column.initialize(0, "Y"));
   EXPECT_EQ(column.getValue(2), 7) << "a count that cannot be changes nothing";
 
   column.initialize(3, "Y");
@@ -68,9 +68,9 @@ TEST(Array, BoundsAtTheEndsOfAnInt) {
   constexpr int least = std::numeric_limits<int>::min();
   constexpr int greatest = std::numeric_limits<int>::max();
   EXPECT_EQ(Array<double>({1, 2}, least).at(least + 1), 2);
-  EXPECT_EQ(faultOf([&] { Array<double>({1, 2}, least).at(greatest); }), faults::SubscriptOutOfRange);
-  EXPECT_EQ(faultOf([&] { Array<double>({1, 2}, greatest).upperBound(); }), faults::Overflow);
-  EXPECT_EQ(faultOf([&] { Array<double>({}, least).upperBound(); }), faults::Overflow);
+  EXPECT_FAULT(faults::SubscriptOutOfRange, Array<double>({1, 2}, least).at(greatest));
+  EXPECT_FAULT(faults::Overflow, Array<double>({1, 2}, greatest).upperBound());
+  EXPECT_FAULT(faults::Overflow, Array<double>({}, least).upperBound());
 }
 
 TEST(ModGlobals, EqualValuesHaveNoLargerAndNoSmaller) {

@@ -48,15 +48,15 @@ TEST(RecordSet, ReportsWhereTheNameOrRowIsUnknown) {
   RecordSet empty;
   RecordSet set;
   fill(set, {"A"});
-  EXPECT_EQ(faultOf([&] { set.getIndex("B"); }), RecordSet::getIndexFault);
-  EXPECT_EQ(faultOf([&] { empty.getField("A"); }), RecordSet::getFieldFault);
-  EXPECT_EQ(faultOf([&] { empty.removeField("A"); }), RecordSet::removeFieldFault);
-  EXPECT_EQ(faultOf([&] { set.removeField("B"); }), RecordSet::removeFieldFault);
-  EXPECT_EQ(faultOf([&] { set.renameField("B", "C"); }), RecordSet::renameFieldFault);
-  EXPECT_EQ(faultOf([&] { set.getValue("A", 4); }), RecordSet::getValueFault);
-  EXPECT_EQ(faultOf([&] { set.setValue("B", 1, 1); }), RecordSet::setValueFault);
-  EXPECT_EQ(faultOf([&] { set.getName(0); }), RecordSet::getNameFault);
-  EXPECT_EQ(faultOf([&] { set.getName(2); }), RecordSet::getNameFault);
+  EXPECT_FAULT(RecordSet::getIndexFault, set.getIndex("B"));
+  EXPECT_FAULT(RecordSet::getFieldFault, empty.getField("A"));
+  EXPECT_FAULT(RecordSet::removeFieldFault, empty.removeField("A"));
+  EXPECT_FAULT(RecordSet::removeFieldFault, set.removeField("B"));
+  EXPECT_FAULT(RecordSet::renameFieldFault, set.renameField("B", "C"));
+  EXPECT_FAULT(RecordSet::getValueFault, set.getValue("A", 4));
+  EXPECT_FAULT(RecordSet::setValueFault, set.setValue("B", 1, 1));
+  EXPECT_FAULT(RecordSet::getNameFault, set.getName(0));
+  EXPECT_FAULT(RecordSet::getNameFault, set.getName(2));
 }
 
 TEST(RecordSet, KeepsANullFieldAndStumblesOverItOnlyWhenItMustAskItsName) {
@@ -66,15 +66,15 @@ TEST(RecordSet, KeepsANullFieldAndStumblesOverItOnlyWhenItMustAskItsName) {
   EXPECT_EQ(set.getFieldCount(), 3);
   EXPECT_EQ(set.getIndex("A"), 1);
   EXPECT_TRUE(set.isValidField("B"));
-  EXPECT_EQ(faultOf([&] { set.getIndex("B"); }), faults::ObjectNotSet);
-  EXPECT_EQ(faultOf([&] { set.getField("B"); }), RecordSet::getFieldFault);
+  EXPECT_FAULT(faults::ObjectNotSet, set.getIndex("B"));
+  EXPECT_FAULT(RecordSet::getFieldFault, set.getField("B"));
 }
 
 TEST(RecordSet, TakesAsManyFieldsAsA16BitCount) {
   RecordSet set;
   const auto one = field({1}, "A");
   for (int i = 0; i < 32767; ++i) set.addField(one);
-  EXPECT_EQ(faultOf([&] { set.addField(one); }), faults::Overflow);
+  EXPECT_FAULT(faults::Overflow, set.addField(one));
   EXPECT_EQ(set.getFieldCount(), 32767);
 }
 

@@ -100,7 +100,7 @@ TEST(NumberText, BeyondADoubleIsAnOverflow) {
   const std::string longZeros = "1" + std::string(400, '0');
   for (const std::string& text : {std::string("1e309"), std::string("-2e308"), longZeros, longZeros + ".5",
                                   std::string("0.1e99999999999999999999")}) {
-    EXPECT_EQ(faultOf([&] { readNumber(text); }), faults::Overflow) << text;
+    EXPECT_FAULT(faults::Overflow, readNumber(text)) << text;
   }
   EXPECT_EQ(numberFromText(longZeros + "e-399"), 10.0);
 }

@@ -5,6 +5,6 @@
 #include "tests/support/misbehaving_host.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  orvex::test::MisbehavingHost(orvex::test::Choices(std::span(bytes, size))).run();
+  orvex::test::runMisbehavingHost(orvex::test::Choices(std::span(bytes, size)));
   return 0;
 }

@@ -40,7 +40,7 @@ TEST(Primes, SeeThroughNumbersThatDeceiveSingleBases) {
 
 TEST(Primes, NegativeNumbersHaveNoRoot) {
   for (const std::int32_t n : {-1, -7, std::numeric_limits<std::int32_t>::min()}) {
-    EXPECT_EQ(faultOf([&] { General().IsPrime(n); }), faults::InvalidCall);
+    EXPECT_FAULT(faults::InvalidCall, General().IsPrime(n));
   }
 }
 

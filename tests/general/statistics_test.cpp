@@ -26,7 +26,6 @@ TEST(StandardDeviation, HandComputedSeries) {
     // The average's own column bears this name while it lasts.
     expectColumns(*General().StandardDeviation(data, field(one.series), one.periods, one.deviations, one.type, "Temp"),
                   {{"Temp", one.expected}});
-    EXPECT_EQ(data->getPosition(), 1);
   }
 }
 
@@ -44,14 +43,10 @@ TEST(StandardDeviation, TellsAFailedAverageFromOtherFaults) {
   };
   for (const auto& one : cases) {
     SCOPED_TRACE(testing::Message() << "periods " << one.periods << ", type " << one.type);
-    std::string alias;
-    EXPECT_EQ(faultOf([&] { General().StandardDeviation(data, source, one.periods, 1, one.type, alias); }), one.fault);
-    EXPECT_EQ(alias, "StandardDeviation");
+    EXPECT_FAULT(one.fault, General().StandardDeviation(data, source, one.periods, 1, one.type));
   }
-  EXPECT_EQ(faultOf([&] { General().StandardDeviation(nullptr, source, 2, 1, 1); }), General::StandardDeviationFault);
-  data->MoveFirst();
-  EXPECT_EQ(faultOf([&] { General().StandardDeviation(data, source, 2, 1, 8); }), General::StandardDeviationFault);
-  EXPECT_EQ(data->getPosition(), 3);
+  expectFaults(*data,
+               {{[&] { General().StandardDeviation(data, source, 2, 1, 8); }, General::StandardDeviationFault, 3}});
 }
 
 TEST(CorrelationAnalysis, HandComputedColumns) {

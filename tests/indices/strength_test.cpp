@@ -8,11 +8,8 @@ namespace {
 
 TEST(RelativeStrengthIndex, HandComputedSeries) {
   // Moves +2 -1 +2 0 -3 over 2 records: mean rises 1, 1.5, 0.75, 0.375, mean falls 0.5, 0.25, 0.125, 1.5625.
-  const auto data = records(6);
-  data->setPosition(4);
-  expectColumns(*Index().RelativeStrengthIndex(data, field({10, 12, 11, 13, 13, 10}), 2),
+  expectColumns(*Index().RelativeStrengthIndex(records(6), field({10, 12, 11, 13, 13, 10}), 2),
                 {{"RelativeStrengthIndex", {0, 0, 100 / 1.5, 150 / 1.75, 75 / 0.875, 37.5 / 1.9375}}});
-  EXPECT_EQ(data->getPosition(), 1);
   expectColumns(*Index().RelativeStrengthIndex(records(3), field({7, 7, 7}), 1, "r"), {{"r", {0, 50, 50}}});
   expectColumns(*Index().RelativeStrengthIndex(records(3), field({7, 8, 7}), 1, "r"), {{"r", {0, 100, 0}}});
 }
@@ -33,21 +30,12 @@ TEST(RelativeStrengthIndex, PublishedTable) {
 
 TEST(RelativeStrengthIndex, ChecksItsPeriodAlone) {
   const auto source = field({1, 2, 3});
-  std::string alias;
-  EXPECT_EQ(faultOf([&] { Index().RelativeStrengthIndex(nullptr, source, 0, alias); }),
-            (Fault{1101, "Index.RelativeStrengthIndex", "Invalid Periods"}));
-  EXPECT_EQ(alias, "RelativeStrengthIndex");
-  EXPECT_EQ(faultOf([&] { Index().RelativeStrengthIndex(nullptr, source, 1); }),
-            (Fault{1105, "Index.RelativeStrenghIndex.UnexpectedError", "An unexpected error has occured"}));
+  EXPECT_FAULT(Index::RelativeStrengthIndexPeriodsFault, Index().RelativeStrengthIndex(nullptr, source, 0));
+  EXPECT_FAULT((Fault{1105, "Index.RelativeStrenghIndex.UnexpectedError", "An unexpected error has occured"}),
+               Index().RelativeStrengthIndex(nullptr, source, 1));
   for (const int periods : {3, 4, 32767}) {
     expectColumns(*Index().RelativeStrengthIndex(records(3), source, periods, "r"), {{"r", {0, 0, 0}}});
   }
-}
-
-std::shared_ptr<Database> levels(const std::vector<double>& prices) {
-  std::vector<Bar> series;
-  for (const double price : prices) series.push_back({price, price, price, price, 1});
-  return bars(series);
 }
 
 TEST(CommodityChannelIndex, HandComputedSeries) {
@@ -55,7 +43,6 @@ TEST(CommodityChannelIndex, HandComputedSeries) {
   const auto data = levels({3, 6, 9, 12, 6});
   expectColumns(*Index().CommodityChannelIndex(data, data->getRecordset(), 3, 1),
                 {{"CommodityChannelIndex", {0, 0, 0, 3 / (0.015 * 2), -3 / (0.015 * 2)}}});
-  EXPECT_EQ(data->getPosition(), 1);
   // The average of ten typical prices of 0.1 is another number than theirs.
   const auto flat = levels(std::vector<double>(12, 0.1));
   expectColumns(*Index().CommodityChannelIndex(flat, flat->getRecordset(), 10, 1, "c"),
@@ -71,9 +58,9 @@ TEST(CommodityChannelIndex, ChecksInTheOrderOfTheArguments) {
   const auto fault = [&](int periods, int type) {
     return faultOf([&] { Index().CommodityChannelIndex(data, data->getRecordset(), periods, type); });
   };
-  EXPECT_EQ(fault(0, 8), (Fault{1101, "Index.CommodityChannelIndex", "Invalid Periods"}));
-  EXPECT_EQ(fault(6, 1), (Fault{1101, "Index.CommodityChannelIndex", "Invalid Periods"}));
-  EXPECT_EQ(fault(2, 0), (Fault{1100, "Index.CommodityChannelIndex", "Invalid Moving Average Type"}));
+  EXPECT_EQ(fault(0, 8), Index::CommodityChannelIndexPeriodsFault);
+  EXPECT_EQ(fault(6, 1), Index::CommodityChannelIndexPeriodsFault);
+  EXPECT_EQ(fault(2, 0), Index::CommodityChannelIndexAverageFault);
   EXPECT_EQ(fault(5, 2), Index::CommodityChannelIndexFault) << "the average fails";
 }
 
@@ -88,7 +75,6 @@ TEST(StochasticMomentumIndex, HandComputedSeries) {
   // Averaged over 2, begun anew at record 2: momentum -1 and 0.25 of ranges 5 and 5.5, from record 4 on.
   expectColumns(*Index().StochasticMomentumIndex(data, set, 2, 2, 0, 1, 1),
                 {{"%K", {0, 0, 0, -40, 25 / 2.75}}, {"%D", {0, 0, 0, 0, 25 / 2.75}}});
-  EXPECT_EQ(data->getPosition(), 1);
   const auto flat = levels({3, 3, 3});
   expectColumns(*Index().StochasticMomentumIndex(flat, flat->getRecordset(), 2, 0, 0, 1, 1),
                 {{"%K", {0, 0, 0}}, {"%D", {0, 0, 0}}});
@@ -100,10 +86,9 @@ TEST(StochasticMomentumIndex, ChecksInTheOrderOfTheArguments) {
     return faultOf(
         [&] { Index().StochasticMomentumIndex(data, data->getRecordset(), k, smoothing, smoothing, d, type); });
   };
-  const Fault periods{1101, "Index.StochasticMomentumIndex", "Invalid Periods"};
-  EXPECT_EQ(fault(6, 1, 1, 8), periods);
-  EXPECT_EQ(fault(1, 1, 0, 8), periods);
-  EXPECT_EQ(fault(1, 1, 5, 8), (Fault{1100, "Index.StochasticMomentumIndex", "Invalid Moving Average Type"}));
+  EXPECT_EQ(fault(6, 1, 1, 8), Index::StochasticMomentumIndexPeriodsFault);
+  EXPECT_EQ(fault(1, 1, 0, 8), Index::StochasticMomentumIndexPeriodsFault);
+  EXPECT_EQ(fault(1, 1, 5, 8), Index::StochasticMomentumIndexAverageFault);
   EXPECT_EQ(fault(3, 3, 2, 1), Index::StochasticMomentumIndexFault) << "nothing is left to average";
 }
 

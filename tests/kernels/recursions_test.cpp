@@ -52,11 +52,11 @@ TEST(Recursions, StretchesSideBySideAreOneChain) {
       for (const int periods : {1, 2, 3, 9, 14, 40, 300, 1400}) {
         Call call{&owner, &method, {field(series), Integer(periods), catalogue::Missing{}}};
         if (method.arguments.size() == 4) call.arguments.insert(call.arguments.begin(), world.data);
-        SCOPED_TRACE(call.describe() + " from " + std::to_string(series[0]));
+        SCOPED_TRACE(testing::Message() << methodName << " over " << periods << " from " << series[0]);
         const auto outcome = [&](Level level) {
           kernels::setLevel(level);
           world.data->MoveFirst();
-          return run(world, call);
+          return run(world, call, owner.create().get());
         };
         const Outcome expected = outcome(Level::Off);
         for (const Level level : {Level::Baseline, Level::Avx2, Level::Avx512}) {

@@ -33,24 +33,6 @@ bool fails(long count, Body body) {
   return failed;
 }
 
-/// A world, an object and a call on it, the same for the same bytes.
-struct Prepared {
-  Prepared(const std::vector<std::uint8_t>& bytes, int count, const Class& owner, const Method& method)
-      : choices(bytes),
-        world(makeWorld(choices, count)),
-        call(makeCall(choices, world, owner, method)),
-        object(objectOf(choices, world, owner)) {}
-  // A set and a database that hold each other are the host's to part.
-  ~Prepared() { world.prices->setDatabase(nullptr); }
-  Prepared(const Prepared&) = delete;
-  Prepared& operator=(const Prepared&) = delete;
-
-  Choices choices;
-  World world;
-  Call call;
-  std::shared_ptr<void> object;
-};
-
 /// `check(bytes, owner, method)` with random calls of each method, until as many as are asked for were of use to it.
 template <class Check>
 void forEveryMethod(int wanted, Check check) {
@@ -60,11 +42,9 @@ void forEveryMethod(int wanted, Check check) {
       if (method->name == "OpenDataBase") continue;
       SCOPED_TRACE(std::string(owner->name) + '.' + std::string(method->name));
       std::mt19937 generator(20);
-      std::vector<std::uint8_t> bytes(160);
       int used = 0;
       for (int i = 0; i < 400 && used < wanted; ++i) {
-        std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(generator()); });
-        if (check(bytes, *owner, *method)) ++used;
+        if (check(randomBytes(generator), *owner, *method)) ++used;
       }
       EXPECT_EQ(used, wanted) << "calls of use";
     }
@@ -73,18 +53,14 @@ void forEveryMethod(int wanted, Check check) {
 
 TEST(Memory, ThatRunsOutFailsTheCallAndNothingElse) {
   forEveryMethod(3, [](const std::vector<std::uint8_t>& bytes, const Class& owner, const Method& method) {
-    Outcome expected;
-    {
-      Prepared plain(bytes, 60, owner, method);
-      expected = run(plain.world, plain.call, plain.object.get());
-      if (expected.fault) return false;
-    }
+    const Outcome expected = RandomCall(bytes, owner, method, 60).run();
+    if (expected.fault) return false;
     bool failed = true;
     for (long count = 0; failed && !testing::Test::HasFailure(); ++count) {
       SCOPED_TRACE("with memory for " + std::to_string(count) + " allocations");
       const std::size_t before = inUse;
       {
-        Prepared starved(bytes, 60, owner, method);
+        RandomCall starved(bytes, owner, method, 60);
         const auto inputs = contents(starved.world);
         const Integer position = starved.world.data->getPosition();
         {
@@ -96,7 +72,7 @@ TEST(Memory, ThatRunsOutFailsTheCallAndNothingElse) {
         }
         if (failed) {
           starved.world.data->setPosition(position);
-          EXPECT_EQ(run(starved.world, starved.call, starved.object.get()), expected) << "the same call again";
+          EXPECT_EQ(starved.run(), expected) << "the same call again";
         }
       }
       EXPECT_EQ(inUse, before) << "a leak";
@@ -129,7 +105,7 @@ TEST(Memory, OfACallIsItsResultAndEightColumnsAtMost) {
     forEveryMethod(count > 3000 ? 1 : 3,
                    [&](const std::vector<std::uint8_t>& bytes, const Class& owner, const Method& method) {
                      const int longest = count > 3000 || method.name == "NeuralIndicator" ? 20 : 32767;
-                     Prepared prepared(bytes, count, owner, method);
+                     RandomCall prepared(bytes, owner, method, count);
                      std::vector<Value>& arguments = prepared.call.arguments;
                      for (const Value& argument : arguments) {
                        if (const auto* whole = std::get_if<Integer>(&argument); whole != nullptr && *whole > longest)
@@ -139,7 +115,7 @@ TEST(Memory, OfACallIsItsResultAndEightColumnsAtMost) {
                      Value result;
                      if (fails(unlimited, [&] { result = catalogue::call(method, prepared.object.get(), arguments); }))
                        return false;
-                     EXPECT_LE(mostInUse, std::max(inUse, before) + most) << prepared.call.describe();
+                     EXPECT_LE(mostInUse, std::max(inUse, before) + most) << prepared.describe();
                      return true;
                    });
   }

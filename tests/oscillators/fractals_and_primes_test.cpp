@@ -15,18 +15,15 @@ TEST(ChaosFractalOscillator, ComparesWithFourRecordsOrWithZeros) {
       {{5}, {1}, {0}},
   };
   for (const auto& [high, low, expected] : cases) {
-    const auto data = records(high.size());
-    data->setPosition(2);
+    const auto data = ranges(high, low);
     Integer periods = 0;
-    expectColumns(
-        *Oscillator().ChaosFractalOscillator(data, makeRecordSet({field(high, "High"), field(low, "Low")}), periods),
-        {{"Chaos Fractal Oscillator", expected}});
+    expectColumns(*Oscillator().ChaosFractalOscillator(data, data->getRecordset(), periods),
+                  {{"Chaos Fractal Oscillator", expected}});
     EXPECT_EQ(periods, 100);
-    EXPECT_EQ(data->getPosition(), 2);
   }
   Integer periods = 7;
-  EXPECT_EQ(faultOf([&] { Oscillator().ChaosFractalOscillator(records(1), makeRecordSet({}), periods); }),
-            Oscillator::ChaosFractalOscillatorFault);
+  EXPECT_FAULT(Oscillator::ChaosFractalOscillatorFault,
+               Oscillator().ChaosFractalOscillator(records(1), makeRecordSet({}), periods));
   EXPECT_EQ(periods, 7);
 }
 
@@ -40,14 +37,11 @@ TEST(PrimeNumberOscillator, IsTheDistanceToTheNearestPrime) {
       {10, -1},  {-5, -50}, {2147483647, 0}, {2147483646, -1}, {2147483628, -1}, {-214748364, -2147483640.0},
   };
   for (const auto& [value, distance] : cases) {
-    const auto data = records(1);
-    data->setPosition(2);
-    expectColumns(*Oscillator().PrimeNumberOscillator(data, field({value}), "p"), {{"p", {distance}}});
-    EXPECT_EQ(data->getPosition(), 2);
+    expectColumns(*Oscillator().PrimeNumberOscillator(records(1), field({value}), "p"), {{"p", {distance}}});
   }
   for (const double value : {2147483648.0, -214748365.0, 1e300}) {
-    EXPECT_EQ(faultOf([&] { Oscillator().PrimeNumberOscillator(records(1), field({value})); }),
-              Oscillator::PrimeNumberOscillatorFault);
+    EXPECT_FAULT(Oscillator::PrimeNumberOscillatorFault,
+                 Oscillator().PrimeNumberOscillator(records(1), field({value})));
   }
 }
 

@@ -1,12 +1,8 @@
-#include <limits>
-
 #include "orvex/oscillators/oscillator.h"
 #include "tests/support/series.h"
 
 namespace orvex::test {
 namespace {
-
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 TEST(CMO, HandComputedSeries) {
   const struct {
@@ -22,11 +18,7 @@ TEST(CMO, HandComputedSeries) {
       {{1, 2, 3, 4}, 9, {0, 0, 0, 0}},
   };
   for (const auto& [source, periods, expected] : cases) {
-    const auto data = records(source.size());
-    std::string alias;
-    expectColumns(*Oscillator().CMO(data, field(source), periods, alias), {{"CMO", expected}});
-    EXPECT_EQ(alias, "CMO");
-    EXPECT_EQ(data->getPosition(), 1);
+    expectColumns(*Oscillator().CMO(records(source.size()), field(source), periods), {{"CMO", expected}});
   }
 }
 
@@ -35,7 +27,6 @@ TEST(Momentum, BeginsOneRecordLaterThanItsLag) {
   expectColumns(*Oscillator().Momentum(data, field({2, 4, 5, 8, 10}), 1), {{"Momentum", {0, 0, 125, 160, 125}}});
   expectColumns(*Oscillator().Momentum(data, field({3, 3, 3, 3, 3}), 2, "m"), {{"m", {0, 0, 0, 100, 100}}});
   expectColumns(*Oscillator().Momentum(data, field({2, 4, 5, 8, 10}), 4), {{"Momentum", {0, 0, 0, 0, 0}}});
-  EXPECT_EQ(data->getPosition(), 1);
 }
 
 TEST(VerticalHorizontalFilter, IsTheShareOfTheWayThatLedSomewhere) {
@@ -52,10 +43,8 @@ TEST(LinearMomentumOscillator, HoldsMinusHundredBeforeTheFirstLine) {
 TEST(WilliamsAccumulationDistribution, CountsFromTrueLowsAndTrueHighs) {
   const auto data =
       bars({{0, 11, 9, 10, 0}, {0, 12, 9.5, 11, 0}, {0, 14, 12, 13, 0}, {0, 12.5, 11, 12, 0}, {0, 13, 8, 12, 0}});
-  data->setPosition(3);
   expectColumns(*Oscillator().WilliamsAccumulationDistribution(data, data->getRecordset()),
                 {{"WilliamsAccumulationDistribution", {0, 1.5, 3.5, 2.5, 2.5}}});
-  EXPECT_EQ(data->getPosition(), 3);
 }
 
 TEST(ChaikinVolatility, IsTheChangeOfTheAveragedRange) {
@@ -63,7 +52,6 @@ TEST(ChaikinVolatility, IsTheChangeOfTheAveragedRange) {
   // The average of one record begins in row 2, and from a 0 no change is counted.
   expectColumns(*Oscillator().ChaikinVolatility(data, data->getRecordset(), 1, 1, 1),
                 {{"ChaikinVolatility", {0, 0, 100, 0, -50}}});
-  EXPECT_EQ(data->getPosition(), 1);
 }
 
 TEST(EaseOfMovement, OfABarWithoutARangeIsNone) {
@@ -75,52 +63,27 @@ TEST(EaseOfMovement, OfABarWithoutARangeIsNone) {
 }
 
 TEST(MomentumOscillators, FaultWhereTheDefinitionDoes) {
-  const struct {
-    std::function<void(Oscillator&, std::shared_ptr<Database>, std::shared_ptr<Field>)> call;
-    std::vector<double> source;
-    std::string_view where;
-    int position;
-  } cases[] = {
-      {[](auto& o, auto data, auto source) { o.CMO(data, source, 2); }, {1, 2, 3, notANumber, 5}, "CMO", 4},
-      {[](auto& o, auto data, auto source) { o.CMO(data, source, -1); }, {1, 2, 3, 4, 5}, "CMO", 6},
-      {[](auto& o, auto data, auto source) { o.CMO(data, source, 32766); }, {1, 2, 3, 4, 5}, "CMO", 1},
-      {[](auto& o, auto data, auto source) { o.Momentum(data, source, 1); }, {1, 2, 0, 3, 4}, "Momentum", 4},
-      {[](auto& o, auto data, auto source) { o.Momentum(data, source, 5); }, {1, 2, 3, 4, 5}, "Momentum", 1},
-      {[](auto& o, auto data, auto source) { o.Momentum(data, source, -1); }, {1, 2, 3, 4, 5}, "Momentum", 6},
-      {[](auto& o, auto data, auto source) { o.VerticalHorizontalFilter(data, source, 2); },
-       {1, 2, 2, 2, 3},
-       "VerticalHorizontalFilter",
-       5},
-      {[](auto& o, auto data, auto source) { o.LinearMomentumOscillator(data, source, 1); },
-       {1, 2, 3, 4, 5},
-       "LinearMomentumOscillator",
-       1},
-      {[](auto& o, auto data, auto) { o.WilliamsAccumulationDistribution(data, nullptr); },
-       {},
-       "WilliamsAccumultaionDistribution",
-       1},
-      {[](auto& o, auto data, auto) { o.ChaikinVolatility(data, data->getRecordset(), 2, 1, 8); },
-       {},
-       "ChaikinVolitlity",
-       1},
-      {[](auto& o, auto data, auto) {
-         data->getRecordset()->setValue("High", 3, 1);
-         o.EaseOfMovement(data, data->getRecordset(), 2, 1);
-       },
-       {},
-       "EaseOfMovement",
-       1},
-  };
+  const auto data = records(5);
+  const auto prices = data->getRecordset();
+  const auto line = field({1, 2, 3, 4, 5}), zero = field({1, 2, 0, 3, 4}), flat = field({1, 2, 2, 2, 3});
+  const auto hole = field({1, 2, 3, notANumber, 5});
   Oscillator oscillator;
-  for (const auto& one : cases) {
-    SCOPED_TRACE(one.where);
-    const auto data = records(5);
-    const auto source = one.source.empty() ? nullptr : field(one.source);
-    const auto fault = faultOf([&] { one.call(oscillator, data, source); });
-    const std::string where = "Oscillator." + std::string(one.where) + ".UnexpectedError";
-    EXPECT_EQ(fault, unexpectedError(where));
-    EXPECT_EQ(data->getPosition(), one.position);
-  }
+  expectFaults(
+      *data,
+      {{[&] { oscillator.CMO(data, hole, 2); }, Oscillator::CMOFault, 4},
+       {[&] { oscillator.CMO(data, line, -1); }, Oscillator::CMOFault, 6},
+       {[&] { oscillator.CMO(data, line, 32766); }, Oscillator::CMOFault, 1},
+       {[&] { oscillator.Momentum(data, zero, 1); }, Oscillator::MomentumFault, 4},
+       {[&] { oscillator.Momentum(data, line, 5); }, Oscillator::MomentumFault, 1},
+       {[&] { oscillator.Momentum(data, line, -1); }, Oscillator::MomentumFault, 6},
+       {[&] { oscillator.VerticalHorizontalFilter(data, flat, 2); }, Oscillator::VerticalHorizontalFilterFault, 5},
+       {[&] { oscillator.LinearMomentumOscillator(data, line, 1); }, Oscillator::LinearMomentumOscillatorFault, 1},
+       {[&] { oscillator.WilliamsAccumulationDistribution(data, nullptr); },
+        unexpectedError("Oscillator.WilliamsAccumultaionDistribution.UnexpectedError"), 1},
+       {[&] { oscillator.ChaikinVolatility(data, prices, 2, 1, 8); },
+        unexpectedError("Oscillator.ChaikinVolitlity.UnexpectedError"), 1}});
+  prices->setValue("High", 3, 1);
+  expectFaults(*data, {{[&] { oscillator.EaseOfMovement(data, prices, 2, 1); }, Oscillator::EaseOfMovementFault, 1}});
 }
 
 }  // namespace

@@ -9,8 +9,7 @@ TEST(ParabolicSAR, HandComputedTrends) {
     std::vector<double> high, low, expected;
   } cases[] = {
       // Equal moves begin a long trend at the low of record 1. It turns in record 4, where the level becomes the
-      // extreme
-      // 13, back in record 5, and again in record 6: there the extreme is 12 as before, and not the new high.
+      // extreme 13, back in record 5, and again in record 6: there the extreme is 12 as before, and not the new high.
       {{10, 11, 13, 12, 12, 14}, {8, 9, 10, 10.5, 9, 11}, {0, 9, 10, 13, 10.5, 12}},
       // The low rose more than the high: a short trend, from the high of record 1, which record 2 turns at once.
       {{10, 10.5}, {8, 9}, {0, 8}},
@@ -18,9 +17,8 @@ TEST(ParabolicSAR, HandComputedTrends) {
       {{10, 8, 7}, {8, 7, 4}, {0, 9, 8}},
   };
   for (const auto& [high, low, expected] : cases) {
-    const auto data = records(high.size());
-    expectColumns(*Oscillator().ParabolicSAR(data, field(high), field(low), 0.5, 0.5), {{"ParabolicSAR", expected}});
-    EXPECT_EQ(data->getPosition(), 1);
+    expectColumns(*Oscillator().ParabolicSAR(records(high.size()), field(high), field(low), 0.5, 0.5),
+                  {{"ParabolicSAR", expected}});
   }
 }
 
@@ -42,15 +40,12 @@ TEST(ParabolicSAR, TheFactorEndsAboveItsBound) {
 }
 
 TEST(ParabolicSAR, NeedsTwoRecordsAndLeavesTheCursorBeforeTheOneThatFaults) {
-  const auto one = records(1);
-  EXPECT_EQ(faultOf([&] { Oscillator().ParabolicSAR(one, field({1}), field({1})); }), Oscillator::ParabolicSARFault);
-  EXPECT_EQ(one->getPosition(), 1);
-  const auto data = records(6);
-  EXPECT_EQ(faultOf([&] {
-              Oscillator().ParabolicSAR(data, field({1, 2, 3, 4, 5, 6}), field({1, 2, 3, 4}));
-            }),
-            Oscillator::ParabolicSARFault);
-  EXPECT_EQ(data->getPosition(), 4);
+  const auto one = records(1), six = records(6);
+  const auto stop = [](const auto& data, const std::vector<double>& high, const std::vector<double>& low) {
+    return [=] { Oscillator().ParabolicSAR(data, field(high), field(low)); };
+  };
+  expectFaults(*one, {{stop(one, {1}, {1}), Oscillator::ParabolicSARFault, 1}});
+  expectFaults(*six, {{stop(six, {1, 2, 3, 4, 5, 6}, {1, 2, 3, 4}), Oscillator::ParabolicSARFault, 4}});
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <sanitizer/allocator_interface.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -44,8 +43,7 @@ int main(int count, char** words) {
       {{"allocated bytes", 1 << 10, allocatedBytes}, {"files", 0, openFiles}, {"resident", 4 << 20, residentBytes}});
   return soak.run([](std::uint32_t seed) {
     std::mt19937 generator(seed);
-    std::vector<std::uint8_t> bytes(50 + generator() % 2000);
-    std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(generator()); });
-    return orvex::test::MisbehavingHost(orvex::test::Choices(bytes)).run();
+    const auto bytes = orvex::test::randomBytes(generator, 50 + generator() % 2000);
+    return orvex::test::runMisbehavingHost(orvex::test::Choices(bytes));
   });
 }

@@ -27,37 +27,30 @@ TEST(ChartPattern, PercentRetracement) {
       {{-5, -3, -4}, 1, 3, "DECLINING", 20, 0},
   };
   for (const auto& c : cases) {
-    const auto data = records(c.source.size());
-    data->setPosition(2);
-    const auto note = ChartPattern().PercentRetracement(data, field(c.source), c.start, c.end);
+    const auto note = ChartPattern().PercentRetracement(records(c.source.size()), field(c.source), c.start, c.end);
     EXPECT_EQ(note->getNote(), c.text);
     EXPECT_EQ(note->getValue(), c.percent);
     EXPECT_EQ(note->getPeriod(), c.period);
-    EXPECT_EQ(data->getPosition(), 2);
   }
 }
 
 TEST(ChartPattern, OnlyLateFaultsAreItsOwn) {
-  const auto data = records(3);
   const auto source = field({1, 3, 2});
   const struct {
-    std::shared_ptr<Database> data;
     std::shared_ptr<Field> source;
     int start, end;
     Fault fault;
   } cases[] = {
-      {nullptr, source, 1, 3, faults::ObjectNotSet},
-      {data, source, 0, 4, ChartPattern::PercentRetracementEndFault},
-      {data, source, 0, 3, ChartPattern::PercentRetracementStartFault},
-      {data, source, 3, 2, General::MaxValueFault},
-      {data, nullptr, 1, 3, General::MaxValueFault},
-      {data, field({1, 2}), 1, 3, General::MaxValueFault},
-      {data, field({0, 0, 0}), 1, 3, ChartPattern::PercentRetracementFault},
+      {source, 0, 4, ChartPattern::PercentRetracementEndFault},
+      {source, 0, 3, ChartPattern::PercentRetracementStartFault},
+      {source, 3, 2, General::MaxValueFault},
+      {nullptr, 1, 3, General::MaxValueFault},
+      {field({1, 2}), 1, 3, General::MaxValueFault},
+      {field({0, 0, 0}), 1, 3, ChartPattern::PercentRetracementFault},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(faultOf([&] { ChartPattern().PercentRetracement(c.data, c.source, c.start, c.end); }), c.fault);
+    EXPECT_FAULT(c.fault, ChartPattern().PercentRetracement(records(3), c.source, c.start, c.end));
   }
-  EXPECT_EQ(ChartPattern::PercentRetracementEndFault, (Fault{1010, "PercentRetracement", "Invalid end period"}));
 }
 
 }  // namespace

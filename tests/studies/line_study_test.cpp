@@ -7,41 +7,36 @@ namespace {
 
 TEST(LineStudy, FibonacciMarks) {
   const struct {
-    int rows, start, end;
+    int start, end;
     std::vector<double> marks;
   } cases[] = {
-      {20, 1, 20, {1, 0, 2, 0, 3, 0, 0, 5, 0, 0, 0, 8, 0, 0, 0, 0, 0, 13, 0, 0}},
+      {1, 20, {1, 0, 2, 0, 3, 0, 0, 5, 0, 0, 0, 8, 0, 0, 0, 0, 0, 13, 0, 0}},
       // A mark would stand on record 18 itself, the last of the span.
-      {20, 1, 18, {1, 0, 2, 0, 3, 0, 0, 5, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0}},
-      {6, 3, 6, {0, 0, 1, 0, 2, 0}},
-      {5, 5, 5, {0, 0, 0, 0, 0}},
-      {3, 1, 2, {1, 0, 0}},
-      {3, 3, 1, {0, 0, 0}},
+      {1, 18, {1, 0, 2, 0, 3, 0, 0, 5, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0}},
+      {3, 6, {0, 0, 1, 0, 2, 0}},
+      {5, 5, {0, 0, 0, 0, 0}},
+      {1, 2, {1, 0, 0}},
+      {3, 1, {0, 0, 0}},
       // The span may reach beyond the column as long as no mark does.
-      {3, 1, 5, {1, 0, 2}},
+      {1, 5, {1, 0, 2}},
   };
   for (const auto& c : cases) {
-    std::string alias;
-    const auto source = field(std::vector<double>(static_cast<std::size_t>(c.rows)));
-    expectColumns(*LineStudy().Fibonacci(source, c.start, c.end, alias), {{"Fibonacci", c.marks}});
-    EXPECT_EQ(alias, "Fibonacci");
+    expectColumns(*LineStudy().Fibonacci(field(std::vector<double>(c.marks.size())), c.start, c.end),
+                  {{"Fibonacci", c.marks}});
   }
 }
 
 TEST(LineStudy, FibonacciFaults) {
   const auto source = field({0, 0, 0});
-  std::string alias;
-  EXPECT_EQ(faultOf([&] { LineStudy().Fibonacci(nullptr, 1, 3, alias); }), LineStudy::FibonacciFault);
-  EXPECT_EQ(alias, "Fibonacci");
-  EXPECT_EQ(faultOf([&] { LineStudy().Fibonacci(source, 0, 3); }), LineStudy::FibonacciFault);
-  EXPECT_EQ(faultOf([&] { LineStudy().Fibonacci(source, 1, 6); }), LineStudy::FibonacciFault);
+  EXPECT_FAULT(LineStudy::FibonacciFault, LineStudy().Fibonacci(nullptr, 1, 3));
+  EXPECT_FAULT(LineStudy::FibonacciFault, LineStudy().Fibonacci(source, 0, 3));
+  EXPECT_FAULT(LineStudy::FibonacciFault, LineStudy().Fibonacci(source, 1, 6));
 }
 
 TEST(LineStudy, TironeLevelsOfASpan) {
   const auto data = bars({{0, 90, 1, 0, 0}, {0, 30, 6, 0, 0}, {0, 24, 0, 0, 0}, {0, 90, -1, 0, 0}});
   expectColumns(*LineStudy().TironeLevel(data, data->getRecordset(), 2, 3),
                 {{"TironeTop", {0, 20, 20, 0}}, {"TironeMedian", {0, 15, 15, 0}}, {"TironeBottom", {0, 10, 10, 0}}});
-  EXPECT_EQ(data->getPosition(), 1);
   // Below 0 the high counts as 0.
   const auto below = bars({{0, 0, 0, 0, 0}, {0, -3, -6, 0, 0}});
   expectColumns(*LineStudy().TironeLevel(below, below->getRecordset(), 2, 2),
@@ -52,23 +47,18 @@ TEST(LineStudy, TironeReportsItsChecksAsUnexpected) {
   const auto data = records(4);
   const struct { int start, end; } spans[] = {{2, 5}, {0, 3}, {3, 2}, {1, 3}};
   for (const auto& span : spans) {
-    EXPECT_EQ(faultOf([&] { LineStudy().TironeLevel(data, data->getRecordset(), span.start, span.end); }),
-              LineStudy::TironeLevelFault);
+    EXPECT_FAULT(LineStudy::TironeLevelFault,
+                 LineStudy().TironeLevel(data, data->getRecordset(), span.start, span.end));
   }
-  EXPECT_EQ(faultOf([&] { LineStudy().TironeLevel(nullptr, data->getRecordset(), 2, 3); }),
-            LineStudy::TironeLevelFault);
 }
 
 TEST(LineStudy, QuadrantLinesOfASpan) {
-  const auto data = records(5);
-  data->setPosition(4);
-  expectColumns(*LineStudy().QuadrantLines(data, field({99, -4, -12, -8, 99}), 2, 4),
+  expectColumns(*LineStudy().QuadrantLines(records(5), field({99, -4, -12, -8, 99}), 2, 4),
                 {{"Quadrant High", {0, -4, -4, -4, 0}},
                  {"Quadrant 75", {0, -6, -6, -6, 0}},
                  {"Quadrant 50", {0, -8, -8, -8, 0}},
                  {"Quadrant 25", {0, -10, -10, -10, 0}},
                  {"Quadrant Low", {0, -12, -12, -12, 0}}});
-  EXPECT_EQ(data->getPosition(), 1);
 }
 
 TEST(LineStudy, SpeedResistanceLinesFromTheEarlierExtreme) {
@@ -81,8 +71,8 @@ TEST(LineStudy, SpeedResistanceLinesFromTheEarlierExtreme) {
   const auto falling = bars({{0, 9, 8, 0, 0}, {0, 12, 8, 0, 0}, {0, 9, 6, 0, 0}, {0, 9, 7, 0, 0}, {0, 99, 0, 0, 0}});
   expectColumns(*LineStudy().SpeedResistanceLines(falling, falling->getRecordset(), 1, 4),
                 {{"Speed Line", {0, 12, 6, 0, 0}}, {"Speed 2/3", {0, 12, 8, 4, 0}}, {"Speed 1/3", {0, 12, 10, 8, 0}}});
-  EXPECT_EQ(faultOf([&] { LineStudy().SpeedResistanceLines(falling, falling->getRecordset(), 5, 5); }),
-            LineStudy::SpeedResistanceLinesFault);
+  EXPECT_FAULT(LineStudy::SpeedResistanceLinesFault,
+               LineStudy().SpeedResistanceLines(falling, falling->getRecordset(), 5, 5));
 }
 
 TEST(LineStudy, SpansAreCheckedBeforeAnythingElse) {
@@ -95,32 +85,26 @@ TEST(LineStudy, SpansAreCheckedBeforeAnythingElse) {
                {3, 2, "Invalid end period"},
                {1, 5, "Invalid end period"}};
   for (const auto& c : cases) {
-    EXPECT_EQ(faultOf([&] { LineStudy().QuadrantLines(data, nullptr, c.start, c.end); }),
-              (Fault{1010, "LineStudy.QuadrantLines", c.description}));
-    EXPECT_EQ(faultOf([&] { LineStudy().SpeedResistanceLines(data, nullptr, c.start, c.end); }),
-              (Fault{1010, "LineStudy.SpeedResistanceLines", c.description}));
+    EXPECT_FAULT((Fault{1010, "LineStudy.QuadrantLines", c.description}),
+                 LineStudy().QuadrantLines(data, nullptr, c.start, c.end));
+    EXPECT_FAULT((Fault{1010, "LineStudy.SpeedResistanceLines", c.description}),
+                 LineStudy().SpeedResistanceLines(data, nullptr, c.start, c.end));
   }
-  EXPECT_EQ(faultOf([&] { LineStudy().QuadrantLines(data, nullptr, 1, 4); }),
-            (Fault{1105, "LineStuday.QuadrantLines.UnexpectedError", "An unexpected error has occured"}));
-  EXPECT_EQ(faultOf([&] { LineStudy().SpeedResistanceLines(data, nullptr, 1, 4); }),
-            LineStudy::SpeedResistanceLinesFault);
+  EXPECT_FAULT((Fault{1105, "LineStuday.QuadrantLines.UnexpectedError", "An unexpected error has occured"}),
+               LineStudy().QuadrantLines(data, nullptr, 1, 4));
+  EXPECT_FAULT(LineStudy::SpeedResistanceLinesFault, LineStudy().SpeedResistanceLines(data, nullptr, 1, 4));
 }
 
 TEST(LineStudy, PenetrationOfADrawnLine) {
   const auto data = records(9);
-  data->setPosition(4);
   // Up from below, stays, touches, up from the touch, down, touches, down from the touch; the line ends at record 8.
   const auto source = field({1, 6, 7, 5, 6, 4, 5, 4, 9});
   const auto line = field({5, 5, 5, 5, 5, 5, 5, 5, 0});
   expectColumns(*LineStudy().TrendLinePenetration(data, line, source),
                 {{"TrendLinePenetration", {0, 1, 0, 0, 1, -1, 0, -1, 0}}});
-  EXPECT_EQ(data->getPosition(), 1);
   expectColumns(*LineStudy().TrendLinePenetration(records(3), field({0, 5, 5}), field({1, 9, 1}), "x"),
                 {{"x", {0, 0, -1}}});
-  EXPECT_EQ(faultOf([&] {
-              LineStudy().TrendLinePenetration(data, line, field({1, 2}));
-            }),
-            LineStudy::TrendLinePenetrationFault);
+  EXPECT_FAULT(LineStudy::TrendLinePenetrationFault, LineStudy().TrendLinePenetration(data, line, field({1, 2})));
 }
 
 }  // namespace

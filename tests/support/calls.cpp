@@ -32,39 +32,32 @@ std::vector<double> series(Choices& choices, int count, std::size_t kind) {
     state = state * 1664525u + 1013904223u;
     return static_cast<int>((state >> 8) % static_cast<unsigned>(limit));
   };
-  std::vector<double> values;
   int walk = 5000 + start;
-  for (int i = 0; i < count; ++i) {
+  const auto next = [&]() -> double {
     walk += draw(201) - 100;
     switch (kind) {
       case FewWholes:
-        values.push_back(draw(4));
-        break;
+        return draw(4);
       case Flat:
-        values.push_back(start / 8.0);
-        break;
+        return start / 8.0;
       case Zero:
-        values.push_back(0.0);
-        break;
+        return 0.0;
       case SignedZeros:
-        values.push_back(draw(2) == 0 ? -0.0 : draw(3) == 0 ? 1.0 : 0.0);
-        break;
+        return draw(2) == 0 ? -0.0 : draw(3) == 0 ? 1.0 : 0.0;
       case Negative:
-        values.push_back(-walk / 100.0);
-        break;
+        return -walk / 100.0;
       case Huge:
-        values.push_back((draw(2000) - 1000) * 1e305);
-        break;
+        return (draw(2000) - 1000) * 1e305;
       case Tiny:
-        values.push_back(draw(1000) * 5e-324);
-        break;
+        return draw(1000) * 5e-324;
       case Volumes:
-        values.push_back(draw(5) == 0 ? 0.0 : 1000.0 * draw(1000));
-        break;
+        return draw(5) == 0 ? 0.0 : 1000.0 * draw(1000);
       default:
-        values.push_back(walk / 100.0);
+        return walk / 100.0;
     }
-  }
+  };
+  std::vector<double> values(static_cast<std::size_t>(count));
+  std::generate(values.begin(), values.end(), next);
   if (choices.once(6))
     values[choices.below(values.size())] = choices.of<double>({infinity, -infinity, undefined, 1e300, 1e59});
   return values;
@@ -173,65 +166,38 @@ std::shared_ptr<void> objectOf(Choices& choices, const World& world, const catal
 }
 
 Call makeCall(Choices& choices, const World& world, const catalogue::Class& owner, const catalogue::Method& method) {
-  Call made{&owner, &method, {}};
-  for (const catalogue::Argument& argument : method.arguments) {
-    Value value = catalogue::Missing{};
+  const auto given = [&](const catalogue::Argument& argument) -> Value {
     switch (argument.type) {
       case Type::Database:
-        value = choices.once(40) ? nullptr : world.data;
-        break;
+        return choices.once(40) ? nullptr : world.data;
       case Type::RecordSet:
-        value = choices.once(40) ? nullptr : world.prices;
-        break;
+        return choices.once(40) ? nullptr : world.prices;
       case Type::Field:
-        value = choices.of(world.fields);
-        break;
+        return choices.of(world.fields);
       case Type::Integer:
         // Every epoch takes as long as the one before.
-        value = argument.name == "Epochs" ? Integer(choices.of<int>({-1, 0, 1, 2})) : number(choices, world);
-        break;
+        return argument.name == "Epochs" ? Integer(choices.of<int>({-1, 0, 1, 2})) : number(choices, world);
       case Type::Long:
-        value = choices.of<std::int32_t>({0, 1, 4, 121, 2147483647, -7});
-        break;
+        return choices.of<std::int32_t>({0, 1, 4, 121, 2147483647, -7});
       case Type::Double:
-        value = fraction(choices);
-        break;
+        return fraction(choices);
       case Type::String:
-        value = text(choices);
-        break;
+        return text(choices);
       case Type::Note:
-        value = std::make_shared<Note>();
-        break;
+        return std::make_shared<Note>();
       case Type::VariantArray:
-        value = array(choices, world);
-        break;
+        return array(choices, world);
       default:
-        value = catalogue::Object();
+        return catalogue::Object();
     }
+  };
+  Call made{&owner, &method, {}};
+  for (const catalogue::Argument& argument : method.arguments) {
+    Value value = given(argument);
     if (argument.optional && choices.once(4)) value = catalogue::Missing{};
     made.arguments.push_back(value);
   }
   return made;
-}
-
-std::string Call::describe() const {
-  std::ostringstream out;
-  out << owner->name << '.' << method->name;
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    out << ' ' << method->arguments[i].name << '=';
-    if (const auto* whole = std::get_if<Integer>(&arguments[i])) out << whole->value();
-    if (const auto* real = std::get_if<double>(&arguments[i])) out << *real;
-    if (const auto* words = std::get_if<std::string>(&arguments[i])) out << '"' << *words << '"';
-    if (const auto* field = std::get_if<std::shared_ptr<Field>>(&arguments[i])) {
-      out << (*field == nullptr ? "nothing" : (*field)->getName());
-    }
-  }
-  return out.str();
-}
-
-Outcome run(const World& world, Call call) {
-  const auto object = call.owner->create();
-  return run(world, std::move(call), object.get());
 }
 
 Outcome run(const World& world, Call call, void* object) {
@@ -272,6 +238,41 @@ std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
     for (const std::uint64_t bit : bits) out << ' ' << std::bit_cast<double>(bit);
   }
   return out;
+}
+
+RandomCall::RandomCall(std::span<const std::uint8_t> bytes, const catalogue::Class& owner,
+                       const catalogue::Method& method, int count) {
+  Choices choices(bytes);
+  world = count > 0 ? makeWorld(choices, count) : makeWorld(choices);
+  call = makeCall(choices, world, owner, method);
+  object = objectOf(choices, world, owner);
+}
+
+RandomCall::~RandomCall() {
+  // A set and a database that hold each other are the host's to part.
+  world.prices->setDatabase(nullptr);
+}
+
+std::string RandomCall::describe() const {
+  std::ostringstream out;
+  out << call.owner->name << '.' << call.method->name;
+  for (std::size_t i = 0; i < call.arguments.size(); ++i) {
+    out << ' ' << call.method->arguments[i].name << '=';
+    if (const auto* whole = std::get_if<Integer>(&call.arguments[i])) out << whole->value();
+    if (const auto* real = std::get_if<double>(&call.arguments[i])) out << *real;
+    if (const auto* words = std::get_if<std::string>(&call.arguments[i])) out << '"' << *words << '"';
+    if (const auto* field = std::get_if<std::shared_ptr<Field>>(&call.arguments[i])) {
+      out << (*field == nullptr ? "nothing" : (*field)->getName());
+    }
+  }
+  out << " on " << world.count << " records";
+  return out.str();
+}
+
+std::vector<std::uint8_t> randomBytes(std::mt19937& generator, std::size_t count) {
+  std::vector<std::uint8_t> bytes(count);
+  std::generate(bytes.begin(), bytes.end(), [&] { return static_cast<std::uint8_t>(generator()); });
+  return bytes;
 }
 
 }  // namespace orvex::test

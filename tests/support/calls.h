@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <random>
 #include <span>
 #include <string>
 #include <utility>
@@ -60,8 +61,6 @@ struct Call {
   const catalogue::Class* owner;
   const catalogue::Method* method;
   std::vector<catalogue::Value> arguments;
-
-  std::string describe() const;
 };
 
 /// The object whose method is called: one of the world's where the class has any there, otherwise a new one.
@@ -81,9 +80,28 @@ struct Outcome {
   bool operator==(const Outcome&) const = default;
 };
 
-Outcome run(const World& world, Call call);
 Outcome run(const World& world, Call call, void* object);
 
 std::ostream& operator<<(std::ostream& out, const Outcome& outcome);
+
+/// A world, an object in it and a call of the object's method: the same for the same bytes.
+struct RandomCall {
+  /// In a world of `count` records, or of as many as the bytes choose.
+  RandomCall(std::span<const std::uint8_t> bytes, const catalogue::Class& owner, const catalogue::Method& method,
+             int count = 0);
+  ~RandomCall();
+  RandomCall(const RandomCall&) = delete;
+  RandomCall& operator=(const RandomCall&) = delete;
+
+  Outcome run() const { return test::run(world, call, object.get()); }
+  std::string describe() const;
+
+  World world;
+  Call call;
+  std::shared_ptr<void> object;
+};
+
+/// Chosen by chance, enough of them for any call.
+std::vector<std::uint8_t> randomBytes(std::mt19937& generator, std::size_t count = 160);
 
 }  // namespace orvex::test

@@ -46,12 +46,8 @@ void take(Digest& digest, const Outcome& outcome) {
 std::uint64_t digestOf(const catalogue::Class& owner, const catalogue::Method& method) {
   Digest digest;
   std::mt19937 random(1);
-  std::vector<std::uint8_t> bytes(160);
   for (int i = 0; i < 400; ++i) {
-    for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(random());
-    orvex::test::Choices choices(bytes);
-    const orvex::test::World world = orvex::test::makeWorld(choices);
-    take(digest, orvex::test::run(world, orvex::test::makeCall(choices, world, owner, method)));
+    take(digest, orvex::test::RandomCall(orvex::test::randomBytes(random), owner, method).run());
   }
   return digest.value();
 }

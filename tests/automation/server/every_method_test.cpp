@@ -34,15 +34,6 @@ std::vector<double> prices(int column) {
   return values;
 }
 
-Variant arrayOf(const std::vector<double>& values) {
-  SAFEARRAY* array = SafeArrayCreateVector(VT_R8, 1, static_cast<ULONG>(values.size()));
-  for (LONG i = 1; i <= static_cast<LONG>(values.size()); ++i) {
-    double value = values[static_cast<std::size_t>(i) - 1];
-    SafeArrayPutElement(array, &i, &value);
-  }
-  return {VT_R8, array};
-}
-
 std::string show(double number) {
   char text[40];
   std::snprintf(text, sizeof text, "%a ", number);
@@ -55,47 +46,66 @@ std::string show(const std::string& name, std::span<const double> values) {
   return text + "\n";
 }
 
+/// What a call is given, as the values of the library or of a host.
+template <class Side>
+typename Side::Value argumentOf(const Side& side, const Argument& argument, Round round) {
+  if (round == Round::LeftOut && argument.optional) return typename Side::LeftOut();
+  const auto given = [&](auto object) { return round == Round::NullObjects ? decltype(object)() : object; };
+  switch (argument.type) {
+    case Type::Integer:
+      return typename Side::Integer(5);
+    case Type::Long:
+      return 7;
+    case Type::Double:
+      return 2.0;
+    case Type::Boolean:
+      return true;
+    case Type::String:
+      return std::string(round == Round::EmptyTexts && argument.written ? "" : "Close");
+    case Type::Field:
+      return given(side.close());
+    case Type::RecordSet:
+      return given(side.set);
+    case Type::Database:
+      return given(side.data);
+    case Type::VariantArray:
+      return typename Side::Column(prices(3));
+    default:
+      return typename Side::Nothing();
+  }
+}
+
+template <class Side>
+std::vector<typename Side::Value> argumentsOf(const Side& side, const Method& method, Round round) {
+  std::vector<typename Side::Value> all;
+  for (const Argument& argument : method.arguments) all.push_back(argumentOf(side, argument, round));
+  return all;
+}
+
 /// The library itself, called without a server.
 struct Library {
+  using Value = catalogue::Value;
+  using LeftOut = catalogue::Missing;
+  using Integer = orvex::Integer;
+  using Column = VariantArray;
+  using Nothing = catalogue::Object;
+
   std::shared_ptr<Database> data = std::make_shared<Database>();
+  std::shared_ptr<RecordSet> set;
 
   Library() {
     data->OpenDatabaseByFourArrays(prices(0), prices(1), prices(2), prices(3));
     data->MoveFirst();
+    set = data->getRecordset();
   }
+
+  std::shared_ptr<Field> close() const { return set->getField("Close"); }
 
   std::shared_ptr<void> receiver(const Class& owner) {
     if (owner.name == "Database") return data;
-    if (owner.name == "RecordSet") return data->getRecordset();
-    if (owner.name == "Field") return data->getRecordset()->getField("Close");
+    if (owner.name == "RecordSet") return set;
+    if (owner.name == "Field") return close();
     return owner.create();
-  }
-
-  Value argument(const Argument& argument, Round round) {
-    if (round == Round::LeftOut && argument.optional) return catalogue::Missing{};
-    const bool null = round == Round::NullObjects;
-    switch (argument.type) {
-      case Type::Integer:
-        return Integer(5);
-      case Type::Long:
-        return std::int32_t{7};
-      case Type::Double:
-        return 2.0;
-      case Type::Boolean:
-        return true;
-      case Type::String:
-        return std::string(round == Round::EmptyTexts && argument.written ? "" : "Close");
-      case Type::Field:
-        return null ? nullptr : data->getRecordset()->getField("Close");
-      case Type::RecordSet:
-        return null ? nullptr : data->getRecordset();
-      case Type::Database:
-        return null ? nullptr : data;
-      case Type::VariantArray:
-        return VariantArray(prices(3));
-      default:
-        return catalogue::Object();
-    }
   }
 
   static std::string show(const Value& value) {
@@ -131,8 +141,7 @@ struct Library {
 
   static std::string call(const Class& owner, const Method& method, Round round) {
     Library library;
-    std::vector<Value> values;
-    for (const Argument& argument : method.arguments) values.push_back(library.argument(argument, round));
+    std::vector<Value> values = argumentsOf(library, method, round);
     std::string text;
     try {
       text = show(catalogue::call(method, library.receiver(owner).get(), values));
@@ -149,11 +158,17 @@ struct Library {
 
 /// The same through the server.
 struct Host {
+  using Value = Variant;
+  using LeftOut = test::LeftOut;
+  using Integer = short;
+  using Column = Variant;
+  using Nothing = Ref<IDispatch>;
+
   Ref<_Database> data = Server::get().create<_Database>(catalogue::classOf<Database>);
   Ref<_RecordSet> set;
 
   Host() {
-    Variant columns[] = {arrayOf(prices(0)), arrayOf(prices(1)), arrayOf(prices(2)), arrayOf(prices(3))};
+    Variant columns[] = {Variant(prices(0)), Variant(prices(1)), Variant(prices(2)), Variant(prices(3))};
     short position = 0;
     data->OpenDatabaseByFourArrays(&columns[0], &columns[1], &columns[2], &columns[3]);
     data->MoveFirst(&position);
@@ -177,33 +192,6 @@ struct Host {
     if (owner.name == "RecordSet") return set.as<IDispatch>();
     if (owner.name == "Field") return close().as<IDispatch>();
     return Server::get().create(owner);
-  }
-
-  Variant argument(const Argument& argument, Round round) const {
-    if (round == Round::LeftOut && argument.optional) return LeftOut();
-    const bool null = round == Round::NullObjects;
-    switch (argument.type) {
-      case Type::Integer:
-        return static_cast<short>(5);
-      case Type::Long:
-        return 7;
-      case Type::Double:
-        return 2.0;
-      case Type::Boolean:
-        return true;
-      case Type::String:
-        return round == Round::EmptyTexts && argument.written ? "" : "Close";
-      case Type::Field:
-        return null ? Ref<_Field>() : close();
-      case Type::RecordSet:
-        return null ? Ref<_RecordSet>() : set;
-      case Type::Database:
-        return null ? Ref<_Database>() : data;
-      case Type::VariantArray:
-        return arrayOf(prices(3));
-      default:
-        return static_cast<IDispatch*>(nullptr);
-    }
   }
 
   static std::string show(_Field* field) {
@@ -271,12 +259,14 @@ struct Host {
 
   static std::string callLate(const Class& owner, const Method& method, Round round) {
     const Host host;
-    std::vector<Variant> variables;
-    for (const Argument& argument : method.arguments) variables.push_back(host.argument(argument, round));
+    std::vector<Variant> variables = argumentsOf(host, method, round);
     std::vector<Variant> arguments;
     for (std::size_t i = 0; i < variables.size(); ++i) {
       const bool variable = method.arguments[i].written && round != Round::LeftOut;
-      arguments.push_back(variable ? Variant(static_cast<VARIANT*>(&variables[i])) : variables[i]);
+      const bool ofText = variable && variables[i].vt == VT_BSTR && round == Round::EmptyTexts;
+      arguments.push_back(ofText     ? Variant(&variables[i].bstrVal)
+                          : variable ? Variant(static_cast<VARIANT*>(&variables[i]))
+                                     : variables[i]);
     }
     const bool put = method.kind == Kind::PropertyPut || method.kind == Kind::PropertyPutReference;
     const auto object = host.receiver(owner);
@@ -286,33 +276,11 @@ struct Host {
     return show(outcome) + written(method, variables, round) + host.where();
   }
 
-  /// Through the entry of the virtual table where the method's place in the description says that it is.
   static std::string callEarly(const Class& owner, const Method& method, Round round) {
     const Host host;
-    std::vector<Variant> variables;
-    for (const Argument& argument : method.arguments) variables.push_back(host.argument(argument, round));
-    Outcome outcome;
-    std::vector<VARIANT> passed;
-    for (std::size_t i = 0; i < variables.size(); ++i) {
-      const Argument& argument = method.arguments[i];
-      VARIANT one = variables[i];
-      if (!argument.byValue) {
-        one = addressOf(variables[i], typeInMemory(argument.type));
-        if (variables[i].vt == VT_ERROR) one.byref = nullptr;
-      }
-      passed.push_back(one);
-    }
-    const VARTYPE resultType = typeInMemory(method.result);
-    if (method.result != Type::Nothing) passed.push_back(addressOf(outcome.result, resultType));
-    std::size_t place = 0;
-    while (owner.methods[place] != &method) ++place;
-    const auto object = host.receiver(owner);
-    const Outcome told = early(callEntry(object.get(), place, passed));
-    if (method.result != Type::Nothing && resultType != VT_VARIANT) outcome.result.vt = resultType;
-    outcome.code = told.code;
-    outcome.number = told.number;
-    outcome.source = told.source;
-    outcome.description = told.description;
+    std::vector<Variant> variables = argumentsOf(host, method, round);
+    const auto leftOut = [](const Variant& variable) { return variable.vt == VT_ERROR; };
+    const Outcome outcome = test::callEarly(host.receiver(owner).get(), owner, method, variables, leftOut);
     return show(outcome) + written(method, variables, round) + host.where();
   }
 

@@ -83,8 +83,7 @@ class RandomHost {
     } else {
       std::vector<double> prices(1 + below(200));
       for (double& price : prices) price = 50 + below(2000) / 16.0;
-      invoke(data, "OpenDatabaseByFourArrays",
-             {vectorOf(prices), vectorOf(prices), vectorOf(prices), vectorOf(prices)});
+      invoke(data, "OpenDatabaseByFourArrays", {Variant(prices), Variant(prices), Variant(prices), Variant(prices)});
     }
     invoke(data, "MoveFirst", {});
     objects_.push_back({&database, data});
@@ -93,12 +92,6 @@ class RandomHost {
     for (const char* name : {"Open", "High", "Low", "Close", "Volume"}) {
       keep(invoke(set.object<IDispatch>(), "getField", {name}).result);
     }
-  }
-
-  static Variant vectorOf(const std::vector<double>& values) {
-    SAFEARRAY* array = SafeArrayCreateVector(VT_R8, 1, static_cast<ULONG>(values.size()));
-    std::memcpy(array->pvData, values.data(), values.size() * sizeof(double));
-    return {VT_R8, array};
   }
 
   /// Keeps an object that a call has returned, in the place of another where there are many.
@@ -155,27 +148,17 @@ class RandomHost {
       case Type::Boolean:
         return once(2);
       case Type::String:
-        return textVariant();
+        return text();
       case Type::Field:
-        return objectOf(&catalogue::classOf<Field>);
       case Type::Note:
-        return objectOf(&catalogue::classOf<Note>);
       case Type::RecordSet:
-        return objectOf(&catalogue::classOf<RecordSet>);
       case Type::Database:
-        return objectOf(&catalogue::classOf<Database>);
+        return objectOf(catalogue::findClass(typeName(type)));
       case Type::Object:
         return once(2) ? Variant(&foreign_) : Variant(anyObject());
       default:
         return array(VT_R8);
     }
-  }
-
-  Variant textVariant() {
-    Variant made("");
-    SysFreeString(made.bstrVal);
-    made.bstrVal = automation::newText(text());
-    return made;
   }
 
   VARTYPE anyType() {
@@ -189,7 +172,7 @@ class RandomHost {
     const VARTYPE type = anyType();
     if (type == VT_VARIANT || (depth == 0 && once(5)))
       return array(depth == 0 ? anyType() : static_cast<VARTYPE>(VT_I2), depth);
-    if (type == VT_BSTR) return textVariant();
+    if (type == VT_BSTR) return text();
     if (type == VT_DISPATCH) return once(3) ? Variant(&foreign_) : Variant(anyObject());
     Variant made;
     made.vt = type;
@@ -236,12 +219,11 @@ class RandomHost {
     return {type, made};
   }
 
-  /// A class, and the place of a method in it.
-  std::pair<const Class*, std::size_t> anyMethod() {
+  std::pair<const Class*, const Method*> anyMethod() {
     static const auto all = [] {
-      std::vector<std::pair<const Class*, std::size_t>> methods;
+      std::vector<std::pair<const Class*, const Method*>> methods;
       for (const Class* owner : catalogue::classes()) {
-        for (std::size_t place = 0; place < owner->methods.size(); ++place) methods.emplace_back(owner, place);
+        for (const Method* method : owner->methods) methods.emplace_back(owner, method);
       }
       return methods;
     }();
@@ -251,7 +233,7 @@ class RandomHost {
   void callOne() {
     ++calls_;
     while (once(4)) window_.post([this] { misbehave(); });
-    const auto [chosen, place] = anyMethod();
+    const auto [chosen, method] = anyMethod();
     const Class& owner = *chosen;
     Ref<IDispatch> object = objectOf(&owner);
     if (object.get() == nullptr || once(10)) object = Server::get().create(owner);
@@ -261,9 +243,9 @@ class RandomHost {
     const bool held = once(2);
     if (!held) objects_.push_back({&owner, std::move(object)});
     if (once(3)) {
-      callEarly(bare, *owner.methods[place], place);
+      callEarly(bare, owner, *method);
     } else {
-      callLate(bare, owner, *owner.methods[place]);
+      callLate(bare, owner, *method);
     }
   }
 
@@ -299,7 +281,7 @@ class RandomHost {
     return made;
   }
 
-  void callEarly(IDispatch* object, const Method& method, std::size_t place) {
+  void callEarly(IDispatch* object, const Class& owner, const Method& method) {
     std::vector<Variant> variables;
     for (const Argument& argument : method.arguments) {
       const VARTYPE type = typeInMemory(argument.type);
@@ -308,58 +290,32 @@ class RandomHost {
                                               : type == VT_VARIANT && once(2) ? odd()
                                                           : plain(argument.type));
     }
-    std::vector<VARIANT> passed;
-    const auto pass = [&](Variant& variable, Type type) {
-      passed.push_back(addressOf(variable, typeInMemory(type)));
-      if (once(30)) passed.back().byref = nullptr;
-    };
-    for (std::size_t i = 0; i < variables.size(); ++i) {
-      const Argument& argument = method.arguments[i];
-      if (argument.byValue) {
-        passed.push_back(variables[i]);
-      } else {
-        pass(variables[i], argument.type);
-      }
-    }
-    Variant result;
-    if (method.result != Type::Nothing) pass(result, method.result);
-    callEntry(object, place, passed);
-    if (method.result != Type::Nothing && result.vt == VT_EMPTY && typeInMemory(method.result) != VT_VARIANT) {
-      result.vt = typeInMemory(method.result);
-    }
-    keep(result);
+    keep(test::callEarly(object, owner, method, variables, [&](const Variant&) { return once(30); }).result);
   }
 
   /// What a host does while a call is under way.
   void misbehave() {
     if (depth_ >= 2) return;
     ++depth_;
-    switch (below(10)) {
-      case 0:
-        objects_.clear();
-        break;
-      case 1:
-      case 2:
-        if (!objects_.empty()) dropOne();
-        break;
-      case 3:
-        invoke(objectOrNew(catalogue::classOf<Field>), "destroy", {});
-        break;
-      case 4:
-        invoke(objectOrNew(catalogue::classOf<Field>), "initialize", {static_cast<int>(below(300)), "again"});
-        break;
-      case 5:
-        invoke(objectOrNew(catalogue::classOf<RecordSet>), "removeField", {"High"});
-        break;
-      case 6:
-        invoke(objectOrNew(catalogue::classOf<Database>), "CloseDatabase", {});
-        break;
-      case 7:
-        PostQuitMessage(0);
-        break;
-      default:
-        callOne();
-    }
+    const auto drop = [this] {
+      if (!objects_.empty()) dropOne();
+    };
+    const auto field = [this] { return objectOrNew(catalogue::classOf<Field>); };
+    const std::function<void()> deeds[] = {
+        [&] { objects_.clear(); },
+        drop,
+        drop,
+        [&] { invoke(field(), "destroy", {}); },
+        [&] {
+          invoke(field(), "initialize", {static_cast<int>(below(300)), "again"});
+        },
+        [&] { invoke(objectOrNew(catalogue::classOf<RecordSet>), "removeField", {"High"}); },
+        [&] { invoke(objectOrNew(catalogue::classOf<Database>), "CloseDatabase", {}); },
+        [] { PostQuitMessage(0); },
+        [&] { callOne(); },
+        [&] { callOne(); },
+    };
+    deeds[below(std::size(deeds))]();
     --depth_;
   }
 

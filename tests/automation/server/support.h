@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <deque>
 #include <functional>
 #include <initializer_list>
@@ -82,7 +84,8 @@ class Variant : public VARIANT {
   Variant(short value) : Variant(Kind{VT_I2}) { iVal = value; }
   Variant(double value) : Variant(Kind{VT_R8}) { dblVal = value; }
   Variant(bool value) : Variant(Kind{VT_BOOL}) { boolVal = value ? VARIANT_TRUE : VARIANT_FALSE; }
-  Variant(const char* value) : Variant(Kind{VT_BSTR}) { bstrVal = automation::newText(value); }
+  Variant(const char* value) : Variant(std::string(value)) {}
+  Variant(const std::string& value) : Variant(Kind{VT_BSTR}) { bstrVal = automation::newText(value); }
   Variant(LeftOut) : Variant(Kind{VT_ERROR}) { scode = DISP_E_PARAMNOTFOUND; }
   Variant(IDispatch* object) : Variant(Kind{VT_DISPATCH}) {
     pdispVal = object;
@@ -94,6 +97,10 @@ class Variant : public VARIANT {
   Variant(BSTR* variable) : Variant(Kind{VT_BYREF | VT_BSTR}) { pbstrVal = variable; }
   /// Takes the array over.
   Variant(VARTYPE elements, SAFEARRAY* array) : Variant(Kind{VT_ARRAY | elements}) { parray = array; }
+  explicit Variant(const std::vector<double>& values)
+      : Variant(VT_R8, SafeArrayCreateVector(VT_R8, 1, static_cast<ULONG>(values.size()))) {
+    std::memcpy(parray->pvData, values.data(), values.size() * sizeof(double));
+  }
   static Variant null() { return Variant(Kind{VT_NULL}); }
 
   Variant(const Variant& other) : Variant() { VariantCopy(this, const_cast<Variant*>(&other)); }
@@ -189,21 +196,6 @@ inline Outcome early(HRESULT code) {
   return outcome;
 }
 
-/// An early call of a class's method by its place in the description: through that entry of the virtual table.
-inline HRESULT callEntry(IDispatch* object, std::size_t place, std::vector<VARIANT> passed) {
-  std::vector<VARTYPE> types;
-  std::vector<VARIANT*> places;
-  for (VARIANT& one : passed) {
-    types.push_back(one.vt);
-    places.push_back(&one);
-  }
-  constexpr std::size_t inherited = 7;
-  VARIANT code{};
-  const HRESULT called = DispCallFunc(object, (inherited + place) * sizeof(void*), CC_STDCALL, VT_I4,
-                                      static_cast<UINT>(passed.size()), types.data(), places.data(), &code);
-  return FAILED(called) ? called : code.lVal;
-}
-
 /// How a value of that type lies in memory.
 inline VARTYPE typeInMemory(catalogue::Type type) {
   using catalogue::Type;
@@ -230,12 +222,47 @@ inline VARTYPE typeInMemory(catalogue::Type type) {
   }
 }
 
-/// Where the value of a VARIANT lies, for an early call that takes its address.
-inline VARIANT addressOf(VARIANT& variable, VARTYPE type) {
-  VARIANT address{};
-  address.vt = VT_BYREF | VT_UI1;
-  address.byref = type == VT_VARIANT ? static_cast<void*>(&variable) : &variable.bVal;
-  return address;
+/// An early call of a class's method: through the entry of the virtual table where the method's place in the
+/// description says that it is. `isNull(variable)` tells which arguments, and whether the result, are given by a null
+/// pointer.
+template <class IsNull>
+Outcome callEarly(IDispatch* object, const catalogue::Class& owner, const catalogue::Method& method,
+                  std::vector<Variant>& variables, IsNull isNull) {
+  std::vector<VARIANT> passed;
+  const auto passAddress = [&](Variant& variable, catalogue::Type type) {
+    VARIANT address{};
+    address.vt = VT_BYREF | VT_UI1;
+    if (!isNull(variable)) {
+      address.byref = typeInMemory(type) == VT_VARIANT ? static_cast<void*>(&variable) : &variable.bVal;
+    }
+    passed.push_back(address);
+  };
+  for (std::size_t i = 0; i < variables.size(); ++i) {
+    if (method.arguments[i].byValue) {
+      passed.push_back(variables[i]);
+    } else {
+      passAddress(variables[i], method.arguments[i].type);
+    }
+  }
+  Variant result;
+  if (method.result != catalogue::Type::Nothing) passAddress(result, method.result);
+
+  std::vector<VARTYPE> types;
+  std::vector<VARIANT*> places;
+  for (VARIANT& one : passed) {
+    types.push_back(one.vt);
+    places.push_back(&one);
+  }
+  constexpr std::size_t inherited = 7;
+  const auto place = std::find(owner.methods.begin(), owner.methods.end(), &method) - owner.methods.begin();
+  VARIANT code{};
+  const HRESULT called = DispCallFunc(object, (inherited + static_cast<std::size_t>(place)) * sizeof(void*), CC_STDCALL,
+                                      VT_I4, static_cast<UINT>(passed.size()), types.data(), places.data(), &code);
+  Outcome outcome = early(FAILED(called) ? called : code.lVal);
+  const VARTYPE type = typeInMemory(method.result);
+  if (method.result != catalogue::Type::Nothing && type != VT_VARIANT) result.vt = type;
+  outcome.result = result;
+  return outcome;
 }
 
 /// An object of another server: it knows nothing but IDispatch.
@@ -325,25 +352,19 @@ class Server {
     return server;
   }
 
-  template <class I = IDispatch>
-  Ref<I> create(const GUID& id) const {
-    Ref<IClassFactory> factory;
-    Ref<I> object;
-    if (SUCCEEDED(classObject_(id, IID_IClassFactory, reinterpret_cast<void**>(factory.put())))) {
-      factory->CreateInstance(nullptr, __uuidof(I), reinterpret_cast<void**>(object.put()));
-    }
-    return object;
-  }
-  template <class I = IDispatch>
-  Ref<I> create(const catalogue::Class& described) const {
-    return create<I>(automation::guidOf(described.classId));
-  }
-  bool canUnload() const { return canUnload_() == S_OK; }
   Ref<IClassFactory> factory(const GUID& id) const {
     Ref<IClassFactory> factory;
     classObject_(id, IID_IClassFactory, reinterpret_cast<void**>(factory.put()));
     return factory;
   }
+  template <class I = IDispatch>
+  Ref<I> create(const catalogue::Class& described) const {
+    Ref<I> object;
+    const auto maker = factory(automation::guidOf(described.classId));
+    maker->CreateInstance(nullptr, __uuidof(I), reinterpret_cast<void**>(object.put()));
+    return object;
+  }
+  bool canUnload() const { return canUnload_() == S_OK; }
   Ref<ITypeLib> typeLibrary() const {
     Ref<ITypeLib> library;
     LoadTypeLibEx(L"Orvex.dll", REGKIND_NONE, library.put());

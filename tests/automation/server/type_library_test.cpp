@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "orvex/automation/interface_definition.h"
 #include "orvex/catalogue/catalogue.h"
 #include "tests/automation/server/support.h"
@@ -18,50 +16,31 @@ using catalogue::Method;
 using catalogue::Type;
 
 struct Documentation {
+  /// `source` is a type library or one of its types.
+  template <class Source>
+  Documentation(Source* source, MEMBERID id) {
+    source->GetDocumentation(id, &name, &help, nullptr, nullptr);
+  }
+
   Text name;
   Text help;
 };
 
-void document(ITypeInfo* info, MEMBERID id, Documentation& into) {
-  info->GetDocumentation(id, &into.name, &into.help, nullptr, nullptr);
-}
-
 std::string typeText(ITypeInfo* info, const TYPEDESC& type) {
-  static const std::map<VARTYPE, std::string> plain = {
-      {VT_I2, "Integer"},      {VT_I4, "Long"},   {VT_R8, "Double"},    {VT_BOOL, "Boolean"},   {VT_BSTR, "String"},
-      {VT_UNKNOWN, "Unknown"}, {VT_VOID, "void"}, {VT_HRESULT, "void"}, {VT_VARIANT, "Variant"}};
   if (type.vt == VT_PTR) return typeText(info, *type.lptdesc) + "*";
   if (type.vt == VT_USERDEFINED) {
     Ref<ITypeInfo> referred;
     info->GetRefTypeInfo(type.hreftype, referred.put());
-    Documentation known;
-    document(referred.get(), MEMBERID_NIL, known);
+    const Documentation known(referred.get(), MEMBERID_NIL);
     return known.name.get();
   }
-  const auto found = plain.find(type.vt);
-  return found == plain.end() ? "type " + std::to_string(type.vt) : found->second;
+  return type.vt == VT_VOID || type.vt == VT_HRESULT ? "nothing" : "type " + std::to_string(type.vt);
 }
 
 std::string expectedType(Type type) {
-  switch (type) {
-    case Type::Nothing:
-      return "void";
-    case Type::Boolean:
-    case Type::Integer:
-    case Type::Long:
-    case Type::Double:
-    case Type::String:
-      return std::string(typeName(type));
-    case Type::Field:
-    case Type::Note:
-    case Type::RecordSet:
-    case Type::Database:
-      return "_" + std::string(typeName(type)) + "*";
-    case Type::Object:
-      return "Unknown";
-    default:
-      return "Variant";
-  }
+  if (type == Type::Nothing) return "nothing";
+  const VARTYPE inMemory = typeInMemory(type);
+  return inMemory == VT_DISPATCH ? "_" + std::string(typeName(type)) + "*" : "type " + std::to_string(inMemory);
 }
 
 void compareArgument(ITypeInfo* info, const ELEMDESC& told, const Argument& argument) {
@@ -86,8 +65,7 @@ void compareMethod(ITypeInfo* info, const FUNCDESC& told, const Class& owner, co
   EXPECT_EQ(told.memid, catalogue::dispatchId(owner, method));
   EXPECT_EQ(told.invkind, kinds[static_cast<int>(method.kind)]);
   EXPECT_EQ(typeText(info, told.elemdescFunc.tdesc), expectedType(method.result));
-  Documentation known;
-  document(info, told.memid, known);
+  const Documentation known(info, told.memid);
   EXPECT_EQ(known.name.get(), method.name);
   // The parts of a property share the documentation of the first.
   const Method& first = *owner.methods[static_cast<std::size_t>(told.memid) - 1];
@@ -119,8 +97,7 @@ TEST(TypeLibrary, TellsWhatTheCatalogueSays) {
   EXPECT_EQ(attributes->wMinorVerNum, 0);
   EXPECT_EQ(attributes->lcid, 1033u);
   library->ReleaseTLibAttr(attributes);
-  Documentation known;
-  library->GetDocumentation(-1, &known.name, &known.help, nullptr, nullptr);
+  const Documentation known(library.get(), -1);
   EXPECT_EQ(known.name.get(), "Orvex");
   EXPECT_EQ(known.help.get(), "Orvex Technical Analysis Library");
   EXPECT_EQ(library->GetTypeInfoCount(), 2 * catalogue::classes().size());
@@ -129,8 +106,7 @@ TEST(TypeLibrary, TellsWhatTheCatalogueSays) {
     SCOPED_TRACE(owner->name);
     Ref<ITypeInfo> info;
     ASSERT_EQ(library->GetTypeInfoOfGuid(guidOf(owner->interfaceId), info.put()), S_OK);
-    Documentation called;
-    document(info.get(), MEMBERID_NIL, called);
+    const Documentation called(info.get(), MEMBERID_NIL);
     EXPECT_EQ(called.name.get(), "_" + std::string(owner->name));
     TYPEATTR* type = nullptr;
     info->GetTypeAttr(&type);
@@ -150,8 +126,7 @@ TEST(TypeLibrary, TellsWhatTheCatalogueSays) {
     ASSERT_NE(object.get(), nullptr);
     Ref<ITypeInfo> ofClass;
     ASSERT_EQ(object.as<IProvideClassInfo>()->GetClassInfo(ofClass.put()), S_OK);
-    Documentation described;
-    document(ofClass.get(), MEMBERID_NIL, described);
+    const Documentation described(ofClass.get(), MEMBERID_NIL);
     EXPECT_EQ(described.name.get(), owner->name);
     EXPECT_EQ(described.help.get(), owner->help);
   }
