@@ -227,6 +227,17 @@ TEST_F(LateBinding, RefusesArraysThatAreNotWhatTheySay) {
 
   DISPPARAMS none{nullptr, nullptr, 3, 0};
   EXPECT_EQ(average->Invoke(1, IID_NULL, 1033, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr), E_INVALIDARG);
+
+  // As a client in C may call: with no identifier for what has one only.
+  using Ask = HRESULT(STDMETHODCALLTYPE*)(void* self, const IID*, void**);
+  using Find = HRESULT(STDMETHODCALLTYPE*)(void* self, const IID*, wchar_t**, UINT, LCID, DISPID*);
+  void** const entries = *reinterpret_cast<void***>(average.get());
+  wchar_t method[] = L"VIDYA";
+  wchar_t* names = method;
+  DISPID id = DISPID_UNKNOWN;
+  void* nothing = nullptr;
+  EXPECT_EQ(reinterpret_cast<Ask>(entries[0])(average.get(), nullptr, &nothing), E_INVALIDARG);
+  EXPECT_EQ(reinterpret_cast<Find>(entries[5])(average.get(), nullptr, &names, 1, 1033, &id), S_OK);
 }
 
 TEST_F(LateBinding, KeepsTextsAsTheyAre) {
