@@ -1,7 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <string>
+#include <string_view>
 
 #include "orvex/data/database.h"
 #include "orvex/data/field.h"

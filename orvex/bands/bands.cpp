@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
-#include <string>
+#include <string_view>
 
 #include "orvex/averages/average_type.h"
 #include "orvex/averages/moving_average.h"
@@ -103,7 +103,7 @@ shared_ptr<RecordSet> Bands::MovingAverageEnvelope(shared_ptr<Database> data, sh
   checkAverageType(MA_Type, MovingAverageEnvelopeTypeFault);
   checkPeriods(Periods, 1, count, MovingAverageEnvelopePeriodsFault);
   if (Shift.get() < 0 || Shift.get() > 100) raise(MovingAverageEnvelopeShiftFault);
-  const std::string averageName = "Temp";
+  constexpr std::string_view averageName = "Temp";
   auto result = trap(MovingAverageEnvelopeAverageFault,
                      [&] { return averageOfType(MA_Type, data, Source, Periods, averageName); });
   return trap(MovingAverageEnvelopeFault, [&] {

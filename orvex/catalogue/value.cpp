@@ -2,8 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <cmath>
-#include <limits>
 
 #include "orvex/data/error.h"
 #include "orvex/data/number_text.h"

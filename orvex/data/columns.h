@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "orvex/data/field.h"
 #include "orvex/data/in_out.h"

@@ -15,7 +15,7 @@ using kernels::Table;
 std::shared_ptr<RecordSet> General::StandardDeviation(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                       Integer Periods, Integer StandardDeviations, Integer MAType,
                                                       InOut<std::string> Alias) {
-  const std::string averageName = "Temp";
+  constexpr std::string_view averageName = "Temp";
   const auto result = trap(StandardDeviationFault, [&] {
     applyDefault(Alias, StandardDeviationName);
     return makeColumn(object(data).getRecordCount(), Alias.get());

@@ -24,7 +24,7 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
     const Integer count = object(data).getRecordCount();
     checkPeriods(Periods, 1, count, faults::InvalidCall);
     const auto result = makeColumn(count, Alias.get());
-    const std::string smoothing = "EMA";
+    constexpr std::string_view smoothing = "EMA";
     const auto ranges = General().HighMinusLow(data, OHLCV, "HML")->getField("HML");
     const auto single =
         MovingAverage().ExponentialMovingAverage(data, ranges, smoothingPeriods, smoothing)->getField(smoothing);

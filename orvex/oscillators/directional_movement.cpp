@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <vector>
 
 #include "orvex/averages/moving_average.h"
 #include "orvex/data/columns.h"
@@ -23,8 +22,7 @@ Real roundHalfUp(Real x) {
 }
 
 std::shared_ptr<Field> wilder(const std::shared_ptr<Field>& source, Integer periods, std::string_view name) {
-  const std::string alias(name);
-  return MovingAverage().WellesWilderSmoothing(source, periods, alias)->getField(alias);
+  return MovingAverage().WellesWilderSmoothing(source, periods, name)->getField(name);
 }
 
 }  // namespace
@@ -74,8 +72,7 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
                                                                  std::shared_ptr<RecordSet> OHLCV, Integer Periods) {
   return trap(DirectionalMovementSystemFault, [&] {
     // The range that is smoothed is an average already: it goes through two of them.
-    const std::string rangeName(TrueRangeName);
-    const auto range = AverageTrueRange(data, OHLCV, rangeName, Periods)->getField(rangeName);
+    const auto range = AverageTrueRange(data, OHLCV, TrueRangeName, Periods)->getField(TrueRangeName);
     const auto rangeSum = wilder(range, Periods, RangeSumName);
 
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
