@@ -8,7 +8,7 @@
 #include "orvex/automation/variants.h"
 #include "orvex/data/text.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 
@@ -173,4 +173,4 @@ HRESULT invokeLate(ServerObject& object, DISPID id, WORD flags, const DISPPARAMS
   return FAILED(called) ? called : outcome;
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -8,7 +8,7 @@
 
 /// Late binding by the catalogue's description. The platform's own dispatcher cannot serve by-reference arguments: it
 /// takes no script variable for one, and fails on one that is left out.
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 /// The identifiers of a method's name and, after it, of names of its arguments. All that are known are told;
 /// DISP_E_UNKNOWNNAME if one is not.
@@ -19,4 +19,4 @@ HRESULT findNames(const catalogue::Class& owner, std::span<const LPOLESTR> names
 HRESULT invokeLate(ServerObject& object, DISPID id, WORD flags, const DISPPARAMS& parameters, VARIANT* result,
                    EXCEPINFO* exception, UINT* argumentAtFault) noexcept;
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

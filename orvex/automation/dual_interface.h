@@ -13,7 +13,7 @@
 
 /// The dual interface of a class: a virtual table that is made from its description. The entries are typed function
 /// pointers, so that the whole table is a constant.
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 template <class A, bool ByValue>
 using Passed = std::conditional_t<ByValue, typename Parameter<A>::Type, typename Parameter<A>::Type*>;
@@ -115,4 +115,4 @@ template <class C>
 inline constexpr ServerClass serverClass{catalogue::classOf<C>, guidOf(catalogue::Description<C>::identity.interfaceId),
                                          &virtualTable<C>, &makeObject<C>};
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -2,7 +2,7 @@
 
 #include "orvex/automation/texts.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 HRESULT report(const Fault& fault, const IID& reporter) noexcept {
   ICreateErrorInfo* information = nullptr;
@@ -41,4 +41,4 @@ HRESULT report(const Fault& fault, EXCEPINFO* where) noexcept {
   return DISP_E_EXCEPTION;
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

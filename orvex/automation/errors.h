@@ -8,7 +8,7 @@
 #include "orvex/data/error.h"
 
 /// The library's faults as automation tells them.
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 /// The HRESULT in which Visual Basic and the script engines find the number again.
 constexpr HRESULT resultOf(const Fault& fault) {
@@ -35,4 +35,4 @@ HRESULT guarded(Where&& where, Body&& body) noexcept {
   }
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -6,7 +6,7 @@
 #include "orvex/automation/platform.h"
 #include "orvex/data/host_events.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 
@@ -52,4 +52,4 @@ void noteCall() noexcept {
   calls.store(calls.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

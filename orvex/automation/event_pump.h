@@ -1,6 +1,8 @@
 #pragma once
 
-namespace orvex::automation {
+#include "orvex/data/counts.h"
+
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 /// Makes the library run the host's pending events, as DoEvents does, at the yields of the calling thread. Asking the
 /// system for events costs more than an average over a record does, up to microseconds, so it is asked at the first
@@ -11,4 +13,4 @@ void pumpEventsOfThisThread() noexcept;
 /// Tells the pump that a host calls. Any thread's call makes every thread's next yield ask the system.
 void noteCall() noexcept;
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

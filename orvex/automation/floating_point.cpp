@@ -1,6 +1,6 @@
 #include "orvex/automation/floating_point.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 /// What the host of the innermost call computes with; nothing where that is as the library does.
@@ -23,4 +23,4 @@ HostFloatingPointScope::HostFloatingPointScope() noexcept {
   if (hostState != nullptr) hostState->apply();
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -4,7 +4,9 @@
 
 #include <cstdint>
 
-namespace orvex::automation {
+#include "orvex/data/counts.h"
+
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 /// How the processor computes: rounding, flushing of subnormal numbers, and which exceptions interrupt. Hosts differ:
 /// some let a division by zero interrupt, which would end them inside the library, where it is an ordinary fault.
@@ -78,4 +80,4 @@ class HostFloatingPointScope {
   FloatingPoint library_ = FloatingPoint::current();
 };
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

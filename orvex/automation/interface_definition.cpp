@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 
@@ -168,4 +168,4 @@ std::string registrationFreeManifest() {
   return text += "  </file>\n</assembly>\n";
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

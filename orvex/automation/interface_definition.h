@@ -6,7 +6,7 @@
 
 /// What the outside world reads about the automation server, made from the catalogue and committed because people read
 /// it too.
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 inline constexpr std::string_view LibraryName = "Orvex";
 inline constexpr std::string_view LibraryHelp = "Orvex Technical Analysis Library";
@@ -25,4 +25,4 @@ std::string interfaceDefinition();
 /// Orvex.Server.manifest: with it beside the DLL a program uses the classes without registering them.
 std::string registrationFreeManifest();
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

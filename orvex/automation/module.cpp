@@ -8,7 +8,7 @@
 #include "orvex/automation/registration.h"
 #include "orvex/automation/server_classes.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 
@@ -115,7 +115,7 @@ HRESULT loadTypeInfo(const GUID& id, ITypeInfo** result) noexcept {
   return outcome;
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation
 
 using namespace orvex::automation;
 

@@ -4,7 +4,7 @@
 #include "orvex/catalogue/description.h"
 
 /// The loaded DLL.
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 /// Counts what keeps the DLL in use: objects and locks, on whatever threads.
 void lockModule() noexcept;
@@ -28,4 +28,4 @@ constexpr GUID guidOf(const catalogue::Guid& id) {
   return result;
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

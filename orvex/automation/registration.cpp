@@ -15,7 +15,7 @@ extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* pat
 extern "C" HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID id, WORD majorVersion, WORD minorVersion, LCID locale,
                                                    SYSKIND system);
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 
@@ -179,4 +179,4 @@ HRESULT unregisterServer(RegisteredFor whom) noexcept {
   });
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -4,7 +4,7 @@
 
 /// What the registry says about the server: for each class its identifier and the names Orvex.Class and Orvex.Class.1,
 /// and the type library with its interfaces.
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 enum class RegisteredFor { Machine, User };
 
@@ -14,4 +14,4 @@ HRESULT registerServer(RegisteredFor whom) noexcept;
 /// Removes every key that registering made. What is not there is no error.
 HRESULT unregisterServer(RegisteredFor whom) noexcept;
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -6,7 +6,7 @@
 #include "orvex/automation/dual_interface.h"
 #include "orvex/catalogue/catalogue.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 
@@ -32,4 +32,4 @@ template const ServerClass& serverClassOf<Note>() noexcept;
 template const ServerClass& serverClassOf<RecordSet>() noexcept;
 template const ServerClass& serverClassOf<Database>() noexcept;
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -4,9 +4,9 @@
 
 #include "orvex/automation/server_object.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 /// All classes that the server creates objects of.
 std::span<const ServerClass* const> serverClasses() noexcept;
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

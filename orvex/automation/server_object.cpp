@@ -5,7 +5,7 @@
 #include "orvex/automation/dispatch.h"
 #include "orvex/automation/module.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 
@@ -122,4 +122,4 @@ ServerObject* ownObject(IUnknown* any) noexcept {
   return object;
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

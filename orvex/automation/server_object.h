@@ -6,7 +6,7 @@
 #include "orvex/catalogue/description.h"
 #include "orvex/data/binding_slot.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 class ServerObject;
 
@@ -126,4 +126,4 @@ ServerObject* wrap(const std::shared_ptr<C>& object) {
   return known;
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -5,7 +5,7 @@
 
 #include "orvex/data/text.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 std::string textOf(BSTR text) {
   return utf8FromUtf16(std::u16string(text, text + SysStringLen(text)));
@@ -19,4 +19,4 @@ BSTR newText(std::string_view text) {
   return result;
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -11,7 +11,7 @@
 #include "orvex/automation/texts.h"
 #include "orvex/catalogue/catalogue.h"
 
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 
@@ -387,4 +387,4 @@ Value objectValue(IUnknown* any) {
   return value;
 }
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

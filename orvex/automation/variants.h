@@ -4,7 +4,7 @@
 #include "orvex/catalogue/value.h"
 
 /// The values of automation (VARIANT, SAFEARRAY, interface pointers) and of the library.
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 /// What a host's VARIANT holds, by value or by reference, as an argument of the type `wanted` may take it: an argument
 /// that is left out gives `Missing`. Everything else is for `coerce` to convert or refuse. Error 13 for what the
@@ -23,4 +23,4 @@ catalogue::Object keep(IUnknown* any);
 /// The object of the library behind an interface pointer; null for null, error 13 for one of another class or server.
 catalogue::Value objectValue(IUnknown* any);
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

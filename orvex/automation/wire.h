@@ -11,7 +11,7 @@
 #include "orvex/catalogue/describe.h"
 
 /// How each type of the library crosses a dual interface.
-namespace orvex::automation {
+namespace orvex::inline ORVEX_COUNTS::automation {
 
 /// `Type` is what a caller has in a variable; `in` reads it and `out` makes a new one, the caller's to free.
 template <class T>
@@ -161,4 +161,4 @@ class Parameter<InOut<T>> : Parameter<T> {
   Held before_;
 };
 
-}  // namespace orvex::automation
+}  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -10,7 +10,7 @@
 #include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -117,4 +117,4 @@ std::shared_ptr<RecordSet> MovingAverage::VIDYA(std::shared_ptr<Database> data, 
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

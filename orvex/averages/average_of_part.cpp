@@ -6,7 +6,7 @@
 #include "orvex/data/columns.h"
 #include "orvex/data/object.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<Field> averageColumn(Integer MA_Type, std::shared_ptr<Database> data, std::shared_ptr<Field> source,
                                      Integer periods, std::string_view name) {
@@ -26,4 +26,4 @@ std::shared_ptr<Field> averageOfPart(Integer MA_Type, const std::shared_ptr<Fiel
   return result;
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -9,7 +9,7 @@
 
 /// Averages of the columns that an indicator computes on its way. Both take the code of `averageOfType` and fail for
 /// any other.
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// The average's column, named `name`. It walks the cursor of `data` and leaves it on record 1.
 std::shared_ptr<Field> averageColumn(Integer MA_Type, std::shared_ptr<Database> data, std::shared_ptr<Field> source,
@@ -22,4 +22,4 @@ std::shared_ptr<Field> averageColumn(Integer MA_Type, std::shared_ptr<Database> 
 std::shared_ptr<Field> averageOfPart(Integer MA_Type, const std::shared_ptr<Field>& column, Integer first,
                                      Integer periods, std::string_view name);
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -4,7 +4,7 @@
 
 #include "orvex/averages/moving_average.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<RecordSet> averageOfType(Integer MA_Type, std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                          Integer Periods, std::string_view name) {
@@ -46,4 +46,4 @@ int firstAverageRow(int MA_Type, int periods, int first) {
   }
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -8,7 +8,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// The code by which every indicator that builds on a moving average lets its caller choose it.
 namespace average_type {
@@ -38,4 +38,4 @@ std::shared_ptr<RecordSet> averageOfType(Integer MA_Type, std::shared_ptr<Databa
 /// is `first`.
 int firstAverageRow(int MA_Type, int periods, int first = 1);
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -9,7 +9,7 @@
 #include "orvex/data/walk.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -97,4 +97,4 @@ std::shared_ptr<RecordSet> LinearRegression::TimeSeriesForecast(std::shared_ptr<
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -11,7 +11,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Least-squares straight lines through the last `Periods` values of a column, one line a record. Both methods walk the
 /// cursor of `data`, yield to the host once a record, and leave the cursor on record 1. N is the record count of
@@ -48,4 +48,4 @@ class LinearRegression {
                                                 Integer Periods, InOut<std::string> Alias = {});
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -7,7 +7,7 @@
 #include "orvex/data/walk.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -156,4 +156,4 @@ std::shared_ptr<RecordSet> MovingAverage::WellesWilderSmoothing(std::shared_ptr<
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -11,7 +11,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Moving averages of one column over a price series. Each method returns a set of one new column of N rows, N being
 /// the record count of `data`, in the unit of `Source`, named `Alias`; an empty `Alias` becomes the method's name, in
@@ -107,4 +107,4 @@ class MovingAverage {
                                    double R2Scale, InOut<std::string> Alias = {});
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

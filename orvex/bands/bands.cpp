@@ -17,7 +17,7 @@
 #include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -223,4 +223,4 @@ shared_ptr<RecordSet> Bands::FractalChaosBands(shared_ptr<Database> data, shared
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

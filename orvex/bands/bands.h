@@ -10,7 +10,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Bands above and below a price. Each method returns a set of new columns of fixed names in price units, of N rows
 /// where nothing else is said, N being the record count of `data`; rows that are not computed are 0. The methods yield
@@ -111,4 +111,4 @@ class Bands {
                                                Integer Periods);
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

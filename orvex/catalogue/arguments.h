@@ -5,7 +5,7 @@
 #include "orvex/catalogue/description.h"
 
 /// The arguments and columns that many methods share.
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 inline constexpr Argument Data{"data", "The price series: it supplies the record count and the cursor."};
 inline constexpr Argument Source{"Source", "The column to compute from."};
@@ -41,4 +41,4 @@ constexpr Column drawnColumn(std::string_view name) {
   return {name, "StartPeriod", false, "EndPeriod"};
 }
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -3,7 +3,7 @@
 #include <array>
 #include <type_traits>
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 namespace {
 
@@ -20,4 +20,4 @@ std::span<const Class* const> classes() {
   return described;
 }
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -7,7 +7,7 @@
 #include "orvex/data/error.h"
 #include "orvex/data/integer.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 namespace {
 
@@ -140,4 +140,4 @@ RowRange computedRows(const Method& method, const Column& column, int count, std
   return {static_cast<int>(std::clamp(first, 1L, end)), static_cast<int>(std::clamp(last, 0L, end - 1))};
 }
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -5,7 +5,7 @@
 
 #include "orvex/catalogue/description.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 /// The computed rows of a column: those whose every input is itself computed. Rows outside it hold 0 or what the
 /// definition makes of inputs that are not computed. None when `first` > `last`.
@@ -28,4 +28,4 @@ RowRange computedRows(const Method& method, const Column& column, int count, std
 /// Error 5 for one that is not well-formed or names something else.
 long evaluateRow(std::string_view expression, const Method& method, int count, std::span<const Value> arguments);
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

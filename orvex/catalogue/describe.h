@@ -10,7 +10,7 @@
 #include "orvex/catalogue/description.h"
 
 /// How a class is described: a specialisation of `Description` with its identity and one row a method.
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 /// Parts of a member function's type.
 template <class F>
@@ -140,4 +140,4 @@ inline constexpr Class classOf{Description<C>::identity.name,
                                detail::methodsOf<C>,
                                &detail::create<C>};
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -4,7 +4,7 @@
 
 #include "orvex/data/text.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 const Class* findClass(std::string_view name) {
   const auto all = classes();
@@ -50,4 +50,4 @@ std::string columnName(const Column& column, std::string_view alias) {
   return column.aliased ? std::string(alias).append(column.name) : std::string(column.name);
 }
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

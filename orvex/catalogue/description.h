@@ -13,7 +13,7 @@
 #include "orvex/data/error.h"
 
 /// What every way into the library knows of its classes, without their types.
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 /// A short list that can be part of a constant.
 template <class T, std::size_t Capacity>
@@ -136,4 +136,4 @@ Value call(const Method& method, void* object, std::span<Value> arguments);
 /// The name of a result column of a call with that alias.
 std::string columnName(const Column& column, std::string_view alias);
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -7,7 +7,7 @@
 #include "orvex/data/number_text.h"
 #include "orvex/data/real.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 namespace {
 
@@ -106,4 +106,4 @@ Value coerce(const Value& value, Type type) {
   }
 }
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

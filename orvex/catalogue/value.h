@@ -15,7 +15,7 @@
 #include "orvex/data/record_set.h"
 #include "orvex/data/variant.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 /// What an argument or a result is.
 enum class Type {
@@ -102,4 +102,4 @@ struct TypeOf<InOut<T>> : TypeOf<T> {};
 template <class T>
 inline constexpr Type typeOf = TypeOf<std::remove_cvref_t<T>>::value;
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

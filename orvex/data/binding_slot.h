@@ -1,6 +1,8 @@
 #pragma once
 
-namespace orvex {
+#include "orvex/data/counts.h"
+
+namespace orvex::inline ORVEX_COUNTS {
 
 /// The place in a shared object where a binding keeps the wrapper that it made for it, so that an object which goes
 /// out to a host twice is the same object there. The library itself never looks at it.
@@ -8,4 +10,4 @@ struct BindingSlot {
   void* wrapper = nullptr;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -1,6 +1,6 @@
 #include "orvex/data/columns.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<Field> makeColumn(Integer count, std::string_view name) {
   auto column = std::make_shared<Field>();
@@ -18,4 +18,4 @@ void blank(Field& column, Integer last) {
   for (int row = 1; row <= last; ++row) column.setValue(row, 0.0);
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -12,7 +12,7 @@
 #include "orvex/data/record_set.h"
 
 /// What every series method does with its arguments and its result.
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// A row of a column as a number to compute with. Error 91 for a null field, 1105 for a row outside it, 6 for a value
 /// that is not finite.
@@ -39,4 +39,4 @@ std::shared_ptr<RecordSet> makeRecordSet(std::initializer_list<std::shared_ptr<F
 /// Writes 0 into rows 1 to `last`, one by one, so a column that is shorter fails at its end.
 void blank(Field& column, Integer last);
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -8,7 +8,7 @@
 #include "orvex/data/text.h"
 #include "orvex/data/text_file.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -182,4 +182,4 @@ void Database::loadArrays(const VariantArray& open, const VariantArray& high, co
   publish(*recordset_, columns_);
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

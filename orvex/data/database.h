@@ -10,7 +10,7 @@
 #include "orvex/data/record_set.h"
 #include "orvex/data/variant.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// A price series: the fields "Date" (texts), "Open", "High", "Low", "Close" and "Volume" in one `RecordSet`, their
 /// record count, and a cursor that stands on one record, or one past the last. Indicators take it as `data`.
@@ -87,4 +87,4 @@ class Database : public std::enable_shared_from_this<Database> {
   Integer recordCount_;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -3,7 +3,7 @@
 #include <new>
 #include <stdexcept>
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 void raise(const Fault& fault) {
   throw Error(fault);
@@ -23,4 +23,4 @@ Fault currentFault() noexcept {
   }
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -4,7 +4,9 @@
 #include <exception>
 #include <string_view>
 
-namespace orvex {
+#include "orvex/data/counts.h"
+
+namespace orvex::inline ORVEX_COUNTS {
 
 /// What a failure tells its caller: a number, the place that reports it and a sentence. The texts are views of
 /// literals, so a fault can be a constant, and raising one allocates nothing of its own.
@@ -95,4 +97,4 @@ decltype(auto) trap(const Fault& report, Body&& body) {
   }
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 Empty Field::initialize(Integer RecordCount, std::string_view Name) {
   if (RecordCount < 1) raise(faults::SubscriptOutOfRange);
@@ -47,4 +47,4 @@ Array<std::string> Field::getStringArray() const {
   return Array<std::string>(texts_.empty() ? std::vector<std::string>(values_.size()) : texts_);
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

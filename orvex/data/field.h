@@ -13,7 +13,7 @@
 #include "orvex/data/note.h"
 #include "orvex/data/variant.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// One named column of a price series or of a result: rows 1 (the oldest record) to the record count, each with a
 /// number and, beside it, a text, and one attached `Note`. A new field has no rows, no name and no note.
@@ -80,4 +80,4 @@ class Field {
   std::shared_ptr<Note> note_;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

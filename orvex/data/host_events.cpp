@@ -1,6 +1,6 @@
 #include "orvex/data/host_events.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 thread_local YieldHook currentHook;
@@ -14,4 +14,4 @@ void setYieldHook(YieldHook hook) noexcept {
   currentHook = hook;
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

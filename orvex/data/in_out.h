@@ -4,7 +4,9 @@
 #include <type_traits>
 #include <utility>
 
-namespace orvex {
+#include "orvex/data/counts.h"
+
+namespace orvex::inline ORVEX_COUNTS {
 
 template <class T>
 class InOut;
@@ -38,4 +40,4 @@ class InOut {
   T* variable_ = nullptr;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

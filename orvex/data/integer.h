@@ -4,28 +4,33 @@
 #include <concepts>
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 #include <utility>
 
 #include "orvex/data/error.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 template <class T>
 concept WholeNumber = std::integral<T> && !std::same_as<T, bool>;
 
-/// A 16-bit signed whole number whose arithmetic is checked: counts, record numbers, periods and loop counters.
-/// Making one from a number outside -32,768..32,767, and any operation whose result lies there, raises error 6
-/// "Overflow". Comparisons are made in wider arithmetic and never fail.
+/// A signed whole number whose arithmetic is checked: counts, record numbers, periods and loop counters, in 16 bits or
+/// in 32 (counts.h). Making one from a number that does not fit, and any operation whose result does not, raises error
+/// 6 "Overflow". Operations and comparisons are made in wider arithmetic.
 class Integer {
+  using Narrow = std::conditional_t<ORVEX_COUNT_BITS == 16, std::int16_t, std::int32_t>;
+  using Wide = std::conditional_t<ORVEX_COUNT_BITS == 16, int, std::int64_t>;
+
  public:
-  static constexpr std::int16_t Least = std::numeric_limits<std::int16_t>::min();
-  static constexpr std::int16_t Greatest = std::numeric_limits<std::int16_t>::max();
+  /// -32,768 and 32,767, or -2,147,483,648 and 2,147,483,647.
+  static constexpr int Least = std::numeric_limits<Narrow>::min();
+  static constexpr int Greatest = std::numeric_limits<Narrow>::max();
 
   constexpr Integer() noexcept = default;
 
   template <WholeNumber T>
-  constexpr Integer(T number) : value_(static_cast<std::int16_t>(number)) {
-    if (!std::in_range<std::int16_t>(number)) raise(faults::Overflow);
+  constexpr Integer(T number) : value_(static_cast<Narrow>(number)) {
+    if (!std::in_range<Narrow>(number)) raise(faults::Overflow);
   }
 
   /// The nearest whole number to `number`, ties to the even one.
@@ -33,17 +38,17 @@ class Integer {
 
   constexpr int value() const noexcept { return value_; }
 
-  friend constexpr Integer operator+(Integer a, Integer b) { return a.value() + b.value(); }
-  friend constexpr Integer operator-(Integer a, Integer b) { return a.value() - b.value(); }
-  friend constexpr Integer operator*(Integer a, Integer b) { return a.value() * b.value(); }
+  friend constexpr Integer operator+(Integer a, Integer b) { return Wide{a.value_} + b.value_; }
+  friend constexpr Integer operator-(Integer a, Integer b) { return Wide{a.value_} - b.value_; }
+  friend constexpr Integer operator*(Integer a, Integer b) { return Wide{a.value_} * b.value_; }
   /// Whole division, truncated toward zero.
   friend constexpr Integer operator/(Integer a, Integer b) {
     if (b.value() == 0) raise(faults::DivisionByZero);
-    return a.value() / b.value();
+    return Wide{a.value_} / b.value_;
   }
   friend constexpr Integer operator%(Integer a, Integer b) {
     if (b.value() == 0) raise(faults::DivisionByZero);
-    return a.value() % b.value();
+    return Wide{a.value_} % b.value_;
   }
 
   constexpr Integer& operator+=(Integer other) { return *this = *this + other; }
@@ -65,7 +70,7 @@ class Integer {
   }
 
  private:
-  std::int16_t value_ = 0;
+  Narrow value_ = 0;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -7,7 +7,7 @@
 #include "orvex/kernels/kernels.h"
 
 /// What a method hands to a kernel.
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// The rows of a column; none of a null field, which the first step then reports.
 inline kernels::Source rowsOf(const std::shared_ptr<Field>& column) {
@@ -24,4 +24,4 @@ inline std::unique_ptr<double[]> workingRows(Integer count, int columns = 1) {
                                                   static_cast<std::size_t>(columns));
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -2,7 +2,7 @@
 
 #include "orvex/data/real.h"
 
-namespace orvex::modGlobals {
+namespace orvex::inline ORVEX_COUNTS::modGlobals {
 
 double MaxOf(double Value1, double Value2) {
   if (Value1 > Value2) return Value1;
@@ -21,4 +21,4 @@ double RatioOf(double a, double b, double c) {
   return ((Real(c) - b) / (Real(a) - b)).value();
 }
 
-}  // namespace orvex::modGlobals
+}  // namespace orvex::inline ORVEX_COUNTS::modGlobals

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "orvex/data/counts.h"
+
 /// Procedures that several indicators share.
-namespace orvex::modGlobals {
+namespace orvex::inline ORVEX_COUNTS::modGlobals {
 
 /// The larger of two values, or 0 when neither is strictly greater: equal values give 0.
 double MaxOf(double Value1, double Value2);
@@ -12,4 +14,4 @@ double MinOf(double Value1, double Value2);
 /// (c - b) / (a - b) where a differs from b, otherwise 0. A quotient that is not finite is error 6.
 double RatioOf(double a, double b, double c);
 
-}  // namespace orvex::modGlobals
+}  // namespace orvex::inline ORVEX_COUNTS::modGlobals

@@ -5,7 +5,7 @@
 #include "orvex/data/binding_slot.h"
 #include "orvex/data/integer.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// A point of a series: a period (record number), a value and a text, each set and read independently. Nothing is
 /// validated.
@@ -30,4 +30,4 @@ class Note {
   std::string note_;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

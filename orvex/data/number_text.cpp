@@ -8,7 +8,7 @@
 
 #include "orvex/data/error.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -84,4 +84,4 @@ NumberText readNumber(std::string_view text) {
   return {negative ? -value : value, static_cast<std::size_t>(at - begin)};
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <string_view>
 
-namespace orvex {
+#include "orvex/data/counts.h"
+
+namespace orvex::inline ORVEX_COUNTS {
 
 /// A number at the beginning of a text, and how much of the text it takes.
 struct NumberText {
@@ -22,4 +24,4 @@ inline double numberFromText(std::string_view text) {
   return readNumber(text).value;
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -4,7 +4,7 @@
 
 #include "orvex/data/error.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// The object that a holder refers to; error 91 where it refers to none. Every use of an object that a host handed in
 /// goes through here, so that a null object fails where it is used and not before.
@@ -14,4 +14,4 @@ T& object(const std::shared_ptr<T>& holder) {
   return *holder;
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -10,7 +10,7 @@
 #include "orvex/data/object.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// A column of a set, looked up by its name when the first row is read and kept from then on: a set without it
 /// fails where a computation first needs it, and no record looks it up again.
@@ -40,4 +40,4 @@ class PriceColumn {
   std::shared_ptr<Field> column_;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

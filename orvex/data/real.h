@@ -8,7 +8,7 @@
 #include "orvex/data/error.h"
 #include "orvex/data/integer.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// A double of a computation in which every operation is checked: the steps of the indicators are written with it. A
 /// division by zero raises error 11, a result that is infinite or undefined error 6, and so does taking in a value
@@ -107,4 +107,4 @@ inline double roundHalfEven(double x) {
   return std::fmod(below, 2.0) == 0.0 ? below : below + 1.0;
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -5,7 +5,7 @@
 #include "orvex/data/object.h"
 #include "orvex/data/text.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 void RecordSet::addField(std::shared_ptr<Field> NewField) {
   if (fields_.size() == static_cast<std::size_t>(Integer::Greatest)) raise(faults::Overflow);
@@ -55,4 +55,4 @@ bool RecordSet::isValidField(std::string_view FieldName) const {
   return false;
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

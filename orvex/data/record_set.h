@@ -10,7 +10,7 @@
 #include "orvex/data/field.h"
 #include "orvex/data/integer.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 class Database;
 
@@ -63,4 +63,4 @@ class RecordSet {
   std::shared_ptr<Database> database_;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <iterator>
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -200,4 +200,4 @@ std::size_t firstCharacterLength(std::string_view text) noexcept {
   return text.empty() ? 0 : decode(text).length;
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

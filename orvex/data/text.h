@@ -3,7 +3,9 @@
 #include <string>
 #include <string_view>
 
-namespace orvex {
+#include "orvex/data/counts.h"
+
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Tells whether two names are the same but for the case of Latin, Greek and Cyrillic letters. Both are UTF-8; bytes
 /// that are not stand for themselves.
@@ -23,4 +25,4 @@ std::u16string utf16FromUtf8(std::string_view text);
 /// How many bytes the first character of a UTF-8 text takes; 1 for a byte that begins none, 0 for an empty text.
 std::size_t firstCharacterLength(std::string_view text) noexcept;
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -12,7 +12,7 @@
 #include "orvex/data/error.h"
 #include "orvex/data/text.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -154,4 +154,4 @@ bool TextFile::nextLine(std::string_view& line) noexcept {
   return true;
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
-namespace orvex {
+#include "orvex/data/counts.h"
+
+namespace orvex::inline ORVEX_COUNTS {
 
 /// A text file, read whole, as lines of UTF-8. A file that is not valid UTF-8 is taken for Windows-1252. A byte-order
 /// mark is passed over; lines end with CR LF, LF or CR; a last line without an end counts, an end at the end of the
@@ -34,4 +36,4 @@ class TextFile {
   bool loneReturns_ = false;  // some line ends with a carriage return alone
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

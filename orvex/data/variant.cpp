@@ -2,7 +2,7 @@
 
 #include "orvex/data/number_text.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -29,4 +29,4 @@ double VariantArray::number(int index) const {
   raise(std::holds_alternative<int>(content_) ? faults::SubscriptOutOfRange : faults::TypeMismatch);
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

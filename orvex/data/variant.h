@@ -10,7 +10,7 @@
 
 #include "orvex/data/error.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// The value that is none: what a method returns that promises a value and has nothing to tell.
 struct Empty {
@@ -93,4 +93,4 @@ class VariantArray {
   std::variant<std::monostate, int, Array<double>, Array<Cell>> content_;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -7,7 +7,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// What a walk is given where there is no kernel: every record is stepped.
 inline constexpr auto noKernel = [](auto&&...) { return std::size_t{0}; };
@@ -77,4 +77,4 @@ void walk(Database& data, Integer first, Integer last, Kernel&& kernel, Step&& s
       hook);
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -8,7 +8,7 @@
 #include "orvex/general/general.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -107,4 +107,4 @@ std::shared_ptr<Note> General::MinValue(std::shared_ptr<Field> Source, Integer S
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -13,7 +13,7 @@
 #include "orvex/data/note.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Price transforms, extremes, rates of change and statistics.
 ///
@@ -117,4 +117,4 @@ class General {
   double CorrelationAnalysis(std::shared_ptr<Field> Source1, std::shared_ptr<Field> Source2);
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

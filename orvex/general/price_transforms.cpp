@@ -9,7 +9,7 @@
 #include "orvex/general/general.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -139,4 +139,4 @@ std::shared_ptr<RecordSet> General::PriceROC(std::shared_ptr<Database> data, std
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -2,7 +2,7 @@
 
 #include "orvex/general/general.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 std::int32_t primeAtOrBelow(std::int32_t number) {
   General general;
@@ -20,4 +20,4 @@ std::int32_t primeAtOrAbove(std::int32_t number, std::int64_t bound) {
   return 0;
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

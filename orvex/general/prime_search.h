@@ -5,7 +5,7 @@
 #include "orvex/data/real.h"
 
 /// The primes around a price.
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// The whole number that stands for a price among the primes. Multiplied by 10 once only, so a price below 1 stays 0.
 inline Real primePrice(Real price) {
@@ -19,4 +19,4 @@ std::int32_t primeAtOrBelow(std::int32_t number);
 /// The first prime from `number` up to `bound`, or 0.
 std::int32_t primeAtOrAbove(std::int32_t number, std::int64_t bound);
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

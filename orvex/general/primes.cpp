@@ -2,7 +2,7 @@
 
 #include "orvex/general/general.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -48,4 +48,4 @@ bool General::IsPrime(std::int32_t Number) {
   return isProbablePrime(n, 2) && isProbablePrime(n, 7) && isProbablePrime(n, 61);
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

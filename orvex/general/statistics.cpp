@@ -8,7 +8,7 @@
 #include "orvex/general/general.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 using kernels::Table;
 
@@ -72,4 +72,4 @@ double General::CorrelationAnalysis(std::shared_ptr<Field> Source1, std::shared_
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

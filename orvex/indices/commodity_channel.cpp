@@ -9,7 +9,7 @@
 #include "orvex/indices/index.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<RecordSet> Index::CommodityChannelIndex(std::shared_ptr<Database> data,
                                                         std::shared_ptr<RecordSet> OHLCV, Integer Periods,
@@ -46,4 +46,4 @@ std::shared_ptr<RecordSet> Index::CommodityChannelIndex(std::shared_ptr<Database
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -9,7 +9,7 @@
 #include "orvex/data/walk.h"
 
 /// The loop that the running indices share.
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// A set of one column, `name`: row 1 is `seed`, and each record from `first` on is `next(record, the row before)`.
 /// `kernel(records, rows)` computes the same. Walks the cursor from `first` on and leaves it on record 1.
@@ -27,4 +27,4 @@ std::shared_ptr<RecordSet> cumulate(const std::shared_ptr<Database>& data, std::
   return makeRecordSet({result});
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

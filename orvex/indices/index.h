@@ -11,7 +11,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Indices: running totals of price and volume, and indices of strength and of money flow. Each method returns a set of
 /// new columns of N rows, N being the record count of `data`; an empty `Alias` becomes the method's default name, in
@@ -203,4 +203,4 @@ class Index {
                                                      Integer DPeriods, Integer MA_Type);
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

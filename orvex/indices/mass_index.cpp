@@ -8,7 +8,7 @@
 #include "orvex/indices/index.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -63,4 +63,4 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -7,7 +7,7 @@
 #include "orvex/indices/index.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<RecordSet> Index::ChaikinMoneyFlow(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                                    Integer Periods, InOut<std::string> Alias) {
@@ -42,4 +42,4 @@ std::shared_ptr<RecordSet> Index::ChaikinMoneyFlow(std::shared_ptr<Database> dat
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

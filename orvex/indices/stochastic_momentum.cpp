@@ -12,7 +12,7 @@
 #include "orvex/indices/index.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -87,4 +87,4 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

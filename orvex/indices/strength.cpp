@@ -7,7 +7,7 @@
 #include "orvex/indices/index.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -111,4 +111,4 @@ std::shared_ptr<RecordSet> Index::MoneyFlowIndex(std::shared_ptr<Database> data,
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -6,7 +6,7 @@
 #include "orvex/indices/index.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<RecordSet> Index::SwingIndex(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                              double LimitMoveValue, InOut<std::string> Alias) {
@@ -69,4 +69,4 @@ std::shared_ptr<RecordSet> Index::AccumulativeSwingIndex(std::shared_ptr<Databas
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -5,7 +5,7 @@
 #include "orvex/indices/index.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -144,4 +144,4 @@ std::shared_ptr<RecordSet> Index::ComparativeRelativeStrength(std::shared_ptr<Da
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -5,7 +5,7 @@
 
 #include "orvex/kernels/variants.h"
 
-namespace orvex::kernels {
+namespace orvex::inline ORVEX_COUNTS::kernels {
 
 namespace {
 
@@ -48,4 +48,4 @@ const Table* active() noexcept {
   }
 }
 
-}  // namespace orvex::kernels
+}  // namespace orvex::inline ORVEX_COUNTS::kernels

@@ -3,12 +3,14 @@
 #include <cstddef>
 #include <span>
 
+#include "orvex/data/counts.h"
+
 /// Column arithmetic: rows in, rows out. A kernel fills the rows of the longest beginning of `records` that it can
 /// prove faultless, intermediate values included, and returns how many that are; 0 where it was not written for what it
 /// is given. It declines windows that reach outside the column and values that are not finite or so large that an
 /// intermediate could overflow. Every row is computed in the definition's own order of operations, so the bits are
 /// those of the step that the kernel stands for. Rows are addressed from 1.
-namespace orvex::kernels {
+namespace orvex::inline ORVEX_COUNTS::kernels {
 
 /// Plain structures: the variants are compiled for different processors and must share no inline function.
 struct Source {
@@ -282,4 +284,4 @@ std::size_t run(std::size_t (*Table::*kernel)(Parameters...), Arguments... argum
   return table == nullptr ? 0 : (table->*kernel)(arguments...);
 }
 
-}  // namespace orvex::kernels
+}  // namespace orvex::inline ORVEX_COUNTS::kernels

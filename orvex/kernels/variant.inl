@@ -12,7 +12,7 @@
 #include "orvex/kernels/variants.h"
 #include "orvex/kernels/windows.inl"
 
-namespace orvex::kernels::ORVEX_VARIANT {
+namespace orvex::inline ORVEX_COUNTS::kernels::ORVEX_VARIANT {
 
 const Table table = {
     .mean = mean,
@@ -74,4 +74,4 @@ const Table table = {
     .percentOfHalf = percentOfHalf,
 };
 
-}  // namespace orvex::kernels::ORVEX_VARIANT
+}  // namespace orvex::inline ORVEX_COUNTS::kernels::ORVEX_VARIANT

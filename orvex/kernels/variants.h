@@ -3,7 +3,7 @@
 #include "orvex/kernels/kernels.h"
 
 /// The tables that variant.inl defines once for each instruction set.
-namespace orvex::kernels {
+namespace orvex::inline ORVEX_COUNTS::kernels {
 
 namespace baseline {
 extern const Table table;
@@ -15,4 +15,4 @@ namespace avx512 {
 extern const Table table;
 }
 
-}  // namespace orvex::kernels
+}  // namespace orvex::inline ORVEX_COUNTS::kernels

@@ -14,7 +14,7 @@
 #include "orvex/oscillators/oscillator.h"
 #include "orvex/oscillators/spans.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -240,4 +240,4 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

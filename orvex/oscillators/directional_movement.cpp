@@ -10,7 +10,7 @@
 #include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -186,4 +186,4 @@ std::shared_ptr<RecordSet> Oscillator::Aroon(std::shared_ptr<Database> data, std
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -12,7 +12,7 @@
 #include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -76,4 +76,4 @@ std::shared_ptr<RecordSet> Oscillator::PrimeNumberOscillator(std::shared_ptr<Dat
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -12,7 +12,7 @@
 #include "orvex/oscillators/oscillator.h"
 #include "orvex/oscillators/spans.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 using kernels::Table;
 
@@ -191,4 +191,4 @@ std::shared_ptr<RecordSet> Oscillator::EaseOfMovement(std::shared_ptr<Database> 
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

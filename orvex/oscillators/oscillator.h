@@ -11,7 +11,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Oscillators: measures of momentum, range, trend and overbought prices. Each method returns a set of new columns of N
 /// rows, N being the record count of `data`. An empty `Alias` becomes the method's default name, in the caller's
@@ -335,4 +335,4 @@ class Oscillator {
   std::string dataMember_;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -6,7 +6,7 @@
 #include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<RecordSet> Oscillator::ParabolicSAR(std::shared_ptr<Database> data, std::shared_ptr<Field> HighPrice,
                                                     std::shared_ptr<Field> LowPrice, double MinAF, double MaxAF,
@@ -62,4 +62,4 @@ std::shared_ptr<RecordSet> Oscillator::ParabolicSAR(std::shared_ptr<Database> da
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

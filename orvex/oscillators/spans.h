@@ -11,7 +11,7 @@
 #include "orvex/data/walk.h"
 
 /// The trailing-span walk: what the oscillators share that place a value within the last records.
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Walks the records that have a span of `length` records behind them, one record late: the first that is stepped is
 /// `length` + 1, and the last the one before `end`. The counter of the walk runs one ahead of the record, in 16 bits,
@@ -88,4 +88,4 @@ class Extremes {
   Real highest_, lowest_;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -11,7 +11,7 @@
 #include "orvex/oscillators/oscillator.h"
 #include "orvex/oscillators/spans.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -143,4 +143,4 @@ std::shared_ptr<RecordSet> Oscillator::UltimateOscillator(std::shared_ptr<Databa
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

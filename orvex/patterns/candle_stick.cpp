@@ -8,7 +8,7 @@
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -195,4 +195,4 @@ std::shared_ptr<Note> CandleStick::IdentifyPattern(std::shared_ptr<Database> dat
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

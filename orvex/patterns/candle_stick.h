@@ -9,7 +9,7 @@
 #include "orvex/data/note.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Japanese candlestick patterns.
 class CandleStick {
@@ -35,4 +35,4 @@ class CandleStick {
                                         Integer Period);
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

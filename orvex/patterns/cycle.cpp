@@ -11,7 +11,7 @@
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -78,4 +78,4 @@ Integer Cycle::Analyze(std::shared_ptr<Field> Source) {
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -6,7 +6,7 @@
 #include "orvex/data/field.h"
 #include "orvex/data/integer.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// The length of the cycle in a column. Orvex's own.
 class Cycle {
@@ -25,4 +25,4 @@ class Cycle {
   Integer Analyze(std::shared_ptr<Field> Source);
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

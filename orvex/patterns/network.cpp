@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstdint>
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -105,4 +105,4 @@ bool Network::isFinite() const {
          std::isfinite(outputBias_);
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

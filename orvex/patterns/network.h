@@ -4,7 +4,9 @@
 #include <span>
 #include <vector>
 
-namespace orvex {
+#include "orvex/data/counts.h"
+
+namespace orvex::inline ORVEX_COUNTS {
 
 /// The hyperbolic tangent to within three units in the last place, from basic operations alone: the standard library's
 /// differs from platform to platform.
@@ -39,4 +41,4 @@ class Network {
   std::vector<double> slopes_;
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

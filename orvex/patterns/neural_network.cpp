@@ -11,7 +11,7 @@
 #include "orvex/data/walk.h"
 #include "orvex/patterns/network.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -79,4 +79,4 @@ std::shared_ptr<RecordSet> NeuralNetwork::NeuralIndicator(std::shared_ptr<Databa
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -11,7 +11,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Forecasts by learning from the past. Orvex's own, on a network of the textbook kind (see network.h).
 class NeuralNetwork {
@@ -45,4 +45,4 @@ class NeuralNetwork {
                                              InOut<std::string> Alias = {});
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -7,7 +7,7 @@
 #include "orvex/data/real.h"
 #include "orvex/general/general.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<Note> ChartPattern::PercentRetracement(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                        Integer StartPeriod, Integer EndPeriod) {
@@ -39,4 +39,4 @@ std::shared_ptr<Note> ChartPattern::PercentRetracement(std::shared_ptr<Database>
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -9,7 +9,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/data/note.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Questions about the shape of a span of prices, answered with a `Note`.
 class ChartPattern {
@@ -37,4 +37,4 @@ class ChartPattern {
                                            Integer StartPeriod, Integer EndPeriod);
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

@@ -8,7 +8,7 @@
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
@@ -164,4 +164,4 @@ std::shared_ptr<RecordSet> LineStudy::TrendLinePenetration(std::shared_ptr<Datab
   });
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

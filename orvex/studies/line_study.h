@@ -11,7 +11,7 @@
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// Lines and marks that an analyst draws over a span of records, as columns: 0 outside what is drawn. N is the record
 /// count of `data`. Methods that take `data` leave its cursor on record 1; each yields to the host once a record.
@@ -88,4 +88,4 @@ class LineStudy {
                                                   std::shared_ptr<Field> Source, InOut<std::string> Alias = {});
 };
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS

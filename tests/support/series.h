@@ -15,7 +15,7 @@
 #include "orvex/data/columns.h"
 #include "orvex/data/database.h"
 
-namespace orvex {
+namespace orvex::inline ORVEX_COUNTS {
 
 /// How a fault is shown where a test fails.
 inline void PrintTo(const Fault& fault, std::ostream* out) {
@@ -26,7 +26,7 @@ inline void PrintTo(Integer number, std::ostream* out) {
   *out << number.value();
 }
 
-}  // namespace orvex
+}  // namespace orvex::inline ORVEX_COUNTS
 
 /// Short series and what tests ask of the columns that come out.
 namespace orvex::test {

@@ -6,7 +6,7 @@
 #include "orvex/catalogue/arguments.h"
 #include "orvex/catalogue/describe.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<Bands> {
@@ -64,4 +64,4 @@ struct Description<Bands> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -6,7 +6,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/patterns/candle_stick.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<CandleStick> {
@@ -24,4 +24,4 @@ struct Description<CandleStick> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -7,7 +7,7 @@
 #include "orvex/general/general.h"
 #include "orvex/studies/chart_pattern.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<ChartPattern> {
@@ -27,4 +27,4 @@ struct Description<ChartPattern> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -6,7 +6,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/patterns/cycle.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<Cycle> {
@@ -23,4 +23,4 @@ struct Description<Cycle> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

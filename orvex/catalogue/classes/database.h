@@ -5,7 +5,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/data/database.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<Database> {
@@ -52,4 +52,4 @@ struct Description<Database> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -5,7 +5,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/data/field.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<Field> {
@@ -40,4 +40,4 @@ struct Description<Field> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

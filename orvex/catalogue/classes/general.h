@@ -6,7 +6,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/general/general.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<General> {
@@ -69,4 +69,4 @@ struct Description<General> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -6,7 +6,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/indices/index.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<Index> {
@@ -103,4 +103,4 @@ struct Description<Index> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -6,7 +6,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/studies/line_study.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<LineStudy> {
@@ -50,4 +50,4 @@ struct Description<LineStudy> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -6,7 +6,7 @@
 #include "orvex/catalogue/arguments.h"
 #include "orvex/catalogue/describe.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<LinearRegression> {
@@ -32,4 +32,4 @@ struct Description<LinearRegression> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -6,7 +6,7 @@
 #include "orvex/catalogue/arguments.h"
 #include "orvex/catalogue/describe.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<MovingAverage> {
@@ -63,4 +63,4 @@ struct Description<MovingAverage> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

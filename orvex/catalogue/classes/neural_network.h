@@ -6,7 +6,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/patterns/neural_network.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<NeuralNetwork> {
@@ -35,4 +35,4 @@ struct Description<NeuralNetwork> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

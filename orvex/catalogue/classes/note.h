@@ -5,7 +5,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/data/note.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<Note> {
@@ -27,4 +27,4 @@ struct Description<Note> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -6,7 +6,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/oscillators/oscillator.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<Oscillator> {
@@ -195,4 +195,4 @@ struct Description<Oscillator> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

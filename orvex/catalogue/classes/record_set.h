@@ -5,7 +5,7 @@
 #include "orvex/catalogue/describe.h"
 #include "orvex/data/record_set.h"
 
-namespace orvex::catalogue {
+namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 template <>
 struct Description<RecordSet> {
@@ -46,4 +46,4 @@ struct Description<RecordSet> {
   };
 };
 
-}  // namespace orvex::catalogue
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -1,0 +1,17 @@
+#pragma once
+
+/// How wide counts are: record numbers, record counts, periods and loop counters. The classes are defined on 16 bits,
+/// so that is what the headers mean by themselves. A program that is compiled with ORVEX_COUNT_BITS=32, as the target
+/// `Orvex::orvex32` has it, holds series of up to 2,147,483,646 records. One source makes both libraries, each in an
+/// inline namespace of its own (`orvex::counts16`, `orvex::counts32`): a program may hold both.
+#ifndef ORVEX_COUNT_BITS
+#define ORVEX_COUNT_BITS 16
+#endif
+
+#if ORVEX_COUNT_BITS == 16
+#define ORVEX_COUNTS counts16
+#elif ORVEX_COUNT_BITS == 32
+#define ORVEX_COUNTS counts32
+#else
+#error "ORVEX_COUNT_BITS is 16 or 32"
+#endif
