@@ -10,8 +10,12 @@ namespace orvex::inline ORVEX_COUNTS::catalogue {
 inline constexpr Argument Data{"data", "The price series: it supplies the record count and the cursor."};
 inline constexpr Argument Source{"Source", "The column to compute from."};
 inline constexpr Argument Periods{"Periods", "How many records the computation looks back."};
-inline constexpr Argument StartPeriod{"StartPeriod", "The first record of the span."};
-inline constexpr Argument EndPeriod{"EndPeriod", "The last record of the span."};
+/// An argument that is the number of a record.
+constexpr Argument recordNumber(std::string_view name, std::string_view help) {
+  return {.name = name, .help = help, .record = true};
+}
+inline constexpr Argument StartPeriod = recordNumber("StartPeriod", "The first record of the span.");
+inline constexpr Argument EndPeriod = recordNumber("EndPeriod", "The last record of the span.");
 
 inline constexpr Argument OHLCV{"OHLCV",
                                 "The price columns Open, High, Low, Close and Volume, as far as they are read."};

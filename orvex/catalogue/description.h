@@ -46,6 +46,7 @@ struct Argument {
   std::string_view help;
   bool optional = false;
   Default otherwise{};  // of an optional argument
+  bool record = false;  // it is the number of a record, not a count
 
   // Taken from the member function.
   Type type = Type::Nothing;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <string>
 
@@ -25,6 +26,7 @@ class Database : public std::enable_shared_from_this<Database> {
   static constexpr std::string_view LowName = "Low";
   static constexpr std::string_view CloseName = "Close";
   static constexpr std::string_view VolumeName = "Volume";
+  static constexpr std::array PriceNames = {OpenName, HighName, LowName, CloseName, VolumeName};
 
   static constexpr Fault BeginOfFile{1001, "setPosition", "BOF"};
   static constexpr Fault EndOfFile{1001, "setPosition", "EOF"};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +54,8 @@ class RecordSet {
   /// The name of the field at a position from 1; 1105 outside the positions.
   std::string getName(Integer FieldIndex) const;
   Integer getFieldCount() const { return static_cast<int>(fields_.size()); }
+  /// All of them, by their places: two may bear one name, and one may be a null object.
+  std::span<const std::shared_ptr<Field>> fields() const noexcept { return fields_; }
   /// Tells whether a field of that name is there. Never raises.
   bool isValidField(std::string_view FieldName) const;
 

@@ -19,8 +19,9 @@ struct Description<CandleStick> {
 
   static constexpr auto rows = std::tuple{
       row<&CandleStick::IdentifyPattern>(
-          "IdentifyPattern", "The candlestick pattern that ends at a record.", {Data, OHLCV, {"Period", "The record."}},
-          {}, {faults::ObjectNotSet, CandleStick::IdentifyPatternPeriodFault, CandleStick::IdentifyPatternFault}),
+          "IdentifyPattern", "The candlestick pattern that ends at a record.",
+          {Data, OHLCV, recordNumber("Period", "The record.")}, {},
+          {faults::ObjectNotSet, CandleStick::IdentifyPatternPeriodFault, CandleStick::IdentifyPatternFault}),
   };
 };
 

@@ -17,8 +17,8 @@ struct Description<General> {
       .interfaceId = Guid("d4bb2331-a819-43a5-85eb-d36306c4f671"),
   };
 
-  static constexpr Argument StartPeriod{"StartPeriod", "The first row of the range."};
-  static constexpr Argument EndPeriod{"EndPeriod", "The last row of the range."};
+  static constexpr Argument StartPeriod = recordNumber("StartPeriod", "The first row of the range.");
+  static constexpr Argument EndPeriod = recordNumber("EndPeriod", "The last row of the range.");
 
   static constexpr auto rows = std::tuple{
       row<&General::HHV>(General::HHVName, "The highest value of a record and the Periods before it.",
