@@ -78,7 +78,7 @@ std::string describeMethod(const Class& owner, const Method& method) {
   };
   if (std::any_of(method.columns.begin(), method.columns.end(), hasFunction)) text += fmt::format("\n{}", RowFunctions);
   section("Errors", faultRows(method));
-  if (isCalculation(owner, method)) section("Run", {{exampleCall(owner, method)}});
+  if (catalogue::isCalculation(owner, method)) section("Run", {{exampleCall(owner, method)}});
   if (owner.holdsState) text += fmt::format("\n{}\n", stateNote);
   return text;
 }
@@ -109,7 +109,7 @@ Json methodJson(const Class& owner, const Method& method) {
           {"name", method.name},
           {"kind", kindOf(method)},
           {"help", method.help},
-          {"runnable", isCalculation(owner, method)},
+          {"runnable", catalogue::isCalculation(owner, method)},
           {"signature", signatureOf(method)},
           {"arguments", arguments},
           {"result", typeName(method.result)},

@@ -25,6 +25,7 @@ std::string signatureOf(const Method& method) {
 
 std::string meaningOf(const Argument& argument) {
   std::string text(argument.help);
+  if (!argument.choices.empty()) text += fmt::format(" One of {}.", listChoices(argument));
   if (argument.optional) text += fmt::format(" Optional: {} when left out.", jsonValue(defaultOf(argument)));
   if (argument.written) text += " May be written back.";
   return text;
@@ -63,10 +64,6 @@ TableRows faultRows(const Method& method) {
     rows.push_back({fmt::to_string(fault.number), std::string(fault.source), descriptionOf(fault)});
   }
   return rows;
-}
-
-bool isCalculation(const catalogue::Class& owner, const Method& method) {
-  return !owner.holdsState && method.kind == Kind::Method;
 }
 
 std::string_view kindOf(const Method& method) {

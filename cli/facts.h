@@ -38,9 +38,6 @@ TableRows argumentRows(const catalogue::Method& method);
 TableRows columnRows(const catalogue::Method& method);
 TableRows faultRows(const catalogue::Method& method);
 
-/// Tells whether a method computes something by itself. Those of classes that hold data, and properties, do not.
-bool isCalculation(const catalogue::Class& owner, const catalogue::Method& method);
-
 /// "method", "property, read", ...
 std::string_view kindOf(const catalogue::Method& method);
 

@@ -39,7 +39,7 @@ const Method& findRunnable(const Target& target) {
                                  enumerate(names)));
   }
   for (const Method* method : target.methods) {
-    if (isCalculation(owner, *method)) return *method;
+    if (catalogue::isCalculation(owner, *method)) return *method;
   }
   throw UsageError(
       fmt::format("{} is a property, which computes nothing by itself.", fullName(owner, *target.methods.front())));

@@ -92,20 +92,20 @@ consteval void takeTypes(Method& method, std::tuple<A...>*) {
 
 }  // namespace detail
 
+/// The row of a method: what it says of itself, and what its member function's type says.
 template <auto F>
-consteval Row<F> row(std::string_view name, std::string_view help, List<Argument, 8> arguments = {},
-                     List<Column, 6> columns = {}, List<Fault, 6> faults = {}, Kind kind = Kind::Method) {
+consteval Row<F> row(const Method& described) {
   using Parts = Signature<decltype(F)>;
-  Row<F> result;
-  static_cast<Method&>(result) = {
-      name, help, arguments, columns, faults, kind, typeOf<typename Parts::Result>, &detail::invoke<F>};
+  Row<F> result{described};
+  result.result = typeOf<typename Parts::Result>;
+  result.invoke = &detail::invoke<F>;
   detail::takeTypes(result, static_cast<typename Parts::Arguments*>(nullptr));
   return result;
 }
 
 /// Specialised for each class with
 ///   static constexpr Identity identity;
-///   static constexpr auto rows = std::tuple{row<&C::Method>(...), ...};
+///   static constexpr auto rows = std::tuple{row<&C::Method>({.name = ..., .help = ...}), ...};
 template <class C>
 struct Description;
 

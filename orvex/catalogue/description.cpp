@@ -1,6 +1,7 @@
 #include "orvex/catalogue/description.h"
 
 #include <algorithm>
+#include <array>
 
 #include "orvex/data/text.h"
 
@@ -20,6 +21,18 @@ const Method* findMethod(const Class& owner, std::string_view name, Kind kind) {
   return nullptr;
 }
 
+bool isCalculation(const Class& owner, const Method& method) {
+  return !owner.holdsState && method.kind == Kind::Method;
+}
+
+std::optional<Calculation> findCalculation(std::string_view name) {
+  for (const Class* owner : classes()) {
+    const Method* method = findMethod(*owner, name);
+    if (method != nullptr && isCalculation(*owner, *method)) return Calculation{owner, method};
+  }
+  return std::nullopt;
+}
+
 int dispatchId(const Class& owner, const Method& method) {
   const auto first = std::find_if(owner.methods.begin(), owner.methods.end(),
                                   [&](const Method* other) { return other->name == method.name; });
@@ -29,6 +42,39 @@ int dispatchId(const Class& owner, const Method& method) {
 Value defaultOf(const Argument& argument) {
   if (argument.type == Type::String) return std::string(argument.otherwise.text);
   return coerce(argument.otherwise.number, argument.type);
+}
+
+std::optional<int> readChoice(const Argument& argument, std::string_view text) {
+  for (const Choice& choice : argument.choices) {
+    if (equalNames(choice.name, text)) return choice.code;
+  }
+  return std::nullopt;
+}
+
+std::string listChoices(const Argument& argument) {
+  std::string text;
+  for (const Choice& choice : argument.choices) {
+    if (!text.empty()) text += ", ";
+    text += std::to_string(choice.code);
+    text += ' ';
+    text += choice.name;
+  }
+  return text;
+}
+
+std::string_view nameOf(Purpose purpose) {
+  constexpr std::array names = {"None", "Price", "Trend", "Momentum", "Volatility", "Volume", "Pattern", "Statistics"};
+  return names[static_cast<std::size_t>(purpose)];
+}
+
+std::string_view nameOf(Place place) {
+  constexpr std::array names = {"Pane", "Over", "Apart"};
+  return names[static_cast<std::size_t>(place)];
+}
+
+std::string_view nameOf(Style style) {
+  constexpr std::array names = {"Line", "Bars", "Dots", "Marks", "BandEdge"};
+  return names[static_cast<std::size_t>(style)];
 }
 
 Value call(const Method& method, void* object, std::span<Value> arguments) {

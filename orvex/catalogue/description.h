@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -41,29 +43,100 @@ struct Default {
   std::string_view text{};
 };
 
+/// The value that people take for an argument unless they know better; nothing where there is none. A text is that of
+/// an argument of texts, the column's name of a field (such as Close, in the price file), and of a whole number an
+/// expression of N, the record count, as in computed_rows.h.
+struct Usual {
+  double number = 0.0;
+  std::string_view text{};
+  bool given = false;
+
+  constexpr Usual() = default;
+  constexpr Usual(double value) : number(value), given(true) {}
+  constexpr Usual(std::string_view value) : text(value), given(true) {}
+  constexpr Usual(const char* value) : text(value), given(true) {}
+};
+
+/// One of the codes that an argument may be.
+struct Choice {
+  int code;
+  std::string_view name;
+};
+
 struct Argument {
   std::string_view name;
   std::string_view help;
   bool optional = false;
   Default otherwise{};  // of an optional argument
   bool record = false;  // it is the number of a record, not a count
+  /// For the ways in that serve people; automation knows `otherwise` only.
+  Usual usual{};
+  /// What its codes mean; empty where it is no code.
+  std::span<const Choice> choices{};
 
   // Taken from the member function.
   Type type = Type::Nothing;
   bool written = false;  // the method may write it back
   bool byValue = false;  // automation passes all others by reference
+
+  /// The same argument of a method for which people take that value.
+  constexpr Argument usually(Usual value) const {
+    Argument result = *this;
+    result.usual = value;
+    return result;
+  }
+};
+
+/// What a method is used for: the index of the reference.
+enum class Purpose { None, Price, Trend, Momentum, Volatility, Volume, Pattern, Statistics };
+
+/// The values that a column stays within, where there are such bounds.
+struct Bounds {
+  double low = -std::numeric_limits<double>::infinity();
+  double high = std::numeric_limits<double>::infinity();
+};
+
+/// Where a chart shows a column.
+enum class Place {
+  Pane,   // below the price, in the one pane of its method
+  Over,   // over what it is computed from: the price, or the column that the method was given
+  Apart,  // in a pane that no other column of its method shares
+};
+
+/// How a chart shows a column.
+enum class Style {
+  Line,
+  Bars,      // from 0
+  Dots,      // one at each value
+  Marks,     // at the records where it is not 0: above or below the price by its sign
+  BandEdge,  // a line that bounds the area between it and the method's other edge
 };
 
 /// A column of a method's result.
 struct Column {
   /// Its name, or what follows the alias in it.
-  std::string_view name;
+  std::string_view name{};
   /// The first computed row, as an expression of N (the record count) and the arguments: the first record whose every
   /// input is itself computed. See computed_rows.h.
-  std::string_view firstRow;
+  std::string_view firstRow{};
   bool aliased = false;
   /// The last computed row, likewise.
   std::string_view lastRow = "N";
+  std::string_view help{};
+  /// "the source's" where it is that of the column computed from; empty for a pure number.
+  std::string_view unit{};
+  Bounds bounds{};
+  Place place = Place::Pane;
+  Style style = Style::Line;
+};
+
+/// What people ask about a method, a text each; empty where there is nothing to say.
+struct Guide {
+  std::string_view formula;     // what it computes, in the arguments' names
+  std::string_view reading;     // how traders read it
+  std::string_view origin;      // who published it, where and when
+  std::string_view difference;  // how it departs from what was published
+  std::string_view fails;       // "where ...": when a call ends in an error, those of its arguments' bounds apart
 };
 
 enum class Kind { Method, PropertyGet, PropertyPut, PropertyPutReference };
@@ -72,11 +145,21 @@ enum class Kind { Method, PropertyGet, PropertyPut, PropertyPutReference };
 struct Method {
   std::string_view name;
   std::string_view help;
-  List<Argument, 8> arguments;
-  List<Column, 6> columns;
+  List<Argument, 8> arguments{};
+  List<Column, 6> columns{};
   /// The errors that the method itself raises, those of its arguments' conversion apart.
-  List<Fault, 6> faults;
+  List<Fault, 6> faults{};
   Kind kind = Kind::Method;
+  Purpose purpose = Purpose::None;
+  /// The short names that the field has for it: RSI.
+  List<std::string_view, 3> abbreviations{};
+  Guide guide{};
+  /// The heights of the lines that guide the eye in its pane: 30 and 70.
+  List<double, 3> levels{};
+  /// Arguments of a telling call, NAME=VALUE after NAME=VALUE, where the usual ones do not make one.
+  std::string_view example{};
+
+  // Taken from the member function.
   Type result = Type::Nothing;
   /// Calls the method of `object`. `arguments` are as many as the method's own, each of its type; those that the method
   /// writes back are changed in place.
@@ -121,12 +204,34 @@ std::span<const Class* const> classes();
 const Class* findClass(std::string_view name);
 const Method* findMethod(const Class& owner, std::string_view name, Kind kind = Kind::Method);
 
+/// A method that computes something by itself: one of a class without a state, no property.
+struct Calculation {
+  const Class* owner = nullptr;
+  const Method* method = nullptr;
+};
+
+bool isCalculation(const Class& owner, const Method& method);
+
+/// The first calculation of that name, in the order of the classes; nothing for an unknown one.
+std::optional<Calculation> findCalculation(std::string_view name);
+
 /// The number by which automation calls a method: its place in the interface, from 1. The parts of a property share
 /// that of the first.
 int dispatchId(const Class& owner, const Method& method);
 
 /// The value that an optional argument has when it is left out.
 Value defaultOf(const Argument& argument);
+
+/// The code that a text names, without regard to case; nothing where the argument has no such choice.
+std::optional<int> readChoice(const Argument& argument, std::string_view text);
+
+/// "1 Simple, 2 Exponential, ...".
+std::string listChoices(const Argument& argument);
+
+/// "Trend", ...; "Over", ...; "BandEdge", ...
+std::string_view nameOf(Purpose purpose);
+std::string_view nameOf(Place place);
+std::string_view nameOf(Style style);
 
 /// Calls a method with values of any kind: fills in what is `Missing` and converts each to the argument's type, in
 /// `arguments` itself, where it also leaves what the method wrote back, also when the call fails. Errors: 449 for a

@@ -19,9 +19,11 @@ struct Description<CandleStick> {
 
   static constexpr auto rows = std::tuple{
       row<&CandleStick::IdentifyPattern>(
-          "IdentifyPattern", "The candlestick pattern that ends at a record.",
-          {Data, OHLCV, recordNumber("Period", "The record.")}, {},
-          {faults::ObjectNotSet, CandleStick::IdentifyPatternPeriodFault, CandleStick::IdentifyPatternFault}),
+          {.name = "IdentifyPattern",
+           .help = "The candlestick pattern that ends at a record.",
+           .arguments = {Data, OHLCV, recordNumber("Period", "The record.").usually("N")},
+           .faults = {faults::ObjectNotSet, CandleStick::IdentifyPatternPeriodFault,
+                      CandleStick::IdentifyPatternFault}}),
   };
 };
 

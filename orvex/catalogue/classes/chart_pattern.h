@@ -20,10 +20,12 @@ struct Description<ChartPattern> {
 
   static constexpr auto rows = std::tuple{
       row<&ChartPattern::PercentRetracement>(
-          "PercentRetracement", "How much of a span's move the last value has given back, in percent.",
-          {Data, Source, StartPeriod, EndPeriod}, {},
-          {faults::ObjectNotSet, ChartPattern::PercentRetracementEndFault, ChartPattern::PercentRetracementStartFault,
-           General::MaxValueFault, ChartPattern::PercentRetracementFault}),
+          {.name = "PercentRetracement",
+           .help = "How much of a span's move the last value has given back, in percent.",
+           .arguments = {Data, Source, StartPeriod, EndPeriod},
+           .faults = {faults::ObjectNotSet, ChartPattern::PercentRetracementEndFault,
+                      ChartPattern::PercentRetracementStartFault, General::MaxValueFault,
+                      ChartPattern::PercentRetracementFault}}),
   };
 };
 

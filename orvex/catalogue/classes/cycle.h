@@ -18,8 +18,10 @@ struct Description<Cycle> {
   };
 
   static constexpr auto rows = std::tuple{
-      row<&Cycle::Analyze>("Analyze", "How many records a price that has fallen takes to climb back, on average.",
-                           {Source}, {}, {Cycle::AnalyzeFault}),
+      row<&Cycle::Analyze>({.name = "Analyze",
+                            .help = "How many records a price that has fallen takes to climb back, on average.",
+                            .arguments = {Source},
+                            .faults = {Cycle::AnalyzeFault}}),
   };
 };
 

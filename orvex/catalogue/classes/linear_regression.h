@@ -18,17 +18,20 @@ struct Description<LinearRegression> {
   };
 
   static constexpr auto rows = std::tuple{
-      row<&LinearRegression::Regression>("Regression", "Slope, intercept, forecast and r-squared of the line.",
-                                         {Data, Source, Periods},
-                                         {{LinearRegression::SlopeName, "Periods + 1"},
-                                          {LinearRegression::InterceptName, "Periods + 1"},
-                                          {LinearRegression::ForecastName, "Periods + 1"},
-                                          {LinearRegression::RSquaredName, "Periods + 1"}},
-                                         {LinearRegression::RegressionFault}),
+      row<&LinearRegression::Regression>({.name = "Regression",
+                                          .help = "Slope, intercept, forecast and r-squared of the line.",
+                                          .arguments = {Data, Source, Periods.usually(14)},
+                                          .columns = {{LinearRegression::SlopeName, "Periods + 1"},
+                                                      {LinearRegression::InterceptName, "Periods + 1"},
+                                                      {LinearRegression::ForecastName, "Periods + 1"},
+                                                      {LinearRegression::RSquaredName, "Periods + 1"}},
+                                          .faults = {LinearRegression::RegressionFault}}),
       row<&LinearRegression::TimeSeriesForecast>(
-          LinearRegression::TimeSeriesForecastName, "The forecast of the line alone.",
-          {Data, Source, Periods, aliasOr(LinearRegression::TimeSeriesForecastName)}, {aliasedColumn("Periods + 1")},
-          {LinearRegression::TimeSeriesForecastFault}),
+          {.name = LinearRegression::TimeSeriesForecastName,
+           .help = "The forecast of the line alone.",
+           .arguments = {Data, Source, Periods.usually(14), aliasOr(LinearRegression::TimeSeriesForecastName)},
+           .columns = {aliasedColumn("Periods + 1")},
+           .faults = {LinearRegression::TimeSeriesForecastFault}}),
   };
 };
 

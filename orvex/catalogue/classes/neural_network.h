@@ -19,19 +19,24 @@ struct Description<NeuralNetwork> {
 
   static constexpr auto rows = std::tuple{
       row<&NeuralNetwork::NeuralIndicator>(
-          NeuralNetwork::NeuralIndicatorName,
-          "Forecasts each value from the ones before it with a small neural network.",
-          {Data,
-           Source,
-           {"Periods", "How many relative changes the network sees, and how many hidden units it has."},
-           {"LearningRate", "How far one example moves the weights, above 0."},
-           {"Epochs", "How often it goes through the examples."},
-           {"TrainingShare", "How much of the series it learns from, above 0 and at most 1."},
-           aliasOr(NeuralNetwork::NeuralIndicatorName)},
-          {aliasedColumn("Periods + 2")},
-          {faults::ObjectNotSet, NeuralNetwork::NeuralIndicatorPeriodsFault, NeuralNetwork::NeuralIndicatorRateFault,
-           NeuralNetwork::NeuralIndicatorEpochsFault, NeuralNetwork::NeuralIndicatorShareFault,
-           NeuralNetwork::NeuralIndicatorFault}),
+          {.name = NeuralNetwork::NeuralIndicatorName,
+           .help = "Forecasts each value from the ones before it with a small neural network.",
+           .arguments =
+               {Data,
+                Source,
+                {.name = "Periods",
+                 .help = "How many relative changes the network sees, and how many hidden units it has.",
+                 .usual = 5},
+                {.name = "LearningRate", .help = "How far one example moves the weights, above 0.", .usual = 0.01},
+                {.name = "Epochs", .help = "How often it goes through the examples.", .usual = 10},
+                {.name = "TrainingShare",
+                 .help = "How much of the series it learns from, above 0 and at most 1.",
+                 .usual = 0.7},
+                aliasOr(NeuralNetwork::NeuralIndicatorName)},
+           .columns = {aliasedColumn("Periods + 2")},
+           .faults = {faults::ObjectNotSet, NeuralNetwork::NeuralIndicatorPeriodsFault,
+                      NeuralNetwork::NeuralIndicatorRateFault, NeuralNetwork::NeuralIndicatorEpochsFault,
+                      NeuralNetwork::NeuralIndicatorShareFault, NeuralNetwork::NeuralIndicatorFault}}),
   };
 };
 

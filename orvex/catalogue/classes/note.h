@@ -18,12 +18,13 @@ struct Description<Note> {
   };
 
   static constexpr auto rows = std::tuple{
-      row<&Note::setPeriod>("setPeriod", "Sets the period.", {{"Period", "A record number."}}),
-      row<&Note::setValue>("setValue", "Sets the value.", {{"Value", "A number."}}),
-      row<&Note::setNote>("setNote", "Sets the text.", {{"Note", "A text."}}),
-      row<&Note::getPeriod>("getPeriod", "The period."),
-      row<&Note::getValue>("getValue", "The value."),
-      row<&Note::getNote>("getNote", "The text."),
+      row<&Note::setPeriod>(
+          {.name = "setPeriod", .help = "Sets the period.", .arguments = {{"Period", "A record number."}}}),
+      row<&Note::setValue>({.name = "setValue", .help = "Sets the value.", .arguments = {{"Value", "A number."}}}),
+      row<&Note::setNote>({.name = "setNote", .help = "Sets the text.", .arguments = {{"Note", "A text."}}}),
+      row<&Note::getPeriod>({.name = "getPeriod", .help = "The period."}),
+      row<&Note::getValue>({.name = "getValue", .help = "The value."}),
+      row<&Note::getNote>({.name = "getNote", .help = "The text."}),
   };
 };
 

@@ -1,0 +1,134 @@
+// Names and usual values as the ways in of other languages take them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include "orvex/catalogue/computed_rows.h"
+#include "orvex/catalogue/names.h"
+#include "orvex/catalogue/usual.h"
+#include "tests/support/series.h"
+
+namespace orvex::test {
+namespace {
+
+using catalogue::Method;
+using catalogue::Type;
+using catalogue::Value;
+
+TEST(Names, AreWrittenWithoutCapitals) {
+  const struct {
+    const char* name;
+    const char* snake;
+  } cases[] = {
+      {"SimpleMovingAverage", "simple_moving_average"},
+      {"MACD", "macd"},
+      {"StochRSI", "stoch_rsi"},
+      {"WilliamsPctR", "williams_pct_r"},
+      {"VolumeROC", "volume_roc"},
+      {"MA_Type", "ma_type"},
+      {"MAType", "ma_type"},
+      {"R2Scale", "r2_scale"},
+      {"KPeriods", "k_periods"},
+      {"getRecordCount", "get_record_count"},
+      {"", ""},
+  };
+  for (const auto& [name, snake] : cases) EXPECT_EQ(catalogue::snakeCase(name), snake);
+}
+
+TEST(Names, OfCalculationsStayDifferentWithoutTheirClass) {
+  std::set<std::string> names;
+  for (const catalogue::Class* owner : catalogue::classes()) {
+    std::set<std::string> own;
+    for (const Method* method : owner->methods) {
+      if (!catalogue::isCalculation(*owner, *method)) continue;
+      EXPECT_TRUE(own.insert(catalogue::snakeCase(method->name)).second) << method->name;
+      const auto found = catalogue::findCalculation(catalogue::snakeCase(method->name));
+      const auto same = catalogue::findCalculation(method->name);
+      ASSERT_TRUE(same) << method->name;
+      EXPECT_EQ(same->method->name, method->name);
+      EXPECT_FALSE(found && found->method != same->method) << method->name;
+    }
+  }
+}
+
+TEST(Choices, AreReadFromTheirNames) {
+  const Method& average = *catalogue::findCalculation("BollingerBands")->method;
+  const catalogue::Argument& code = average.arguments[4];
+  EXPECT_EQ(catalogue::readChoice(code, "simple"), 1);
+  EXPECT_EQ(catalogue::readChoice(code, "TIMESERIES"), 3);
+  EXPECT_EQ(catalogue::readChoice(code, "Vidya"), 7);
+  EXPECT_EQ(catalogue::readChoice(code, "simpl"), std::nullopt);
+  EXPECT_EQ(catalogue::readChoice(code, "1"), std::nullopt);
+  EXPECT_EQ(catalogue::listChoices(code),
+            "1 Simple, 2 Exponential, 3 TimeSeries, 4 Variable, 5 Triangular, 6 Weighted, 7 VIDYA");
+  EXPECT_EQ(catalogue::listChoices(average.arguments[0]), "");
+}
+
+/// A series that swings, with volumes.
+std::shared_ptr<Database> swings(int count) {
+  std::vector<Bar> series;
+  for (int i = 0; i < count; ++i) {
+    const double close = 100 + 7 * (i % 11) - 3 * (i % 17);
+    series.push_back({close - 1, close + 2, close - 3, close, 1000.0 + i % 5});
+  }
+  return bars(series);
+}
+
+TEST(UsualValues, MakeACallOfEveryCalculationThatTakesPrices) {
+  constexpr int count = 300;
+  for (const catalogue::Class* owner : catalogue::classes()) {
+    for (const Method* method : owner->methods) {
+      if (!catalogue::isCalculation(*owner, *method)) continue;
+      SCOPED_TRACE(method->name);
+      const auto data = swings(count);
+      std::vector<Value> arguments(method->arguments.size());
+      const auto taken = catalogue::takeUsual(*method, arguments, data);
+      for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const catalogue::Argument& argument = method->arguments[i];
+        const bool filled = !std::holds_alternative<catalogue::Missing>(arguments[i]);
+        const bool told =
+            std::any_of(taken.begin(), taken.end(), [&](const auto& one) { return one.argument == &argument; });
+        const bool prices = argument.type == Type::Database || argument.type == Type::RecordSet;
+        EXPECT_EQ(told, filled && !prices) << argument.name;
+        EXPECT_FALSE(filled && argument.optional) << argument.name;
+      }
+      const bool complete = method->name != "IsPrime";
+      std::shared_ptr<void> object = owner->create();
+      Value result;
+      EXPECT_FAULT(complete ? std::nullopt : std::optional<Fault>({449, "Orvex", "Argument not optional"}),
+                   result = catalogue::call(*method, object.get(), arguments));
+      if (method->columns.empty() || !complete) continue;
+      // What is usual is of use: a call of it computes something.
+      for (const catalogue::Column& column : method->columns) {
+        const auto rows = catalogue::computedRows(*method, column, count, arguments);
+        EXPECT_LE(rows.first, rows.last) << column.name;
+      }
+    }
+  }
+}
+
+TEST(UsualValues, LeaveWhatIsGiven) {
+  const Method& method = *catalogue::findCalculation("MACD")->method;
+  const auto data = swings(40);
+  std::vector<Value> arguments(method.arguments.size());
+  arguments[1] = std::shared_ptr<Field>(data->getRecordset()->getField("High"));
+  arguments[3] = Integer(20);
+  const auto taken = catalogue::takeUsual(method, arguments, data);
+  std::string text;
+  for (const auto& one : taken) text += std::string(one.argument->name) + '=' + one.value + ' ';
+  EXPECT_EQ(text, "ShortCycle=12 SignalPeriods=9 ");
+  EXPECT_EQ(std::get<std::shared_ptr<Field>>(arguments[1])->name(), "High");
+  EXPECT_EQ(std::get<Integer>(arguments[3]), 20);
+}
+
+TEST(UsualValues, FollowTheLengthOfTheSeries) {
+  const Method& method = *catalogue::findCalculation("QuadrantLines")->method;
+  EXPECT_EQ(std::get<Integer>(catalogue::usualOf(method.arguments[3], 77)), 77);
+  EXPECT_EQ(std::get<std::string>(catalogue::usualOf(method.arguments[1], 77)), "Close");
+  EXPECT_TRUE(std::holds_alternative<catalogue::Missing>(catalogue::usualOf(method.arguments[0], 77)));
+}
+
+}  // namespace
+}  // namespace orvex::test
