@@ -25,9 +25,7 @@ std::shared_ptr<Database> make(Prices prices) {
   auto data = std::make_shared<Database>();
   data->OpenDatabaseByArray(std::vector<double>(RecordCount));
   data->MoveFirst();
-  const auto column = [&](std::string_view name) {
-    return data->getRecordset()->getField(std::string(name))->values();
-  };
+  const auto column = [&](std::string_view name) { return data->getRecordset()->getField(name)->writableValues(); };
   const auto open = column(Database::OpenName);
   const auto high = column(Database::HighName);
   const auto low = column(Database::LowName);

@@ -36,12 +36,14 @@ std::shared_ptr<RecordSet> MovingAverage::TimeSeriesMovingAverage(std::shared_pt
   return trap(TimeSeriesMovingAverageFault, [&] {
     applyDefault(Alias, TimeSeriesMovingAverageName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 1);
     const auto recordset = LinearRegression().Regression(data, Source, Periods);
     const auto forecasts = columnOf(recordset, LinearRegression::ForecastName);
     walk(
         *data, 1, count,
-        [&] { return kernels::run(&Table::copy, rowsOf(forecasts), recordRange(1, count), result->values().data()); },
+        [&] {
+          return kernels::run(&Table::copy, rowsOf(forecasts), recordRange(1, count), result->writableValues().data());
+        },
         [&](Integer record) { result->setValue(record, at(forecasts, record)); });
     removeRegression(*recordset);
     // Twice the regression's own warm-up: its first `Periods` forecasts are left out on purpose.
@@ -58,7 +60,7 @@ std::shared_ptr<RecordSet> MovingAverage::VariableMovingAverage(std::shared_ptr<
   return trap(VariableMovingAverageFault, [&] {
     applyDefault(Alias, VariableMovingAverageName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 2);
     // The momentum's period is this constant, whatever `Periods` is.
     const auto recordset = Oscillator().CMO(data, Source, 9, "");
     const auto momentum = columnOf(recordset, Oscillator::CMOName);
@@ -67,7 +69,7 @@ std::shared_ptr<RecordSet> MovingAverage::VariableMovingAverage(std::shared_ptr<
         *data, 2, count,
         [&] {
           return kernels::run(&Table::variable, rowsOf(Source), rowsOf(momentum), recordRange(2, count),
-                              result->values().data());
+                              result->writableValues().data());
         },
         [&](Integer record) {
           data->MovePrevious();
@@ -91,7 +93,7 @@ std::shared_ptr<RecordSet> MovingAverage::VIDYA(std::shared_ptr<Database> data, 
   return trap(VIDYAFault, [&] {
     applyDefault(Alias, VIDYAName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 2);
     const auto recordset = LinearRegression().Regression(data, Source, Periods);
     const auto qualities = columnOf(recordset, LinearRegression::RSquaredName);
     data->setPosition(2);
@@ -99,7 +101,7 @@ std::shared_ptr<RecordSet> MovingAverage::VIDYA(std::shared_ptr<Database> data, 
         *data, 2, count,
         [&] {
           return kernels::run(&Table::blend, rowsOf(Source), rowsOf(qualities), R2Scale, recordRange(2, count),
-                              result->values().data());
+                              result->writableValues().data());
         },
         [&](Integer record) {
           data->MovePrevious();

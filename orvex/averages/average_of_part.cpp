@@ -16,13 +16,15 @@ std::shared_ptr<Field> averageColumn(Integer MA_Type, std::shared_ptr<Database> 
 std::shared_ptr<Field> averageOfPart(Integer MA_Type, const std::shared_ptr<Field>& column, Integer first,
                                      Integer periods, std::string_view name) {
   const Integer count = object(column).getRecordCount();
-  const Integer before = first - 1;
-  const auto part = makeColumn(count - before, name);
-  std::ranges::copy(column->values().subspan(static_cast<std::size_t>(before.value())), part->values().begin());
+  if (first > count) raise(faults::SubscriptOutOfRange);
+  const auto before = static_cast<std::size_t>((first - 1).value());
+  const auto part = std::make_shared<Field>();
+  part->view({column->values().subspan(before), column}, name);
   const auto series = std::make_shared<Database>(part->getRecordCount());
   const auto average = averageColumn(MA_Type, series, part, periods, name);
-  const auto result = makeColumn(count, name);
-  std::ranges::copy(average->values(), result->values().begin() + before.value());
+  const auto result = makeColumn(count, name, first.value());
+  const auto rows = average->values();
+  std::copy(rows.begin(), rows.end(), result->writableValues().subspan(before).begin());
   return result;
 }
 

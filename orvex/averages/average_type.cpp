@@ -29,7 +29,7 @@ std::shared_ptr<RecordSet> averageOfType(Integer MA_Type, std::shared_ptr<Databa
   }
 }
 
-int firstAverageRow(int MA_Type, int periods, int first) {
+std::int64_t firstAverageRow(int MA_Type, std::int64_t periods, std::int64_t first) {
   switch (MA_Type) {
     case average_type::Exponential:
       // Its seed takes as many values and one more.

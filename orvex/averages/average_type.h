@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -36,6 +37,6 @@ std::shared_ptr<RecordSet> averageOfType(Integer MA_Type, std::shared_ptr<Databa
 
 /// The first computed row of the average of that code over `periods` records, of a column whose own first computed row
 /// is `first`.
-int firstAverageRow(int MA_Type, int periods, int first = 1);
+std::int64_t firstAverageRow(int MA_Type, std::int64_t periods, std::int64_t first = 1);
 
 }  // namespace orvex::inline ORVEX_COUNTS

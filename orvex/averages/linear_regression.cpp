@@ -32,20 +32,20 @@ std::shared_ptr<RecordSet> LinearRegression::Regression(std::shared_ptr<Database
                                                         Integer Periods) {
   return trap(RegressionFault, [&] {
     const Integer count = object(data).getRecordCount();
-    const auto slopes = makeColumn(count, SlopeName);
-    const auto intercepts = makeColumn(count, InterceptName);
-    const auto forecasts = makeColumn(count, ForecastName);
-    const auto qualities = makeColumn(count, RSquaredName);
+    const auto slopes = makeColumn(count, SlopeName, Periods.value());
+    const auto intercepts = makeColumn(count, InterceptName, Periods.value());
+    const auto forecasts = makeColumn(count, ForecastName, Periods.value());
+    const auto qualities = makeColumn(count, RSquaredName, Periods.value());
     std::vector<double> y;
     Real quality = 0;
     data->MoveFirst();
     walk(
         *data, Periods, count,
         [&]() -> std::size_t {
-          const std::size_t done =
-              kernels::run(&kernels::Table::regression, rowsOf(Source), Periods.value(), recordRange(Periods, count),
-                           kernels::RegressionRows{slopes->values().data(), intercepts->values().data(),
-                                                   forecasts->values().data(), qualities->values().data()});
+          const std::size_t done = kernels::run(
+              &kernels::Table::regression, rowsOf(Source), Periods.value(), recordRange(Periods, count),
+              kernels::RegressionRows{slopes->writableValues().data(), intercepts->writableValues().data(),
+                                      forecasts->writableValues().data(), qualities->writableValues().data()});
           if (done > 0) quality = at(qualities, Periods.value() + static_cast<int>(done) - 1);
           return done;
         },

@@ -32,7 +32,7 @@ void fillMeans(Database& data, const std::shared_ptr<Field>& source, Integer win
       data, first, count,
       [&] {
         return kernels::run(&Table::mean, rowsOf(source), window.value(), recordRange(first, count),
-                            result.values().data());
+                            result.writableValues().data());
       },
       [&](Integer record) { result.setValue(record, meanAtCursor(data, source, window)); });
 }
@@ -44,7 +44,7 @@ std::shared_ptr<RecordSet> MovingAverage::SimpleMovingAverage(std::shared_ptr<Da
                                                               InOut<std::string> Alias) {
   return trap(SimpleMovingAverageFault, [&] {
     applyDefault(Alias, SimpleMovingAverageName);
-    const auto result = makeColumn(object(data).getRecordCount(), Alias.get());
+    const auto result = makeColumn(object(data).getRecordCount(), Alias.get(), Periods.value() + 1LL);
     fillMeans(*data, Source, Periods, Periods + 1, *result);
     blank(*result, Periods);
     data->MoveFirst();
@@ -58,7 +58,7 @@ std::shared_ptr<RecordSet> MovingAverage::ExponentialMovingAverage(std::shared_p
   return trap(ExponentialMovingAverageFault, [&] {
     applyDefault(Alias, ExponentialMovingAverageName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     const Real k = Real(2) / (Periods + 1);
     Real average = 0;
     for (int row = 1; row <= Periods; ++row) average += at(Source, row);
@@ -73,7 +73,7 @@ std::shared_ptr<RecordSet> MovingAverage::ExponentialMovingAverage(std::shared_p
         *data, first, count,
         [&] {
           return kernels::run(&Table::exponential, rowsOf(Source), k.value(), recordRange(first, count),
-                              result->values().data());
+                              result->writableValues().data());
         },
         [&](Integer record) { result->setValue(record, (1 - k) * at(result, record - 1) + k * at(Source, record)); });
     blank(*result, Periods);
@@ -88,7 +88,7 @@ std::shared_ptr<RecordSet> MovingAverage::WeightedMovingAverage(std::shared_ptr<
   return trap(WeightedMovingAverageFault, [&] {
     applyDefault(Alias, WeightedMovingAverageName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     Real total = 0;
     for (int weight = 1; weight <= Periods; ++weight) total += weight;
 
@@ -98,7 +98,7 @@ std::shared_ptr<RecordSet> MovingAverage::WeightedMovingAverage(std::shared_ptr<
         *data, first, count,
         [&] {
           return kernels::run(&Table::weightedMean, rowsOf(Source), Periods.value(), recordRange(first, count),
-                              result->values().data());
+                              result->writableValues().data());
         },
         [&](Integer record) {
           Real sum = 0;
@@ -124,8 +124,8 @@ std::shared_ptr<RecordSet> MovingAverage::TriangularMovingAverage(std::shared_pt
     const Integer firstWindow = Periods % 2 == 0 ? half : half + 1;
     const Integer secondWindow = half + 1;
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
-    const auto inner = makeColumn(count, "MA1");
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
+    const auto inner = makeColumn(count, "MA1", Periods.value() + 1LL);
 
     fillMeans(*data, Source, firstWindow, Periods + 1, *inner);
     fillMeans(*data, inner, secondWindow, Periods + 1, *result);
@@ -140,12 +140,12 @@ std::shared_ptr<RecordSet> MovingAverage::WellesWilderSmoothing(std::shared_ptr<
   return trap(WellesWilderSmoothingFault, [&] {
     applyDefault(Alias, WellesWilderSmoothingName);
     const Integer count = object(Source).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 2);
     eachRecord(
         2, count,
         [&] {
           return kernels::run(&Table::approach, rowsOf(Source), Real(1) / Periods, recordRange(2, count),
-                              result->values().data());
+                              result->writableValues().data());
         },
         [&](Integer record) {
           const Real previous = at(result, record - 1);

@@ -27,8 +27,8 @@ using std::shared_ptr;
 /// The rows center + width x factor and center - width x factor, as far as a kernel can prove them.
 std::size_t fillAround(kernels::Source center, kernels::Source width, double factor, Integer first, Integer last,
                        Field& above, Field& below) {
-  return kernels::run(&Table::around, center, width, factor, recordRange(first, last), above.values().data(),
-                      below.values().data());
+  return kernels::run(&Table::around, center, width, factor, recordRange(first, last), above.writableValues().data(),
+                      below.writableValues().data());
 }
 
 /// Carries the latest fractal of a column into the row of `record`.
@@ -57,8 +57,8 @@ shared_ptr<RecordSet> Bands::BollingerBands(shared_ptr<Database> data, shared_pt
   auto result = trap(BollingerBandsAverageFault,
                      [&] { return averageOfType(MA_Type, data, Source, Periods, BollingerMedianName); });
   return trap(BollingerBandsFault, [&] {
-    const auto tops = makeColumn(count, BollingerTopName);
-    const auto bottoms = makeColumn(count, BollingerBottomName);
+    const auto tops = makeColumn(count, BollingerTopName, Periods.value() + 1LL);
+    const auto bottoms = makeColumn(count, BollingerBottomName, Periods.value() + 1LL);
     const auto medians = result->getField(BollingerMedianName);
     const Integer first = Periods + 1;
     data->setPosition(first);
@@ -68,7 +68,7 @@ shared_ptr<RecordSet> Bands::BollingerBands(shared_ptr<Database> data, shared_pt
           const auto widths = rowsOf(tops);
           const std::size_t done =
               kernels::run(&Table::deviation, rowsOf(Source), rowsOf(medians), Periods.value(), 1,
-                           Real(StandardDeviations).value(), recordRange(first, count), tops->values().data());
+                           Real(StandardDeviations).value(), recordRange(first, count), tops->writableValues().data());
           if (done == 0) return 0;
           return fillAround(rowsOf(medians), widths, 1.0, first, first + static_cast<int>(done) - 1, *tops, *bottoms);
         },
@@ -107,8 +107,8 @@ shared_ptr<RecordSet> Bands::MovingAverageEnvelope(shared_ptr<Database> data, sh
   auto result = trap(MovingAverageEnvelopeAverageFault,
                      [&] { return averageOfType(MA_Type, data, Source, Periods, averageName); });
   return trap(MovingAverageEnvelopeFault, [&] {
-    const auto tops = makeColumn(count, EnvelopeTopName);
-    const auto bottoms = makeColumn(count, EnvelopeBottomName);
+    const auto tops = makeColumn(count, EnvelopeTopName, 1);
+    const auto bottoms = makeColumn(count, EnvelopeBottomName, 1);
     const auto averages = result->getField(averageName);
     data->MoveFirst();
     const Real shift = Real(Shift.get()) / 100;
@@ -166,8 +166,8 @@ shared_ptr<RecordSet> Bands::Keltner(shared_ptr<Database> data, shared_ptr<Recor
                              .VIDYA(data, close, Periods, average_type::VidyaR2Scale, KeltnerMedianName)
                              ->getField(KeltnerMedianName);
     const Integer count = object(close).getRecordCount();
-    const auto tops = makeColumn(count, KeltnerTopName);
-    const auto bottoms = makeColumn(count, KeltnerBottomName);
+    const auto tops = makeColumn(count, KeltnerTopName, Periods.value());
+    const auto bottoms = makeColumn(count, KeltnerBottomName, Periods.value());
     eachRecord(
         Periods, count,
         [&] { return fillAround(rowsOf(medians), rowsOf(ranges), Factor, Periods, count, *tops, *bottoms); },
@@ -184,8 +184,8 @@ shared_ptr<RecordSet> Bands::Keltner(shared_ptr<Database> data, shared_ptr<Recor
 shared_ptr<RecordSet> Bands::PrimeNumberBands(shared_ptr<Database> data, shared_ptr<RecordSet> OHLCV) {
   return trap(PrimeNumberBandsFault, [&] {
     const Integer count = object(data).getRecordCount();
-    const auto tops = makeColumn(count, PrimeTopName);
-    const auto bottoms = makeColumn(count, PrimeBottomName);
+    const auto tops = makeColumn(count, PrimeTopName, 1);
+    const auto bottoms = makeColumn(count, PrimeBottomName, 1);
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     eachRecord(1, count, noKernel, [&](Integer record) {
       bottoms->setValue(record, primeAtOrBelow(toLong(primePrice(low(record)))));
@@ -203,16 +203,19 @@ shared_ptr<RecordSet> Bands::FractalChaosBands(shared_ptr<Database> data, shared
   const Integer count = object(data).getRecordCount();
   checkPeriods(Periods, 1, count, FractalChaosBandsPeriodsFault);
   return trap(FractalChaosBandsFault, [&] {
-    const auto highs = makeColumn(count, FractalHighName);
-    const auto lows = makeColumn(count, FractalLowName);
+    // The first record that has seen a value with all its neighbours.
+    const std::int64_t first = 2LL * Periods.value() + 1;
+    const auto highs = makeColumn(count, FractalHighName, first);
+    const auto lows = makeColumn(count, FractalLowName, first);
     const auto high = object(OHLCV).getField(Database::HighName);
     const auto low = OHLCV->getField(Database::LowName);
     eachRecord(
         1, count,
         [&] {
           const kernels::Records records = recordRange(1, count);
-          return std::min(kernels::run(&Table::peaks, rowsOf(high), Periods.value(), records, highs->values().data()),
-                          kernels::run(&Table::valleys, rowsOf(low), Periods.value(), records, lows->values().data()));
+          return std::min(
+              kernels::run(&Table::peaks, rowsOf(high), Periods.value(), records, highs->writableValues().data()),
+              kernels::run(&Table::valleys, rowsOf(low), Periods.value(), records, lows->writableValues().data()));
         },
         [&](Integer record) {
           stepFractals(high, Periods, record, *highs, std::greater<double>());

@@ -1,10 +1,17 @@
 #include "orvex/data/columns.h"
 
+#include <algorithm>
+#include <span>
+
 namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<Field> makeColumn(Integer count, std::string_view name) {
+  return makeColumn(count, name, 1, 0);
+}
+
+std::shared_ptr<Field> makeColumn(Integer count, std::string_view name, std::int64_t first, std::int64_t last) {
   auto column = std::make_shared<Field>();
-  column->initialize(count, name);
+  column->initializeToFill(count, name, first, last);
   return column;
 }
 
@@ -15,7 +22,9 @@ std::shared_ptr<RecordSet> makeRecordSet(std::initializer_list<std::shared_ptr<F
 }
 
 void blank(Field& column, Integer last) {
-  for (int row = 1; row <= last; ++row) column.setValue(row, 0.0);
+  const std::span<double> rows = column.writableValues();
+  if (last > rows.size()) raise(Field::setValueFault);
+  if (last > 0) std::fill_n(rows.begin(), last.value(), 0.0);
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -33,10 +34,16 @@ inline void checkPeriods(Integer periods, int least, Integer count, const Fault&
 /// A new column of `count` rows, all 0. Error 9 for a count below 1.
 std::shared_ptr<Field> makeColumn(Integer count, std::string_view name);
 
+/// The same with nothing in rows `first` to `last`, each of which its maker then writes.
+std::shared_ptr<Field> makeColumn(Integer count, std::string_view name, std::int64_t first, std::int64_t last);
+inline std::shared_ptr<Field> makeColumn(Integer count, std::string_view name, std::int64_t first) {
+  return makeColumn(count, name, first, count.value());
+}
+
 /// A new set of the given columns, in this order.
 std::shared_ptr<RecordSet> makeRecordSet(std::initializer_list<std::shared_ptr<Field>> columns);
 
-/// Writes 0 into rows 1 to `last`, one by one, so a column that is shorter fails at its end.
+/// Writes 0 into rows 1 to `last`; a column that is shorter fails at its end.
 void blank(Field& column, Integer last);
 
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -1,5 +1,6 @@
 #include "orvex/data/database.h"
 
+#include <cstdint>
 #include <utility>
 
 #include "orvex/data/host_events.h"
@@ -91,7 +92,8 @@ void Database::RecordsetCache(std::shared_ptr<RecordSet> NewRecordset) {
 
 Integer Database::setPosition(Integer Index) {
   if (Index < 1) raise(BeginOfFile);
-  if (Index > recordCount_.value() + 1) raise(EndOfFile);
+  // The record behind the last may lie beyond what a count can tell.
+  if (Index > std::int64_t{recordCount_.value()} + 1) raise(EndOfFile);
   position_ = Index;
   return 0;
 }
@@ -112,6 +114,14 @@ void Database::OpenDatabaseByFourArrays(const VariantArray& OpenAry, const Varia
   load([&] {
     beginLoad();
     loadArrays(OpenAry, HighAry, LowAry, CloseAry);
+  });
+}
+
+void Database::OpenDatabaseByRows(const PriceRows& prices) {
+  load([&] {
+    recordset_ = std::make_shared<RecordSet>();
+    columns_ = {};
+    loadRows(prices);
   });
 }
 
@@ -180,6 +190,32 @@ void Database::loadArrays(const VariantArray& open, const VariantArray& high, co
     columns_.volume->setValue(i, close.number(i));
   }
   publish(*recordset_, columns_);
+}
+
+void Database::loadRows(const PriceRows& prices) {
+  Integer count = prices.dates.values.size();
+  const auto add = [&](std::shared_ptr<Field>& field, const Rows<double>& rows, std::string_view name) {
+    if (rows.values.empty()) return;
+    field = std::make_shared<Field>();
+    field->view(rows, name);
+    recordset_->addField(field);
+    if (count == 0) count = field->getRecordCount();
+    if (count != field->getRecordCount()) raise(faults::SubscriptOutOfRange);
+  };
+  if (count > 0) {
+    columns_.date = std::make_shared<Field>();
+    columns_.date->initialize(count, DateName);
+    columns_.date->viewTexts(prices.dates);
+    recordset_->addField(columns_.date);
+  }
+  add(columns_.open, prices.open, OpenName);
+  add(columns_.high, prices.high, HighName);
+  add(columns_.low, prices.low, LowName);
+  add(columns_.close, prices.close, CloseName);
+  add(columns_.volume, prices.volume, VolumeName);
+  if (count == 0) raise(faults::SubscriptOutOfRange);
+  recordCount_ = count;
+  MoveFirst();
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

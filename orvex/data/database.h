@@ -3,15 +3,23 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "orvex/data/binding_slot.h"
 #include "orvex/data/error.h"
 #include "orvex/data/field.h"
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
+#include "orvex/data/rows.h"
 #include "orvex/data/variant.h"
 
 namespace orvex::inline ORVEX_COUNTS {
+
+/// Price columns that stand in memory already: those that there are, all of one length.
+struct PriceRows {
+  Rows<double> open{}, high{}, low{}, close{}, volume{};
+  Rows<std::string_view> dates{};
+};
 
 /// A price series: the fields "Date" (texts), "Open", "High", "Low", "Close" and "Volume" in one `RecordSet`, their
 /// record count, and a cursor that stands on one record, or one past the last. Indicators take it as `data`.
@@ -66,6 +74,11 @@ class Database : public std::enable_shared_from_this<Database> {
   void OpenDatabaseByFourArrays(const VariantArray& OpenAry, const VariantArray& HighAry, const VariantArray& LowAry,
                                 const VariantArray& CloseAry);
 
+  /// Loads columns at once. Those that have an owner are viewed and not copied, so loading them costs the same however
+  /// long they are. A column without rows is left out of the set, and a method that needs it then fails as it does of
+  /// any set without it. Ends at record 1. Error 9 for columns that differ in length and where there are none.
+  void OpenDatabaseByRows(const PriceRows& prices);
+
   /// Lets go of the set. Fields, record count and cursor stay.
   void CloseDatabase() { recordset_ = nullptr; }
 
@@ -81,6 +94,7 @@ class Database : public std::enable_shared_from_this<Database> {
   void loadLines(const std::string& filename, const std::string& delimiter);
   void loadArrays(const VariantArray& open, const VariantArray& high, const VariantArray& low,
                   const VariantArray& close);
+  void loadRows(const PriceRows& prices);
   static void publish(RecordSet& recordset, const Columns& columns);
 
   Columns columns_;

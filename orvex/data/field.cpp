@@ -1,50 +1,121 @@
 #include "orvex/data/field.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace orvex::inline ORVEX_COUNTS {
 
 Empty Field::initialize(Integer RecordCount, std::string_view Name) {
+  initializeToFill(RecordCount, Name, 1, 0);
+  return {};
+}
+
+void Field::initializeToFill(Integer RecordCount, std::string_view Name, std::int64_t first, std::int64_t last) {
   if (RecordCount < 1) raise(faults::SubscriptOutOfRange);
-  std::vector<double> values(static_cast<std::size_t>(RecordCount.value()));
+  OwnRows rows = newRows(static_cast<std::size_t>(RecordCount.value()));
+  const auto count = static_cast<std::int64_t>(RecordCount.value());
+  const std::int64_t before = std::clamp(first - 1, std::int64_t{0}, count);
+  std::fill_n(rows.values.begin(), before, 0.0);
+  std::fill(rows.values.begin() + std::clamp(last, before, count), rows.values.end(), 0.0);
+  replace(std::move(rows), Name);
+}
+
+void Field::view(Rows<double> rows, std::string_view Name) {
+  if (rows.values.empty()) raise(faults::SubscriptOutOfRange);
+  const Integer count = rows.values.size();
+  if (rows.owner == nullptr) {
+    OwnRows copy = newRows(rows.values.size());
+    std::ranges::copy(rows.values, copy.values.begin());
+    return replace(std::move(copy), Name);
+  }
   std::string name(Name);
   auto note = std::make_shared<Note>();
-  values_ = std::move(values);
-  texts_ = {};
+  values_ = rows.values;
+  own_ = nullptr;
+  owner_ = std::move(rows.owner);
+  texts_ = nullptr;
   name_ = std::move(name);
-  recordCount_ = RecordCount;
+  recordCount_ = count;
   note_ = std::move(note);
-  return {};
+}
+
+void Field::viewTexts(Rows<std::string_view> texts) {
+  if (texts.values.size() != values_.size()) raise(faults::SubscriptOutOfRange);
+  auto all = std::make_unique<Texts>();
+  if (texts.owner == nullptr) {
+    all->own.assign(texts.values.begin(), texts.values.end());
+  } else {
+    all->viewed = std::move(texts);
+  }
+  texts_ = std::move(all);
 }
 
 Empty Field::destroy() {
   values_ = {};
-  texts_ = {};
+  own_ = nullptr;
+  owner_ = nullptr;
+  texts_ = nullptr;
   return {};
 }
 
 void Field::setStrValue(Integer RowIndex, std::string_view Value) {
   trap(setStrValueFault, [&] {
     if (!hasRow(RowIndex)) raise(faults::SubscriptOutOfRange);
-    if (texts_.empty()) texts_.resize(values_.size());
-    texts_[index(RowIndex)] = Value;
+    if (texts_ == nullptr) texts_ = std::make_unique<Texts>();
+    if (texts_->own.empty()) {
+      const auto viewed = texts_->viewed.values;
+      std::vector<std::string> own(viewed.begin(), viewed.end());
+      own.resize(values_.size());
+      texts_->own = std::move(own);
+      texts_->viewed = {};
+    }
+    texts_->own[index(RowIndex)] = Value;
   });
 }
 
 std::string Field::getStrValue(Integer RowIndex) const {
   return trap(getStrValueFault, [&] {
     if (!hasRow(RowIndex)) raise(faults::SubscriptOutOfRange);
-    return texts_.empty() ? std::string() : texts_[index(RowIndex)];
+    return std::string(text(index(RowIndex)));
   });
 }
 
 Array<double> Field::getDoubleArray() const {
-  return values_.empty() ? Array<double>() : Array<double>(values_);
+  return values_.empty() ? Array<double>() : Array<double>(std::vector<double>(values_.begin(), values_.end()));
 }
 
 Array<std::string> Field::getStringArray() const {
   if (values_.empty()) return {};
-  return Array<std::string>(texts_.empty() ? std::vector<std::string>(values_.size()) : texts_);
+  std::vector<std::string> texts(values_.size());
+  for (std::size_t row = 0; row < texts.size(); ++row) texts[row] = text(row);
+  return Array<std::string>(std::move(texts));
+}
+
+OwnRows Field::releaseRows() {
+  OwnRows rows{writableValues(), std::const_pointer_cast<void>(owner_)};
+  destroy();
+  return rows;
+}
+
+std::string_view Field::text(std::size_t row) const {
+  if (texts_ == nullptr) return {};
+  if (!texts_->own.empty()) return texts_->own[row];
+  return texts_->viewed.values.empty() ? std::string_view() : texts_->viewed.values[row];
+}
+
+void Field::copyRows() {
+  if (values_.empty()) return;
+  OwnRows copy = newRows(values_.size());
+  std::ranges::copy(values_, copy.values.begin());
+  values_ = copy.values;
+  own_ = copy.values.data();
+  owner_ = std::move(copy.owner);
+}
+
+void Field::replace(OwnRows rows, std::string_view name) {
+  Rows<double> made{rows.values, std::move(rows.owner)};
+  view(std::move(made), name);
+  own_ = rows.values.data();
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

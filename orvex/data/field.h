@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -11,12 +12,16 @@
 #include "orvex/data/error.h"
 #include "orvex/data/integer.h"
 #include "orvex/data/note.h"
+#include "orvex/data/rows.h"
 #include "orvex/data/variant.h"
 
 namespace orvex::inline ORVEX_COUNTS {
 
 /// One named column of a price series or of a result: rows 1 (the oldest record) to the record count, each with a
 /// number and, beside it, a text, and one attached `Note`. A new field has no rows, no name and no note.
+///
+/// The rows are the field's own, or somebody else's that it views: those are copied when they are first written, and
+/// never changed. Threads may read one field at the same time while nobody writes to it.
 class Field {
  public:
   static constexpr Fault setValueFault = outOfBounds("Field.setValue.ArrayOutOfBounds");
@@ -39,6 +44,13 @@ class Field {
   /// Makes rows 1 to `RecordCount`, all 0.0 and "", in place of any earlier ones, and attaches a new note. Error 9
   /// for a count below 1, which changes nothing.
   Empty initialize(Integer RecordCount, std::string_view Name);
+  /// The same, with nothing in rows `first` to `last`: for whoever then writes each of them, and reads none before.
+  void initializeToFill(Integer RecordCount, std::string_view Name, std::int64_t first, std::int64_t last);
+  /// The same, with somebody else's rows, at no cost that grows with their number: their owner is held from then on.
+  /// Rows without an owner are copied. Error 9 for no rows and 6 for more than counts can tell, which change nothing.
+  void view(Rows<double> rows, std::string_view Name);
+  /// Views texts for all rows likewise. Error 9 for another number of them.
+  void viewTexts(Rows<std::string_view> texts);
   /// Frees the rows. Name, count and note stay.
   Empty destroy();
 
@@ -49,7 +61,8 @@ class Field {
   /// The row accessors raise 1105 "Field.(method).ArrayOutOfBounds" for a row that does not exist.
   void setValue(Integer RowIndex, double Value) {
     if (!hasRow(RowIndex)) raise(setValueFault);
-    values_[index(RowIndex)] = Value;
+    if (own_ == nullptr) copyRows();
+    own_[index(RowIndex)] = Value;
   }
   double getValue(Integer RowIndex) const {
     if (!hasRow(RowIndex)) raise(getValueFault);
@@ -62,19 +75,36 @@ class Field {
   Array<double> getDoubleArray() const;
   Array<std::string> getStringArray() const;
 
-  /// The numbers of rows 1, 2, ... in place, for bulk access; empty where there are no rows. Valid until `initialize`
-  /// or `destroy`, so never across a yield.
-  std::span<double> values() noexcept { return values_; }
+  /// The numbers of rows 1, 2, ... in place; none where there are no rows. Valid until the rows are written or are
+  /// others, so never across a yield.
   std::span<const double> values() const noexcept { return values_; }
+  /// The same, to be written: rows that the field views are copied first.
+  std::span<double> writableValues() {
+    if (own_ == nullptr) copyRows();
+    return {own_, values_.size()};
+  }
+  /// Hands the rows over to whoever goes on with them, without a copy unless they are viewed. The field has none then,
+  /// as after `destroy`.
+  OwnRows releaseRows();
 
   BindingSlot binding;
 
  private:
+  struct Texts {
+    std::vector<std::string> own;
+    Rows<std::string_view> viewed;  // in their place while nobody has written a text
+  };
+
   static std::size_t index(Integer row) noexcept { return static_cast<std::size_t>(row.value() - 1); }
   bool hasRow(Integer row) const noexcept { return row >= 1 && index(row) < values_.size(); }
+  std::string_view text(std::size_t row) const;
+  void copyRows();
+  void replace(OwnRows rows, std::string_view name);
 
-  std::vector<double> values_;
-  std::vector<std::string> texts_;  // made when the first text is written: most columns never have one
+  std::span<const double> values_;
+  double* own_ = nullptr;  // the same rows, where they are the field's own
+  std::shared_ptr<const void> owner_;
+  std::unique_ptr<Texts> texts_;  // made with the first text: most columns never have one
   std::string name_;
   Integer recordCount_;
   std::shared_ptr<Note> note_;

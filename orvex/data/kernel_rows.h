@@ -20,8 +20,9 @@ inline kernels::Records recordRange(Integer first, Integer last) {
 
 /// Working space for a kernel: `columns` columns of `count` rows each, one after the other, with nothing in them yet.
 inline std::unique_ptr<double[]> workingRows(Integer count, int columns = 1) {
-  return std::make_unique_for_overwrite<double[]>(static_cast<std::size_t>(count.value()) *
-                                                  static_cast<std::size_t>(columns));
+  // No more bytes than a pointer difference can tell; the standard's own function is not everywhere yet.
+  return std::unique_ptr<double[]>(
+      new double[static_cast<std::size_t>(count.value()) * static_cast<std::size_t>(columns)]);
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

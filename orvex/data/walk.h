@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "orvex/data/database.h"
 #include "orvex/data/host_events.h"
@@ -50,12 +51,12 @@ void eachRecord(Integer first, Integer last, Kernel&& kernel, Step&& step) {
   eachRecord(first, last, kernel, step, [](Integer) {});
 }
 
-/// The same from the first computed record on, which need not fit 16 bits where it lies beyond the last; `kernel` is
+/// The same from the first computed record on, which need not be a count where it lies beyond the last; `kernel` is
 /// handed the records.
 template <class Kernel, class Step>
-void eachComputed(int first, Integer count, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
+void eachComputed(std::int64_t first, Integer count, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
   if (first > count) return;
-  const kernels::Records records{first, count.value()};
+  const kernels::Records records{static_cast<int>(first), count.value()};
   eachRecord(
       first, count, [&] { return kernel(records); }, step, [](Integer) {}, hook);
 }

@@ -22,7 +22,7 @@ std::shared_ptr<RecordSet> rollingExtreme(const std::shared_ptr<Database>& data,
                                           Kernel Table::*kernel, Beats&& beats) {
   applyDefault(Alias, name);
   const Integer count = object(data).getRecordCount();
-  const auto result = makeColumn(count, Alias.get());
+  const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
   data->MoveFirst();
   const Integer first = Periods + 1;
   // The cursor runs along from record 1, `Periods` behind the record; after a fault that is where it stands.
@@ -30,7 +30,7 @@ std::shared_ptr<RecordSet> rollingExtreme(const std::shared_ptr<Database>& data,
       first, count,
       [&] {
         return kernels::run(kernel, rowsOf(source), Periods.value() + 1, kernels::Ties::Newest,
-                            recordRange(first, count), result->values().data());
+                            recordRange(first, count), result->writableValues().data());
       },
       [&](Integer record) {
         Real extreme = at(source, record);

@@ -21,10 +21,10 @@ std::shared_ptr<RecordSet> transform(const std::shared_ptr<Database>& data, InOu
                                      std::string_view name, Kernel&& kernel, Formula&& formula) {
   applyDefault(Alias, name);
   const Integer count = object(data).getRecordCount();
-  const auto result = makeColumn(count, Alias.get());
+  const auto result = makeColumn(count, Alias.get(), 1);
   data->MoveFirst();
   walk(
-      *data, 1, count, [&] { return kernel(recordRange(1, count), result->values().data()); },
+      *data, 1, count, [&] { return kernel(recordRange(1, count), result->writableValues().data()); },
       [&](Integer record) { result->setValue(record, formula(record)); });
   data->MoveFirst();
   return makeRecordSet({result});
@@ -89,7 +89,7 @@ std::shared_ptr<RecordSet> General::VolumeROC(std::shared_ptr<Database> data, st
   return trap(VolumeROCFault, [&] {
     applyDefault(Alias, VolumeROCName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     Real rate = 0;
     const Integer first = Periods + 1;
     data->setPosition(first);
@@ -97,7 +97,7 @@ std::shared_ptr<RecordSet> General::VolumeROC(std::shared_ptr<Database> data, st
         *data, first, count,
         [&]() -> std::size_t {
           const std::size_t done = kernels::run(&Table::rateOfChangeKept, rowsOf(Volume), Periods.value(),
-                                                recordRange(first, count), result->values().data());
+                                                recordRange(first, count), result->writableValues().data());
           if (done > 0) rate = at(result, Periods.value() + static_cast<int>(done));
           return done;
         },
@@ -120,14 +120,14 @@ std::shared_ptr<RecordSet> General::PriceROC(std::shared_ptr<Database> data, std
   return trap(PriceROCFault, [&] {
     applyDefault(Alias, PriceROCName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     const Integer first = Periods + 1;
     data->setPosition(first);
     walk(
         *data, first, count,
         [&] {
           return kernels::run(&Table::rateOfChange, rowsOf(Source), Periods.value(), recordRange(first, count),
-                              result->values().data());
+                              result->writableValues().data());
         },
         [&](Integer record) {
           const Real prior = at(Source, data->getPosition() - Periods);

@@ -18,7 +18,7 @@ std::shared_ptr<RecordSet> General::StandardDeviation(std::shared_ptr<Database> 
   constexpr std::string_view averageName = "Temp";
   const auto result = trap(StandardDeviationFault, [&] {
     applyDefault(Alias, StandardDeviationName);
-    return makeColumn(object(data).getRecordCount(), Alias.get());
+    return makeColumn(object(data).getRecordCount(), Alias.get(), Periods.value() + 1LL);
   });
   const auto recordset =
       trap(StandardDeviationAverageFault, [&] { return averageOfType(MAType, data, Source, Periods, averageName); });
@@ -31,7 +31,8 @@ std::shared_ptr<RecordSet> General::StandardDeviation(std::shared_ptr<Database> 
         *data, first, count,
         [&] {
           return kernels::run(&Table::deviation, rowsOf(Source), average.rows(), Periods.value(), 0,
-                              Real(StandardDeviations).value(), recordRange(first, count), result->values().data());
+                              Real(StandardDeviations).value(), recordRange(first, count),
+                              result->writableValues().data());
         },
         [&](Integer record) {
           Real sum = 0;

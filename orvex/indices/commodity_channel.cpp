@@ -19,15 +19,15 @@ std::shared_ptr<RecordSet> Index::CommodityChannelIndex(std::shared_ptr<Database
   checkPeriods(Periods, 1, count, CommodityChannelIndexPeriodsFault);
   checkAverageType(MA_Type, CommodityChannelIndexAverageFault);
   return trap(CommodityChannelIndexFault, [&] {
-    const auto result = makeColumn(count, Alias.get());
     const auto prices = General().TypicalPrice(data, OHLCV, "Typical")->getField("Typical");
     const auto averages = averageColumn(MA_Type, data, prices, Periods, "Average");
-    const int first = firstAverageRow(MA_Type.value(), Periods.value());
+    const std::int64_t first = firstAverageRow(MA_Type.value(), Periods.value());
+    const auto result = makeColumn(count, Alias.get(), first);
     eachComputed(
         first, count,
         [&](kernels::Records records) {
           return kernels::run(&kernels::Table::channel, rowsOf(prices), rowsOf(averages), Periods.value(), records,
-                              result->values().data());
+                              result->writableValues().data());
         },
         [&](Integer record) {
           const Real price = at(prices, record), average = at(averages, record);

@@ -17,11 +17,11 @@ template <class Kernel, class Next>
 std::shared_ptr<RecordSet> cumulate(const std::shared_ptr<Database>& data, std::string_view name, Integer first,
                                     double seed, Kernel&& kernel, Next&& next) {
   const Integer count = object(data).getRecordCount();
-  const auto result = makeColumn(count, name);
+  const auto result = makeColumn(count, name, first.value());
   result->setValue(1, seed);
   data->setPosition(first);
   walk(
-      *data, first, count, [&] { return kernel(recordRange(first, count), result->values().data()); },
+      *data, first, count, [&] { return kernel(recordRange(first, count), result->writableValues().data()); },
       [&](Integer record) { result->setValue(record, next(record, record > 1 ? at(result, record - 1) : Real(0))); });
   data->MoveFirst();
   return makeRecordSet({result});

@@ -40,7 +40,7 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
         [&] {
           const auto terms = workingRows(count);
           return kernels::run(&kernels::Table::ratioSum, rowsOf(single), rowsOf(twice), Periods.value(),
-                              recordRange(first - 1, count), terms.get(), result->values().data());
+                              recordRange(first - 1, count), terms.get(), result->writableValues().data());
         },
         [&](Integer record) {
           Real sum = 0;

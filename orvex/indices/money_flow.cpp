@@ -14,7 +14,7 @@ std::shared_ptr<RecordSet> Index::ChaikinMoneyFlow(std::shared_ptr<Database> dat
   return trap(ChaikinMoneyFlowFault, [&] {
     applyDefault(Alias, ChaikinMoneyFlowName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     PriceColumn highs(OHLCV, Database::HighName), lows(OHLCV, Database::LowName);
     PriceColumn closes(OHLCV, Database::CloseName), volumes(OHLCV, Database::VolumeName);
     eachRecord(
@@ -23,7 +23,7 @@ std::shared_ptr<RecordSet> Index::ChaikinMoneyFlow(std::shared_ptr<Database> dat
           const kernels::Bars bars{highs.rows(), lows.rows(), closes.rows()};
           const auto terms = workingRows(count);
           return kernels::run(&kernels::Table::moneyFlow, bars, volumes.rows(), Periods.value(),
-                              recordRange(Periods + 1, count), terms.get(), result->values().data());
+                              recordRange(Periods + 1, count), terms.get(), result->writableValues().data());
         },
         [&](Integer record) {
           Real flow = 0, total = 0;

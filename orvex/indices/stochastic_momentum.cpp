@@ -21,7 +21,7 @@ using kernels::Table;
 /// A column on its way through the averages, with its first computed row.
 struct Smoothed {
   std::shared_ptr<Field> column;
-  int first;
+  std::int64_t first;
 };
 
 Smoothed average(const Smoothed& inner, Integer MA_Type, Integer periods, std::string_view name) {
@@ -42,8 +42,8 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
   return trap(StochasticMomentumIndexFault, [&] {
     PriceColumn highs(OHLCV, Database::HighName), lows(OHLCV, Database::LowName);
     PriceColumn closes(OHLCV, Database::CloseName);
-    Smoothed momentum{makeColumn(count, "Momentum"), KPeriods.value()};
-    Smoothed range{makeColumn(count, "Range"), KPeriods.value()};
+    Smoothed momentum{makeColumn(count, "Momentum", KPeriods.value()), KPeriods.value()};
+    Smoothed range{makeColumn(count, "Range", KPeriods.value()), KPeriods.value()};
     {
       // The extremes of `General` cover one record more than the number that they are given.
       const auto highest = General().HHV(data, highs.field(), KPeriods - 1, "HHV")->getField("HHV");
@@ -53,9 +53,9 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
           [&] {
             const kernels::Records records = recordRange(KPeriods, count);
             const std::size_t momenta = kernels::run(&Table::fromMiddle, closes.rows(), rowsOf(highest), rowsOf(lowest),
-                                                     records, momentum.column->values().data());
+                                                     records, momentum.column->writableValues().data());
             const std::size_t ranges = kernels::run(&Table::difference, rowsOf(highest), 0, rowsOf(lowest), records,
-                                                    range.column->values().data());
+                                                    range.column->writableValues().data());
             return std::min(momenta, ranges);
           },
           [&](Integer record) {
@@ -69,12 +69,12 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
       momentum = average(momentum, MA_Type, periods, "Momentum");
       range = average(range, MA_Type, periods, "Range");
     }
-    const Smoothed percentK{makeColumn(count, PercentKName), momentum.first};
+    const Smoothed percentK{makeColumn(count, PercentKName, momentum.first), momentum.first};
     eachComputed(
         percentK.first, count,
         [&](kernels::Records records) {
           return kernels::run(&Table::percentOfHalf, rowsOf(momentum.column), rowsOf(range.column), records,
-                              percentK.column->values().data());
+                              percentK.column->writableValues().data());
         },
         [&](Integer record) {
           const Real divisor = at(range.column, record) / 2;

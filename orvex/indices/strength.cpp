@@ -52,7 +52,7 @@ std::shared_ptr<RecordSet> Index::RelativeStrengthIndex(std::shared_ptr<Database
   if (Periods < 1) raise(RelativeStrengthIndexPeriodsFault);
   return trap(RelativeStrengthIndexFault, [&] {
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     if (Periods < count) {
       const Integer first = Periods + 1;
       Move mean = firstMean(Source, Periods);
@@ -63,7 +63,7 @@ std::shared_ptr<RecordSet> Index::RelativeStrengthIndex(std::shared_ptr<Database
             const auto falls = workingRows(count);
             const std::size_t done =
                 kernels::run(&kernels::Table::strength, rowsOf(Source), Periods.value(), recordRange(first, count),
-                             means, falls.get(), result->values().data());
+                             means, falls.get(), result->writableValues().data());
             mean = {means[0], means[1]};
             return done;
           },
@@ -83,7 +83,7 @@ std::shared_ptr<RecordSet> Index::MoneyFlowIndex(std::shared_ptr<Database> data,
   const Integer count = object(data).getRecordCount();
   checkPeriods(Periods, 1, count, MoneyFlowIndexPeriodsFault);
   return trap(MoneyFlowIndexFault, [&] {
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     PriceColumn highs(OHLCV, Database::HighName), lows(OHLCV, Database::LowName);
     PriceColumn closes(OHLCV, Database::CloseName), volumes(OHLCV, Database::VolumeName);
     const auto typical = [&](Integer record) { return (highs(record) + lows(record) + closes(record)) / 3; };
@@ -95,7 +95,7 @@ std::shared_ptr<RecordSet> Index::MoneyFlowIndex(std::shared_ptr<Database> data,
           const auto flows = workingRows(count, 2);
           return kernels::run(&kernels::Table::moneyFlowIndex, bars, volumes.rows(), Periods.value(),
                               recordRange(first, count), flows.get(), flows.get() + count.value(),
-                              result->values().data());
+                              result->writableValues().data());
         },
         [&](Integer record) {
           Real rising = 0, falling = 0;

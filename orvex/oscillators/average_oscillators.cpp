@@ -21,24 +21,24 @@ namespace {
 using kernels::Table;
 
 /// result(r) = minuend(r - lag) - subtrahend(r) from `first` on.
-void fillDifferences(int first, Integer count, const std::shared_ptr<Field>& minuend, int lag,
+void fillDifferences(std::int64_t first, Integer count, const std::shared_ptr<Field>& minuend, int lag,
                      const std::shared_ptr<Field>& subtrahend, Field& result, YieldHook hook = yieldHook()) {
   eachComputed(
       first, count,
       [&](kernels::Records records) {
         return kernels::run(&Table::difference, rowsOf(minuend), lag, rowsOf(subtrahend), records,
-                            result.values().data());
+                            result.writableValues().data());
       },
       [&](Integer record) { result.setValue(record, at(minuend, record - lag) - at(subtrahend, record)); }, hook);
 }
 
 /// result(r) = (a(r) - b(r - lag)) / b(r - lag) x 100 from `first` on, 0 where b is 0.
-void fillPercentages(int first, Integer count, const std::shared_ptr<Field>& a, const std::shared_ptr<Field>& b,
-                     int lag, Field& result) {
+void fillPercentages(std::int64_t first, Integer count, const std::shared_ptr<Field>& a,
+                     const std::shared_ptr<Field>& b, int lag, Field& result) {
   eachComputed(
       first, count,
       [&](kernels::Records records) {
-        return kernels::run(&Table::percentAbove, rowsOf(a), rowsOf(b), lag, records, result.values().data());
+        return kernels::run(&Table::percentAbove, rowsOf(a), rowsOf(b), lag, records, result.writableValues().data());
       },
       [&](Integer record) {
         const Real whole = at(b, record - lag), part = at(a, record) - whole;
@@ -49,7 +49,7 @@ void fillPercentages(int first, Integer count, const std::shared_ptr<Field>& a, 
 /// Two averages of one column, both computed from `first` on.
 struct ShortAndLong {
   std::shared_ptr<Field> shorter, longer;
-  int first;
+  std::int64_t first;
 };
 
 ShortAndLong shortAndLong(Integer MA_Type, const std::shared_ptr<Database>& data, const std::shared_ptr<Field>& source,
@@ -63,7 +63,7 @@ ShortAndLong shortAndLong(Integer MA_Type, const std::shared_ptr<Database>& data
 Real rangeOfSpan(const SpanExtremes& known, const std::shared_ptr<Field>& source, Integer length, Integer record) {
   if (record <= known.records.last) {
     const auto index = static_cast<std::size_t>(record.value() - 1);
-    return Real(known.highest[index]) - known.lowest[index];
+    return Real(known.highest.rows[index]) - known.lowest.rows[index];
   }
   Extremes span;
   span.begin(at(source, record), at(source, record));
@@ -87,8 +87,8 @@ std::shared_ptr<RecordSet> differenceInPercent(const std::shared_ptr<Database>& 
   checkPeriods(longCycle, 1, count, texts.periods);
   checkAverageType(MA_Type, texts.average);
   return trap(texts.unexpected, [&] {
-    const auto result = makeColumn(count, alias.get());
     const ShortAndLong averages = shortAndLong(MA_Type, data, source, shortCycle, longCycle);
+    const auto result = makeColumn(count, alias.get(), averages.first);
     fillPercentages(averages.first, count, averages.shorter, averages.longer, 0, *result);
     data->MoveFirst();
     return makeRecordSet({result});
@@ -123,13 +123,13 @@ std::shared_ptr<RecordSet> Oscillator::MACD(std::shared_ptr<Database> data, std:
   }
   return trap(MACDFault, [&] {
     const std::string signalName = Alias.get() + std::string(MACDSignalSuffix);
-    const auto line = makeColumn(count, Alias.get());
-    const auto histogram = makeColumn(count, Alias.get() + std::string(MACDHistogramSuffix));
     const ShortAndLong averages = shortAndLong(average_type::Exponential, data, Source, ShortCycle, LongCycle);
-    const int first = averages.first;
+    const std::int64_t first = averages.first, firstBoth = first + SignalPeriods.value();
+    const auto line = makeColumn(count, Alias.get(), first);
     fillDifferences(first, count, averages.shorter, 0, averages.longer, *line);
     const auto signal = averageOfPart(average_type::Exponential, line, first, SignalPeriods, signalName);
-    fillDifferences(first + SignalPeriods.value(), count, line, 0, signal, *histogram, noYield);
+    const auto histogram = makeColumn(count, Alias.get() + std::string(MACDHistogramSuffix), firstBoth);
+    fillDifferences(firstBoth, count, line, 0, signal, *histogram, noYield);
     data->MoveFirst();
     return makeRecordSet({line, signal, histogram});
   });
@@ -143,10 +143,11 @@ std::shared_ptr<RecordSet> Oscillator::DetrendedPriceOscillator(std::shared_ptr<
   checkPeriods(Periods, 1, count, DetrendedPriceOscillatorPeriodsFault);
   checkAverageType(MA_Type, DetrendedPriceOscillatorAverageFault);
   return trap(DetrendedPriceOscillatorFault, [&] {
-    const auto result = makeColumn(count, Alias.get());
     const auto average = averageColumn(MA_Type, data, Source, Periods, "Average");
+    const std::int64_t first = firstAverageRow(MA_Type.value(), Periods.value());
+    const auto result = makeColumn(count, Alias.get(), first);
     const int lag = Periods.value() / 2 + 1;
-    fillDifferences(firstAverageRow(MA_Type.value(), Periods.value()), count, Source, lag, average, *result);
+    fillDifferences(first, count, Source, lag, average, *result);
     data->MoveFirst();
     return makeRecordSet({result});
   });
@@ -158,13 +159,13 @@ std::shared_ptr<RecordSet> Oscillator::TRIX(std::shared_ptr<Database> data, std:
   const Integer count = object(data).getRecordCount();
   checkPeriods(Periods, 1, count, TRIXPeriodsFault);
   return trap(TRIXFault, [&] {
-    const auto result = makeColumn(count, Alias.get());
     auto average = averageColumn(average_type::Exponential, data, Source, Periods, "Average");
-    const int wait = Periods.value();
-    int first = 1 + wait;
+    const std::int64_t wait = Periods.value();
+    std::int64_t first = 1 + wait;
     for (int again = 1; again <= 2; ++again, first += wait) {
       average = averageOfPart(average_type::Exponential, average, first, Periods, "Average");
     }
+    const auto result = makeColumn(count, Alias.get(), first + 1);
     fillPercentages(first + 1, count, average, average, 1, *result);
     data->MoveFirst();
     return makeRecordSet({result});
@@ -180,11 +181,11 @@ std::shared_ptr<RecordSet> Oscillator::GoldenDeathCross(std::shared_ptr<Database
   checkPeriods(LongPeriods, 1, count, GoldenDeathCrossPeriodsFault);
   checkAverageType(MA_Type, GoldenDeathCrossAverageFault);
   return trap(GoldenDeathCrossFault, [&] {
-    const auto result = makeColumn(count, Alias.get());
     const auto averages = shortAndLong(MA_Type, data, Source, ShortPeriods, LongPeriods);
+    const auto result = makeColumn(count, Alias.get(), averages.first + 1);
     const auto kernel = [&](kernels::Records records) {
       return kernels::run(&Table::crossings, rowsOf(averages.shorter), rowsOf(averages.longer), records,
-                          result->values().data());
+                          result->writableValues().data());
     };
     eachComputed(averages.first + 1, count, kernel, [&](Integer record) {
       const Real shortBefore = at(averages.shorter, record - 1), longBefore = at(averages.longer, record - 1);
@@ -203,12 +204,8 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
   checkPeriods(Levels, 2, count, RainbowOscillatorPeriodsFault);
   checkAverageType(MA_Type, RainbowOscillatorAverageFault);
   return trap(RainbowOscillatorFault, [&] {
-    const auto result = makeColumn(count, Alias.get());
-    const auto upper = makeColumn(count, RainbowUpperName);
-    const auto lower = makeColumn(count, RainbowLowerName);
-
-    const int wait = firstAverageRow(MA_Type.value(), 2) - 1;
-    int first = 1 + wait;
+    const std::int64_t wait = firstAverageRow(MA_Type.value(), 2) - 1;
+    std::int64_t first = 1 + wait;
     auto level = averageColumn(MA_Type, data, Source, 2, "Level");
     // The levels are taken together as they come, since there may be thousands of them: a record's sum, largest and
     // smallest. What no number can hold shows where it is used.
@@ -225,13 +222,20 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
       }
     }
 
-    const SpanExtremes spans = spanExtremes(rowsOf(Source), rowsOf(Source), Levels, {first, count.value()});
+    const kernels::Records records = first > count.value() ? kernels::Records{1, 0} : recordRange(first, count);
+    const SpanExtremes spans = spanExtremes(rowsOf(Source), rowsOf(Source), Levels, records);
+    const auto result = makeColumn(count, Alias.get(), first);
+    const auto upper = makeColumn(count, RainbowUpperName, first);
+    const auto lower = makeColumn(count, RainbowLowerName, first);
     eachComputed(first, count, noKernel, [&](Integer record) {
       const auto index = static_cast<std::size_t>(record.value() - 1);
       const Real range = rangeOfSpan(spans, Source, Levels, record);
-      if (range == 0) return;
-      result->setValue(record, 100 * (at(Source, record) - Real(sums[index]) / Levels) / range);
-      const Real width = 100 * (Real(largest[index]) - smallest[index]) / range;
+      Real place = 0, width = 0;
+      if (range != 0) {
+        place = 100 * (at(Source, record) - Real(sums[index]) / Levels) / range;
+        width = 100 * (Real(largest[index]) - smallest[index]) / range;
+      }
+      result->setValue(record, place);
       upper->setValue(record, width);
       lower->setValue(record, -width);
     });

@@ -33,10 +33,10 @@ std::shared_ptr<RecordSet> Oscillator::TrueRange(std::shared_ptr<Database> data,
     applyDefault(Alias, TrueRangeName);
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 2);
     const auto kernel = [&] {
       return kernels::run(&Table::trueRange, kernels::Bars{high.rows(), low.rows(), close.rows()},
-                          recordRange(2, count), result->values().data());
+                          recordRange(2, count), result->writableValues().data());
     };
     eachRecord(2, count, kernel, [&](Integer record) {
       const Real inside = high(record) - low(record);
@@ -77,21 +77,20 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
 
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     const Integer count = object(data).getRecordCount();
-    const auto rows = [](const std::shared_ptr<Field>& column) { return column->values().data(); };
+    const auto rows = [](const std::shared_ptr<Field>& column) { return column->writableValues().data(); };
     const kernels::Records moves = recordRange(2, count);
-    const auto up = makeColumn(count, "UpDMI"), down = makeColumn(count, "DnDMI");
-    const auto downIndex = makeColumn(count, DownIndexName);
-    const auto upIndex = makeColumn(count, UpIndexName);
+    const auto up = makeColumn(count, "UpDMI", 2), down = makeColumn(count, "DnDMI", 2);
+    const auto downIndex = makeColumn(count, DownIndexName, 2);
+    const auto upIndex = makeColumn(count, UpIndexName, 2);
     eachRecord(
         2, count,
         [&] { return kernels::run(&Table::directionalMoves, high.rows(), low.rows(), moves, rows(up), rows(down)); },
         [&](Integer record) {
           const Real rise = high(record) - high(record - 1), fall = low(record - 1) - low(record);
           // Equal moves cancel each other.
-          if ((rise >= 0 || fall >= 0) && rise != fall) {
-            up->setValue(record, rise < fall ? Real(0) : rise);
-            down->setValue(record, rise < fall ? fall : Real(0));
-          }
+          const bool moved = (rise >= 0 || fall >= 0) && rise != fall;
+          up->setValue(record, moved && rise > fall ? rise : Real(0));
+          down->setValue(record, moved && rise < fall ? fall : Real(0));
         });
 
     const auto upSum = wilder(up, Periods, "DM+Sum"), downSum = wilder(down, Periods, "DM-Sum");
@@ -105,13 +104,11 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
         },
         [&](Integer record) {
           const Real sum = at(rangeSum, record);
-          if (sum != 0) {
-            upIndex->setValue(record, fix(at(upSum, record) * 100 / sum));
-            downIndex->setValue(record, fix(at(downSum, record) * 100 / sum));
-          }
+          upIndex->setValue(record, sum == 0 ? Real(0) : fix(at(upSum, record) * 100 / sum));
+          downIndex->setValue(record, sum == 0 ? Real(0) : fix(at(downSum, record) * 100 / sum));
         });
 
-    const auto index = makeColumn(count, DirectionalIndexName);
+    const auto index = makeColumn(count, DirectionalIndexName, 2);
     eachRecord(
         2, count,
         [&] { return kernels::run(&Table::directionalIndex, rowsOf(downIndex), rowsOf(upIndex), moves, rows(index)); },
@@ -119,13 +116,13 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
           const Real difference = abs(at(downIndex, record) - at(upIndex, record));
           const Real sum = at(downIndex, record) + at(upIndex, record);
           // Truncated where the averages below are rounded.
-          if (difference > 0 && sum > 0) index->setValue(record, fix(difference / sum * 100));
+          index->setValue(record, difference > 0 && sum > 0 ? fix(difference / sum * 100) : Real(0));
         });
 
     // The average starts from 0 and not from the mean of the first indices: that seed is kept.
     const Integer first = Periods + 1;
     const kernels::Records averages = recordRange(first, count);
-    const auto average = makeColumn(count, AverageIndexName);
+    const auto average = makeColumn(count, AverageIndexName, first.value());
     eachRecord(
         first, count,
         [&] { return kernels::run(&Table::averageIndex, rowsOf(index), Periods.value(), averages, rows(average)); },
@@ -135,7 +132,7 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
         });
 
     // The rating looks one record back and not `Periods` of them: kept as well.
-    const auto rating = makeColumn(count, AverageIndexRatingName);
+    const auto rating = makeColumn(count, AverageIndexRatingName, first.value());
     eachRecord(
         first, count, [&] { return kernels::run(&Table::meanHalfUp, rowsOf(average), averages, rows(rating)); },
         [&](Integer record) {
@@ -152,14 +149,15 @@ std::shared_ptr<RecordSet> Oscillator::Aroon(std::shared_ptr<Database> data, std
   return trap(AroonFault, [&] {
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     const Integer count = object(data).getRecordCount();
-    const auto up = makeColumn(count, AroonUpName);
-    const auto down = makeColumn(count, AroonDownName);
-    const auto oscillator = makeColumn(count, AroonOscillatorName);
+    const auto up = makeColumn(count, AroonUpName, Periods.value() + 1LL);
+    const auto down = makeColumn(count, AroonDownName, Periods.value() + 1LL);
+    const auto oscillator = makeColumn(count, AroonOscillatorName, Periods.value() + 1LL);
     const auto kernel = [&] {
       const auto extremes = workingRows(count, 2);
-      return kernels::run(&Table::aroon, high.rows(), low.rows(), Periods.value(), recordRange(Periods + 1, count),
-                          kernels::AroonRows{up->values().data(), down->values().data(), oscillator->values().data(),
-                                             extremes.get(), extremes.get() + count.value()});
+      return kernels::run(
+          &Table::aroon, high.rows(), low.rows(), Periods.value(), recordRange(Periods + 1, count),
+          kernels::AroonRows{up->writableValues().data(), down->writableValues().data(),
+                             oscillator->writableValues().data(), extremes.get(), extremes.get() + count.value()});
     };
     eachRecord(Periods + 1, count, kernel, [&](Integer record) {
       // The record itself comes first and then the oldest: of equal extremes the record's own counts, otherwise the

@@ -33,7 +33,7 @@ std::shared_ptr<RecordSet> Oscillator::ChaosFractalOscillator(std::shared_ptr<Da
     const Integer count = object(data).getRecordCount();
     const auto high = object(OHLCV).getField(Database::HighName);
     const auto low = object(OHLCV).getField(Database::LowName);
-    const auto result = makeColumn(count, ChaosFractalOscillatorName);
+    const auto result = makeColumn(count, ChaosFractalOscillatorName, 2);
     // The rows that stand before others are all taken first, so a column that lacks them fails before any comparison.
     if (count > 4) {
       for (const auto& column : {high, low}) object(column).getValue(count - 1);
@@ -44,15 +44,14 @@ std::shared_ptr<RecordSet> Oscillator::ChaosFractalOscillator(std::shared_ptr<Da
       bool above = true, below = true;
       for (const Real before : fourBefore(high, record)) above &= at(high, record) > before;
       for (const Real before : fourBefore(low, record)) below &= at(low, record) < before;
-      if (above) result->setValue(record, 1);
-      if (below) result->setValue(record, -1);
+      result->setValue(record, below ? -1 : above ? 1 : 0);
     };
     eachRecord(2, std::min(count, Integer(4)), noKernel, step);
     eachRecord(
         5, count,
         [&] {
           return kernels::run(&kernels::Table::breakouts, rowsOf(high), rowsOf(low), recordRange(5, count),
-                              result->values().data());
+                              result->writableValues().data());
         },
         step);
     return makeRecordSet({result});
@@ -64,7 +63,7 @@ std::shared_ptr<RecordSet> Oscillator::PrimeNumberOscillator(std::shared_ptr<Dat
   return trap(PrimeNumberOscillatorFault, [&] {
     applyDefault(Alias, PrimeNumberOscillatorName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 1);
     eachRecord(1, count, noKernel, [&](Integer record) {
       const Real value = primePrice(at(Source, record));
       const std::int32_t number = toLong(value);

@@ -21,9 +21,10 @@ std::shared_ptr<RecordSet> Oscillator::CMO(std::shared_ptr<Database> data, std::
   return trap(CMOFault, [&] {
     applyDefault(Alias, CMOName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), (Periods > 0 ? Periods : count).value() + 1LL);
     const auto kernel = [&](kernels::Records records) {
-      return kernels::run(&Table::balanceOfMoves, rowsOf(Source), Periods.value(), records, result->values().data());
+      return kernels::run(&Table::balanceOfMoves, rowsOf(Source), Periods.value(), records,
+                          result->writableValues().data());
     };
     walkSpans(*data, Periods, count + 1, 1, kernel, [&](Integer record) {
       Real up = 0, down = 0;
@@ -32,7 +33,8 @@ std::shared_ptr<RecordSet> Oscillator::CMO(std::shared_ptr<Database> data, std::
         if (value > before) up += value - before;
         if (value < before) down += before - value;
       });
-      if (up + down != 0) result->setValue(record, (up - down) * 100 / (up + down));
+      // A span of no records writes nothing.
+      if (Periods > 0) result->setValue(record, up + down == 0 ? Real(0) : (up - down) * 100 / (up + down));
     });
     data->MoveFirst();
     return makeRecordSet({result});
@@ -44,13 +46,13 @@ std::shared_ptr<RecordSet> Oscillator::Momentum(std::shared_ptr<Database> data, 
   return trap(MomentumFault, [&] {
     applyDefault(Alias, MomentumName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 2LL);
     // Record Periods + 1 has its lag already and is passed over all the same: where the column begins is kept.
     const Integer first = Periods + 2;
     data->setPosition(first);
     const auto kernel = [&] {
       return kernels::run(&Table::momentum, rowsOf(Source), Periods.value(), recordRange(first, count),
-                          result->values().data());
+                          result->writableValues().data());
     };
     walk(*data, first, count, kernel, [&](Integer record) {
       data->setPosition(record - Periods);
@@ -69,11 +71,11 @@ std::shared_ptr<RecordSet> Oscillator::VerticalHorizontalFilter(std::shared_ptr<
   return trap(VerticalHorizontalFilterFault, [&] {
     applyDefault(Alias, VerticalHorizontalFilterName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     const auto kernel = [&](kernels::Records records) {
       const SpanExtremes spans = spanExtremes(rowsOf(Source), rowsOf(Source), Periods, records);
-      return kernels::run(&Table::rangeToPath, rowsOf(Source), kernels::source(spans.highest),
-                          kernels::source(spans.lowest), Periods.value(), spans.records, result->values().data());
+      return kernels::run(&Table::rangeToPath, rowsOf(Source), spans.highest, spans.lowest, Periods.value(),
+                          spans.records, result->writableValues().data());
     };
     walkSpans(*data, Periods, count + 1, 1, kernel, [&](Integer record) {
       Extremes extremes;
@@ -101,7 +103,7 @@ std::shared_ptr<RecordSet> Oscillator::LinearMomentumOscillator(std::shared_ptr<
     const auto quality =
         LinearRegression().Regression(data, momentum, Periods)->getField(LinearRegression::RSquaredName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 1);
     data->MoveFirst();
     // From record 1 on: where there is no line yet the column holds -100, and that is kept.
     walk(*data, 1, count, noKernel,
@@ -118,10 +120,10 @@ std::shared_ptr<RecordSet> Oscillator::WilliamsAccumulationDistribution(std::sha
     applyDefault(Alias, WilliamsAccumulationDistributionName);
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 2);
     const auto kernel = [&] {
       return kernels::run(&Table::accumulation, kernels::Bars{high.rows(), low.rows(), close.rows()},
-                          recordRange(2, count), result->values().data());
+                          recordRange(2, count), result->writableValues().data());
     };
     eachRecord(2, count, kernel, [&](Integer record) {
       const Real last = close(record), before = close(record - 1);
@@ -142,11 +144,11 @@ std::shared_ptr<RecordSet> Oscillator::ChaikinVolatility(std::shared_ptr<Databas
     applyDefault(Alias, ChaikinVolatilityName);
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
-    const auto range = makeColumn(count, "HL");
+    const auto result = makeColumn(count, Alias.get(), ROC.value() + 1LL);
+    const auto range = makeColumn(count, "HL", 1);
     const auto kernel = [&] {
       return kernels::run(&Table::difference, high.rows(), 0, low.rows(), recordRange(1, count),
-                          range->values().data());
+                          range->writableValues().data());
     };
     eachRecord(
         1, count, kernel, [&](Integer record) { range->setValue(record, high(record) - low(record)); }, [](Integer) {},
@@ -154,11 +156,11 @@ std::shared_ptr<RecordSet> Oscillator::ChaikinVolatility(std::shared_ptr<Databas
     const auto average = averageColumn(MA_Type, data, range, Periods, "HLMA");
     const auto change = [&] {
       return kernels::run(&Table::fallInPercent, rowsOf(average), ROC.value(), recordRange(ROC + 1, count),
-                          result->values().data());
+                          result->writableValues().data());
     };
     eachRecord(ROC + 1, count, change, [&](Integer record) {
       const Real old = at(average, record - ROC), now = at(average, record);
-      if (old != 0 && now != 0) result->setValue(record, (old - now) / old * -100);
+      result->setValue(record, old == 0 || now == 0 ? Real(0) : (old - now) / old * -100);
     });
     data->MoveFirst();
     return makeRecordSet({result});
@@ -171,18 +173,15 @@ std::shared_ptr<RecordSet> Oscillator::EaseOfMovement(std::shared_ptr<Database> 
     applyDefault(Alias, EaseOfMovementName);
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), volume(OHLCV, Database::VolumeName);
     const Integer count = object(data).getRecordCount();
-    const auto ease = makeColumn(count, "EMV");
+    const auto ease = makeColumn(count, "EMV", 2);
     const auto kernel = [&] {
       return kernels::run(&Table::easeOfMovement, high.rows(), low.rows(), volume.rows(), recordRange(2, count),
-                          ease->values().data());
+                          ease->writableValues().data());
     };
     eachRecord(2, count, kernel, [&](Integer record) {
       const Real move = (high(record) + low(record)) / 2 - (high(record - 1) + low(record - 1)) / 2;
       const Real range = high(record) - low(record);
-      if (range != 0) {
-        const Real boxRatio = volume(record) / range;
-        ease->setValue(record, move / boxRatio * 10000);
-      }
+      ease->setValue(record, range == 0 ? Real(0) : move / (volume(record) / range) * 10000);
     });
     const auto result = averageColumn(MA_Type, data, ease, Periods, "MA");
     result->setName(Alias.get());

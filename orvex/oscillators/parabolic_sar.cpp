@@ -14,7 +14,7 @@ std::shared_ptr<RecordSet> Oscillator::ParabolicSAR(std::shared_ptr<Database> da
   return trap(ParabolicSARFault, [&] {
     applyDefault(Alias, ParabolicSARName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 2);
     data->setPosition(1);
     const Real rise = at(HighPrice, 2) - at(HighPrice, 1);
     // The rise of the low, not its fall: which way the first trend goes is kept.
@@ -23,7 +23,7 @@ std::shared_ptr<RecordSet> Oscillator::ParabolicSAR(std::shared_ptr<Database> da
     kernels::Trend trend{isLong, isLong ? at(LowPrice, 1) : at(HighPrice, 1), at(HighPrice, 1), at(LowPrice, 1), MinAF};
     const auto kernel = [&] {
       return kernels::run(&kernels::Table::parabolic, rowsOf(HighPrice), rowsOf(LowPrice), MinAF, MaxAF, &trend,
-                          recordRange(2, count), result->values().data());
+                          recordRange(2, count), result->writableValues().data());
     };
 
     eachRecord(

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <algorithm>
-#include <vector>
+#include <memory>
 
 #include "orvex/data/database.h"
 #include "orvex/data/field.h"
@@ -47,26 +47,28 @@ void visitSpan(Database& data, Integer length, Integer record, Visit&& visit) {
 
 /// The extremes of the spans that end at the records, for those records from the first on that kernels can tell.
 struct SpanExtremes {
-  std::vector<double> highest, lowest;
   kernels::Records records;
+  std::unique_ptr<double[]> rows;
+  kernels::Source highest, lowest;
 
   /// Fills rows with (above - below) / (highest - lowest) x factor and tells how many.
   std::size_t place(kernels::Source above, kernels::Source below, double factor, Field& out) const {
-    return kernels::run(&kernels::Table::place, above, below, kernels::source(highest), kernels::source(lowest), factor,
-                        records, out.values().data());
+    return kernels::run(&kernels::Table::place, above, below, highest, lowest, factor, records,
+                        out.writableValues().data());
   }
 };
 
 inline SpanExtremes spanExtremes(kernels::Source high, kernels::Source low, Integer length, kernels::Records records) {
-  if (records.first < 1) return {{}, {}, {1, 0}};
+  if (records.first < 1 || records.first > records.last) return {{1, 0}, nullptr, {}, {}};
   const auto count = static_cast<std::size_t>(records.last);
-  SpanExtremes spans{std::vector<double>(count), std::vector<double>(count), records};
-  const auto fill = [&](auto kernel, kernels::Source source, std::vector<double>& out) {
-    const std::size_t done = kernels::run(kernel, source, length.value(), kernels::Ties::Oldest, records, out.data());
+  SpanExtremes spans{records, workingRows(records.last, 2), {}, {}};
+  const auto fill = [&](auto kernel, kernels::Source source, double* out) {
+    const std::size_t done = kernels::run(kernel, source, length.value(), kernels::Ties::Oldest, records, out);
     spans.records.last = std::min(spans.records.last, records.first - 1 + static_cast<int>(done));
+    return kernels::Source{out, count};
   };
-  fill(&kernels::Table::highest, high, spans.highest);
-  fill(&kernels::Table::lowest, low, spans.lowest);
+  spans.highest = fill(&kernels::Table::highest, high, spans.rows.get());
+  spans.lowest = fill(&kernels::Table::lowest, low, spans.rows.get() + count);
   return spans;
 }
 

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <vector>
 
 #include "orvex/averages/average_of_part.h"
 #include "orvex/data/columns.h"
@@ -40,10 +39,10 @@ std::shared_ptr<RecordSet> Oscillator::StochasticOscillator(std::shared_ptr<Data
   return trap(StochasticOscillatorFault, [&] {
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
-    auto k = makeColumn(count, PercentKName);
+    auto k = makeColumn(count, PercentKName, KPeriods.value() + 1LL);
     const auto kernel = [&](kernels::Records records) {
       const SpanExtremes spans = spanExtremes(high.rows(), low.rows(), KPeriods, records);
-      return spans.place(close.rows(), kernels::source(spans.lowest), 100, *k);
+      return spans.place(close.rows(), spans.lowest, 100, *k);
     };
     walkSpans(*data, KPeriods, count + 1, 0, kernel, [&](Integer record) {
       const Extremes span = extremesOfSpan(*data, KPeriods, record, high, low);
@@ -63,11 +62,11 @@ std::shared_ptr<RecordSet> Oscillator::WilliamsPctR(std::shared_ptr<Database> da
     applyDefault(Alias, WilliamsPctRName);
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL, count.value() - 1);
     // It ends one record before the stochastics do: the last record stays 0, and that is kept.
     const auto kernel = [&](kernels::Records records) {
       const SpanExtremes spans = spanExtremes(high.rows(), low.rows(), Periods, records);
-      return spans.place(kernels::source(spans.highest), close.rows(), -100, *result);
+      return spans.place(spans.highest, close.rows(), -100, *result);
     };
     walkSpans(*data, Periods, count, 0, kernel, [&](Integer record) {
       const Extremes span = extremesOfSpan(*data, Periods, record, high, low);
@@ -86,10 +85,10 @@ std::shared_ptr<RecordSet> Oscillator::StochRSI(std::shared_ptr<Database> data, 
     const auto strength = Index().RelativeStrengthIndex(data, Source, Periods, "RSI")->getField("RSI");
     const auto value = [&](Integer record) { return at(strength, record); };
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     const auto kernel = [&](kernels::Records records) {
       const SpanExtremes spans = spanExtremes(rowsOf(strength), rowsOf(strength), Periods, records);
-      return spans.place(rowsOf(strength), kernels::source(spans.lowest), 1, *result);
+      return spans.place(rowsOf(strength), spans.lowest, 1, *result);
     };
     walkSpans(*data, Periods, count + 1, 0, kernel, [&](Integer record) {
       const Extremes span = extremesOfSpan(*data, Periods, record, value, value);
@@ -108,19 +107,21 @@ std::shared_ptr<RecordSet> Oscillator::UltimateOscillator(std::shared_ptr<Databa
     applyDefault(Alias, UltimateOscillatorName);
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
     const Integer longest = std::max({Cycle1, Cycle2, Cycle3});
+    const auto result = makeColumn(count, Alias.get(), longest.value() + 1LL);
     const auto kernel = [&](kernels::Records records) -> std::size_t {
       if (records.first < 2) return 0;
-      std::vector<double> buying(static_cast<std::size_t>(count.value())), range(buying.size());
+      const auto pressures = workingRows(count, 2);
+      double* const buying = pressures.get();
+      double* const range = buying + count.value();
+      const auto rows = static_cast<std::size_t>(count.value());
       const kernels::Records bars{2, records.last};
-      const std::size_t done =
-          kernels::run(&kernels::Table::buyingPressure, kernels::Bars{high.rows(), low.rows(), close.rows()}, bars,
-                       buying.data(), range.data());
+      const std::size_t done = kernels::run(&kernels::Table::buyingPressure,
+                                            kernels::Bars{high.rows(), low.rows(), close.rows()}, bars, buying, range);
       const kernels::Records known{records.first, 1 + static_cast<int>(done)};
-      return kernels::run(&kernels::Table::ultimate, kernels::source(buying), kernels::source(range),
+      return kernels::run(&kernels::Table::ultimate, kernels::Source{buying, rows}, kernels::Source{range, rows},
                           kernels::Cycles{{Cycle1.value(), Cycle2.value(), Cycle3.value()}}, known,
-                          result->values().data());
+                          result->writableValues().data());
     };
     walkSpans(*data, longest, count + 1, 1, kernel, [&](Integer record) {
       const auto pressure = [&](Integer cycle) {

@@ -68,9 +68,9 @@ std::shared_ptr<RecordSet> LineStudy::TironeLevel(std::shared_ptr<Database> data
                                                   Integer StartPeriod, Integer EndPeriod) {
   return trap(TironeLevelFault, [&] {
     const Integer count = object(data).getRecordCount();
-    const auto tops = makeColumn(count, TironeTopName);
-    const auto medians = makeColumn(count, TironeMedianName);
-    const auto bottoms = makeColumn(count, TironeBottomName);
+    const auto tops = makeColumn(count, TironeTopName, StartPeriod.value(), EndPeriod.value());
+    const auto medians = makeColumn(count, TironeMedianName, StartPeriod.value(), EndPeriod.value());
+    const auto bottoms = makeColumn(count, TironeBottomName, StartPeriod.value(), EndPeriod.value());
     if (EndPeriod > count || StartPeriod < 1) raise(faults::InvalidCall);
 
     General general;
@@ -105,7 +105,9 @@ std::shared_ptr<RecordSet> LineStudy::QuadrantLines(std::shared_ptr<Database> da
       std::shared_ptr<Field> column;
       Real value;
     };
-    const auto line = [&](std::string_view name, Real value) { return Line{makeColumn(count, name), value}; };
+    const auto line = [&](std::string_view name, Real value) {
+      return Line{makeColumn(count, name, StartPeriod.value(), EndPeriod.value()), value};
+    };
     const Line lines[] = {line(QuadrantHighName, high), line(Quadrant75Name, low + (high - low) * 0.75),
                           line(Quadrant50Name, low + (high - low) * 0.5),
                           line(Quadrant25Name, low + (high - low) * 0.25), line(QuadrantLowName, low)};
@@ -150,11 +152,14 @@ std::shared_ptr<RecordSet> LineStudy::TrendLinePenetration(std::shared_ptr<Datab
   return trap(TrendLinePenetrationFault, [&] {
     applyDefault(Alias, TrendLinePenetrationName);
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get());
+    const auto result = makeColumn(count, Alias.get(), 2);
     eachRecord(2, count, noKernel, [&](Integer record) {
       const Real lineBefore = at(TrendLine, record - 1);
       const Real line = at(TrendLine, record);
-      if (lineBefore == 0 || line == 0) return;
+      if (lineBefore == 0 || line == 0) {
+        result->setValue(record, 0);
+        return;
+      }
       const Real before = at(Source, record - 1);
       const Real now = at(Source, record);
       result->setValue(record, crossing(before, lineBefore, now, line));

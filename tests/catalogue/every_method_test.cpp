@@ -189,7 +189,7 @@ TEST_P(EveryCausalMethod, LooksAtNoLaterRecord) {
     const Outcome expected = random.run();
     const auto last = static_cast<std::size_t>(world.count) - 1;
     const auto alter = [&](const std::shared_ptr<Field>& input) {
-      if (input != nullptr && input->values().size() > last) input->values()[last] = 17.5;
+      if (input != nullptr && input->values().size() > last) input->writableValues()[last] = 17.5;
     };
     std::for_each(world.fields.begin(), world.fields.end(), alter);
     for (int i = 1; i <= world.prices->getFieldCount(); ++i) alter(world.prices->getField(world.prices->getName(i)));

@@ -143,7 +143,7 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
        "orvex describe MovingAverage.SimpleMovingAverage"},
       {"MovingAverage.TriangularMovingAverage plain.csv Source=Close Periods=4",
        MovingAverage::TriangularMovingAverageFault, "in record 9, and \"plain.csv\" has 5 records"},
-      {mean + "plain.csv Source=Close Periods=40000", faults::Overflow, "from -32768 to 32767"},
+      {mean + "plain.csv Source=Close Periods=2147483648", faults::Overflow, "from -2147483648 to 2147483647"},
       {mean + "plain.csv Source=Close Periods=abc", faults::TypeMismatch, "Periods=abc"},
       {mean + "plain.csv Source=Clsoe Periods=2", RecordSet::getIndexFault,
        "it has Date, Open, High, Low, Close and Volume. Did you mean Close?"},
@@ -174,15 +174,14 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
             "\n");
 }
 
-TEST_F(CommandLine, ToleratesTheLongestSeriesOnly) {
+TEST_F(CommandLine, CountsBeyond16Bits) {
   std::string lines = "close,date\n";
-  for (int i = 0; i < 32767; ++i) lines += "1,d\n";
-  write("longest.csv", lines);
-  write("longer.csv", lines + "1,d\n");
-  const std::string call = "run MovingAverage.WellesWilderSmoothing Source=close Periods=1 --last 1 --format json ";
-  // The counter of the method's loop cannot step past the last record of the longest series.
-  EXPECT_EQ(json::parse(orvex(call + "longest.csv").out)["error"]["number"], 1105);
-  EXPECT_EQ(json::parse(orvex(call + "longer.csv").out)["error"]["description"], "Overflow");
+  for (int i = 1; i <= 40000; ++i) lines += std::to_string(i) + ",d\n";
+  write("long.csv", lines);
+  const std::string call = " long.csv Source=close --last 1 --format json";
+  // The mean of the last 39,999 whole numbers up to 40,000.
+  EXPECT_EQ(json::parse(orvex("run " + mean + "Periods=39999" + call).out)["columns"][0]["values"][0], 20001);
+  EXPECT_EQ(json::parse(orvex("run " + mean + "Periods=40001" + call).out)["error"]["number"], 1105);
 }
 
 TEST_F(CommandLine, ExplainsMistakes) {

@@ -251,5 +251,34 @@ TEST(Database, AdoptsASetAndTheRecordCountOfItsOpens) {
   EXPECT_FAULT(faults::ObjectNotSet, data.RecordsetCache(nullptr));
 }
 
+TEST(Database, LoadsColumnsThatAreThereAtOnce) {
+  struct Columns {
+    std::vector<double> open{1, 2}, high{3, 4}, low{5, 6}, close{7, 8}, volume{9, 10};
+    std::vector<std::string_view> dates{"a", "b"};
+  };
+  const auto columns = std::make_shared<Columns>();
+  Database data;
+  data.OpenDatabaseByRows({.open = {columns->open, columns},
+                           .high = {columns->high, columns},
+                           .low = {columns->low, columns},
+                           .close = {columns->close, columns},
+                           .volume = {columns->volume, nullptr},
+                           .dates = {columns->dates, columns}});
+  EXPECT_EQ(contents(data), (std::vector<Loaded>{{"a", {1, 3, 5, 7, 9}}, {"b", {2, 4, 6, 8, 10}}}));
+  EXPECT_EQ(data.getPosition(), 1);
+  EXPECT_EQ(data.getRecordset()->getField("Close")->values().data(), columns->close.data());
+  EXPECT_NE(data.getRecordset()->getField("Volume")->values().data(), columns->volume.data());
+
+  data.OpenDatabaseByRows({.close = {columns->close, columns}});
+  EXPECT_EQ(data.getRecordset()->getFieldCount(), 1);
+  EXPECT_EQ(data.getRecordCount(), 2);
+
+  const std::vector<double> three = {1, 2, 3};
+  for (const PriceRows& odd : {PriceRows{}, PriceRows{.open = {three, {}}, .close = {columns->close, columns}},
+                               PriceRows{.close = {three, {}}, .dates = {columns->dates, {}}}}) {
+    EXPECT_FAULT(Database::loadFault(faults::SubscriptOutOfRange.description), data.OpenDatabaseByRows(odd));
+  }
+}
+
 }  // namespace
 }  // namespace orvex::test

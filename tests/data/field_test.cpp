@@ -64,6 +64,73 @@ TEST(Field, HandsOutCopiesFrom1On) {
   EXPECT_FALSE(column.getDoubleArray().exists());
 }
 
+TEST(Field, ViewsRowsUntilTheyAreWritten) {
+  auto rows = std::make_shared<std::vector<double>>(std::vector<double>{1, 2, 3});
+  Field column;
+  column.view({*rows, rows}, "X");
+  EXPECT_EQ(column.values().data(), rows->data());
+  EXPECT_EQ(column.getRecordCount(), 3);
+  EXPECT_EQ(column.getNote()->getPeriod(), 0);
+  EXPECT_EQ(rows.use_count(), 2);
+
+  column.setValue(2, 7);
+  EXPECT_EQ((std::vector<double>(column.values().begin(), column.values().end())), (std::vector<double>{1, 7, 3}));
+  EXPECT_EQ(*rows, (std::vector<double>{1, 2, 3}));
+  EXPECT_EQ(rows.use_count(), 1) << "the copy is the field's own";
+
+  column.view({*rows, rows}, "X");
+  column.writableValues()[0] = 8;
+  EXPECT_EQ(rows->front(), 1);
+  column.view({*rows, nullptr}, "X");
+  EXPECT_NE(column.values().data(), rows->data()) << "rows that nothing keeps are copied";
+  EXPECT_EQ(column.getValue(3), 3);
+
+  EXPECT_FAULT(faults::SubscriptOutOfRange, column.view({}, "Y"));
+  if constexpr (Integer::Greatest < 40000) {
+    const std::vector<double> many(40000);
+    EXPECT_FAULT(faults::Overflow, column.view({many, rows}, "Y"));
+  }
+  EXPECT_EQ(column.getName(), "X");
+  column.view({*rows, rows}, "X");
+  column.destroy();
+  EXPECT_EQ(rows.use_count(), 1);
+}
+
+TEST(Field, HandsItsRowsOver) {
+  Field column;
+  EXPECT_TRUE(column.releaseRows().values.empty());
+  column.initialize(2, "X");
+  column.setValue(2, 7);
+  const double* const own = column.values().data();
+  const OwnRows taken = column.releaseRows();
+  EXPECT_EQ(taken.values.data(), own);
+  EXPECT_EQ(taken.values[1], 7);
+  EXPECT_FAULT(Field::getValueFault, column.getValue(1));
+  EXPECT_EQ(column.getRecordCount(), 2) << "as after destroy";
+
+  auto rows = std::make_shared<std::vector<double>>(2);
+  column.view({*rows, rows}, "X");
+  EXPECT_NE(column.releaseRows().values.data(), rows->data()) << "what is viewed is not the taker's to write";
+}
+
+TEST(Field, ViewsTextsUntilTheyAreWritten) {
+  auto texts = std::make_shared<std::vector<std::string_view>>(std::vector<std::string_view>{"a", "b"});
+  for (const std::shared_ptr<const void>& owner : {std::shared_ptr<const void>(texts), {}}) {
+    Field column;
+    column.initialize(2, "X");
+    column.viewTexts({*texts, owner});
+    EXPECT_EQ(column.getStrValue(2), "b");
+    EXPECT_EQ(column.getStringArray().at(2), "b");
+    column.setStrValue(1, "c");
+    EXPECT_EQ(column.getStrValue(1), "c");
+    EXPECT_EQ(column.getStrValue(2), "b");
+    EXPECT_EQ(texts->front(), "a");
+    column.initialize(3, "X");
+    EXPECT_EQ(column.getStrValue(1), "");
+    EXPECT_FAULT(faults::SubscriptOutOfRange, column.viewTexts({*texts, owner}));
+  }
+}
+
 TEST(Array, BoundsAtTheEndsOfAnInt) {
   constexpr int least = std::numeric_limits<int>::min();
   constexpr int greatest = std::numeric_limits<int>::max();

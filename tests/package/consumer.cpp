@@ -1,4 +1,4 @@
-// Loads four closes, averages two at a time and prints the last value.
+// Loads four closes, averages two at a time and prints the last value, and how wide its counts are.
 #include <iostream>
 #include <memory>
 
@@ -11,6 +11,6 @@ int main() {
   data->OpenDatabaseByArray(std::vector<double>{10, 11, 12, 14});
   const auto close = data->getRecordset()->getField("Close");
   const auto result = orvex::MovingAverage().SimpleMovingAverage(data, close, 2, "average");
-  std::cout << result->getValue("average", 4) << ' ' << (orvex::catalogue::findClass("movingaverage") != nullptr)
-            << '\n';
+  std::cout << result->getValue("average", 4) << ' ' << (orvex::catalogue::findClass("movingaverage") != nullptr) << ' '
+            << ORVEX_COUNT_BITS << '\n';
 }

@@ -66,13 +66,13 @@ std::vector<double> series(Choices& choices, int count, std::size_t kind) {
 std::shared_ptr<Field> column(Choices& choices, int count, const std::string& name, std::size_t kind) {
   auto made = makeColumn(count, name);
   const std::vector<double> values = series(choices, count, kind);
-  std::copy(values.begin(), values.end(), made->values().begin());
+  std::copy(values.begin(), values.end(), made->writableValues().begin());
   return made;
 }
 
 /// Prices that belong together: the low lowest, the high highest.
 void order(RecordSet& prices) {
-  const auto rows = [&](const char* name) { return prices.getField(name)->values(); };
+  const auto rows = [&](const char* name) { return prices.getField(name)->writableValues(); };
   const auto open = rows("Open"), high = rows("High"), low = rows("Low"), close = rows("Close");
   for (std::size_t i = 0; i < open.size(); ++i) {
     high[i] = std::max({high[i], open[i], close[i]});

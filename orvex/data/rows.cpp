@@ -1,0 +1,46 @@
+#include "orvex/data/rows.h"
+
+#include <limits>
+#include <new>
+
+namespace orvex::inline ORVEX_COUNTS {
+
+namespace {
+
+constexpr std::size_t cacheLine = 64;
+
+/// Allocates what a shared pointer keeps for itself, and the rows behind it.
+template <class T>
+struct WithRows {
+  using value_type = T;
+
+  std::size_t count;
+  double** rows;
+
+  WithRows(std::size_t number, double** place) : count(number), rows(place) {}
+  template <class Other>
+  WithRows(const WithRows<Other>& other) : count(other.count), rows(other.rows) {}
+
+  T* allocate(std::size_t number) {
+    const std::size_t head = (number * sizeof(T) + cacheLine - 1) / cacheLine * cacheLine;
+    if (count > (std::numeric_limits<std::size_t>::max() - head) / sizeof(double)) throw std::bad_alloc();
+    void* const memory = ::operator new (head + count * sizeof(double), std::align_val_t{cacheLine});
+    *rows = reinterpret_cast<double*>(static_cast<char*>(memory) + head);
+    return static_cast<T*>(memory);
+  }
+  void deallocate(T* memory, std::size_t) noexcept { ::operator delete (memory, std::align_val_t{cacheLine}); }
+
+  friend bool operator==(const WithRows&, const WithRows&) = default;
+};
+
+struct Nothing {};
+
+}  // namespace
+
+OwnRows newRows(std::size_t count) {
+  double* rows = nullptr;
+  std::shared_ptr<void> owner = std::allocate_shared<Nothing>(WithRows<Nothing>(count, &rows));
+  return {{rows, count}, std::move(owner)};
+}
+
+}  // namespace orvex::inline ORVEX_COUNTS
