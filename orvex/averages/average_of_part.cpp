@@ -19,7 +19,7 @@ std::shared_ptr<Field> averageOfPart(Integer MA_Type, const std::shared_ptr<Fiel
   if (first > count) raise(faults::SubscriptOutOfRange);
   const auto before = static_cast<std::size_t>((first - 1).value());
   const auto part = std::make_shared<Field>();
-  part->view({column->values().subspan(before), column}, name);
+  part->view(column->rows().part(before, column->values().size() - before), name);
   const auto series = std::make_shared<Database>(part->getRecordCount());
   const auto average = averageColumn(MA_Type, series, part, periods, name);
   const auto result = makeColumn(count, name, first.value());

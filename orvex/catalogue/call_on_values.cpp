@@ -66,8 +66,8 @@ std::shared_ptr<Field> cut(const std::shared_ptr<Field>& column, RowRange part) 
     none->setName(column->name());
     return none;
   }
-  auto piece = makeColumn(last - first, column->name());
-  std::ranges::copy(rows.subspan(first, last - first), piece->values().begin());
+  auto piece = std::make_shared<Field>();
+  piece->view(column->rows().part(first, last - first), column->name());
   return piece;
 }
 
@@ -135,8 +135,9 @@ class Part {
   int before() const { return part_.first - 1; }
 
   std::shared_ptr<Field> whole(const Field& piece) const {
-    auto column = makeColumn(count_, piece.name());
-    std::ranges::copy(piece.values(), column->values().begin() + before());
+    const std::span<const double> rows = piece.values();
+    auto column = makeColumn(count_, piece.name(), part_.first, before() + static_cast<std::int64_t>(rows.size()));
+    std::copy(rows.begin(), rows.end(), column->writableValues().begin() + before());
     return column;
   }
 

@@ -78,6 +78,9 @@ class Field {
   /// The numbers of rows 1, 2, ... in place; none where there are no rows. Valid until the rows are written or are
   /// others, so never across a yield.
   std::span<const double> values() const noexcept { return values_; }
+  /// The same with what keeps them, for whoever goes on looking at them: across a yield, or as a part of them that a
+  /// field of its own views. What is written into the field's own rows shows there.
+  Rows<double> rows() const noexcept { return {values_, owner_}; }
   /// The same, to be written: rows that the field views are copied first.
   std::span<double> writableValues() {
     if (own_ == nullptr) copyRows();

@@ -8,12 +8,14 @@
 
 namespace orvex::inline ORVEX_COUNTS {
 
-/// Rows that stand in somebody's memory, to be looked at there: valid, and unchanged, for as long as `owner` is held.
-/// Without an owner nothing keeps them, so whoever is handed them copies them.
+/// Rows that stand in somebody's memory, to be looked at there: valid for as long as `owner` is held. Without an owner
+/// nothing keeps them, so whoever is handed them copies them.
 template <class T>
 struct Rows {
   std::span<const T> values;
   std::shared_ptr<const void> owner;
+
+  Rows part(std::size_t first, std::size_t count) const { return {values.subspan(first, count), owner}; }
 };
 
 /// Rows that their holder may write as well, and that nobody else has.

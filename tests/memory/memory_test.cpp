@@ -5,7 +5,7 @@
 #include <new>
 #include <random>
 
-#include "tests/memory/allocations.h"
+#include "tests/support/allocations.h"
 #include "tests/support/calls.h"
 #include "tests/support/file.h"
 
