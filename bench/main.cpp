@@ -1,4 +1,4 @@
-// Times every method of the catalogue on 32,766 records, the making of its result included, and prints the medians as
+// Times every method of the catalogue on 32,765 records, the making of its result included, and prints the medians as
 // multiples of a yardstick that runs among them: a plain running sum over 20 records. Multiples are what can be
 // compared between machines. With any --benchmark_... option it is an ordinary Google Benchmark program instead.
 #include <benchmark/benchmark.h>

@@ -9,7 +9,7 @@
 namespace orvex::bench {
 
 /// As long as a series can be without its last counter step overflowing.
-inline constexpr int RecordCount = 32766;
+inline constexpr int RecordCount = 32765;
 
 /// The series of that kind, always the same one.
 const std::shared_ptr<Database>& series(Prices prices);

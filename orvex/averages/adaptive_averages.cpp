@@ -16,10 +16,6 @@ namespace {
 
 using kernels::Table;
 
-std::shared_ptr<Field> columnOf(const std::shared_ptr<RecordSet>& recordset, std::string_view name) {
-  return recordset->getField(name);
-}
-
 /// Leaves a regression's set without columns.
 void removeRegression(RecordSet& recordset) {
   for (const std::string_view name : {LinearRegression::RSquaredName, LinearRegression::SlopeName,
@@ -38,11 +34,11 @@ std::shared_ptr<RecordSet> MovingAverage::TimeSeriesMovingAverage(std::shared_pt
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), 1);
     const auto recordset = LinearRegression().Regression(data, Source, Periods);
-    const auto forecasts = columnOf(recordset, LinearRegression::ForecastName);
+    const auto forecasts = recordset->getField(LinearRegression::ForecastName);
     walk(
         *data, 1, count,
-        [&] {
-          return kernels::run(&Table::copy, rowsOf(forecasts), recordRange(1, count), result->writableValues().data());
+        [&](kernels::Records records) {
+          return kernels::run(&Table::copy, rowsOf(forecasts), records, result->writableValues().data());
         },
         [&](Integer record) { result->setValue(record, at(forecasts, record)); });
     removeRegression(*recordset);
@@ -63,12 +59,12 @@ std::shared_ptr<RecordSet> MovingAverage::VariableMovingAverage(std::shared_ptr<
     const auto result = makeColumn(count, Alias.get(), 2);
     // The momentum's period is this constant, whatever `Periods` is.
     const auto recordset = Oscillator().CMO(data, Source, 9, "");
-    const auto momentum = columnOf(recordset, Oscillator::CMOName);
+    const auto momentum = recordset->getField(Oscillator::CMOName);
     data->setPosition(2);
     walk(
         *data, 2, count,
-        [&] {
-          return kernels::run(&Table::variable, rowsOf(Source), rowsOf(momentum), recordRange(2, count),
+        [&](kernels::Records records) {
+          return kernels::run(&Table::variable, rowsOf(Source), rowsOf(momentum), records,
                               result->writableValues().data());
         },
         [&](Integer record) {
@@ -95,12 +91,12 @@ std::shared_ptr<RecordSet> MovingAverage::VIDYA(std::shared_ptr<Database> data, 
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), 2);
     const auto recordset = LinearRegression().Regression(data, Source, Periods);
-    const auto qualities = columnOf(recordset, LinearRegression::RSquaredName);
+    const auto qualities = recordset->getField(LinearRegression::RSquaredName);
     data->setPosition(2);
     walk(
         *data, 2, count,
-        [&] {
-          return kernels::run(&Table::blend, rowsOf(Source), rowsOf(qualities), R2Scale, recordRange(2, count),
+        [&](kernels::Records records) {
+          return kernels::run(&Table::blend, rowsOf(Source), rowsOf(qualities), R2Scale, records,
                               result->writableValues().data());
         },
         [&](Integer record) {

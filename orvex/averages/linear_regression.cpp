@@ -37,17 +37,15 @@ std::shared_ptr<RecordSet> LinearRegression::Regression(std::shared_ptr<Database
     const auto forecasts = makeColumn(count, ForecastName, Periods.value());
     const auto qualities = makeColumn(count, RSquaredName, Periods.value());
     std::vector<double> y;
-    Real quality = 0;
+    double quality = 0;
     data->MoveFirst();
     walk(
         *data, Periods, count,
-        [&]() -> std::size_t {
-          const std::size_t done = kernels::run(
-              &kernels::Table::regression, rowsOf(Source), Periods.value(), recordRange(Periods, count),
+        [&](kernels::Records records) {
+          return kernels::run(
+              &kernels::Table::regression, rowsOf(Source), Periods.value(), records, &quality,
               kernels::RegressionRows{slopes->writableValues().data(), intercepts->writableValues().data(),
                                       forecasts->writableValues().data(), qualities->writableValues().data()});
-          if (done > 0) quality = at(qualities, Periods.value() + static_cast<int>(done) - 1);
-          return done;
         },
         [&](Integer record) {
           readWindow(*data, Source, record, Periods, y);

@@ -30,9 +30,8 @@ void fillMeans(Database& data, const std::shared_ptr<Field>& source, Integer win
   data.setPosition(first);
   walk(
       data, first, count,
-      [&] {
-        return kernels::run(&Table::mean, rowsOf(source), window.value(), recordRange(first, count),
-                            result.writableValues().data());
+      [&](kernels::Records records) {
+        return kernels::run(&Table::mean, rowsOf(source), window.value(), records, result.writableValues().data());
       },
       [&](Integer record) { result.setValue(record, meanAtCursor(data, source, window)); });
 }
@@ -71,9 +70,8 @@ std::shared_ptr<RecordSet> MovingAverage::ExponentialMovingAverage(std::shared_p
     data->setPosition(first);
     walk(
         *data, first, count,
-        [&] {
-          return kernels::run(&Table::exponential, rowsOf(Source), k.value(), recordRange(first, count),
-                              result->writableValues().data());
+        [&](kernels::Records records) {
+          return kernels::run(&Table::exponential, rowsOf(Source), k.value(), records, result->writableValues().data());
         },
         [&](Integer record) { result->setValue(record, (1 - k) * at(result, record - 1) + k * at(Source, record)); });
     blank(*result, Periods);
@@ -96,8 +94,8 @@ std::shared_ptr<RecordSet> MovingAverage::WeightedMovingAverage(std::shared_ptr<
     data->setPosition(first);
     walk(
         *data, first, count,
-        [&] {
-          return kernels::run(&Table::weightedMean, rowsOf(Source), Periods.value(), recordRange(first, count),
+        [&](kernels::Records records) {
+          return kernels::run(&Table::weightedMean, rowsOf(Source), Periods.value(), records,
                               result->writableValues().data());
         },
         [&](Integer record) {
@@ -143,8 +141,8 @@ std::shared_ptr<RecordSet> MovingAverage::WellesWilderSmoothing(std::shared_ptr<
     const auto result = makeColumn(count, Alias.get(), 2);
     eachRecord(
         2, count,
-        [&] {
-          return kernels::run(&Table::approach, rowsOf(Source), Real(1) / Periods, recordRange(2, count),
+        [&](kernels::Records records) {
+          return kernels::run(&Table::approach, rowsOf(Source), Real(1) / Periods, records,
                               result->writableValues().data());
         },
         [&](Integer record) {

@@ -25,9 +25,9 @@ using kernels::Table;
 using std::shared_ptr;
 
 /// The rows center + width x factor and center - width x factor, as far as a kernel can prove them.
-std::size_t fillAround(kernels::Source center, kernels::Source width, double factor, Integer first, Integer last,
+std::size_t fillAround(kernels::Source center, kernels::Source width, double factor, kernels::Records records,
                        Field& above, Field& below) {
-  return kernels::run(&Table::around, center, width, factor, recordRange(first, last), above.writableValues().data(),
+  return kernels::run(&Table::around, center, width, factor, records, above.writableValues().data(),
                       below.writableValues().data());
 }
 
@@ -64,13 +64,12 @@ shared_ptr<RecordSet> Bands::BollingerBands(shared_ptr<Database> data, shared_pt
     data->setPosition(first);
     walk(
         *data, first, count,
-        [&]() -> std::size_t {
-          const auto widths = rowsOf(tops);
+        [&](kernels::Records records) {
           const std::size_t done =
               kernels::run(&Table::deviation, rowsOf(Source), rowsOf(medians), Periods.value(), 1,
-                           Real(StandardDeviations).value(), recordRange(first, count), tops->writableValues().data());
-          if (done == 0) return 0;
-          return fillAround(rowsOf(medians), widths, 1.0, first, first + static_cast<int>(done) - 1, *tops, *bottoms);
+                           Real(StandardDeviations).value(), records, tops->writableValues().data());
+          records.last = records.first - 1 + static_cast<int>(done);
+          return fillAround(rowsOf(medians), rowsOf(tops), 1.0, records, *tops, *bottoms);
         },
         [&](Integer record) {
           const Real mean = at(medians, data->getPosition());
@@ -115,7 +114,9 @@ shared_ptr<RecordSet> Bands::MovingAverageEnvelope(shared_ptr<Database> data, sh
     Shift.set(shift);
     walk(
         *data, 1, count,
-        [&] { return fillAround(rowsOf(averages), rowsOf(averages), shift, 1, count, *tops, *bottoms); },
+        [&](kernels::Records records) {
+          return fillAround(rowsOf(averages), rowsOf(averages), shift, records, *tops, *bottoms);
+        },
         [&](Integer record) {
           const Real average = at(averages, data->getPosition());
           tops->setValue(record, average * shift + average);
@@ -170,7 +171,9 @@ shared_ptr<RecordSet> Bands::Keltner(shared_ptr<Database> data, shared_ptr<Recor
     const auto bottoms = makeColumn(count, KeltnerBottomName, Periods.value());
     eachRecord(
         Periods, count,
-        [&] { return fillAround(rowsOf(medians), rowsOf(ranges), Factor, Periods, count, *tops, *bottoms); },
+        [&](kernels::Records records) {
+          return fillAround(rowsOf(medians), rowsOf(ranges), Factor, records, *tops, *bottoms);
+        },
         [&](Integer record) {
           const Real width = at(ranges, record) * Factor;
           const Real median = at(medians, record);
@@ -211,11 +214,14 @@ shared_ptr<RecordSet> Bands::FractalChaosBands(shared_ptr<Database> data, shared
     const auto low = OHLCV->getField(Database::LowName);
     eachRecord(
         1, count,
-        [&] {
-          const kernels::Records records = recordRange(1, count);
-          return std::min(
-              kernels::run(&Table::peaks, rowsOf(high), Periods.value(), records, highs->writableValues().data()),
-              kernels::run(&Table::valleys, rowsOf(low), Periods.value(), records, lows->writableValues().data()));
+        [&](kernels::Records records) {
+          const auto extremes = workingRows(count);
+          const auto fill = [&](auto kernel, const shared_ptr<Field>& source, Field& result) {
+            const double latest = records.first > 1 ? result.getValue(records.first - 1) : 0.0;
+            return kernels::run(kernel, rowsOf(source), Periods.value(), records, latest, extremes.get(),
+                                result.writableValues().data());
+          };
+          return std::min(fill(&Table::peaks, high, *highs), fill(&Table::valleys, low, *lows));
         },
         [&](Integer record) {
           stepFractals(high, Periods, record, *highs, std::greater<double>());

@@ -70,6 +70,9 @@ constexpr Fault invalidStartPeriod(std::string_view source) {
 constexpr Fault invalidEndPeriod(std::string_view source) {
   return {1010, source, "Invalid end period"};
 }
+constexpr Fault invalidPeriod(std::string_view source) {
+  return {1010, source, "Invalid period"};
+}
 
 /// The report that an indicator makes of a fault of the moving average that it builds on.
 constexpr Fault averageError(std::string_view source) {

@@ -14,10 +14,6 @@ inline kernels::Source rowsOf(const std::shared_ptr<Field>& column) {
   return column == nullptr ? kernels::Source{} : kernels::source(column->values());
 }
 
-inline kernels::Records recordRange(Integer first, Integer last) {
-  return {first.value(), last.value()};
-}
-
 /// Working space for a kernel: `columns` columns of `count` rows each, one after the other, with nothing in them yet.
 inline std::unique_ptr<double[]> workingRows(Integer count, int columns = 1) {
   // No more bytes than a pointer difference can tell; the standard's own function is not everywhere yet.

@@ -8,74 +8,128 @@
 #include "orvex/data/integer.h"
 #include "orvex/kernels/kernels.h"
 
+/// The loops over records that indicators are made of. Which one is used when:
+///
+///   eachRecord   the definition goes by record numbers, and the cursor stays where it is
+///   walk         it goes by the cursor, which stands on the record, or a fixed number of records behind it
+///   walkSpans    its counter runs one ahead of the record, and the step takes the cursor over a span that ends there
+///   visitSpan    is what such a step does with its span: the cursor goes over it, and there is no kernel and no yield
+///
+/// The first three hand the records to `kernel`, which fills the rows of the longest beginning of them that it can
+/// prove faultless and returns their number; what remains is computed by `step(record)`. Kernel and steps give the same
+/// bits, so where one ends and the other begins shows in nothing but time. No pointer into rows outlives the kernel's
+/// call: after every record they yield to the host, which may free them.
+///
+/// Their counter is stepped after the last pass too, at the width of the counts: a loop that reaches the greatest count
+/// (32,767 of 16 bits) ends in error 6 after its last record.
 namespace orvex::inline ORVEX_COUNTS {
 
-/// What a walk is given where there is no kernel: every record is stepped.
-inline constexpr auto noKernel = [](auto&&...) { return std::size_t{0}; };
+/// What a loop is given where there is no kernel: every record is stepped.
+inline constexpr auto noKernel = [](kernels::Records) { return std::size_t{0}; };
 
-/// What a walk is given that does not yield to the host.
+/// What a loop is given that does not yield to the host.
 inline constexpr YieldHook noYield{};
 
-/// The loop over the records first..last that every indicator shares: `pass` for the kernel's records and after each
-/// step, a yield to the host after every record, and a 16-bit counter that is stepped after the last record too, so
-/// that a loop which reaches record 32,767 ends in error 6.
-///
-/// `kernel` fills the rows of the longest beginning of the records that it can prove faultless and returns their
-/// number; what remains is computed by `step(record)`. Kernel and steps give the same bits, so where one ends and the
-/// other begins shows in nothing but time. No pointer into rows outlives the kernel's call: a yield may free them.
+/// The record that a loop begins with. It need not fit the counts where it lies beyond the last.
+class FirstRecord {
+ public:
+  FirstRecord(Integer record) : value_(record.value()) {}
+  template <WholeNumber T>
+  FirstRecord(T record) : value_(record) {}
+
+  std::int64_t value() const { return value_; }
+
+ private:
+  std::int64_t value_;
+};
+
+/// The loop that the others are made of: a counter from `first` to `last`, `ahead` records ahead of the record. `pass`
+/// does to the cursor what the step of that record would.
 template <class Kernel, class Step, class Pass>
-void eachRecord(Integer first, Integer last, Kernel&& kernel, Step&& step, Pass&& pass, YieldHook hook = yieldHook()) {
+void countRecords(Integer first, Integer last, int ahead, Kernel&& kernel, Step&& step, Pass&& pass, YieldHook hook) {
   if (first > last) return;
-  const auto done = static_cast<int>(kernel());
-  Integer record = first;
+  const auto done = static_cast<int>(kernel(kernels::Records{first.value() - ahead, last.value() - ahead}));
+  Integer counter = first;
   if (done > 0 && !hook) {
-    record += done - 1;
-    pass(record);
-    ++record;
+    counter += done - 1;
+    pass(counter - ahead);
+    ++counter;
   } else {
-    while (record < first.value() + done) {
-      pass(record);
+    for (int i = 0; i < done; ++i) {
+      pass(counter - ahead);
       hook();
-      ++record;
+      ++counter;
     }
   }
-  for (; record <= last; ++record) {
-    step(record);
+  for (; counter <= last; ++counter) {
+    step(counter - ahead);
     if (hook) hook();
   }
 }
 
-/// The same for definitions that do not go by the cursor.
+/// The records first..last of a definition that does not go by the cursor.
 template <class Kernel, class Step>
-void eachRecord(Integer first, Integer last, Kernel&& kernel, Step&& step) {
-  eachRecord(first, last, kernel, step, [](Integer) {});
+void eachRecord(FirstRecord first, Integer last, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
+  if (first.value() > last.value()) return;
+  countRecords(
+      first.value(), last, 0, kernel, step, [](Integer) {}, hook);
 }
 
-/// The same from the first computed record on, which need not be a count where it lies beyond the last; `kernel` is
-/// handed the records.
-template <class Kernel, class Step>
-void eachComputed(std::int64_t first, Integer count, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
-  if (first > count) return;
-  const kernels::Records records{static_cast<int>(first), count.value()};
-  eachRecord(
-      first, count, [&] { return kernel(records); }, step, [](Integer) {}, hook);
-}
+struct WalkOptions {
+  /// How many records behind its own a step finds the cursor.
+  Integer behind = 0;
+  YieldHook hook = yieldHook();
+};
 
-/// The walk of the database's cursor: it stands on the record that is stepped, moves to the next one, and yields.
-/// REQUIRES: the step leaves the cursor on its record.
+/// The records first..last of a definition that goes by the cursor, which moves to the next record after each step.
+/// REQUIRES: the cursor stands `behind` records before `first`, and each step leaves it where it was.
 template <class Kernel, class Step>
-void walk(Database& data, Integer first, Integer last, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
-  eachRecord(
-      first, last, kernel,
+void walk(Database& data, Integer first, Integer last, Kernel&& kernel, Step&& step,
+          const WalkOptions& options = WalkOptions()) {
+  countRecords(
+      first, last, 0, kernel,
       [&](Integer record) {
         step(record);
         data.MoveNext();
       },
       [&](Integer record) {
-        data.setPosition(record);
+        data.setPosition(record - options.behind);
         data.MoveNext();
       },
-      hook);
+      options.hook);
+}
+
+/// Where a step that places the cursor itself leaves it: on its record or on the next.
+enum class CursorAfter { Record, NextRecord };
+
+/// The records of a definition whose counter, from `first` to `last`, runs one ahead of the record that is computed, as
+/// it does where a span is walked over and the row behind the cursor is written. Many of them count to one more than
+/// the series has, and so bound it one record earlier than the other loops do.
+/// REQUIRES: each step leaves the cursor at `after`.
+template <class Kernel, class Step>
+void walkSpans(Database& data, Integer first, Integer last, CursorAfter after, Kernel&& kernel, Step&& step) {
+  countRecords(
+      first, last, 1, kernel, step,
+      [&](Integer record) { data.setPosition(after == CursorAfter::Record ? record : record + 1); }, yieldHook());
+}
+
+/// Moves the cursor over the `length` records that end at `record`: `begin` with the first of them under it, then
+/// `visit` at each. It ends on the record after the last.
+template <class Begin, class Visit>
+void visitSpan(Database& data, Integer length, Integer record, Begin&& begin, Visit&& visit) {
+  data.setPosition(record - length + 1);
+  begin(data.getPosition());
+  for (int i = 1; i <= length; ++i) {
+    visit(data.getPosition());
+    data.MoveNext();
+  }
+}
+
+/// The same with nothing to begin with.
+template <class Visit>
+void visitSpan(Database& data, Integer length, Integer record, Visit&& visit) {
+  visitSpan(
+      data, length, record, [](Integer) {}, visit);
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

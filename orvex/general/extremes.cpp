@@ -26,11 +26,11 @@ std::shared_ptr<RecordSet> rollingExtreme(const std::shared_ptr<Database>& data,
   data->MoveFirst();
   const Integer first = Periods + 1;
   // The cursor runs along from record 1, `Periods` behind the record; after a fault that is where it stands.
-  eachRecord(
-      first, count,
-      [&] {
-        return kernels::run(kernel, rowsOf(source), Periods.value() + 1, kernels::Ties::Newest,
-                            recordRange(first, count), result->writableValues().data());
+  walk(
+      *data, first, count,
+      [&](kernels::Records records) {
+        return kernels::run(kernel, rowsOf(source), Periods.value() + 1, kernels::Ties::Newest, records,
+                            result->writableValues().data());
       },
       [&](Integer record) {
         Real extreme = at(source, record);
@@ -39,12 +39,8 @@ std::shared_ptr<RecordSet> rollingExtreme(const std::shared_ptr<Database>& data,
           if (beats(value, extreme)) extreme = value;
         }
         result->setValue(record, extreme);
-        data->MoveNext();
       },
-      [&](Integer record) {
-        data->setPosition(record - Periods);
-        data->MoveNext();
-      });
+      {.behind = Periods});
   data->MoveFirst();
   return makeRecordSet({result});
 }
@@ -76,7 +72,7 @@ std::shared_ptr<RecordSet> General::LLV(std::shared_ptr<Database> data, std::sha
 
 std::shared_ptr<Note> General::MaxValue(std::shared_ptr<Field> Source, Integer StartPeriod, Integer EndPeriod) {
   return trap(MaxValueFault, [&] {
-    if (StartPeriod > EndPeriod) raise(faults::InvalidCall);
+    if (StartPeriod > EndPeriod) raise(MaxValuePeriodFault);
     // From 0 and not from the first row, which is kept: in a range without a value above 0 there is no maximum.
     Real highest = 0;
     Integer period = 0;
@@ -93,7 +89,7 @@ std::shared_ptr<Note> General::MaxValue(std::shared_ptr<Field> Source, Integer S
 
 std::shared_ptr<Note> General::MinValue(std::shared_ptr<Field> Source, Integer StartPeriod, Integer EndPeriod) {
   return trap(MinValueFault, [&] {
-    if (StartPeriod > EndPeriod) raise(faults::InvalidCall);
+    if (StartPeriod > EndPeriod) raise(MinValuePeriodFault);
     Real lowest = at(Source, StartPeriod);
     Integer period = StartPeriod;
     for (Integer k = StartPeriod; k <= EndPeriod; ++k) {

@@ -42,6 +42,9 @@ class General {
   static constexpr Fault WeightedCloseFault = unexpectedError("General.WeightedClose.UnexpectedError");
   static constexpr Fault VolumeROCFault = unexpectedError("General.VolumeROC.UnexpectedError");
   static constexpr Fault PriceROCFault = unexpectedError("General.PriceROC.UnexpectedError");
+  /// Raised inside the traps of `MaxValue` and `MinValue`, which make 1105 of it.
+  static constexpr Fault MaxValuePeriodFault = invalidPeriod("MaxValue");
+  static constexpr Fault MinValuePeriodFault = invalidPeriod("MinValue");
   static constexpr Fault MaxValueFault = unexpectedError("General.MaxValue.UnexpectedError");
   static constexpr Fault MinValueFault = unexpectedError("General.MinValue.UnexpectedError");
   static constexpr Fault StandardDeviationFault = unexpectedError("General.StandardDeviation.UnexpectedError");
@@ -51,7 +54,7 @@ class General {
 
   /// The highest value of `Periods` + 1 records, row r = max(High(r - P) .. High(r)): the record itself and P before
   /// it, one more than the highest value of other libraries of the field covers. Computed rows: P + 1 to N; all 0 when
-  /// P >= N. A negative P fails.
+  /// P >= N. A negative P fails, and so does one of 32,767, where counts have 16 bits: P + 1 does not fit.
   std::shared_ptr<RecordSet> HHV(std::shared_ptr<Database> data, std::shared_ptr<Field> High, Integer Periods,
                                  InOut<std::string> Alias = {});
 

@@ -24,7 +24,7 @@ std::shared_ptr<RecordSet> transform(const std::shared_ptr<Database>& data, InOu
   const auto result = makeColumn(count, Alias.get(), 1);
   data->MoveFirst();
   walk(
-      *data, 1, count, [&] { return kernel(recordRange(1, count), result->writableValues().data()); },
+      *data, 1, count, [&](kernels::Records records) { return kernel(records, result->writableValues().data()); },
       [&](Integer record) { result->setValue(record, formula(record)); });
   data->MoveFirst();
   return makeRecordSet({result});
@@ -90,16 +90,14 @@ std::shared_ptr<RecordSet> General::VolumeROC(std::shared_ptr<Database> data, st
     applyDefault(Alias, VolumeROCName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
-    Real rate = 0;
+    double rate = 0;
     const Integer first = Periods + 1;
     data->setPosition(first);
     walk(
         *data, first, count,
-        [&]() -> std::size_t {
-          const std::size_t done = kernels::run(&Table::rateOfChangeKept, rowsOf(Volume), Periods.value(),
-                                                recordRange(first, count), result->writableValues().data());
-          if (done > 0) rate = at(result, Periods.value() + static_cast<int>(done));
-          return done;
+        [&](kernels::Records records) {
+          return kernels::run(&Table::rateOfChangeKept, rowsOf(Volume), Periods.value(), records, &rate,
+                              result->writableValues().data());
         },
         [&](Integer record) {
           data->setPosition(data->getPosition() - Periods);
@@ -125,8 +123,8 @@ std::shared_ptr<RecordSet> General::PriceROC(std::shared_ptr<Database> data, std
     data->setPosition(first);
     walk(
         *data, first, count,
-        [&] {
-          return kernels::run(&Table::rateOfChange, rowsOf(Source), Periods.value(), recordRange(first, count),
+        [&](kernels::Records records) {
+          return kernels::run(&Table::rateOfChange, rowsOf(Source), Periods.value(), records,
                               result->writableValues().data());
         },
         [&](Integer record) {

@@ -29,10 +29,9 @@ std::shared_ptr<RecordSet> General::StandardDeviation(std::shared_ptr<Database> 
     data->setPosition(first);
     walk(
         *data, first, count,
-        [&] {
+        [&](kernels::Records records) {
           return kernels::run(&Table::deviation, rowsOf(Source), average.rows(), Periods.value(), 0,
-                              Real(StandardDeviations).value(), recordRange(first, count),
-                              result->writableValues().data());
+                              Real(StandardDeviations).value(), records, result->writableValues().data());
         },
         [&](Integer record) {
           Real sum = 0;
@@ -45,7 +44,7 @@ std::shared_ptr<RecordSet> General::StandardDeviation(std::shared_ptr<Database> 
           data->setPosition(data->getPosition() + Periods);
           result->setValue(record, StandardDeviations * sqrt(sum / Periods));
         },
-        noYield);
+        {.hook = noYield});
     object(recordset).removeField(averageName);
     recordset->addField(result);
     data->MoveFirst();
@@ -56,20 +55,16 @@ std::shared_ptr<RecordSet> General::StandardDeviation(std::shared_ptr<Database> 
 double General::CorrelationAnalysis(std::shared_ptr<Field> Source1, std::shared_ptr<Field> Source2) {
   return trap(CorrelationAnalysisFault, [&] {
     const Integer count = object(Source1).getRecordCount();
-    Real total = 0;
+    double total = 0;
     eachRecord(
         2, count,
-        [&] {
-          double sum = 0.0;
-          const std::size_t done =
-              kernels::run(&Table::movementProducts, rowsOf(Source1), rowsOf(Source2), recordRange(2, count), &sum);
-          total = sum;
-          return done;
+        [&](kernels::Records records) {
+          return kernels::run(&Table::movementProducts, rowsOf(Source1), rowsOf(Source2), records, &total);
         },
         [&](Integer row) {
-          total += abs(at(Source1, row) - at(Source1, row - 1)) * abs(at(Source2, row) - at(Source2, row - 1));
+          total = total + abs(at(Source1, row) - at(Source1, row - 1)) * abs(at(Source2, row) - at(Source2, row - 1));
         });
-    return (1 - total / (count - 2)).value();
+    return (1 - Real(total) / (count - 2)).value();
   });
 }
 

@@ -23,7 +23,7 @@ std::shared_ptr<RecordSet> Index::CommodityChannelIndex(std::shared_ptr<Database
     const auto averages = averageColumn(MA_Type, data, prices, Periods, "Average");
     const std::int64_t first = firstAverageRow(MA_Type.value(), Periods.value());
     const auto result = makeColumn(count, Alias.get(), first);
-    eachComputed(
+    eachRecord(
         first, count,
         [&](kernels::Records records) {
           return kernels::run(&kernels::Table::channel, rowsOf(prices), rowsOf(averages), Periods.value(), records,

@@ -21,7 +21,7 @@ std::shared_ptr<RecordSet> cumulate(const std::shared_ptr<Database>& data, std::
   result->setValue(1, seed);
   data->setPosition(first);
   walk(
-      *data, first, count, [&] { return kernel(recordRange(first, count), result->writableValues().data()); },
+      *data, first, count, [&](kernels::Records records) { return kernel(records, result->writableValues().data()); },
       [&](Integer record) { result->setValue(record, next(record, record > 1 ? at(result, record - 1) : Real(0))); });
   data->MoveFirst();
   return makeRecordSet({result});

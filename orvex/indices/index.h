@@ -66,6 +66,8 @@ class Index {
   static constexpr Fault AccumulativeSwingIndexLimitFault{1108, "Index.AccumulativeSwingIndex",
                                                           "Invalid LimitMoveValue"};
   static constexpr Fault RelativeStrengthIndexPeriodsFault = invalidPeriods("Index.RelativeStrengthIndex");
+  /// Raised inside the trap, which makes 1105 of it.
+  static constexpr Fault MassIndexPeriodsFault = invalidPeriods("Index.MassIndex");
   static constexpr Fault MoneyFlowIndexPeriodsFault = invalidPeriods("Index.MoneyFlowIndex");
   static constexpr Fault CommodityChannelIndexPeriodsFault = invalidPeriods("Index.CommodityChannelIndex");
   static constexpr Fault StochasticMomentumIndexPeriodsFault = invalidPeriods("Index.StochasticMomentumIndex");

@@ -22,7 +22,7 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
   return trap(MassIndexFault, [&] {
     applyDefault(Alias, MassIndexName);
     const Integer count = object(data).getRecordCount();
-    checkPeriods(Periods, 1, count, faults::InvalidCall);
+    checkPeriods(Periods, 1, count, MassIndexPeriodsFault);
     const auto result = makeColumn(count, Alias.get());
     constexpr std::string_view smoothing = "EMA";
     const auto ranges = General().HighMinusLow(data, OHLCV, "HML")->getField("HML");
@@ -33,14 +33,12 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
 
     const Integer first = 2 * Periods + 1;
     data->setPosition(first);
-    // The counter runs one record ahead of the row that is written, in 16 bits, up to this end.
-    const Integer end = count + 1;
-    eachRecord(
-        first - 1, end - 1,
-        [&] {
+    walkSpans(
+        *data, first, count + 1, CursorAfter::NextRecord,
+        [&](kernels::Records records) {
           const auto terms = workingRows(count);
-          return kernels::run(&kernels::Table::ratioSum, rowsOf(single), rowsOf(twice), Periods.value(),
-                              recordRange(first - 1, count), terms.get(), result->writableValues().data());
+          return kernels::run(&kernels::Table::ratioSum, rowsOf(single), rowsOf(twice), Periods.value(), records,
+                              terms.get(), result->writableValues().data());
         },
         [&](Integer record) {
           Real sum = 0;
@@ -56,8 +54,7 @@ std::shared_ptr<RecordSet> Index::MassIndex(std::shared_ptr<Database> data, std:
           data->MovePrevious();
           result->setValue(data->getPosition(), sum);
           data->MoveNext();
-        },
-        [&](Integer record) { data->setPosition(record + 1); });
+        });
     data->MoveFirst();
     return makeRecordSet({result});
   });

@@ -19,11 +19,11 @@ std::shared_ptr<RecordSet> Index::ChaikinMoneyFlow(std::shared_ptr<Database> dat
     PriceColumn closes(OHLCV, Database::CloseName), volumes(OHLCV, Database::VolumeName);
     eachRecord(
         Periods + 1, count,
-        [&] {
+        [&](kernels::Records records) {
           const kernels::Bars bars{highs.rows(), lows.rows(), closes.rows()};
           const auto terms = workingRows(count);
-          return kernels::run(&kernels::Table::moneyFlow, bars, volumes.rows(), Periods.value(),
-                              recordRange(Periods + 1, count), terms.get(), result->writableValues().data());
+          return kernels::run(&kernels::Table::moneyFlow, bars, volumes.rows(), Periods.value(), records, terms.get(),
+                              result->writableValues().data());
         },
         [&](Integer record) {
           Real flow = 0, total = 0;

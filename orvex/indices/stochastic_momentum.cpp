@@ -50,8 +50,7 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
       const auto lowest = General().LLV(data, lows.field(), KPeriods - 1, "LLV")->getField("LLV");
       eachRecord(
           KPeriods, count,
-          [&] {
-            const kernels::Records records = recordRange(KPeriods, count);
+          [&](kernels::Records records) {
             const std::size_t momenta = kernels::run(&Table::fromMiddle, closes.rows(), rowsOf(highest), rowsOf(lowest),
                                                      records, momentum.column->writableValues().data());
             const std::size_t ranges = kernels::run(&Table::difference, rowsOf(highest), 0, rowsOf(lowest), records,
@@ -70,7 +69,7 @@ std::shared_ptr<RecordSet> Index::StochasticMomentumIndex(std::shared_ptr<Databa
       range = average(range, MA_Type, periods, "Range");
     }
     const Smoothed percentK{makeColumn(count, PercentKName, momentum.first), momentum.first};
-    eachComputed(
+    eachRecord(
         percentK.first, count,
         [&](kernels::Records records) {
           return kernels::run(&Table::percentOfHalf, rowsOf(momentum.column), rowsOf(range.column), records,

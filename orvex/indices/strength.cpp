@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "orvex/data/columns.h"
 #include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
@@ -52,26 +54,27 @@ std::shared_ptr<RecordSet> Index::RelativeStrengthIndex(std::shared_ptr<Database
   if (Periods < 1) raise(RelativeStrengthIndexPeriodsFault);
   return trap(RelativeStrengthIndexFault, [&] {
     const Integer count = object(data).getRecordCount();
-    const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
-    if (Periods < count) {
-      const Integer first = Periods + 1;
-      Move mean = firstMean(Source, Periods);
-      eachRecord(
-          first, count,
-          [&] {
-            double means[] = {mean.rise, mean.fall};
-            const auto falls = workingRows(count);
-            const std::size_t done =
-                kernels::run(&kernels::Table::strength, rowsOf(Source), Periods.value(), recordRange(first, count),
-                             means, falls.get(), result->writableValues().data());
-            mean = {means[0], means[1]};
-            return done;
-          },
-          [&](Integer record) {
-            if (record > first) mean = nextMean(mean, moveAt(Source, record), Periods);
-            result->setValue(record, percentage(mean.rise, mean.fall));
-          });
-    }
+    const std::int64_t first = std::int64_t{Periods.value()} + 1;
+    const auto result = makeColumn(count, Alias.get(), first);
+    Move mean;
+    eachRecord(
+        first, count,
+        [&](kernels::Records records) {
+          // The means that it begins with are those of the first record itself, or of the one before a later record.
+          const bool seeded = records.first == first;
+          if (seeded) mean = firstMean(Source, Periods);
+          double means[] = {mean.rise, mean.fall};
+          const auto falls = workingRows(count);
+          const std::size_t done = kernels::run(&kernels::Table::strength, rowsOf(Source), Periods.value(), records,
+                                                seeded ? records.first : records.first - 1, means, falls.get(),
+                                                result->writableValues().data());
+          mean = {means[0], means[1]};
+          return done;
+        },
+        [&](Integer record) {
+          mean = record == first ? firstMean(Source, Periods) : nextMean(mean, moveAt(Source, record), Periods);
+          result->setValue(record, percentage(mean.rise, mean.fall));
+        });
     data->MoveFirst();
     return makeRecordSet({result});
   });
@@ -87,15 +90,13 @@ std::shared_ptr<RecordSet> Index::MoneyFlowIndex(std::shared_ptr<Database> data,
     PriceColumn highs(OHLCV, Database::HighName), lows(OHLCV, Database::LowName);
     PriceColumn closes(OHLCV, Database::CloseName), volumes(OHLCV, Database::VolumeName);
     const auto typical = [&](Integer record) { return (highs(record) + lows(record) + closes(record)) / 3; };
-    const Integer first = Periods + 1;
     eachRecord(
-        first, count,
-        [&] {
+        Periods + 1, count,
+        [&](kernels::Records records) {
           const kernels::Bars bars{highs.rows(), lows.rows(), closes.rows()};
           const auto flows = workingRows(count, 2);
-          return kernels::run(&kernels::Table::moneyFlowIndex, bars, volumes.rows(), Periods.value(),
-                              recordRange(first, count), flows.get(), flows.get() + count.value(),
-                              result->writableValues().data());
+          return kernels::run(&kernels::Table::moneyFlowIndex, bars, volumes.rows(), Periods.value(), records,
+                              flows.get(), flows.get() + count.value(), result->writableValues().data());
         },
         [&](Integer record) {
           Real rising = 0, falling = 0;

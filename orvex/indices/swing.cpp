@@ -29,8 +29,8 @@ std::shared_ptr<RecordSet> Index::SwingIndex(std::shared_ptr<Database> data, std
         },
         [&](Integer record, Real) -> Real {
           // Not yet numbers to compute with: a record whose range is 0 has no use for them.
-          const double open = object(opens.field()).getValue(record), close = object(closes.field()).getValue(record);
-          const double openBefore = object(opens.field()).getValue(record - 1);
+          const double open = opens.field()->getValue(record), close = closes.field()->getValue(record);
+          const double openBefore = opens.field()->getValue(record - 1);
           const Real high = highs(record), low = lows(record), closeBefore = closes(record - 1);
           const Real up = abs(high - closeBefore), down = abs(low - closeBefore), span = abs(high - low);
           const auto body = [&] { return 0.25 * abs(closeBefore - openBefore); };

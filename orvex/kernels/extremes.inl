@@ -124,42 +124,44 @@ std::size_t lowest(Source source, int window, Ties ties, Records records, double
 /// The latest value that is `beyond` its neighbours: it is, where it is beyond the extreme of the `neighbours` values
 /// before it and of those after it.
 template <class Extreme, class Beyond>
-std::size_t fractals(Source source, int neighbours, Records records, double* out, Beyond beyond) {
-  if (neighbours < 1 || records.first != 1 || records.last < 1) return 0;
+std::size_t fractals(Source source, int neighbours, Records records, double latest, double* extremes, double* out,
+                     Beyond beyond) {
+  if (neighbours < 1 || records.first < 1 || records.last < records.first) return 0;
   const std::ptrdiff_t reach = neighbours;
+  const std::ptrdiff_t from = records.first - 1;
   // Record 2 x reach + 1 is the first to have seen a value with all its neighbours.
-  const std::ptrdiff_t blank = least(2 * reach, records.last);
-  std::ptrdiff_t done = blank;
-  if (blank < records.last) {
-    const Records windows = {neighbours, records.last};
-    const auto extremes =
-        static_cast<std::ptrdiff_t>(::extremes<Extreme, Ties::Newest>(source, neighbours, windows, out));
-    if (reach - 1 + extremes > blank) done = reach - 1 + extremes;
+  const std::ptrdiff_t quiet = least(2 * reach < from ? from : 2 * reach, records.last);
+  std::ptrdiff_t done = quiet;
+  if (quiet < records.last) {
+    // The neighbours before the value that the first of them has seen end `reach` + 1 records before it.
+    const Records windows = {static_cast<int>(quiet - reach), records.last};
+    const auto known =
+        static_cast<std::ptrdiff_t>(::extremes<Extreme, Ties::Newest>(source, neighbours, windows, extremes));
+    if (known > reach + 1) done = quiet - reach - 1 + known;
   }
-  // From the last record back, so that the extremes that lie before it are still there.
   constexpr double none = largestInput;
-  for (std::ptrdiff_t row = done - 1; row >= blank; --row) {
+  for (std::ptrdiff_t row = quiet; row < done; ++row) {
     const double value = source.rows[row - reach];
     // Both are asked in any case: a branch that prices decide is guessed wrong too often.
-    const int later = beyond(value, out[row]) ? 1 : 0;
-    const int earlier = beyond(value, out[row - reach - 1]) ? 1 : 0;
+    const int later = beyond(value, extremes[row]) ? 1 : 0;
+    const int earlier = beyond(value, extremes[row - reach - 1]) ? 1 : 0;
     out[row] = (later & earlier) != 0 ? value : none;
   }
-  for (std::ptrdiff_t row = 0; row < blank; ++row) out[row] = 0.0;
-  double latest = 0.0;
-  for (std::ptrdiff_t row = blank; row < done; ++row) {
+  for (std::ptrdiff_t row = from; row < quiet; ++row) out[row] = latest;
+  for (std::ptrdiff_t row = quiet; row < done; ++row) {
     if (out[row] != none) latest = out[row];
     out[row] = latest;
   }
-  return static_cast<std::size_t>(done);
+  return static_cast<std::size_t>(done - from);
 }
 
-std::size_t peaks(Source source, int neighbours, Records records, double* out) {
-  return fractals<Highest>(source, neighbours, records, out, [](double a, double b) { return a > b; });
+std::size_t peaks(Source source, int neighbours, Records records, double latest, double* extremes, double* out) {
+  return fractals<Highest>(source, neighbours, records, latest, extremes, out,
+                           [](double a, double b) { return a > b; });
 }
 
-std::size_t valleys(Source source, int neighbours, Records records, double* out) {
-  return fractals<Lowest>(source, neighbours, records, out, [](double a, double b) { return a < b; });
+std::size_t valleys(Source source, int neighbours, Records records, double latest, double* extremes, double* out) {
+  return fractals<Lowest>(source, neighbours, records, latest, extremes, out, [](double a, double b) { return a < b; });
 }
 
 }  // namespace

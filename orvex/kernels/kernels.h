@@ -79,8 +79,9 @@ struct Table {
   /// The row before + (source - the row before) x factor, likewise.
   std::size_t (*approach)(Source source, double factor, Records records, double* out);
 
-  /// The straight line through the `window` values that end at the record, for windows of 2 to 181 values.
-  std::size_t (*regression)(Source source, int window, Records records, RegressionRows out);
+  /// The straight line through the `window` values that end at the record, for windows of 2 to 181 values. `quality` is
+  /// the r-squared that a line without one takes over, and becomes that of the last record.
+  std::size_t (*regression)(Source source, int window, Records records, double* quality, RegressionRows out);
 
   /// The largest of the `window` values that end at the record, in time that does not grow with the window.
   std::size_t (*highest)(Source source, int window, Ties ties, Records records, double* out);
@@ -89,11 +90,11 @@ struct Table {
   std::size_t (*lowest)(Source source, int window, Ties ties, Records records, double* out);
 
   /// The source's latest value that is greater than each of the `neighbours` values on either side, the later ones not
-  /// after the record; 0 before the first. For records from 1 on.
-  std::size_t (*peaks)(Source source, int neighbours, Records records, double* out);
+  /// after the record; `latest` before the first. `extremes` is working space of as many rows as the column has.
+  std::size_t (*peaks)(Source source, int neighbours, Records records, double latest, double* extremes, double* out);
 
   /// The latest one that is less than them, likewise.
-  std::size_t (*valleys)(Source source, int neighbours, Records records, double* out);
+  std::size_t (*valleys)(Source source, int neighbours, Records records, double latest, double* extremes, double* out);
 
   /// factor x the root of the mean square distance from the record's `center` of the `window` values, newest first,
   /// that end `lag` records before the record.
@@ -118,8 +119,9 @@ struct Table {
   /// (current - prior) / prior x 100, prior being the source's row `lag` records back.
   std::size_t (*rateOfChange)(Source source, int lag, Records records, double* out);
 
-  /// The same, but for a prior of 0 the last rate so far, 0 where there is none.
-  std::size_t (*rateOfChangeKept)(Source source, int lag, Records records, double* out);
+  /// The same, but for a prior of 0 the last rate so far. `rate` is that before the first record, and becomes that of
+  /// the last one.
+  std::size_t (*rateOfChangeKept)(Source source, int lag, Records records, double* rate, double* out);
 
   /// (1 - k) x the source's row before + k x its row, k = share x scale.
   std::size_t (*blend)(Source source, Source share, double scale, Records records, double* out);
@@ -127,14 +129,14 @@ struct Table {
   /// (1 - k) x the row before + k x the source, k = |momentum / 100|, likewise from the row before the first record.
   std::size_t (*variable)(Source source, Source momentum, Records records, double* out);
 
-  /// Into `total`: the sum over the records of the products of how far, up or down, `a` and `b` move from the row
-  /// before.
+  /// Onto `total`: the products, record by record, of how far, up or down, `a` and `b` move from the row before.
   std::size_t (*movementProducts)(Source a, Source b, Records records, double* total);
 
   /// The largest of high - low and the distances of both to the close before, or 0.
   std::size_t (*trueRange)(Bars bars, Records records, double* out);
 
-  /// How far the high rose and the low fell, the larger of both where they differ, otherwise 0.
+  /// How far the high rose, into `up`, and the low fell, into `down`: of both the larger one alone, where they differ
+  /// and it is not below 0; all else is 0.
   std::size_t (*directionalMoves)(Source high, Source low, Records records, double* up, double* down);
 
   /// part x 100 / whole, truncated; 0 where the whole is 0. For parts and wholes that are not below 0.
@@ -231,9 +233,11 @@ struct Table {
   /// a / b, or `one` where that is 1.
   std::size_t (*ratio)(Source a, Source b, double one, Records records, double* out);
 
-  /// 100 x rise / (rise + fall), 50 of neither, where rise and fall are `means` at the first record and (the one
-  /// before x (`window` - 1) + the record's) / `window` from the second on. `means` become those of the last record.
-  std::size_t (*strength)(Source source, int window, Records records, double* means, double* scratch, double* out);
+  /// 100 x rise / (rise + fall), 50 of neither, where rise and fall are `means` at the record `known`, which is the
+  /// first or the one before it, and (the one before x (`window` - 1) + the record's) / `window` from there on. `means`
+  /// become those of the last record.
+  std::size_t (*strength)(Source source, int window, Records records, int known, double* means, double* scratch,
+                          double* out);
 
   /// 100 x rising / (rising + falling), sums of typical price x volume over the last `window` records, oldest first, by
   /// where the typical price went; 50 where both are 0, 0 where only their total is.

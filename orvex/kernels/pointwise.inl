@@ -121,22 +121,21 @@ std::size_t rateOfChange(Source source, int lag, Records records, double* out) {
                     [=]<class P>(std::ptrdiff_t row) { return changeInPercent<P>(x + row, lag); });
 }
 
-std::size_t rateOfChangeKept(Source source, int lag, Records records, double* out) {
+std::size_t rateOfChangeKept(Source source, int lag, Records records, double* rate, double* out) {
   const double* const x = source.rows;
   const std::ptrdiff_t count = present(source, records, lag);
-  double rate = 0.0;
   std::ptrdiff_t done = 0;
   while (done < count) {
     const std::ptrdiff_t first = records.first - 1 + done;
     const std::ptrdiff_t rows = nextPiece(out + first, count - done);
     const std::ptrdiff_t finite =
         fillPiece(first, rows, out, [=]<class P>(std::ptrdiff_t row) { return changeInPercent<P>(x + row, lag); });
-    if (finite > 0) rate = out[first + finite - 1];
+    if (finite > 0) *rate = out[first + finite - 1];
     for (std::ptrdiff_t row = first + finite; row < first + rows; ++row) {
       if (x[row - lag] == 0.0) {
-        out[row] = rate;
+        out[row] = *rate;
       } else if (out[row] * 0.0 == 0.0) {
-        rate = out[row];
+        *rate = out[row];
       } else {
         return static_cast<std::size_t>(row - (records.first - 1));
       }

@@ -4,6 +4,11 @@
 // end, after a while, with the very same bits, and from then on they are one. So the records are cut into stretches
 // that run side by side, each from a guess and some records early. Where a stretch, at its own first record, has not
 // met the one before it, its rows are computed again until they do; the bits are those of the one chain in any case.
+//
+// An example: the average of factor 1/2 of a price that stays at 8. The one chain, once it is there, has 8 in every
+// row. A stretch that begins with 0 has 4, 6, 7, 7.5 and so on: its distance halves with each record, and in the 54th
+// there is no double left between them. It has 8 too, and all that follows is the same. Begun 106 records early, as
+// `recur` does for this factor, it has met the chain at its own first record, and no row is computed twice.
 #pragma once
 
 #include <cstddef>
@@ -129,10 +134,11 @@ std::size_t variable(Source source, Source momentum, Records records, double* ou
 }
 
 std::size_t movementProducts(Source a, Source b, Records records, double* total) {
+  if (!isHandled(*total)) return 0;
   const std::ptrdiff_t count = least(provable(a, records, 1), provable(b, records, 1));
   constexpr std::ptrdiff_t piece = 256;
   double products[piece];
-  double sum = 0.0;
+  double sum = *total;
   for (std::ptrdiff_t done = 0; done < count; done += piece) {
     const std::ptrdiff_t rows = least(piece, count - done);
     const double* const x = a.rows + (records.first - 1 + done);

@@ -20,23 +20,27 @@ P percentage(P part, P rest) {
   return whereEqual(whole, zero, whereEqual(part, zero, P::all(50.0), zero), P::all(100.0) * part / whole);
 }
 
-std::size_t strength(Source source, int window, Records records, double* means, double* scratch, double* out) {
-  if (window < 1 || !isHandled(means[0]) || !isHandled(means[1])) return 0;
-  const std::ptrdiff_t count = provable(source, records, 0);
+std::size_t strength(Source source, int window, Records records, int known, double* means, double* scratch,
+                     double* out) {
+  if (window < 1 || known < 1 || !isHandled(means[0]) || !isHandled(means[1])) return 0;
+  const std::ptrdiff_t count = provable(source, records, records.first - known);
   if (count == 0) return 0;
   const std::ptrdiff_t from = records.first - 1;
-  double* const rows[] = {out + from + 1, scratch + from + 1};
+  // The means go where the percentages will stand; the row before the first is only lent for it.
+  double* const rows[] = {out + known, scratch + known};
+  const double lent = rows[0][-1];
   rows[0][-1] = means[0];
   rows[1][-1] = means[1];
   const double kept = window - 1;
   const double all = window;
-  recur(source.rows + from + 1, rows, count - 1, all, [=](auto& mean, auto now, auto then) {
+  recur(source.rows + known, rows, from + count - known, all, [=](auto& mean, auto now, auto then) {
     const auto zero = spread(0.0, now);
     mean[0] = (mean[0] * spread(kept, now) + larger(now - then, zero)) / spread(all, now);
     mean[1] = (mean[1] * spread(kept, now) + larger(then - now, zero)) / spread(all, now);
   });
   means[0] = out[from + count - 1];
   means[1] = scratch[from + count - 1];
+  if (known < records.first) rows[0][-1] = lent;
   eachBlock<4>(from, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {

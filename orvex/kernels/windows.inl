@@ -42,7 +42,8 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
   return static_cast<std::size_t>(count);
 }
 
-std::size_t regression(Source source, int window, Records records, orvex::kernels::RegressionRows out) {
+std::size_t regression(Source source, int window, Records records, double* quality,
+                       orvex::kernels::RegressionRows out) {
   // Below 2 the line has no slope; from 182 on the square of a position does not fit 16 bits.
   if (window < 2 || window > 181) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
@@ -57,7 +58,9 @@ std::size_t regression(Source source, int window, Records records, orvex::kernel
   // Half the window, a tie to the even number.
   const int center = window % 4 == 3 ? window / 2 + 1 : window / 2;
   const double* const y = source.rows;
-  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+  const double kept = *quality;
+  const std::ptrdiff_t first = records.first - 1;
+  eachBlock<4>(first, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P sumY[Count] = {};
     P sumYY[Count] = {};
@@ -86,11 +89,12 @@ std::size_t regression(Source source, int window, Records records, orvex::kernel
       for (int lane = 0; lane < Lanes; ++lane) {
         // A line without a slope, or through equal values, keeps the quality of the record before.
         if (above.v[lane] == 0.0 || below.v[lane] == 0.0) {
-          out.rSquared[at + lane] = at + lane == 0 ? 0.0 : out.rSquared[at + lane - 1];
+          out.rSquared[at + lane] = at + lane == first ? kept : out.rSquared[at + lane - 1];
         }
       }
     }
   });
+  if (count > 0) *quality = out.rSquared[first + count - 1];
   return static_cast<std::size_t>(count);
 }
 

@@ -21,9 +21,9 @@ namespace {
 using kernels::Table;
 
 /// result(r) = minuend(r - lag) - subtrahend(r) from `first` on.
-void fillDifferences(std::int64_t first, Integer count, const std::shared_ptr<Field>& minuend, int lag,
+void fillDifferences(FirstRecord first, Integer count, const std::shared_ptr<Field>& minuend, int lag,
                      const std::shared_ptr<Field>& subtrahend, Field& result, YieldHook hook = yieldHook()) {
-  eachComputed(
+  eachRecord(
       first, count,
       [&](kernels::Records records) {
         return kernels::run(&Table::difference, rowsOf(minuend), lag, rowsOf(subtrahend), records,
@@ -33,9 +33,9 @@ void fillDifferences(std::int64_t first, Integer count, const std::shared_ptr<Fi
 }
 
 /// result(r) = (a(r) - b(r - lag)) / b(r - lag) x 100 from `first` on, 0 where b is 0.
-void fillPercentages(std::int64_t first, Integer count, const std::shared_ptr<Field>& a,
-                     const std::shared_ptr<Field>& b, int lag, Field& result) {
-  eachComputed(
+void fillPercentages(FirstRecord first, Integer count, const std::shared_ptr<Field>& a, const std::shared_ptr<Field>& b,
+                     int lag, Field& result) {
+  eachRecord(
       first, count,
       [&](kernels::Records records) {
         return kernels::run(&Table::percentAbove, rowsOf(a), rowsOf(b), lag, records, result.writableValues().data());
@@ -187,7 +187,7 @@ std::shared_ptr<RecordSet> Oscillator::GoldenDeathCross(std::shared_ptr<Database
       return kernels::run(&Table::crossings, rowsOf(averages.shorter), rowsOf(averages.longer), records,
                           result->writableValues().data());
     };
-    eachComputed(averages.first + 1, count, kernel, [&](Integer record) {
+    eachRecord(averages.first + 1, count, kernel, [&](Integer record) {
       const Real shortBefore = at(averages.shorter, record - 1), longBefore = at(averages.longer, record - 1);
       const Real shortNow = at(averages.shorter, record), longNow = at(averages.longer, record);
       result->setValue(record, crossing(shortBefore, longBefore, shortNow, longNow));
@@ -222,12 +222,13 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
       }
     }
 
-    const kernels::Records records = first > count.value() ? kernels::Records{1, 0} : recordRange(first, count);
+    const kernels::Records records =
+        first > count.value() ? kernels::Records{1, 0} : kernels::Records{static_cast<int>(first), count.value()};
     const SpanExtremes spans = spanExtremes(rowsOf(Source), rowsOf(Source), Levels, records);
     const auto result = makeColumn(count, Alias.get(), first);
     const auto upper = makeColumn(count, RainbowUpperName, first);
     const auto lower = makeColumn(count, RainbowLowerName, first);
-    eachComputed(first, count, noKernel, [&](Integer record) {
+    eachRecord(first, count, noKernel, [&](Integer record) {
       const auto index = static_cast<std::size_t>(record.value() - 1);
       const Real range = rangeOfSpan(spans, Source, Levels, record);
       Real place = 0, width = 0;

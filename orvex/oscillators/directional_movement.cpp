@@ -34,9 +34,9 @@ std::shared_ptr<RecordSet> Oscillator::TrueRange(std::shared_ptr<Database> data,
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), 2);
-    const auto kernel = [&] {
-      return kernels::run(&Table::trueRange, kernels::Bars{high.rows(), low.rows(), close.rows()},
-                          recordRange(2, count), result->writableValues().data());
+    const auto kernel = [&](kernels::Records records) {
+      return kernels::run(&Table::trueRange, kernels::Bars{high.rows(), low.rows(), close.rows()}, records,
+                          result->writableValues().data());
     };
     eachRecord(2, count, kernel, [&](Integer record) {
       const Real inside = high(record) - low(record);
@@ -78,13 +78,14 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName);
     const Integer count = object(data).getRecordCount();
     const auto rows = [](const std::shared_ptr<Field>& column) { return column->writableValues().data(); };
-    const kernels::Records moves = recordRange(2, count);
     const auto up = makeColumn(count, "UpDMI", 2), down = makeColumn(count, "DnDMI", 2);
     const auto downIndex = makeColumn(count, DownIndexName, 2);
     const auto upIndex = makeColumn(count, UpIndexName, 2);
     eachRecord(
         2, count,
-        [&] { return kernels::run(&Table::directionalMoves, high.rows(), low.rows(), moves, rows(up), rows(down)); },
+        [&](kernels::Records records) {
+          return kernels::run(&Table::directionalMoves, high.rows(), low.rows(), records, rows(up), rows(down));
+        },
         [&](Integer record) {
           const Real rise = high(record) - high(record - 1), fall = low(record - 1) - low(record);
           // Equal moves cancel each other.
@@ -96,9 +97,9 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
     const auto upSum = wilder(up, Periods, "DM+Sum"), downSum = wilder(down, Periods, "DM-Sum");
     eachRecord(
         2, count,
-        [&] {
+        [&](kernels::Records records) {
           const auto share = [&](const std::shared_ptr<Field>& sum, const std::shared_ptr<Field>& result) {
-            return kernels::run(&Table::wholePercent, rowsOf(sum), rowsOf(rangeSum), moves, rows(result));
+            return kernels::run(&Table::wholePercent, rowsOf(sum), rowsOf(rangeSum), records, rows(result));
           };
           return std::min(share(upSum, upIndex), share(downSum, downIndex));
         },
@@ -111,7 +112,9 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
     const auto index = makeColumn(count, DirectionalIndexName, 2);
     eachRecord(
         2, count,
-        [&] { return kernels::run(&Table::directionalIndex, rowsOf(downIndex), rowsOf(upIndex), moves, rows(index)); },
+        [&](kernels::Records records) {
+          return kernels::run(&Table::directionalIndex, rowsOf(downIndex), rowsOf(upIndex), records, rows(index));
+        },
         [&](Integer record) {
           const Real difference = abs(at(downIndex, record) - at(upIndex, record));
           const Real sum = at(downIndex, record) + at(upIndex, record);
@@ -121,11 +124,12 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
 
     // The average starts from 0 and not from the mean of the first indices: that seed is kept.
     const Integer first = Periods + 1;
-    const kernels::Records averages = recordRange(first, count);
     const auto average = makeColumn(count, AverageIndexName, first.value());
     eachRecord(
         first, count,
-        [&] { return kernels::run(&Table::averageIndex, rowsOf(index), Periods.value(), averages, rows(average)); },
+        [&](kernels::Records records) {
+          return kernels::run(&Table::averageIndex, rowsOf(index), Periods.value(), records, rows(average));
+        },
         [&](Integer record) {
           average->setValue(record,
                             roundHalfUp(((Periods - 1) * at(average, record - 1) + at(index, record)) / Periods));
@@ -134,7 +138,10 @@ std::shared_ptr<RecordSet> Oscillator::DirectionalMovementSystem(std::shared_ptr
     // The rating looks one record back and not `Periods` of them: kept as well.
     const auto rating = makeColumn(count, AverageIndexRatingName, first.value());
     eachRecord(
-        first, count, [&] { return kernels::run(&Table::meanHalfUp, rowsOf(average), averages, rows(rating)); },
+        first, count,
+        [&](kernels::Records records) {
+          return kernels::run(&Table::meanHalfUp, rowsOf(average), records, rows(rating));
+        },
         [&](Integer record) {
           rating->setValue(record, roundHalfUp((at(average, record) + at(average, record - 1)) / 2));
         });
@@ -152,10 +159,10 @@ std::shared_ptr<RecordSet> Oscillator::Aroon(std::shared_ptr<Database> data, std
     const auto up = makeColumn(count, AroonUpName, Periods.value() + 1LL);
     const auto down = makeColumn(count, AroonDownName, Periods.value() + 1LL);
     const auto oscillator = makeColumn(count, AroonOscillatorName, Periods.value() + 1LL);
-    const auto kernel = [&] {
+    const auto kernel = [&](kernels::Records records) {
       const auto extremes = workingRows(count, 2);
       return kernels::run(
-          &Table::aroon, high.rows(), low.rows(), Periods.value(), recordRange(Periods + 1, count),
+          &Table::aroon, high.rows(), low.rows(), Periods.value(), records,
           kernels::AroonRows{up->writableValues().data(), down->writableValues().data(),
                              oscillator->writableValues().data(), extremes.get(), extremes.get() + count.value()});
     };

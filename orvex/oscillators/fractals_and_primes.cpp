@@ -36,7 +36,7 @@ std::shared_ptr<RecordSet> Oscillator::ChaosFractalOscillator(std::shared_ptr<Da
     const auto result = makeColumn(count, ChaosFractalOscillatorName, 2);
     // The rows that stand before others are all taken first, so a column that lacks them fails before any comparison.
     if (count > 4) {
-      for (const auto& column : {high, low}) object(column).getValue(count - 1);
+      for (const auto& column : {high, low}) column->getValue(count - 1);
     }
     // From record 2 on, although four records stand behind the fifth only: before it the comparison is with 0, so that
     // ordinary prices give 1 there. It is kept.
@@ -49,8 +49,8 @@ std::shared_ptr<RecordSet> Oscillator::ChaosFractalOscillator(std::shared_ptr<Da
     eachRecord(2, std::min(count, Integer(4)), noKernel, step);
     eachRecord(
         5, count,
-        [&] {
-          return kernels::run(&kernels::Table::breakouts, rowsOf(high), rowsOf(low), recordRange(5, count),
+        [&](kernels::Records records) {
+          return kernels::run(&kernels::Table::breakouts, rowsOf(high), rowsOf(low), records,
                               result->writableValues().data());
         },
         step);

@@ -26,7 +26,7 @@ std::shared_ptr<RecordSet> Oscillator::CMO(std::shared_ptr<Database> data, std::
       return kernels::run(&Table::balanceOfMoves, rowsOf(Source), Periods.value(), records,
                           result->writableValues().data());
     };
-    walkSpans(*data, Periods, count + 1, 1, kernel, [&](Integer record) {
+    walkSpans(*data, Periods + 2, count + 1, CursorAfter::NextRecord, kernel, [&](Integer record) {
       Real up = 0, down = 0;
       visitSpan(*data, Periods, record, [&](Integer j) {
         const Real value = at(Source, j), before = at(Source, j - 1);
@@ -50,9 +50,8 @@ std::shared_ptr<RecordSet> Oscillator::Momentum(std::shared_ptr<Database> data, 
     // Record Periods + 1 has its lag already and is passed over all the same: where the column begins is kept.
     const Integer first = Periods + 2;
     data->setPosition(first);
-    const auto kernel = [&] {
-      return kernels::run(&Table::momentum, rowsOf(Source), Periods.value(), recordRange(first, count),
-                          result->writableValues().data());
+    const auto kernel = [&](kernels::Records records) {
+      return kernels::run(&Table::momentum, rowsOf(Source), Periods.value(), records, result->writableValues().data());
     };
     walk(*data, first, count, kernel, [&](Integer record) {
       data->setPosition(record - Periods);
@@ -77,7 +76,7 @@ std::shared_ptr<RecordSet> Oscillator::VerticalHorizontalFilter(std::shared_ptr<
       return kernels::run(&Table::rangeToPath, rowsOf(Source), spans.highest, spans.lowest, Periods.value(),
                           spans.records, result->writableValues().data());
     };
-    walkSpans(*data, Periods, count + 1, 1, kernel, [&](Integer record) {
+    walkSpans(*data, Periods + 2, count + 1, CursorAfter::NextRecord, kernel, [&](Integer record) {
       Extremes extremes;
       Real path = 0;
       visitSpan(
@@ -121,9 +120,9 @@ std::shared_ptr<RecordSet> Oscillator::WilliamsAccumulationDistribution(std::sha
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), 2);
-    const auto kernel = [&] {
-      return kernels::run(&Table::accumulation, kernels::Bars{high.rows(), low.rows(), close.rows()},
-                          recordRange(2, count), result->writableValues().data());
+    const auto kernel = [&](kernels::Records records) {
+      return kernels::run(&Table::accumulation, kernels::Bars{high.rows(), low.rows(), close.rows()}, records,
+                          result->writableValues().data());
     };
     eachRecord(2, count, kernel, [&](Integer record) {
       const Real last = close(record), before = close(record - 1);
@@ -146,16 +145,14 @@ std::shared_ptr<RecordSet> Oscillator::ChaikinVolatility(std::shared_ptr<Databas
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), ROC.value() + 1LL);
     const auto range = makeColumn(count, "HL", 1);
-    const auto kernel = [&] {
-      return kernels::run(&Table::difference, high.rows(), 0, low.rows(), recordRange(1, count),
-                          range->writableValues().data());
+    const auto kernel = [&](kernels::Records records) {
+      return kernels::run(&Table::difference, high.rows(), 0, low.rows(), records, range->writableValues().data());
     };
     eachRecord(
-        1, count, kernel, [&](Integer record) { range->setValue(record, high(record) - low(record)); }, [](Integer) {},
-        noYield);
+        1, count, kernel, [&](Integer record) { range->setValue(record, high(record) - low(record)); }, noYield);
     const auto average = averageColumn(MA_Type, data, range, Periods, "HLMA");
-    const auto change = [&] {
-      return kernels::run(&Table::fallInPercent, rowsOf(average), ROC.value(), recordRange(ROC + 1, count),
+    const auto change = [&](kernels::Records records) {
+      return kernels::run(&Table::fallInPercent, rowsOf(average), ROC.value(), records,
                           result->writableValues().data());
     };
     eachRecord(ROC + 1, count, change, [&](Integer record) {
@@ -174,8 +171,8 @@ std::shared_ptr<RecordSet> Oscillator::EaseOfMovement(std::shared_ptr<Database> 
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), volume(OHLCV, Database::VolumeName);
     const Integer count = object(data).getRecordCount();
     const auto ease = makeColumn(count, "EMV", 2);
-    const auto kernel = [&] {
-      return kernels::run(&Table::easeOfMovement, high.rows(), low.rows(), volume.rows(), recordRange(2, count),
+    const auto kernel = [&](kernels::Records records) {
+      return kernels::run(&Table::easeOfMovement, high.rows(), low.rows(), volume.rows(), records,
                           ease->writableValues().data());
     };
     eachRecord(2, count, kernel, [&](Integer record) {

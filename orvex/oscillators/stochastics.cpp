@@ -5,6 +5,7 @@
 #include "orvex/data/object.h"
 #include "orvex/data/price_column.h"
 #include "orvex/data/real.h"
+#include "orvex/data/walk.h"
 #include "orvex/indices/index.h"
 #include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
@@ -14,15 +15,18 @@ namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
-/// The extremes of two columns over the span that ends at `record`; the cursor ends on that record.
-template <class High, class Low>
-Extremes extremesOfSpan(Database& data, Integer length, Integer record, High&& high, Low&& low) {
+/// Steps `record`: puts `place(record, extremes)`, with the extremes of two columns over the span that ends there, into
+/// its row. The cursor ends on it.
+template <class High, class Low, class Place>
+void placeInSpan(Database& data, Integer length, Integer record, High&& high, Low&& low, Field& out, Place&& place) {
   Extremes extremes;
   visitSpan(
       data, length, record, [&](Integer j) { extremes.begin(high(j), low(j)); },
       [&](Integer j) { extremes.take(high(j), low(j)); });
   data.MovePrevious();
-  return extremes;
+  // By the cursor, since a length below 0 takes it past the record, and it goes on until it has left the series.
+  const Integer under = data.getPosition();
+  out.setValue(under, place(under, extremes));
 }
 
 /// What the bars of a cycle add up to.
@@ -44,10 +48,10 @@ std::shared_ptr<RecordSet> Oscillator::StochasticOscillator(std::shared_ptr<Data
       const SpanExtremes spans = spanExtremes(high.rows(), low.rows(), KPeriods, records);
       return spans.place(close.rows(), spans.lowest, 100, *k);
     };
-    walkSpans(*data, KPeriods, count + 1, 0, kernel, [&](Integer record) {
-      const Extremes span = extremesOfSpan(*data, KPeriods, record, high, low);
-      const Integer last = data->getPosition();
-      k->setValue(last, (close(last) - span.lowest()) / (span.highest() - span.lowest()) * 100);
+    walkSpans(*data, KPeriods + 2, count + 1, CursorAfter::Record, kernel, [&](Integer record) {
+      placeInSpan(*data, KPeriods, record, high, low, *k, [&](Integer last, const Extremes& span) {
+        return (close(last) - span.lowest()) / (span.highest() - span.lowest()) * 100;
+      });
     });
     if (KSlowingPeriods >= 2) k = averageColumn(MA_Type, data, k, KSlowingPeriods, PercentKName);
     const auto d = averageColumn(MA_Type, data, k, DPeriods, PercentDName);
@@ -63,15 +67,15 @@ std::shared_ptr<RecordSet> Oscillator::WilliamsPctR(std::shared_ptr<Database> da
     PriceColumn high(OHLCV, Database::HighName), low(OHLCV, Database::LowName), close(OHLCV, Database::CloseName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL, count.value() - 1);
-    // It ends one record before the stochastics do: the last record stays 0, and that is kept.
+    // Its counter ends one record before those of the others do: the last record stays 0, and that is kept.
     const auto kernel = [&](kernels::Records records) {
       const SpanExtremes spans = spanExtremes(high.rows(), low.rows(), Periods, records);
       return spans.place(spans.highest, close.rows(), -100, *result);
     };
-    walkSpans(*data, Periods, count, 0, kernel, [&](Integer record) {
-      const Extremes span = extremesOfSpan(*data, Periods, record, high, low);
-      const Integer last = data->getPosition();
-      result->setValue(last, (span.highest() - close(last)) / (span.highest() - span.lowest()) * -100);
+    walkSpans(*data, Periods + 2, count, CursorAfter::Record, kernel, [&](Integer record) {
+      placeInSpan(*data, Periods, record, high, low, *result, [&](Integer last, const Extremes& span) {
+        return (span.highest() - close(last)) / (span.highest() - span.lowest()) * -100;
+      });
     });
     data->MoveFirst();
     return makeRecordSet({result});
@@ -90,10 +94,10 @@ std::shared_ptr<RecordSet> Oscillator::StochRSI(std::shared_ptr<Database> data, 
       const SpanExtremes spans = spanExtremes(rowsOf(strength), rowsOf(strength), Periods, records);
       return spans.place(rowsOf(strength), spans.lowest, 1, *result);
     };
-    walkSpans(*data, Periods, count + 1, 0, kernel, [&](Integer record) {
-      const Extremes span = extremesOfSpan(*data, Periods, record, value, value);
-      const Integer last = data->getPosition();
-      result->setValue(last, (value(last) - span.lowest()) / (span.highest() - span.lowest()));
+    walkSpans(*data, Periods + 2, count + 1, CursorAfter::Record, kernel, [&](Integer record) {
+      placeInSpan(*data, Periods, record, value, value, *result, [&](Integer last, const Extremes& span) {
+        return (value(last) - span.lowest()) / (span.highest() - span.lowest());
+      });
     });
     data->MoveFirst();
     return makeRecordSet({result});
@@ -123,7 +127,7 @@ std::shared_ptr<RecordSet> Oscillator::UltimateOscillator(std::shared_ptr<Databa
                           kernels::Cycles{{Cycle1.value(), Cycle2.value(), Cycle3.value()}}, known,
                           result->writableValues().data());
     };
-    walkSpans(*data, longest, count + 1, 1, kernel, [&](Integer record) {
+    walkSpans(*data, longest + 2, count + 1, CursorAfter::NextRecord, kernel, [&](Integer record) {
       const auto pressure = [&](Integer cycle) {
         Pressure sum;
         visitSpan(*data, cycle, record, [&](Integer j) {

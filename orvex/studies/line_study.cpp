@@ -71,7 +71,8 @@ std::shared_ptr<RecordSet> LineStudy::TironeLevel(std::shared_ptr<Database> data
     const auto tops = makeColumn(count, TironeTopName, StartPeriod.value(), EndPeriod.value());
     const auto medians = makeColumn(count, TironeMedianName, StartPeriod.value(), EndPeriod.value());
     const auto bottoms = makeColumn(count, TironeBottomName, StartPeriod.value(), EndPeriod.value());
-    if (EndPeriod > count || StartPeriod < 1) raise(faults::InvalidCall);
+    if (EndPeriod > count) raise(TironeLevelEndFault);
+    if (StartPeriod < 1) raise(TironeLevelStartFault);
 
     General general;
     const auto high = object(OHLCV).getField(Database::HighName);
@@ -84,11 +85,13 @@ std::shared_ptr<RecordSet> LineStudy::TironeLevel(std::shared_ptr<Database> data
 
     // The cursor runs one record behind the rows. A span that begins at record 1 therefore fails here; that is kept.
     data->setPosition(StartPeriod - 1);
-    walk(*data, StartPeriod, EndPeriod, noKernel, [&](Integer record) {
-      tops->setValue(record, top);
-      medians->setValue(record, median);
-      bottoms->setValue(record, bottom);
-    });
+    walk(*data, StartPeriod, EndPeriod, noKernel,
+         [&](Integer record) {
+           tops->setValue(record, top);
+           medians->setValue(record, median);
+           bottoms->setValue(record, bottom);
+         },
+         {.behind = 1});
     data->MoveFirst();
     return makeRecordSet({tops, medians, bottoms});
   });

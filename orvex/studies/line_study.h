@@ -33,6 +33,9 @@ class LineStudy {
   static constexpr std::string_view TrendLinePenetrationName = "TrendLinePenetration";
 
   static constexpr Fault FibonacciFault = unexpectedError("LineStudy.Fibonacci.UnexpectedError");
+  /// Raised inside the trap, which makes 1105 of them.
+  static constexpr Fault TironeLevelStartFault = invalidStartPeriod("TironeLevel");
+  static constexpr Fault TironeLevelEndFault = invalidEndPeriod("TironeLevel");
   static constexpr Fault TironeLevelFault = unexpectedError("LineStudy.TironeLevel.UnexpectedError");
   static constexpr Fault QuadrantLinesStartFault = invalidStartPeriod("LineStudy.QuadrantLines");
   static constexpr Fault QuadrantLinesEndFault = invalidEndPeriod("LineStudy.QuadrantLines");

@@ -98,9 +98,27 @@ TEST(Memory, ThatRunsOutFailsTheLoadOfAFile) {
   EXPECT_GT(failures, 10);
 }
 
+TEST(Memory, OfAFileThatIsTooLongIsThatOfTheRecordsThatASeriesHolds) {
+  for (const std::string end : {"\n", "\r", "\r\n"}) {
+    std::string lines;
+    for (int i = 0; i < 8'000'000; ++i) lines += end;
+    const File file(lines);
+    Database data;
+    const std::size_t before = mostInUse = inUse;
+    std::string description;
+    try {
+      data.OpenDataBase(file.path(), ",");
+    } catch (const Error& error) {
+      description = error.description();
+    }
+    EXPECT_EQ(description, faults::Overflow.description);
+    EXPECT_LE(mostInUse - before, (std::size_t{1} << 22) + 65536);
+  }
+}
+
 TEST(Memory, OfACallIsItsResultAndEightColumnsAtMost) {
   // Long periods of many records take too much time, and the network grows with the square of its period.
-  for (const int count : {32766, 3000}) {
+  for (const int count : {32765, 3000}) {
     const std::size_t most = 8 * static_cast<std::size_t>(count) * sizeof(double) + 65536;
     forEveryMethod(count > 3000 ? 1 : 3,
                    [&](const std::vector<std::uint8_t>& bytes, const Class& owner, const Method& method) {
