@@ -79,7 +79,8 @@ class MovingAverage {
   /// row r = row (r - 1) + (Source(r) - row (r - 1)) x (1 / P) from row 1 = 0: J. Welles Wilder's smoothing (New
   /// Concepts in Technical Trading Systems, 1978), which there starts from the mean of the first P values. Here it
   /// climbs from 0, and rows 1 to 2P are set to 0 to hide the climb; N is the record count of `Source`. Computed rows:
-  /// 2P + 1 to N. P > N / 2 fails. No cursor is moved.
+  /// 2P + 1 to N. P > N / 2 fails. A negative P sets no row to 0, and the rows run away from the values by 1 / |P| of
+  /// the distance. No cursor is moved.
   std::shared_ptr<RecordSet> WellesWilderSmoothing(std::shared_ptr<Field> Source, Integer Periods,
                                                    InOut<std::string> Alias = {});
 
@@ -93,7 +94,7 @@ class MovingAverage {
   /// records: an exponential average that moves the faster the more the series trends, after Tushar Chande (Adapting
   /// Moving Averages to Market Volatility, Stocks & Commodities, March 1992). P sets no length here, only how many rows
   /// are set to 0: 1 to 3P. Computed rows: max(3P, 9) + 1 to N; up to row 9 there is no momentum, and the average stays
-  /// 0. P > N / 3 fails.
+  /// 0. P > N / 3 fails; a P of 0 or below sets no row to 0.
   std::shared_ptr<RecordSet> VariableMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                    Integer Periods, InOut<std::string> Alias = {});
 

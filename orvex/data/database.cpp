@@ -87,7 +87,7 @@ void Database::RecordsetCache(std::shared_ptr<RecordSet> NewRecordset) {
   columns_.low = column(LowName);
   columns_.close = column(CloseName);
   columns_.volume = column(VolumeName);
-  recordCount_ = object(columns_.open).getRecordCount();
+  recordCount_ = columns_.open->getRecordCount();
 }
 
 Integer Database::setPosition(Integer Index) {
@@ -106,14 +106,24 @@ void Database::OpenDataBase(const std::string& filename, const std::string& Deli
 }
 
 void Database::OpenDatabaseByArray(const VariantArray& Ary) {
-  OpenDatabaseByFourArrays(Ary, Ary, Ary, Ary);
+  loadElements(Ary, [&](int row) {
+    const double value = Ary.number(row);
+    for (Field* column :
+         {columns_.open.get(), columns_.high.get(), columns_.low.get(), columns_.close.get(), columns_.volume.get()}) {
+      column->setValue(row, value);
+    }
+  });
 }
 
 void Database::OpenDatabaseByFourArrays(const VariantArray& OpenAry, const VariantArray& HighAry,
                                         const VariantArray& LowAry, const VariantArray& CloseAry) {
-  load([&] {
-    beginLoad();
-    loadArrays(OpenAry, HighAry, LowAry, CloseAry);
+  loadElements(OpenAry, [&](int row) {
+    columns_.open->setValue(row, OpenAry.number(row));
+    columns_.high->setValue(row, HighAry.number(row));
+    columns_.low->setValue(row, LowAry.number(row));
+    const double close = CloseAry.number(row);
+    columns_.close->setValue(row, close);
+    columns_.volume->setValue(row, close);
   });
 }
 
@@ -156,7 +166,7 @@ void Database::loadLines(const std::string& filename, const std::string& delimit
   const std::shared_ptr<RecordSet> recordset = recordset_;
   const Columns columns = columns_;
   const std::string mark = delimiter;  // NOLINT(performance-unnecessary-copy-initialization)
-  TextFile file(filename);
+  TextFile file(filename, static_cast<std::size_t>(Integer::Greatest));
   initializeColumns(columns, file.lineCount());
 
   const YieldHook hook = yieldHook();
@@ -179,17 +189,14 @@ void Database::loadLines(const std::string& filename, const std::string& delimit
   publish(*recordset, columns);
 }
 
-void Database::loadArrays(const VariantArray& open, const VariantArray& high, const VariantArray& low,
-                          const VariantArray& close) {
-  initializeColumns(columns_, open.upperBound());
-  for (int i = 1; i <= recordCount_; ++i) {
-    columns_.open->setValue(i, open.number(i));
-    columns_.high->setValue(i, high.number(i));
-    columns_.low->setValue(i, low.number(i));
-    columns_.close->setValue(i, close.number(i));
-    columns_.volume->setValue(i, close.number(i));
-  }
-  publish(*recordset_, columns_);
+template <class Fill>
+void Database::loadElements(const VariantArray& longest, Fill&& fill) {
+  load([&] {
+    beginLoad();
+    initializeColumns(columns_, longest.upperBound());
+    for (int row = 1; row <= recordCount_; ++row) fill(row);
+    publish(*recordset_, columns_);
+  });
 }
 
 void Database::loadRows(const PriceRows& prices) {

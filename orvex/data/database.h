@@ -60,6 +60,7 @@ class Database : public std::enable_shared_from_this<Database> {
   Integer getPosition() const { return position_; }
   Integer MoveNext() { return setPosition(position_ + 1); }
   Integer MovePrevious() { return setPosition(position_ - 1); }
+  /// "EOF" where an array with an upper bound below 0 failed to load and left that bound as the record count.
   Integer MoveFirst() { return setPosition(1); }
   Integer MoveLast() { return setPosition(recordCount_); }
 
@@ -92,8 +93,8 @@ class Database : public std::enable_shared_from_this<Database> {
   void beginLoad();
   void initializeColumns(const Columns& columns, Integer count);
   void loadLines(const std::string& filename, const std::string& delimiter);
-  void loadArrays(const VariantArray& open, const VariantArray& high, const VariantArray& low,
-                  const VariantArray& close);
+  template <class Fill>
+  void loadElements(const VariantArray& longest, Fill&& fill);
   void loadRows(const PriceRows& prices);
   static void publish(RecordSet& recordset, const Columns& columns);
 

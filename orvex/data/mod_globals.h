@@ -2,7 +2,8 @@
 
 #include "orvex/data/counts.h"
 
-/// Procedures that several indicators share.
+/// Procedures of the library's own module. They are part of what it offers and no indicator calls them: where one takes
+/// the larger of two values, equal values give that value and not 0.
 namespace orvex::inline ORVEX_COUNTS::modGlobals {
 
 /// The larger of two values, or 0 when neither is strictly greater: equal values give 0.

@@ -1,7 +1,9 @@
 #include "orvex/data/number_text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <system_error>
@@ -82,6 +84,13 @@ NumberText readNumber(std::string_view text) {
     value = nearest(first, digitsEnd, at, exponent);
   }
   return {negative ? -value : value, static_cast<std::size_t>(at - begin)};
+}
+
+double numberFromSingle(float single) {
+  if (!std::isfinite(single)) return double{single};
+  std::array<char, 32> buffer{};
+  const char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), single).ptr;
+  return numberFromText({buffer.data(), static_cast<std::size_t>(end - buffer.data())});
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -19,6 +19,10 @@ struct NumberText {
 /// beyond the range.
 NumberText readNumber(std::string_view text);
 
+/// The number that a Single was made of: the value of the shortest text that reads back as that Single, so that 10.1 is
+/// still 10.1 when it has been one. Infinities and not-a-number stay what they are.
+double numberFromSingle(float single);
+
 /// The value of `readNumber`.
 inline double numberFromText(std::string_view text) {
   return readNumber(text).value;

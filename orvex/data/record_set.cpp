@@ -13,7 +13,7 @@ void RecordSet::addField(std::shared_ptr<Field> NewField) {
 }
 
 void RecordSet::renameField(std::string_view OldFieldName, std::string_view NewFieldName) {
-  trap(renameFieldFault, [&] { object(getField(OldFieldName)).setName(NewFieldName); });
+  trap(renameFieldFault, [&] { getField(OldFieldName)->setName(NewFieldName); });
 }
 
 void RecordSet::removeField(std::string_view FieldName) {
@@ -21,11 +21,11 @@ void RecordSet::removeField(std::string_view FieldName) {
 }
 
 double RecordSet::getValue(std::string_view FieldName, Integer RowIndex) const {
-  return trap(getValueFault, [&] { return object(getField(FieldName)).getValue(RowIndex); });
+  return trap(getValueFault, [&] { return getField(FieldName)->getValue(RowIndex); });
 }
 
 void RecordSet::setValue(std::string_view FieldName, Integer RowIndex, double Value) {
-  trap(setValueFault, [&] { object(getField(FieldName)).setValue(RowIndex, Value); });
+  trap(setValueFault, [&] { getField(FieldName)->setValue(RowIndex, Value); });
 }
 
 std::shared_ptr<Field> RecordSet::getField(std::string_view FieldName) const {

@@ -50,7 +50,8 @@ OpenFile openForReading(const std::string& name) {
     const bool folderThere = !path.has_parent_path() || fs::is_directory(path.parent_path(), error);
     raise(folderThere ? faults::FileNotFound : faults::PathNotFound);
   }
-  // A pipe or a device has no end to wait for, a folder no text.
+  // Only what is there to be read from beginning to end: a folder has no text, and the end of a pipe or a device may be
+  // long in coming, or never come.
   if (status.type() != fs::file_type::regular) raise(faults::FileAccess);
   OpenFile file = open(path);
   if (file == nullptr) raise(errno == ENOENT ? faults::FileNotFound : faults::FileAccess);
@@ -58,18 +59,42 @@ OpenFile openForReading(const std::string& name) {
   return file;
 }
 
-/// What one look at all bytes of a text tells.
-struct Survey {
-  std::size_t lineFeeds = 0;
-  bool ascii = true;
-  bool carriageReturns = false;
+/// How many carriage returns end a line by themselves; of one at the end only what follows can tell.
+std::size_t countLoneReturns(std::string_view text) noexcept {
+  std::size_t count = 0;
+  for (std::size_t at = text.find('\r'); at != std::string_view::npos; at = text.find('\r', at + 1)) {
+    count += at + 1 < text.size() && text[at + 1] != '\n';
+  }
+  return count;
+}
+
+/// What one look at all bytes of a text tells, which it is shown part by part.
+class Survey {
+ public:
+  void take(std::string_view part) noexcept;
+  /// Tells it that nothing more comes.
+  void end() noexcept { loneReturns_ += endsInReturn_; }
+
+  bool isAscii() const noexcept { return ascii_; }
+  bool hasLoneReturns() const noexcept { return loneReturns_ != 0; }
+  /// How many lines have come to their end so far. One that the last byte ends may have to wait for the next byte.
+  std::size_t lineEnds() const noexcept { return lineFeeds_ + loneReturns_; }
+
+ private:
+  std::size_t lineFeeds_ = 0;
+  std::size_t loneReturns_ = 0;
+  bool ascii_ = true;
+  bool endsInReturn_ = false;
 };
 
-Survey survey(std::string_view text) noexcept {
+void Survey::take(std::string_view part) noexcept {
+  if (part.empty()) return;
+  if (endsInReturn_ && part.front() != '\n') ++loneReturns_;
+  endsInReturn_ = part.back() == '\r';
+  std::string_view text = part;
   // Counted a byte a lane, which compilers turn into vector code; a lane is added up before it could wrap.
   constexpr std::size_t lanes = 64;
   constexpr std::size_t rounds = 255;
-  Survey result;
   unsigned high = 0;
   unsigned returns = 0;
   while (!text.empty()) {
@@ -84,38 +109,34 @@ Survey survey(std::string_view text) noexcept {
       }
       text.remove_prefix(lanes);
     }
-    for (const unsigned char lane : feeds) result.lineFeeds += lane;
+    for (const unsigned char lane : feeds) lineFeeds_ += lane;
     if (round < rounds) break;
   }
   for (const char c : text) {
-    result.lineFeeds += c == '\n';
+    lineFeeds_ += c == '\n';
     high |= static_cast<unsigned char>(c);
     returns |= c == '\r';
   }
-  result.ascii = high < 0x80;
-  result.carriageReturns = returns != 0;
-  return result;
-}
-
-/// How many carriage returns end a line by themselves.
-std::size_t countLoneReturns(std::string_view text) noexcept {
-  std::size_t count = 0;
-  for (std::size_t at = text.find('\r'); at != std::string_view::npos; at = text.find('\r', at + 1)) {
-    count += at + 1 == text.size() || text[at + 1] != '\n';
-  }
-  return count;
+  ascii_ = ascii_ && high < 0x80;
+  if (returns != 0) loneReturns_ += countLoneReturns(part);
 }
 
 }  // namespace
 
-TextFile::TextFile(const std::string& path) {
+TextFile::TextFile(const std::string& path, std::size_t mostLines) {
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   const OpenFile file = openForReading(path);
+  Survey seen;
   // Room for nearly every price file at once. What is not read into is never touched.
   std::size_t room = std::size_t{1} << 22;
   auto bytes = std::make_unique_for_overwrite<char[]>(room);
   std::size_t size = 0;
   for (;;) {
     const std::size_t got = std::fread(bytes.get() + size, 1, room - size, file.get());
+    std::string_view part(bytes.get() + size, got);
+    if (size == 0 && part.starts_with(byteOrderMark)) part.remove_prefix(byteOrderMark.size());
+    seen.take(part);
+    if (seen.lineEnds() > mostLines) raise(faults::Overflow);
     size += got;
     if (size < room) break;
     auto more = std::make_unique_for_overwrite<char[]>(2 * room);
@@ -127,17 +148,16 @@ TextFile::TextFile(const std::string& path) {
   bytes_ = std::move(bytes);
   rest_ = {bytes_.get(), size};
 
-  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
   if (rest_.starts_with(byteOrderMark)) rest_.remove_prefix(byteOrderMark.size());
-  const Survey seen = survey(rest_);
-  if (!seen.ascii && !isUtf8(rest_)) {
+  seen.end();
+  if (!seen.isAscii() && !isUtf8(rest_)) {
     decoded_ = utf8FromWindows1252(rest_);
     rest_ = decoded_;
   }
-  const std::size_t loneReturns = seen.carriageReturns ? countLoneReturns(rest_) : 0;
-  loneReturns_ = loneReturns != 0;
+  loneReturns_ = seen.hasLoneReturns();
   const bool endOpen = !rest_.empty() && rest_.back() != '\n' && rest_.back() != '\r';
-  lineCount_ = seen.lineFeeds + loneReturns + (endOpen ? 1 : 0);
+  lineCount_ = seen.lineEnds() + (endOpen ? 1 : 0);
+  if (lineCount_ > mostLines) raise(faults::Overflow);
 }
 
 bool TextFile::nextLine(std::string_view& line) noexcept {

@@ -22,9 +22,12 @@ struct Null {
   friend bool operator==(Null, Null) = default;
 };
 
-/// An element of an array that is no value: an object, an array, an error. Error 13 where it is to be a number.
+/// An element of an array that is no value: an object, an array, an error, a date that is none. It raises its fault
+/// where it is to be a number, error 13 unless it has another.
 struct NoValue {
-  friend bool operator==(NoValue, NoValue) = default;
+  Fault fault = faults::TypeMismatch;
+
+  friend bool operator==(const NoValue&, const NoValue&) = default;
 };
 
 /// A one-dimensional array with a lower bound of its own, or no array at all.
@@ -68,11 +71,12 @@ class Array {
 using Cell = std::variant<Empty, Null, double, std::string, NoValue>;
 
 /// What a host hands in where an array of prices is expected: an array of numbers, of texts or of mixed elements with
-/// any lower bound; or something else, which fails when it is used as an array.
+/// any lower bound; or something else, which fails when it is used as an array: so what is wrong with it is a fault of
+/// the load, and not of its caller's.
 class VariantArray {
  public:
-  /// A value that is no array: its bounds and its elements raise error 13.
-  VariantArray() = default;
+  /// A value that is no array, or one that cannot be read: its bounds and its elements raise the fault.
+  VariantArray(const NoValue& value = NoValue()) : content_(value) {}
   VariantArray(Array<double> numbers) : content_(std::move(numbers)) {}
   VariantArray(Array<Cell> cells) : content_(std::move(cells)) {}
   VariantArray(std::vector<double> numbers) : VariantArray(Array<double>(std::move(numbers))) {}
@@ -90,7 +94,7 @@ class VariantArray {
   double number(int index) const;
 
  private:
-  std::variant<std::monostate, int, Array<double>, Array<Cell>> content_;
+  std::variant<NoValue, int, Array<double>, Array<Cell>> content_;
 };
 
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -159,8 +159,9 @@ class Oscillator {
   /// "%K" = (Close - lowest Low) / (highest High - lowest Low) x 100 over `KPeriods` records, replaced by its average
   /// of the code `MA_Type` over `KSlowingPeriods` records where these are 2 or more, and "%D", the average of "%K" over
   /// `DPeriods`: George Lane's stochastic with any average. The averages take the 0s of the first records for values.
-  /// Computed rows with A the first of the average's: "%K" from `KPeriods` + A(`KSlowingPeriods`), "%D" later than that
-  /// by A(`DPeriods`) - 1.
+  /// Computed rows, with F(P, f) the first one of an average over P records of a column that is computed from f on (see
+  /// `firstAverageRow`): "%K" from k = F(`KSlowingPeriods`, `KPeriods` + 1), `KPeriods` + 1 where it is not averaged,
+  /// and "%D" from F(`DPeriods`, k). For 14, 3, 3 and the simple average that is 17 and 19.
   std::shared_ptr<RecordSet> StochasticOscillator(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                                   Integer KPeriods, Integer KSlowingPeriods, Integer DPeriods,
                                                   Integer MA_Type);
@@ -208,7 +209,8 @@ class Oscillator {
                                  InOut<std::string> Alias = {});
 
   /// (Source(r) - Source(r - `Periods`)) / Source(r - `Periods`) x 100 + 100: 100 where nothing changed. Computed rows:
-  /// `Periods` + 2 to N, one later than the lag needs. Fails for a value of 0, and for `Periods` of N or more.
+  /// `Periods` + 2 to N, one later than the lag needs. Fails where a value of 0 serves as the earlier one, and for
+  /// `Periods` of N or more.
   std::shared_ptr<RecordSet> Momentum(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods,
                                       InOut<std::string> Alias = {});
 
@@ -240,7 +242,8 @@ class Oscillator {
 
   /// The average of the code `MA_Type` over `Periods` records of move / (Volume / (High - Low)) x 10000, where move is
   /// the change of the bar's middle (High + Low) / 2; a bar without a range counts 0 (Richard Arms, with any average).
-  /// Computed rows: those of the average, and 2 at the least. Fails where the volume of a bar with a range is 0.
+  /// Computed rows: from the first that the average has of a column that is computed from 2 on (see `firstAverageRow`),
+  /// which is `Periods` + 1 for the simple one. Fails where the volume of a bar with a range is 0.
   std::shared_ptr<RecordSet> EaseOfMovement(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                             Integer Periods, Integer MA_Type, InOut<std::string> Alias = {});
 

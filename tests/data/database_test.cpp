@@ -58,6 +58,16 @@ TEST(Database, LoadsLinesWhateverEndsThem) {
   EXPECT_EQ(load("a\r\r\nb\n\rc").size(), 5u);
 }
 
+TEST(Database, CountsTheEndsOfLinesThatComeApartWhenAFileIsRead) {
+  // What is read at once: the end of a line may be its last byte.
+  constexpr std::size_t part = std::size_t{1} << 22;
+  const std::string line(part - 1, 'x');
+  for (const auto& [end, lines] :
+       {std::pair("\r\nb", 2), {"\rb", 2}, {"\r\rb", 3}, {"\n\rb", 3}, {"\r", 1}, {"\n", 1}}) {
+    EXPECT_EQ(load(line + end).size(), static_cast<std::size_t>(lines));
+  }
+}
+
 TEST(Database, TakesALineApartAtItsDelimiters) {
   struct {
     const char* line;
@@ -201,6 +211,9 @@ TEST(Database, TellsWhyAnArrayDoesNotLoad) {
       {VariantArray::ofSeveralDimensions(5), "Subscript out of range", 5},
       {Array<Cell>({Cell(1.0), Cell(Null{})}), "Invalid use of Null", 2},
       {Array<Cell>({Cell(std::string("1e999"))}), "Overflow", 1},
+      {NoValue{faults::InvalidCall}, "Invalid procedure call or argument", 2},
+      {Array<Cell>({Cell(1.0), Cell(NoValue())}), "Type mismatch", 2},
+      {Array<Cell>({Cell(1.0), Cell(NoValue{faults::Overflow}), Cell(NoValue())}), "Overflow", 3},
       {std::vector<double>(32768), "Overflow", 2},
   };
   for (const auto& one : cases) {
@@ -217,6 +230,14 @@ TEST(Database, TellsWhyAnArrayDoesNotLoad) {
                data.OpenDatabaseByFourArrays(std::vector<double>{1, 2}, std::vector<double>{1},
                                              std::vector<double>{1, 2}, std::vector<double>{1, 2}));
   EXPECT_FAULT(Database::loadFault("Type mismatch"), data.OpenDatabaseByFourArrays(std::vector<double>{1}, {}, {}, {}));
+}
+
+TEST(Database, LeavesACountWithoutRecordsWhenAnArrayEndsBelow0) {
+  Database data;
+  EXPECT_FAULT(Database::loadFault("Subscript out of range"), data.OpenDatabaseByArray(Array<double>({1, 2}, -3)));
+  EXPECT_EQ(data.getRecordCount(), -2);
+  EXPECT_FAULT(Database::EndOfFile, data.MoveFirst());
+  EXPECT_FAULT(Database::BeginOfFile, data.MoveLast());
 }
 
 TEST(Database, MovesItsCursorFromTheFirstRecordToOnePastTheLast) {

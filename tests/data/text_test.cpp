@@ -117,5 +117,24 @@ TEST(NumberText, IsTheNearestDouble) {
   }
 }
 
+TEST(NumberText, OfASingleIsItsShortest) {
+  const struct {
+    float single;
+    double number;
+  } cases[] = {{10.1F, 10.1},
+               {0.1F, 0.1},
+               {-2.5F, -2.5},
+               {16777216.0F, 16777216.0},
+               {1e30F, 1e30},
+               {1e-45F, 1e-45},
+               {3.4028235e38F, 3.4028235e38},
+               {0.0F, 0.0},
+               {123.456F, 123.456}};
+  for (const auto& [single, number] : cases) EXPECT_EQ(numberFromSingle(single), number) << number;
+  EXPECT_TRUE(std::signbit(numberFromSingle(-0.0F)));
+  EXPECT_EQ(numberFromSingle(std::numeric_limits<float>::infinity()), infinity);
+  EXPECT_TRUE(std::isnan(numberFromSingle(std::numeric_limits<float>::quiet_NaN())));
+}
+
 }  // namespace
 }  // namespace orvex::test

@@ -40,7 +40,8 @@ struct Description<Database> {
       row<&Database::MovePrevious>({.name = "MovePrevious",
                                     .help = "Moves the cursor to the record before.",
                                     .faults = {Database::BeginOfFile, Database::EndOfFile}}),
-      row<&Database::MoveFirst>({.name = "MoveFirst", .help = "Moves the cursor to record 1."}),
+      row<&Database::MoveFirst>(
+          {.name = "MoveFirst", .help = "Moves the cursor to record 1.", .faults = {Database::EndOfFile}}),
       row<&Database::MoveLast>(
           {.name = "MoveLast", .help = "Moves the cursor to the last record.", .faults = {Database::BeginOfFile}}),
       row<&Database::OpenDataBase>(
