@@ -78,7 +78,10 @@ TEST(Stochastics, PeriodsAreNotChecked) {
   EXPECT_EQ(stochastic(0, 1, 1), Oscillator::StochasticOscillatorFault);
   EXPECT_EQ(stochastic(2, 1, 8), Oscillator::StochasticOscillatorFault);
   EXPECT_EQ(stochastic(9, 1, 1), std::nullopt);
-  EXPECT_FAULT(Oscillator::WilliamsPctRFault, oscillator.WilliamsPctR(data, prices, -1));
+  // A length below 0 goes by the cursor, which leaves the series in the end.
+  expectFaults(*data, {{[&] { oscillator.StochasticOscillator(data, prices, -1, 0, 1, 1); },
+                        Oscillator::StochasticOscillatorFault, 6},
+                       {[&] { oscillator.WilliamsPctR(data, prices, -1); }, Oscillator::WilliamsPctRFault, 6}});
   EXPECT_FAULT(Oscillator::UltimateOscillatorFault, oscillator.UltimateOscillator(data, prices, 2, 0, 2));
 }
 
