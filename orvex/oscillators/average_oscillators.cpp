@@ -231,14 +231,15 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
     eachRecord(first, count, noKernel, [&](Integer record) {
       const auto index = static_cast<std::size_t>(record.value() - 1);
       const Real range = rangeOfSpan(spans, Source, Levels, record);
-      Real place = 0, width = 0;
+      Real place = 0, width = 0, below = 0;
       if (range != 0) {
         place = 100 * (at(Source, record) - Real(sums[index]) / Levels) / range;
         width = 100 * (Real(largest[index]) - smallest[index]) / range;
+        below = -width;
       }
       result->setValue(record, place);
       upper->setValue(record, width);
-      lower->setValue(record, -width);
+      lower->setValue(record, below);
     });
     data->MoveFirst();
     return makeRecordSet({result, upper, lower});

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "orvex/oscillators/oscillator.h"
 #include "tests/support/series.h"
 
@@ -55,10 +57,11 @@ TEST(GoldenDeathCross, ComparesExactly) {
 
 TEST(RainbowOscillator, HandComputedLevels) {
   // Averages 4, 7, 11, 13 from record 3 on, of them 9 and 12 from record 5 on; in record 6 the price has no range.
-  expectColumns(*Oscillator().RainbowOscillator(records(6), field({1, 3, 5, 9, 13, 13}), 2, 1),
-                {{"RainbowOscillator", {0, 0, 0, 0, 75, 0}},
-                 {"Rainbow Upper", {0, 0, 0, 0, 50, 0}},
-                 {"Rainbow Lower", {0, 0, 0, 0, -50, 0}}});
+  const auto bands = Oscillator().RainbowOscillator(records(6), field({1, 3, 5, 9, 13, 13}), 2, 1);
+  expectColumns(*bands, {{"RainbowOscillator", {0, 0, 0, 0, 75, 0}},
+                         {"Rainbow Upper", {0, 0, 0, 0, 50, 0}},
+                         {"Rainbow Lower", {0, 0, 0, 0, -50, 0}}});
+  EXPECT_FALSE(std::signbit(bands->getValue("Rainbow Lower", 6))) << "a 0, and not one of the other sign";
 }
 
 TEST(AverageOscillators, CheckTheirArgumentsInOrderBeforeAnythingElse) {
