@@ -33,7 +33,7 @@ std::shared_ptr<RecordSet> Index::CommodityChannelIndex(std::shared_ptr<Database
           const Real price = at(prices, record), average = at(averages, record);
           Real deviations = 0;
           bool flat = true;
-          for (Integer j = record - Periods + 1; j <= record; ++j) {
+          for (int j = (record - Periods + 1).value(); j <= record; ++j) {
             flat = flat && at(prices, j) == price;
             deviations += abs(at(prices, j) - average);
           }

@@ -100,7 +100,7 @@ std::shared_ptr<RecordSet> Index::MoneyFlowIndex(std::shared_ptr<Database> data,
         },
         [&](Integer record) {
           Real rising = 0, falling = 0;
-          for (Integer j = record - Periods + 1; j <= record; ++j) {
+          for (int j = (record - Periods + 1).value(); j <= record; ++j) {
             const Real price = typical(j), before = typical(j - 1);
             if (price > before) rising += price * volumes(j);
             if (price < before) falling += price * volumes(j);

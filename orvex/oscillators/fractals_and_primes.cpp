@@ -34,9 +34,11 @@ std::shared_ptr<RecordSet> Oscillator::ChaosFractalOscillator(std::shared_ptr<Da
     const auto high = object(OHLCV).getField(Database::HighName);
     const auto low = object(OHLCV).getField(Database::LowName);
     const auto result = makeColumn(count, ChaosFractalOscillatorName, 2);
-    // The rows that stand before others are all taken first, so a column that lacks them fails before any comparison.
+    // The rows that stand before others are all taken first, so a column that lacks them fails before any comparison,
+    // and so does a series whose last record is the last that can be counted.
     if (count > 4) {
       for (const auto& column : {high, low}) column->getValue(count - 1);
+      static_cast<void>(count + 1);
     }
     // From record 2 on, although four records stand behind the fifth only: before it the comparison is with 0, so that
     // ordinary prices give 1 there. It is kept.

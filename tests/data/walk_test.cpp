@@ -81,5 +81,24 @@ TEST(Walk, StepsItsCounterAfterTheLastRecord) {
   kernels::setLevel(kernels::widestLevel());
 }
 
+TEST(Walk, YieldsAsOftenOnTheLongestSeriesWithKernelsAndWithout) {
+  const auto data = longSeries(32767);
+  const auto prices = data->getRecordset();
+  const auto yieldsOf = [](const std::function<void()>& call) {
+    int yields = 0;
+    setYieldHook({[](void* count) { ++*static_cast<int*>(count); }, &yields});
+    EXPECT_NE(faultOf(call), std::nullopt);
+    setYieldHook({});
+    return yields;
+  };
+  for (const Level level : {Level::Off, kernels::widestLevel()}) {
+    kernels::setLevel(level);
+    EXPECT_EQ(yieldsOf([&] { Index().MoneyFlowIndex(data, prices, 3); }), 32764);
+    EXPECT_EQ(yieldsOf([&] { Oscillator().ChaosFractalOscillator(data, prices, 5); }), 0)
+        << "the rows before the others are counted past the series first";
+  }
+  kernels::setLevel(kernels::widestLevel());
+}
+
 }  // namespace
 }  // namespace orvex::test
