@@ -22,9 +22,11 @@ struct Null {
   friend bool operator==(Null, Null) = default;
 };
 
-/// An element of an array that is no value: an object, an array, an error. Error 13 where it is to be a number.
+/// An element of an array that is no value, such as an array, an error or an object: what it raises where it is to be a
+/// number.
 struct NoValue {
-  friend bool operator==(NoValue, NoValue) = default;
+  Fault fault = faults::TypeMismatch;
+  friend bool operator==(const NoValue&, const NoValue&) = default;
 };
 
 /// A one-dimensional array with a lower bound of its own, or no array at all.
@@ -71,8 +73,9 @@ using Cell = std::variant<Empty, Null, double, std::string, NoValue>;
 /// any lower bound; or something else, which fails when it is used as an array.
 class VariantArray {
  public:
-  /// A value that is no array: its bounds and its elements raise error 13.
-  VariantArray() = default;
+  /// A value that is no array, or one that cannot be read: its bounds and its elements raise the fault.
+  explicit VariantArray(const Fault& fault) : content_(fault) {}
+  VariantArray() : VariantArray(faults::TypeMismatch) {}
   VariantArray(Array<double> numbers) : content_(std::move(numbers)) {}
   VariantArray(Array<Cell> cells) : content_(std::move(cells)) {}
   VariantArray(std::vector<double> numbers) : VariantArray(Array<double>(std::move(numbers))) {}
@@ -90,7 +93,7 @@ class VariantArray {
   double number(int index) const;
 
  private:
-  std::variant<std::monostate, int, Array<double>, Array<Cell>> content_;
+  std::variant<Fault, int, Array<double>, Array<Cell>> content_;
 };
 
 }  // namespace orvex::inline ORVEX_COUNTS
