@@ -86,6 +86,13 @@ void measure() {
         emptyInvoke);
   print("GetIDsOfNames of getValue", cost(500000, [&] { idOf(field.get(), "getValue"); }), "an empty Invoke",
         emptyInvoke);
+  print("GetTypeInfo",
+        cost(1000,
+             [&] {
+               Ref<ITypeInfo> info;
+               field->GetTypeInfo(0, 1033, info.put());
+             }),
+        "an empty Invoke", emptyInvoke);
 
   const double copy = cost(300, [&] {
     SAFEARRAY* copied = nullptr;

@@ -44,6 +44,8 @@ class Program {
     addCommand("idl", "Print the interface definition of the automation server.", automation::interfaceDefinition);
     addCommand("manifest", "Print the manifest that makes the automation server usable without registration.",
                automation::registrationFreeManifest);
+    addCommand("interfaces", "Print the entries of the automation server's interfaces, as released ones are kept.",
+               automation::interfaceContract);
     addCommand("reference", "Print the description of every class and method in Markdown.", referencePage);
   }
 

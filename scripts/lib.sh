@@ -14,7 +14,7 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
     format_packages=(clang-format)
     lint_packages=(clang clang-tidy clang-tools)
     script_packages=(shellcheck)
-    windows_packages=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools googletest)
+    windows_packages=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools googletest python3)
     wine_packages=(wine64)
     bare_packages=(debootstrap git ca-certificates)
 }

@@ -87,19 +87,24 @@ class Call {
   HRESULT readArguments() {
     for (std::size_t i = 0; i < count(); ++i) {
       const Argument& argument = method_.arguments[i];
-      if (placed_.variants[i] != nullptr) values_[i] = valueOf(*placed_.variants[i], argument.type);
-      if (std::holds_alternative<Missing>(values_[i])) {
-        if (!argument.optional) return placed_.variants[i] != nullptr ? DISP_E_PARAMNOTOPTIONAL : DISP_E_BADPARAMCOUNT;
-      } else if (argument.written) {
-        values_[i] = before_[i] = catalogue::coerce(values_[i], argument.type);
+      const VARIANT* given = placed_.variants[i];
+      if (given != nullptr) values_[i] = valueOf(*given, argument.type);
+      if (!std::holds_alternative<Missing>(values_[i])) {
+        if (argument.written) variables_[i].given = given;
+      } else if (!argument.optional) {
+        return given != nullptr ? DISP_E_PARAMNOTOPTIONAL : DISP_E_BADPARAMCOUNT;
       }
+    }
+    catalogue::convertArguments(method_, values());
+    for (std::size_t i = 0; i < count(); ++i) {
+      if (variables_[i].given != nullptr) variables_[i].before = values_[i];
     }
     return S_OK;
   }
 
   Value run(ServerObject& object) {
     try {
-      Value result = catalogue::call(method_, object.object().get(), std::span(values_).first(count()));
+      Value result = method_.invoke(object.object().get(), values());
       writeBackChanges();
       return result;
     } catch (...) {
@@ -109,12 +114,21 @@ class Call {
   }
 
  private:
+  static constexpr std::size_t most = decltype(Method::arguments)::capacity;
+
+  /// What an argument that the method may write back was given as, if it was.
+  struct Variable {
+    const VARIANT* given = nullptr;
+    Value before;
+  };
+
   std::size_t count() const { return method_.arguments.size(); }
+  std::span<Value> values() { return std::span(values_).first(count()); }
 
   void writeBackChanges() {
     for (std::size_t i = 0; i < count(); ++i) {
-      if (!method_.arguments[i].written || std::holds_alternative<Missing>(before_[i])) continue;
-      if (differ(before_[i], values_[i])) writeBack(*placed_.variants[i], values_[i]);
+      const Variable& variable = variables_[i];
+      if (variable.given != nullptr && differ(variable.before, values_[i])) writeBack(*variable.given, values_[i]);
     }
   }
 
@@ -126,8 +140,8 @@ class Call {
 
   const Method& method_;
   const Placed& placed_;
-  std::array<Value, decltype(Method::arguments)::capacity> values_{};
-  std::array<Value, decltype(Method::arguments)::capacity> before_{};
+  std::array<Value, most> values_{};
+  std::array<Variable, most> variables_{};
 };
 
 }  // namespace

@@ -13,6 +13,30 @@
 
 /// The dual interface of a class: a virtual table that is made from its description. The entries are typed function
 /// pointers, so that the whole table is a constant.
+///
+/// What the templates make of one row, as an example. The description of `MovingAverage` begins with
+///
+///   row<&MovingAverage::SimpleMovingAverage>("SimpleMovingAverage", ..., {Data, Source, Periods, aliasOr("")}, ...)
+///
+/// for `std::shared_ptr<RecordSet> SimpleMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
+/// Integer Periods, InOut<std::string> Alias)`. So `ThunkOf<MovingAverage, 0>::function()`, the first entry after those
+/// of IDispatch, is
+///
+///   HRESULT callForResult(ServerObject* self, IUnknown** data, IUnknown** Source, short* Periods, BSTR* Alias,
+///                         IUnknown** Result) noexcept {
+///     if (Result == nullptr) return E_POINTER;
+///     *Result = nullptr;
+///     const Hold hold(self);  // the host may let go of its reference from inside a yield
+///     return guarded(interfaceId, [&] {
+///       std::tuple parameters(Parameter<std::shared_ptr<Database>>(...), ..., Parameter<InOut<std::string>>(...));
+///       try {
+///         *Result = Wire<std::shared_ptr<RecordSet>>::out(average.SimpleMovingAverage(parameters...));
+///       } catch (...) {
+///         write back what changed, here Alias; throw;
+///       }
+///       write back what changed;
+///     });
+///   }
 namespace orvex::inline ORVEX_COUNTS::automation {
 
 template <class A, bool ByValue>
@@ -45,8 +69,16 @@ struct Thunk<C, I, std::tuple<A...>, std::index_sequence<Place...>> {
     return guarded(self->served().interfaceId, [&] {
       std::tuple<Parameter<A>...> parameters(
           typename Parameter<A>::Incoming{place<A, row.arguments[Place].byValue>(passed), row.arguments[Place]}...);
+      const auto writeBack = [&] { (std::get<Place>(parameters).writeBack(), ...); };
       auto& object = *static_cast<C*>(self->object().get());
-      deliver([&]() -> decltype(auto) { return (object.*Row::function)(std::get<Place>(parameters).get()...); });
+      try {
+        deliver([&]() -> decltype(auto) { return (object.*Row::function)(std::get<Place>(parameters).get()...); });
+      } catch (...) {
+        // What was written by then reaches the caller even of a call that fails.
+        writeBack();
+        throw;
+      }
+      writeBack();
     });
   }
 

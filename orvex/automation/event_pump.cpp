@@ -12,6 +12,11 @@ namespace {
 
 std::atomic<unsigned> calls = 0;
 
+/// What one yield handles at most. A host whose handlers post again, or take longer than its timer takes to come round,
+/// always has another event.
+constexpr int mostEvents = 64;
+constexpr DWORD mostMilliseconds = 10;
+
 /// When a thread asked for events last.
 struct Asked {
   DWORD tick = 0;
@@ -26,11 +31,12 @@ void runPendingEvents(void* context) {
   if (tick == last.tick && call == last.call) return;
   last = {tick, call};
   if (HIWORD(GetQueueStatus(QS_ALLINPUT)) == 0) return;
-  // What a handler posts is for the next yield.
+  // What is left, and what a handler posts, is for the next yield.
   last.call = call - 1;
   const HostFloatingPointScope scope;
   MSG message;
-  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+  for (int handled = 0; handled < mostEvents && GetTickCount() - tick < mostMilliseconds; ++handled) {
+    if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) == FALSE) return;
     if (message.message == WM_QUIT) {
       // It is for the host's own loop, which waits further down the stack.
       PostQuitMessage(static_cast<int>(message.wParam));

@@ -61,36 +61,24 @@ std::string defaultText(const Argument& argument) {
   return argument.type == Type::String ? quoted(argument.otherwise.text) : std::get<std::string>(number);
 }
 
-/// Whether a type library can store the argument's default: widl takes whole numbers alone.
+/// Whether widl can store the argument's default: it takes whole numbers alone.
 bool storesDefault(const Argument& argument) {
   return argument.type == Type::Integer || argument.type == Type::Long || argument.type == Type::Boolean;
 }
 
 std::string parameterText(const Argument& argument) {
   std::string attributes = argument.byValue ? "in" : "in, out";
-  if (argument.optional && storesDefault(argument)) {
-    attributes = "OPTIONAL(" + defaultText(argument) + ")";
-  } else if (argument.optional) {
-    attributes += ", optional";
+  if (argument.optional) {
+    attributes = (storesDefault(argument) ? "OPTIONAL(" : "OPTIONAL_STORED_LATER(") + defaultText(argument) + ")";
   }
   const std::string_view reference = argument.byValue ? " " : "* ";
   return "[" + attributes + "] " + typeText(argument.type).append(reference).append(argument.name);
 }
 
-/// The help line of a method, with the defaults that are told nowhere else.
-std::string helpText(const Method& method) {
-  std::string defaults;
-  for (const Argument& argument : method.arguments) {
-    if (!argument.optional || storesDefault(argument)) continue;
-    defaults.append(defaults.empty() ? " Left out: " : ", ").append(argument.name) += " = " + defaultText(argument);
-  }
-  return std::string(method.help).append(defaults.empty() ? "" : defaults + ".");
-}
-
 std::string methodText(const Class& owner, const Method& method) {
   constexpr std::array kinds = {"", ", propget", ", propput", ", propputref"};
   std::string text = "  [id(" + std::to_string(catalogue::dispatchId(owner, method)) + ")" +
-                     kinds[static_cast<std::size_t>(method.kind)] + ", helpstring(" + quoted(helpText(method)) + ")]\n";
+                     kinds[static_cast<std::size_t>(method.kind)] + ", helpstring(" + quoted(method.help) + ")]\n";
   text.append("  HRESULT ").append(method.name).append("(");
   std::string_view separator = "\n      ";
   const auto add = [&](const std::string& parameter) {
@@ -131,8 +119,11 @@ std::string interfaceDefinition() {
       "// Defaults are for the type library alone: in the C++ header they would be those of pointers.\n"
       "#ifdef ORVEX_TYPE_LIBRARY\n"
       "#define OPTIONAL(value) in, out, optional, defaultvalue(value)\n"
+      "// widl stores whole numbers alone. For others it makes a place, which store_defaults.py fills.\n"
+      "#define OPTIONAL_STORED_LATER(value) in, out, optional, defaultvalue(0)\n"
       "#else\n"
       "#define OPTIONAL(value) in, out, optional\n"
+      "#define OPTIONAL_STORED_LATER(value) in, out, optional\n"
       "#endif\n\n";
   for (const Class* one : catalogue::classes()) text.append("interface _").append(one->name).append(";\n");
   text += "\n";
@@ -165,7 +156,38 @@ std::string registrationFreeManifest() {
     text.append("}\" progid=\"").append(versionedProgramId(*one)).append("\">\n");
     text.append("      <progid>").append(programId(*one)).append("</progid>\n    </comClass>\n");
   }
-  return text += "  </file>\n</assembly>\n";
+  text += "  </file>\n";
+  // By these an interface crosses from one apartment to another.
+  for (const Class* one : catalogue::classes()) {
+    text.append("  <comInterfaceExternalProxyStub name=\"_").append(one->name);
+    text.append("\" iid=\"{").append(guidText(one->interfaceId));
+    text.append("}\" tlbid=\"{").append(guidText(LibraryId));
+    text.append("}\" proxyStubClsid32=\"").append(InterfaceMarshaller).append("\"/>\n");
+  }
+  return text += "</assembly>\n";
+}
+
+std::string interfaceContract() {
+  constexpr std::array kinds = {"", "get ", "put ", "putref "};
+  constexpr std::size_t inherited = 7;  // entries of IDispatch
+  std::string text;
+  for (const Class* one : catalogue::classes()) {
+    const std::string interface = std::string(one->name) + " " + guidText(one->interfaceId);
+    text += interface + " of class " + guidText(one->classId) + "\n";
+    for (std::size_t i = 0; i < one->methods.size(); ++i) {
+      const Method& method = *one->methods[i];
+      text += interface + " " + std::to_string(inherited + i) + ": " +
+              std::to_string(catalogue::dispatchId(*one, method)) + " ";
+      text.append(kinds[static_cast<std::size_t>(method.kind)]).append(method.name).append("(");
+      std::string_view separator;
+      for (const Argument& argument : method.arguments) {
+        text.append(separator).append(parameterText(argument));
+        separator = ", ";
+      }
+      text += method.result == Type::Nothing ? ")\n" : ") " + typeText(method.result) + "\n";
+    }
+  }
+  return text;
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS::automation

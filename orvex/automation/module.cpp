@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "orvex/automation/event_pump.h"
@@ -14,6 +15,31 @@ namespace {
 
 std::atomic<long> uses = 0;
 HINSTANCE instance = nullptr;
+
+/// The type library that the DLL carries. Reading it takes longer than most calls, so it is kept from the first
+/// question for it until nothing of the DLL is in use.
+class KeptTypeLibrary {
+ public:
+  HRESULT typeInfo(const GUID& id, ITypeInfo** result) noexcept {
+    AcquireSRWLockExclusive(&lock_);
+    HRESULT outcome = library_ != nullptr ? S_OK : loadTypeLibrary(&library_);
+    if (SUCCEEDED(outcome)) outcome = library_->GetTypeInfoOfGuid(id, result);
+    ReleaseSRWLockExclusive(&lock_);
+    return outcome;
+  }
+  void release() noexcept {
+    AcquireSRWLockExclusive(&lock_);
+    // Another thread may have begun to use the DLL again.
+    ITypeLib* unused = moduleInUse() ? nullptr : std::exchange(library_, nullptr);
+    ReleaseSRWLockExclusive(&lock_);
+    if (unused != nullptr) unused->Release();
+  }
+
+ private:
+  SRWLOCK lock_ = SRWLOCK_INIT;
+  ITypeLib* library_ = nullptr;
+};
+KeptTypeLibrary keptTypeLibrary;
 
 /// Makes objects of one class. There is one for each as long as the DLL is loaded, so it counts as no object.
 class Factory final : public IClassFactory {
@@ -77,7 +103,7 @@ void lockModule() noexcept {
 }
 
 void unlockModule() noexcept {
-  --uses;
+  if (--uses == 0) keptTypeLibrary.release();
 }
 
 bool moduleInUse() noexcept {
@@ -105,14 +131,9 @@ HRESULT loadTypeLibrary(ITypeLib** result) noexcept {
   }
 }
 
-HRESULT loadTypeInfo(const GUID& id, ITypeInfo** result) noexcept {
+HRESULT typeInfo(const GUID& id, ITypeInfo** result) noexcept {
   *result = nullptr;
-  ITypeLib* library = nullptr;
-  HRESULT outcome = loadTypeLibrary(&library);
-  if (FAILED(outcome)) return outcome;
-  outcome = library->GetTypeInfoOfGuid(id, result);
-  library->Release();
-  return outcome;
+  return keptTypeLibrary.typeInfo(id, result);
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS::automation
@@ -152,8 +173,9 @@ HRESULT STDMETHODCALLTYPE DllUnregisterServer() {
 }
 
 HRESULT STDMETHODCALLTYPE DllInstall(BOOL install, const wchar_t* commandLine) {
-  const bool forUser = commandLine != nullptr && lstrcmpiW(commandLine, L"user") == 0;
-  const RegisteredFor whom = forUser ? RegisteredFor::User : RegisteredFor::Machine;
+  const bool forMachine = commandLine == nullptr || *commandLine == L'\0';
+  if (!forMachine && lstrcmpiW(commandLine, L"user") != 0) return E_INVALIDARG;
+  const RegisteredFor whom = forMachine ? RegisteredFor::Machine : RegisteredFor::User;
   return install != FALSE ? registerServer(whom) : unregisterServer(whom);
 }
 }

@@ -16,7 +16,8 @@ std::wstring modulePath();
 
 /// The type library that the DLL carries, without a look at the registry.
 HRESULT loadTypeLibrary(ITypeLib** result) noexcept;
-HRESULT loadTypeInfo(const GUID& id, ITypeInfo** result) noexcept;
+/// One of its types. REQUIRES: an object of the DLL asks.
+HRESULT typeInfo(const GUID& id, ITypeInfo** result) noexcept;
 
 constexpr GUID guidOf(const catalogue::Guid& id) {
   const auto byte = [&](std::size_t i) { return static_cast<unsigned long>(id.bytes[i]); };

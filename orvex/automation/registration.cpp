@@ -3,47 +3,27 @@
 #include <olectl.h>
 
 #include <array>
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "orvex/automation/interface_definition.h"
 #include "orvex/automation/module.h"
 #include "orvex/automation/server_classes.h"
 
-// The headers of some compilers lack them.
-extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
-extern "C" HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID id, WORD majorVersion, WORD minorVersion, LCID locale,
-                                                   SYSKIND system);
-
 namespace orvex::inline ORVEX_COUNTS::automation {
 
 namespace {
 
-/// Makes HKEY_CLASSES_ROOT that of the current user alone, also for a platform that registers type libraries there.
-class ClassesOf {
- public:
-  explicit ClassesOf(RegisteredFor whom) noexcept {
-    if (whom == RegisteredFor::Machine) return;
-    HKEY classes = nullptr;
-    outcome_ = HRESULT_FROM_WIN32(static_cast<unsigned long>(RegCreateKeyExW(
-        HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &classes, nullptr)));
-    if (FAILED(outcome_)) return;
-    outcome_ = HRESULT_FROM_WIN32(static_cast<unsigned long>(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes)));
-    RegCloseKey(classes);
-    overridden_ = SUCCEEDED(outcome_);
-  }
-  ~ClassesOf() {
-    if (overridden_) RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
-  }
-  ClassesOf(const ClassesOf&) = delete;
-  ClassesOf& operator=(const ClassesOf&) = delete;
-
-  HRESULT outcome() const noexcept { return outcome_; }
-
- private:
-  HRESULT outcome_ = S_OK;
-  bool overridden_ = false;
-};
+// 64-bit Windows has two views of the registry. Classes are registered in that of the process alone; names of programs
+// and type libraries stand in both, and interfaces are to: any process may call through them.
+constexpr bool is64Bit = sizeof(void*) == 8;
+constexpr REGSAM ownView = is64Bit ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
+constexpr REGSAM otherView = is64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+constexpr const wchar_t* ownPlatform = is64Bit ? L"win64" : L"win32";
+constexpr const wchar_t* otherPlatform = is64Bit ? L"win32" : L"win64";
 
 std::wstring wide(std::string_view ascii) {
   return {ascii.begin(), ascii.end()};
@@ -55,128 +35,273 @@ std::wstring guidText(const GUID& id) {
   return text.data();
 }
 
+std::wstring versionText() {
+  return std::to_wstring(LibraryMajorVersion) + L"." + std::to_wstring(LibraryMinorVersion);
+}
+
+/// The registered classes of the machine or of the user: their own hive, not the merged view of both, in which one
+/// would write into the other's keys.
+class Classes {
+ public:
+  explicit Classes(RegisteredFor whom) noexcept
+      : hive_(whom == RegisteredFor::User ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE) {}
+
+  LSTATUS open(const std::wstring& key, REGSAM access, HKEY* opened) const {
+    return RegOpenKeyExW(hive_, path(key).c_str(), 0, access, opened);
+  }
+  LSTATUS create(const std::wstring& key, REGSAM access, HKEY* created) const {
+    return RegCreateKeyExW(hive_, path(key).c_str(), 0, nullptr, 0, access, nullptr, created, nullptr);
+  }
+  bool has(const std::wstring& key, REGSAM view) const {
+    HKEY opened = nullptr;
+    if (open(key, KEY_QUERY_VALUE | view, &opened) != ERROR_SUCCESS) return false;
+    RegCloseKey(opened);
+    return true;
+  }
+
+  /// Removes a key with all that is below it. One that is not there is no error.
+  LSTATUS remove(const std::wstring& key, REGSAM view = ownView) const {
+    HKEY opened = nullptr;
+    LSTATUS status = open(key, KEY_READ | KEY_WRITE | DELETE | view, &opened);
+    if (status == ERROR_SUCCESS) {
+      status = RegDeleteTreeW(opened, nullptr);
+      RegCloseKey(opened);
+    }
+    if (status == ERROR_SUCCESS) status = RegDeleteKeyExW(hive_, path(key).c_str(), view, 0);
+    return status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status;
+  }
+
+  /// The same for a key with nothing below it and without values.
+  void removeEmpty(const std::wstring& key, REGSAM view = ownView) const {
+    HKEY opened = nullptr;
+    if (open(key, KEY_QUERY_VALUE | view, &opened) != ERROR_SUCCESS) return;
+    DWORD keys = 0;
+    DWORD values = 0;
+    const LSTATUS told = RegQueryInfoKeyW(opened, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                                          nullptr, nullptr, nullptr);
+    RegCloseKey(opened);
+    if (told == ERROR_SUCCESS && keys == 0 && values == 0) RegDeleteKeyExW(hive_, path(key).c_str(), view, 0);
+  }
+
+ private:
+  static std::wstring path(const std::wstring& key) { return L"Software\\Classes\\" + key; }
+
+  HKEY hive_;
+};
+
+/// What one registration writes: until it is kept, everything is put back as it was when it ends.
+class Writer {
+ public:
+  explicit Writer(const Classes& classes) noexcept : classes_(classes) {}
+  ~Writer() {
+    if (kept_) return;
+    for (auto change = changes_.rbegin(); change != changes_.rend(); ++change) putBack(*change);
+  }
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+
+  /// Sets a value of a key, its nameless one by default. After a failure it does nothing any more.
+  void operator()(const std::wstring& key, const std::wstring& value, const wchar_t* name = nullptr,
+                  REGSAM view = ownView) {
+    if (outcome_ != ERROR_SUCCESS) return;
+    changes_.push_back(changeOf(key, name, view));
+    HKEY opened = nullptr;
+    outcome_ = classes_.create(key, KEY_SET_VALUE | view, &opened);
+    if (outcome_ != ERROR_SUCCESS) return;
+    const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+    outcome_ = RegSetValueExW(opened, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()), bytes);
+    RegCloseKey(opened);
+  }
+
+  bool failed() const noexcept { return outcome_ != ERROR_SUCCESS; }
+  void keep() noexcept { kept_ = true; }
+
+ private:
+  struct Value {
+    DWORD type = REG_NONE;
+    std::vector<BYTE> data;
+  };
+  struct Change {
+    std::wstring key;
+    REGSAM view;
+    bool isNew;  // the key, with all that is below it
+    const wchar_t* name;
+    std::optional<Value> before;
+  };
+
+  Change changeOf(const std::wstring& key, const wchar_t* name, REGSAM view) const {
+    for (std::size_t end = key.find(L'\\');; end = key.find(L'\\', end + 1)) {
+      std::wstring parent = key.substr(0, end);
+      if (!classes_.has(parent, view)) return {std::move(parent), view, true, nullptr, {}};
+      if (end == std::wstring::npos) return {key, view, false, name, valueOf(key, name, view)};
+    }
+  }
+
+  std::optional<Value> valueOf(const std::wstring& key, const wchar_t* name, REGSAM view) const {
+    HKEY opened = nullptr;
+    if (classes_.open(key, KEY_QUERY_VALUE | view, &opened) != ERROR_SUCCESS) return {};
+    Value value;
+    DWORD size = 0;
+    LSTATUS status = RegQueryValueExW(opened, name, nullptr, &value.type, nullptr, &size);
+    if (status == ERROR_SUCCESS) {
+      value.data.resize(size);
+      status = RegQueryValueExW(opened, name, nullptr, &value.type, value.data.data(), &size);
+    }
+    RegCloseKey(opened);
+    if (status != ERROR_SUCCESS) return {};
+    return value;
+  }
+
+  void putBack(const Change& change) const noexcept {
+    if (change.isNew) {
+      classes_.remove(change.key, change.view);
+      return;
+    }
+    HKEY opened = nullptr;
+    if (classes_.open(change.key, KEY_SET_VALUE | change.view, &opened) != ERROR_SUCCESS) return;
+    if (change.before) {
+      RegSetValueExW(opened, change.name, 0, change.before->type, change.before->data.data(),
+                     static_cast<DWORD>(change.before->data.size()));
+    } else {
+      RegDeleteValueW(opened, change.name);
+    }
+    RegCloseKey(opened);
+  }
+
+  const Classes& classes_;
+  std::vector<Change> changes_;
+  LSTATUS outcome_ = ERROR_SUCCESS;
+  bool kept_ = false;
+};
+
 struct ClassKeys {
   explicit ClassKeys(const catalogue::Class& described)
       : id(guidText(guidOf(described.classId))),
         classKey(L"CLSID\\" + id),
+        interfaceKey(L"Interface\\" + guidText(guidOf(described.interfaceId))),
         name(wide(programId(described))),
         versionedName(wide(versionedProgramId(described))) {}
 
-  std::wstring id, classKey, name, versionedName;
+  std::wstring id, classKey, interfaceKey, name, versionedName;
 };
 
-/// Writes values until one cannot be written.
-class Writer {
- public:
-  void operator()(const std::wstring& key, const wchar_t* name, const std::wstring& value) {
-    if (outcome_ != ERROR_SUCCESS) return;
-    const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-    outcome_ = RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), name, REG_SZ, value.c_str(), bytes);
-  }
-  HRESULT outcome() const { return outcome_ == ERROR_SUCCESS ? S_OK : SELFREG_E_CLASS; }
+struct LibraryKeys {
+  std::wstring id = guidText(guidOf(LibraryId));
+  std::wstring libraryKey = L"TypeLib\\" + id;
+  std::wstring versionKey = libraryKey + L"\\" + versionText();
 
- private:
-  LSTATUS outcome_ = ERROR_SUCCESS;
+  /// Where the library of a platform is. The number of the language is written in hexadecimal digits.
+  std::wstring placeKey(const wchar_t* platform) const {
+    std::array<wchar_t, 9> language{};
+    wsprintfW(language.data(), L"%x", LibraryLocale);
+    return versionKey + L"\\" + language.data() + L"\\" + platform;
+  }
 };
 
-HRESULT registerClasses() {
-  const std::wstring path = modulePath();
-  const std::wstring library = guidText(guidOf(LibraryId));
-  const std::wstring version = std::to_wstring(LibraryMajorVersion) + L"." + std::to_wstring(LibraryMinorVersion);
-  Writer write;
-  for (const ServerClass* served : serverClasses()) {
-    const ClassKeys keys(served->description);
-    const std::wstring help = wide(served->description.help);
-    write(keys.classKey, nullptr, help);
-    write(keys.classKey + L"\\InprocServer32", nullptr, path);
-    write(keys.classKey + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
-    write(keys.classKey + L"\\ProgID", nullptr, keys.versionedName);
-    write(keys.classKey + L"\\VersionIndependentProgID", nullptr, keys.name);
-    write(keys.classKey + L"\\TypeLib", nullptr, library);
-    write(keys.classKey + L"\\Version", nullptr, version);
-    write(keys.classKey + L"\\Programmable", nullptr, L"");
-    write(keys.versionedName, nullptr, help);
-    write(keys.versionedName + L"\\CLSID", nullptr, keys.id);
-    write(keys.name, nullptr, help);
-    write(keys.name + L"\\CLSID", nullptr, keys.id);
-    write(keys.name + L"\\CurVer", nullptr, keys.versionedName);
-  }
-  return write.outcome();
+void writeClass(Writer& write, const catalogue::Class& described, const std::wstring& path) {
+  const ClassKeys keys(described);
+  const std::wstring help = wide(described.help);
+  write(keys.classKey, help);
+  write(keys.classKey + L"\\InprocServer32", path);
+  write(keys.classKey + L"\\InprocServer32", L"Apartment", L"ThreadingModel");
+  write(keys.classKey + L"\\ProgID", keys.versionedName);
+  write(keys.classKey + L"\\VersionIndependentProgID", keys.name);
+  write(keys.classKey + L"\\TypeLib", LibraryKeys().id);
+  write(keys.classKey + L"\\Version", versionText());
+  write(keys.classKey + L"\\Programmable", L"");
+  write(keys.versionedName, help);
+  write(keys.versionedName + L"\\CLSID", keys.id);
+  write(keys.name, help);
+  write(keys.name + L"\\CLSID", keys.id);
+  write(keys.name + L"\\CurVer", keys.versionedName);
 }
 
-HRESULT removeClasses() {
+void writeInterface(Writer& write, const catalogue::Class& described, REGSAM view) {
+  const std::wstring key = ClassKeys(described).interfaceKey;
+  const std::wstring marshaller = wide(InterfaceMarshaller);
+  write(key, L"_" + wide(described.name), nullptr, view);
+  write(key + L"\\ProxyStubClsid", marshaller, nullptr, view);
+  write(key + L"\\ProxyStubClsid32", marshaller, nullptr, view);
+  write(key + L"\\TypeLib", LibraryKeys().id, nullptr, view);
+  write(key + L"\\TypeLib", versionText(), L"Version", view);
+}
+
+void writeTypeLibrary(Writer& write, const std::wstring& path) {
+  const LibraryKeys keys;
+  write(keys.versionKey, wide(LibraryHelp));
+  write(keys.versionKey + L"\\FLAGS", L"0");
+  write(keys.versionKey + L"\\HELPDIR", path.substr(0, path.find_last_of(L'\\')));
+  write(keys.placeKey(ownPlatform), path);
+}
+
+HRESULT writeServer(const Classes& classes) {
+  // A DLL whose type library cannot be read is not registered at all.
+  ITypeLib* library = nullptr;
+  if (FAILED(loadTypeLibrary(&library))) return SELFREG_E_TYPELIB;
+  library->Release();
+
+  const std::wstring path = modulePath();
+  Writer write(classes);
+  for (const ServerClass* served : serverClasses()) writeClass(write, served->description, path);
+  if (write.failed()) return SELFREG_E_CLASS;
+  writeTypeLibrary(write, path);
+  for (const ServerClass* served : serverClasses()) {
+    for (const REGSAM view : {ownView, otherView}) writeInterface(write, served->description, view);
+  }
+  if (write.failed()) return SELFREG_E_TYPELIB;
+  write.keep();
+  return S_OK;
+}
+
+/// Whatever the other width's registration needs as well stays until that is gone too.
+HRESULT removeServer(const Classes& classes) {
   HRESULT outcome = S_OK;
+  const auto remove = [&](const std::wstring& key, HRESULT failure, REGSAM view = ownView) {
+    if (classes.remove(key, view) != ERROR_SUCCESS) outcome = failure;
+  };
   for (const ServerClass* served : serverClasses()) {
     const ClassKeys keys(served->description);
-    for (const std::wstring& key : {keys.classKey, keys.versionedName, keys.name}) {
-      const LSTATUS removed = RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
-      if (removed != ERROR_SUCCESS && removed != ERROR_FILE_NOT_FOUND) outcome = SELFREG_E_CLASS;
+    remove(keys.classKey, SELFREG_E_CLASS);
+    if (classes.has(keys.classKey, otherView)) continue;
+    remove(keys.versionedName, SELFREG_E_CLASS);
+    remove(keys.name, SELFREG_E_CLASS);
+  }
+
+  const LibraryKeys library;
+  remove(library.placeKey(ownPlatform), SELFREG_E_TYPELIB);
+  if (!classes.has(library.placeKey(otherPlatform), ownView)) {
+    for (const ServerClass* served : serverClasses()) {
+      for (const REGSAM view : {ownView, otherView}) {
+        remove(ClassKeys(served->description).interfaceKey, SELFREG_E_TYPELIB, view);
+      }
     }
+    remove(library.versionKey, SELFREG_E_TYPELIB);
+    classes.removeEmpty(library.libraryKey);
+  }
+
+  // A user who never had a class of their own registered has no keys to hold them, so registering made these too.
+  for (const wchar_t* parent : {L"CLSID", L"Interface", L"TypeLib"}) {
+    for (const REGSAM view : {ownView, otherView}) classes.removeEmpty(parent, view);
   }
   return outcome;
-}
-
-HRESULT registerTypeLibrary(RegisteredFor whom) {
-  const auto enter = whom == RegisteredFor::User ? &RegisterTypeLibForUser : &RegisterTypeLib;
-  ITypeLib* library = nullptr;
-  HRESULT outcome = loadTypeLibrary(&library);
-  if (SUCCEEDED(outcome)) {
-    outcome = enter(library, modulePath().data(), nullptr);
-    library->Release();
-  }
-  return SUCCEEDED(outcome) ? S_OK : SELFREG_E_TYPELIB;
-}
-
-HRESULT removeTypeLibrary(RegisteredFor whom) {
-  const auto remove = whom == RegisteredFor::User ? &UnRegisterTypeLibForUser : &UnRegisterTypeLib;
-  constexpr SYSKIND system = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
-  const HRESULT outcome = remove(guidOf(LibraryId), LibraryMajorVersion, LibraryMinorVersion, LibraryLocale, system);
-  return SUCCEEDED(outcome) || outcome == TYPE_E_REGISTRYACCESS ? S_OK : SELFREG_E_TYPELIB;
-}
-
-/// A user who never had a class of their own registered has no keys to hold them, so registering made these too.
-void removeEmptyParents() {
-  for (const wchar_t* parent : {L"CLSID", L"Interface", L"TypeLib"}) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExW(HKEY_CLASSES_ROOT, parent, 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS) continue;
-    DWORD keys = 0;
-    DWORD values = 0;
-    const LSTATUS told = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
-                                          nullptr, nullptr, nullptr);
-    RegCloseKey(key);
-    if (told == ERROR_SUCCESS && keys == 0 && values == 0) RegDeleteKeyW(HKEY_CLASSES_ROOT, parent);
-  }
-}
-
-template <class Work>
-HRESULT withClassesOf(RegisteredFor whom, Work&& work) noexcept {
-  const ClassesOf classes(whom);
-  if (FAILED(classes.outcome())) return classes.outcome();
-  try {
-    return work();
-  } catch (...) {
-    return E_OUTOFMEMORY;
-  }
 }
 
 }  // namespace
 
 HRESULT registerServer(RegisteredFor whom) noexcept {
-  HRESULT outcome = withClassesOf(whom, [&] {
-    const HRESULT classes = registerClasses();
-    return SUCCEEDED(classes) ? registerTypeLibrary(whom) : classes;
-  });
-  if (FAILED(outcome)) unregisterServer(whom);
-  return outcome;
+  try {
+    return writeServer(Classes(whom));
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
 }
 
 HRESULT unregisterServer(RegisteredFor whom) noexcept {
-  return withClassesOf(whom, [&] {
-    const HRESULT library = removeTypeLibrary(whom);
-    const HRESULT classes = removeClasses();
-    removeEmptyParents();
-    return FAILED(classes) ? classes : library;
-  });
+  try {
+    return removeServer(Classes(whom));
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -1,18 +1,13 @@
 #include "orvex/automation/server_object.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "orvex/automation/dispatch.h"
 #include "orvex/automation/module.h"
+#include "orvex/automation/server_classes.h"
 
 namespace orvex::inline ORVEX_COUNTS::automation {
-
-namespace {
-
-/// The interface by which the server knows its own objects. Nobody else has its identifier.
-constexpr GUID ownIdentity = guidOf(catalogue::Guid("0be2d2b0-5b02-4c1e-896d-3861e62f37fc"));
-
-}  // namespace
 
 namespace entries {
 
@@ -38,7 +33,7 @@ HRESULT STDMETHODCALLTYPE typeInfo(ServerObject* self, UINT index, LCID, ITypeIn
   if (result == nullptr) return E_POINTER;
   *result = nullptr;
   if (index != 0) return DISP_E_BADINDEX;
-  return loadTypeInfo(self->served().interfaceId, result);
+  return automation::typeInfo(self->served().interfaceId, result);
 }
 
 HRESULT STDMETHODCALLTYPE namesToIds(ServerObject* self, const IID* reserved, LPOLESTR* names, UINT count, LCID,
@@ -77,7 +72,7 @@ ServerObject::~ServerObject() {
 
 HRESULT ServerObject::queryInterface(const IID& id, void** result) noexcept {
   if (result == nullptr) return E_POINTER;
-  if (id == IID_IUnknown || id == IID_IDispatch || id == served_.interfaceId || id == ownIdentity) {
+  if (id == IID_IUnknown || id == IID_IDispatch || id == served_.interfaceId) {
     *result = this;
   } else if (id == IID_ISupportErrorInfo) {
     *result = static_cast<ISupportErrorInfo*>(&errorSupport_);
@@ -111,15 +106,17 @@ HRESULT ServerObject::ClassInformation::QueryInterface(REFIID id, void** result)
 
 HRESULT ServerObject::ClassInformation::GetClassInfo(ITypeInfo** result) {
   if (result == nullptr) return E_POINTER;
-  return loadTypeInfo(guidOf(owner.served_.description.classId), result);
+  return typeInfo(guidOf(owner.served_.description.classId), result);
 }
 
 ServerObject* ownObject(IUnknown* any) noexcept {
   void* found = nullptr;
-  if (any == nullptr || FAILED(any->QueryInterface(ownIdentity, &found))) return nullptr;
-  auto* object = static_cast<ServerObject*>(found);
-  object->release();
-  return object;
+  if (any == nullptr || FAILED(any->QueryInterface(IID_IUnknown, &found))) return nullptr;
+  static_cast<IUnknown*>(found)->Release();
+  const void* const table = *static_cast<const void* const*>(found);
+  const auto all = serverClasses();
+  const bool own = std::any_of(all.begin(), all.end(), [&](const ServerClass* one) { return one->table == table; });
+  return own ? static_cast<ServerObject*>(found) : nullptr;
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS::automation

@@ -108,7 +108,8 @@ class Hold {
   ServerObject* object_;
 };
 
-/// The wrapper behind an interface pointer, without a reference; null for objects of other servers and for null.
+/// The wrapper behind an interface pointer, without a reference; null for null and for objects of other servers, such
+/// as another copy of this DLL in the process: the virtual tables of this one are nobody else's.
 ServerObject* ownObject(IUnknown* any) noexcept;
 
 /// Defined where the typed tables are made.

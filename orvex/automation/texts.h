@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "orvex/automation/platform.h"
+#include "orvex/data/counts.h"
 
 /// The texts of automation (BSTR, in UTF-16) and of the library (in UTF-8). Embedded zeros and halves of surrogate
 /// pairs are kept both ways.

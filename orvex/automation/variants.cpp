@@ -1,5 +1,8 @@
 #include "orvex/automation/variants.h"
 
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -7,9 +10,11 @@
 #include <utility>
 #include <vector>
 
+#include "orvex/automation/floating_point.h"
 #include "orvex/automation/server_object.h"
 #include "orvex/automation/texts.h"
 #include "orvex/catalogue/catalogue.h"
+#include "orvex/data/number_text.h"
 
 namespace orvex::inline ORVEX_COUNTS::automation {
 
@@ -58,6 +63,17 @@ std::string dateText(DATE date) {
   return textOf(text);
 }
 
+/// The shortest text that reads back as the same Single.
+std::string singleText(float single) {
+  std::array<char, 32> buffer{};
+  return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), single).ptr};
+}
+
+/// The number that a Single stands for in an array: 10.1 is 10.1 there, and not the double next to the Single.
+double singleElement(float single) {
+  return std::isfinite(single) ? numberFromText(singleText(single)) : double{single};
+}
+
 double decimalNumber(DECIMAL decimal) {
   double number = 0.0;
   if (FAILED(VarR8FromDec(&decimal, &number))) raise(faults::Overflow);
@@ -91,6 +107,7 @@ Value scalarOf(const Content& content, Type wanted) {
     case VT_UI8:
       return static_cast<double>(content.as<std::uint64_t>());
     case VT_R4:
+      if (wanted == Type::String) return singleText(content.as<float>());
       return double{content.as<float>()};
     case VT_R8:
       return content.as<double>();
@@ -115,29 +132,78 @@ Value scalarOf(const Content& content, Type wanted) {
   raise(faults::TypeMismatch);
 }
 
-Cell cellOf(const Content& content) {
+bool isObject(const Content& content) {
+  return (content.type == VT_DISPATCH || content.type == VT_UNKNOWN) && content.as<IUnknown*>() != nullptr;
+}
+
+/// A VARIANT of our own.
+struct OwnedVariant {
+  OwnedVariant() noexcept { VariantInit(&variant); }
+  ~OwnedVariant() { VariantClear(&variant); }
+  OwnedVariant(const OwnedVariant&) = delete;
+  OwnedVariant& operator=(const OwnedVariant&) = delete;
+
+  VARIANT variant;
+};
+
+/// Asks an object for the property that stands for it where a value is wanted, as a spreadsheet's cell has one. It is
+/// the host's code that answers.
+void askForValue(IUnknown* any, VARIANT& value) {
+  const catalogue::Object kept = keep(any);
+  IDispatch* object = nullptr;
+  if (FAILED(any->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&object)))) raise(faults::TypeMismatch);
+  const HostFloatingPointScope scope;
+  DISPPARAMS none{};
+  const HRESULT outcome = object->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
+                                         &value, nullptr, nullptr);
+  object->Release();
+  if (FAILED(outcome)) raise(faults::TypeMismatch);
+}
+
+/// What `convert` makes of a VARIANT's content, or of that of the value of an object, which may be an object in turn.
+template <class Convert>
+auto withValueOf(const Content& content, Convert&& convert, int depth = 0) -> decltype(convert(content)) {
+  constexpr int deepest = 8;
+  if (!isObject(content)) return convert(content);
+  if (depth == deepest) raise(faults::TypeMismatch);
+  OwnedVariant value;
+  askForValue(content.as<IUnknown*>(), value.variant);
+  const Content inner = contentOf(value.variant);
+  // An argument that is left out is no value.
+  if (inner.type == VT_ERROR) raise(faults::TypeMismatch);
+  return withValueOf(inner, convert, depth + 1);
+}
+
+Cell readCell(const Content& content) {
   switch (content.type) {
     case VT_EMPTY:
       return Empty{};
     case VT_NULL:
       return Null{};
+    case VT_R4:
+      return singleElement(content.as<float>());
     case VT_BSTR:
     case VT_BOOL:
     case VT_DATE:
       return std::get<std::string>(coerce(scalarOf(content, Type::String), Type::String));
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-    case VT_ERROR:
-      return NoValue{};
     default:
-      if ((content.type & VT_ARRAY) != 0) return NoValue{};
       return std::get<double>(coerce(scalarOf(content, Type::Double), Type::Double));
   }
 }
 
+/// An element of an array. One that cannot be read fails where it is used, which is inside a loader's trap.
+Cell cellOf(VARTYPE type, void* place) {
+  try {
+    return withValueOf(type == VT_VARIANT ? contentOf(*static_cast<VARIANT*>(place)) : Content{type, place}, readCell);
+  } catch (const Error& error) {
+    return NoValue{error.fault()};
+  }
+}
+
+/// Whether every value of the type is a number.
 bool isNumeric(VARTYPE type) {
-  constexpr VARTYPE numbers[] = {VT_I1,  VT_I2,  VT_I4,   VT_I8, VT_UI1, VT_UI2, VT_UI4,
-                                 VT_UI8, VT_INT, VT_UINT, VT_R4, VT_R8,  VT_CY,  VT_DECIMAL};
+  constexpr VARTYPE numbers[] = {VT_I1,  VT_I2,  VT_I4,  VT_I8,   VT_UI1, VT_UI2,
+                                 VT_UI4, VT_UI8, VT_INT, VT_UINT, VT_R4,  VT_CY};
   for (const VARTYPE number : numbers) {
     if (type == number) return true;
   }
@@ -227,15 +293,12 @@ VariantArray arrayOf(SAFEARRAY* array, VARTYPE type) {
   if (isNumeric(type)) {
     std::vector<double> numbers(elements.count());
     for (std::size_t i = 0; i < numbers.size(); ++i) {
-      numbers[i] = std::get<double>(coerce(scalarOf({type, elements.at(i)}, Type::Double), Type::Double));
+      numbers[i] = std::get<double>(readCell({type, elements.at(i)}));
     }
     return Array<double>(std::move(numbers), bound);
   }
   std::vector<Cell> cells(elements.count());
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    void* place = elements.at(i);
-    cells[i] = cellOf(type == VT_VARIANT ? contentOf(*static_cast<VARIANT*>(place)) : Content{type, place});
-  }
+  for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = cellOf(type, elements.at(i));
   return Array<Cell>(std::move(cells), bound);
 }
 
@@ -247,7 +310,9 @@ using OwnedArray = std::unique_ptr<SAFEARRAY, Destroy>;
 template <class T>
 OwnedArray newArray(VARTYPE type, const Array<T>& source) {
   if (!source.exists()) return nullptr;
-  OwnedArray array(SafeArrayCreateVector(type, source.lowerBound(), static_cast<ULONG>(source.elements().size())));
+  // Not as a vector, which has a fixed size for its new owner too.
+  SAFEARRAYBOUND bound{static_cast<ULONG>(source.elements().size()), source.lowerBound()};
+  OwnedArray array(SafeArrayCreate(type, 1, &bound));
   if (array == nullptr) throw std::bad_alloc();
   return array;
 }
@@ -327,11 +392,35 @@ void replace(VARIANT& target, VARIANT fresh) {
 
 }  // namespace
 
+namespace {
+
+bool isScalar(Type type) {
+  return type == Type::Boolean || type == Type::Integer || type == Type::Long || type == Type::Double ||
+         type == Type::String;
+}
+
+/// What cannot be read is an array that fails where it is used, which is inside a loader's trap.
+Value arrayOf(const VARIANT& variant) {
+  try {
+    return withValueOf(contentOf(variant), [](const Content& content) -> Value {
+      if ((content.type & VT_ARRAY) != 0) {
+        return arrayOf(content.as<SAFEARRAY*>(), static_cast<VARTYPE>(content.type & ~VT_ARRAY));
+      }
+      if (content.type == VT_ERROR && content.as<SCODE>() == DISP_E_PARAMNOTFOUND) return Missing{};
+      return VariantArray();
+    });
+  } catch (const Error& error) {
+    return VariantArray(NoValue{error.fault()});
+  }
+}
+
+}  // namespace
+
 Value valueOf(const VARIANT& variant, Type wanted) {
+  if (wanted == Type::VariantArray) return arrayOf(variant);
+  const auto convert = [&](const Content& content) { return scalarOf(content, wanted); };
   const Content content = contentOf(variant);
-  if ((content.type & VT_ARRAY) == 0) return scalarOf(content, wanted);
-  if (wanted != Type::VariantArray) raise(faults::TypeMismatch);
-  return arrayOf(content.as<SAFEARRAY*>(), static_cast<VARTYPE>(content.type & ~VT_ARRAY));
+  return isScalar(wanted) ? withValueOf(content, convert) : convert(content);
 }
 
 VARIANT variantOf(const Value& value) {
@@ -352,7 +441,8 @@ void writeBack(const VARIANT& reference, const Value& value) {
     return;
   }
   const Content target = contentOf(reference);
-  VARIANT fresh = variantOf(value);
+  // As the library reads and writes numbers, and not as the user's settings do.
+  VARIANT fresh = variantOf(coerce(value, target.type == VT_BSTR ? Type::String : Type::Double));
   if (FAILED(VariantChangeType(&fresh, &fresh, 0, target.type))) {
     VariantClear(&fresh);
     raise(faults::TypeMismatch);

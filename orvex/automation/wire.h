@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include "orvex/automation/platform.h"
@@ -97,7 +98,8 @@ struct Wire<Array<double>> : VariantWire<Array<double>> {};
 template <>
 struct Wire<Array<std::string>> : VariantWire<Array<std::string>> {};
 
-/// One argument of a call, read from where the caller has it. A null reference stands for an argument that is left out.
+/// One argument of a call, read from where the caller has it. A null reference stands for an argument that is left out,
+/// and for an array that cannot be read.
 template <class A>
 class Parameter {
  public:
@@ -113,27 +115,32 @@ class Parameter {
       : value_(incoming.place != nullptr ? Wire<Held>::in(*incoming.place) : leftOut(incoming.argument)) {}
 
   Held& get() { return value_; }
+  void writeBack() noexcept {}
 
  protected:
   static Held leftOut(const catalogue::Argument& argument) {
-    if (!argument.optional) raise(faults::InvalidCall);
-    return std::get<Held>(catalogue::defaultOf(argument));
+    if constexpr (std::is_same_v<Held, VariantArray>) {
+      return VariantArray(NoValue{faults::InvalidCall});
+    } else {
+      if (!argument.optional) raise(faults::InvalidCall);
+      return std::get<Held>(catalogue::defaultOf(argument));
+    }
   }
 
   Held value_;
 };
 
-inline void writeBack(BSTR& place, const std::string& value) {
+inline void replace(BSTR& place, const std::string& value) {
   const BSTR fresh = newText(value);
   SysFreeString(place);
   place = fresh;
 }
 template <class T>
-void writeBack(typename Wire<T>::Type& place, const T& value) {
+void replace(typename Wire<T>::Type& place, const T& value) {
   place = Wire<T>::out(value);
 }
 
-/// One that the call may write back. What it wrote reaches the caller even if the call then fails.
+/// One that the call may write back.
 template <class T>
 class Parameter<InOut<T>> : Parameter<T> {
  public:
@@ -143,18 +150,17 @@ class Parameter<InOut<T>> : Parameter<T> {
 
   explicit Parameter(const Incoming& incoming)
       : Parameter<T>(incoming), place_(incoming.place), before_(this->value_) {}
-  ~Parameter() {
+
+  InOut<T> get() { return InOut<T>(this->value_); }
+  /// Puts what the call has changed where the caller has it.
+  void writeBack() noexcept {
     if (place_ == nullptr || this->value_ == before_) return;
     try {
-      writeBack(*place_, this->value_);
+      replace(*place_, this->value_);
     } catch (...) {
       // Without memory for the text the caller's variable stays as it was.
     }
   }
-  Parameter(const Parameter&) = delete;
-  Parameter& operator=(const Parameter&) = delete;
-
-  InOut<T> get() { return InOut<T>(this->value_); }
 
  private:
   Type* place_;

@@ -101,7 +101,7 @@ class Evaluation {
       const int code = static_cast<int>(sum());
       expect(',');
       const int periods = static_cast<int>(sum());
-      value = firstAverageRow(code, periods, take(',') ? static_cast<int>(sum()) : 1);
+      value = static_cast<long>(firstAverageRow(code, periods, take(',') ? static_cast<int>(sum()) : 1));
     } else if (name == "max" || name == "min") {
       value = sum();
       while (take(',')) value = name == "max" ? std::max(value, sum()) : std::min(value, sum());

@@ -77,18 +77,22 @@ std::string_view nameOf(Style style) {
   return names[static_cast<std::size_t>(style)];
 }
 
-Value call(const Method& method, void* object, std::span<Value> arguments) {
+void convertArguments(const Method& method, std::span<Value> values) {
   constexpr Fault notOptional{449, faults::Library, "Argument not optional"};
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
     const Argument& argument = method.arguments[i];
-    if (!std::holds_alternative<Missing>(arguments[i])) {
-      arguments[i] = coerce(arguments[i], argument.type);
+    if (!std::holds_alternative<Missing>(values[i])) {
+      values[i] = coerce(values[i], argument.type);
     } else if (argument.optional) {
-      arguments[i] = defaultOf(argument);
+      values[i] = defaultOf(argument);
     } else {
       raise(notOptional);
     }
   }
+}
+
+Value call(const Method& method, void* object, std::span<Value> arguments) {
+  convertArguments(method, arguments);
   return method.invoke(object, arguments);
 }
 

@@ -233,10 +233,13 @@ std::string_view nameOf(Purpose purpose);
 std::string_view nameOf(Place place);
 std::string_view nameOf(Style style);
 
-/// Calls a method with values of any kind: fills in what is `Missing` and converts each to the argument's type, in
-/// `arguments` itself, where it also leaves what the method wrote back, also when the call fails. Errors: 449 for a
-/// missing argument that is not optional, those of `coerce`, and the method's own. REQUIRES: as many values as the
-/// method has arguments.
+/// Makes values of any kind into arguments of a method, each in its place: fills in what is `Missing` and converts the
+/// others to the arguments' types. Errors: 449 for a missing argument that is not optional, and those of `coerce`.
+/// REQUIRES: as many values as the method has arguments.
+void convertArguments(const Method& method, std::span<Value> values);
+
+/// Calls a method with values of any kind, converted so. In `arguments` stands afterwards what the method wrote back,
+/// also when the call fails. Errors: those of the conversion, and the method's own.
 Value call(const Method& method, void* object, std::span<Value> arguments);
 
 /// The name of a result column of a call with that alias.

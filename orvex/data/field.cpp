@@ -1,6 +1,7 @@
 #include "orvex/data/field.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace orvex::inline ORVEX_COUNTS {
@@ -16,7 +17,8 @@ void Field::initializeToFill(Integer RecordCount, std::string_view Name, std::in
   const auto count = static_cast<std::int64_t>(RecordCount.value());
   const std::int64_t before = std::clamp(first - 1, std::int64_t{0}, count);
   std::fill_n(rows.values.begin(), before, 0.0);
-  std::fill(rows.values.begin() + std::clamp(last, before, count), rows.values.end(), 0.0);
+  const auto after = static_cast<std::ptrdiff_t>(std::clamp(last, before, count));
+  std::fill(rows.values.begin() + after, rows.values.end(), 0.0);
   replace(std::move(rows), Name);
 }
 

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "Orvex.h"
+#include "orvex/automation/errors.h"
 #include "orvex/automation/floating_point.h"
 #include "orvex/catalogue/catalogue.h"
 #include "tests/automation/server/support.h"
@@ -147,6 +148,76 @@ TEST_F(EarlyBinding, RunsTheHostsPendingEvents) {
   ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
   EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
   EXPECT_EQ(message.wParam, 42u);
+}
+
+TEST_F(EarlyBinding, GoesOnBetweenEventsWithoutEnd) {
+  Ref<_RecordSet> set;
+  // 498 records yield. Were a yield to wait for the last event, the limits below would end it.
+  bool posting = true;
+  std::function<void()> again = [&] {
+    if (posting && window.handled < 100000) window.post(again);
+  };
+  window.post(again);
+  EXPECT_EQ(mean(set.put()).code, S_OK);
+  EXPECT_GE(window.handled, 64);
+  EXPECT_LE(window.handled, 64 * 500);
+
+  posting = false;
+  EventWindow slow;
+  slow.every(10, [&] {
+    if (slow.handled < 2000) Sleep(20);
+  });
+  Sleep(20);
+  periods = 490;
+  EXPECT_EQ(mean(set.put()).code, S_OK);
+  EXPECT_GE(slow.handled, 1);
+  EXPECT_LE(slow.handled, 500);
+}
+
+TEST_F(EarlyBinding, TakesNoObjectsOfAnotherCopyOfTheServer) {
+  ASSERT_TRUE(CopyFileW(L"Orvex.dll", L"OrvexCopy.dll", FALSE));
+  const HMODULE copy = LoadLibraryW(L"OrvexCopy.dll");
+  ASSERT_NE(copy, nullptr);
+  {
+    Ref<IClassFactory> factory;
+    Ref<_Field> field;
+    const auto classObject = reinterpret_cast<HRESULT(STDMETHODCALLTYPE*)(const CLSID&, const IID&, void**)>(
+        reinterpret_cast<void*>(GetProcAddress(copy, "DllGetClassObject")));
+    classObject(automation::guidOf(catalogue::classOf<Field>.classId), IID_IClassFactory,
+                reinterpret_cast<void**>(factory.put()));
+    factory->CreateInstance(nullptr, __uuidof(_Field), reinterpret_cast<void**>(field.put()));
+    ASSERT_NE(field.get(), nullptr);
+    Ref<_RecordSet> set;
+    EXPECT_TRUE(early(average->SimpleMovingAverage(data.byRef(), field.byRef(), &periods, nullptr, set.put()))
+                    .is(faults::TypeMismatch));
+    EXPECT_TRUE(invoke(average, "SimpleMovingAverage", {data, field, 3}).is(faults::TypeMismatch));
+    EXPECT_EQ(prices->addField(field.byRef()), automation::resultOf(faults::TypeMismatch));
+  }
+  FreeLibrary(copy);
+  DeleteFileW(L"OrvexCopy.dll");
+}
+
+TEST_F(EarlyBinding, ReportsArraysThatAreNoneInsideTheLoader) {
+  short count = 0;
+  EXPECT_TRUE(early(data->OpenDatabaseByArray(nullptr)).is(Database::loadFault(faults::InvalidCall.description)));
+  // The series before is gone.
+  Ref<_RecordSet> empty;
+  ASSERT_EQ(data->getRecordset(empty.put()), S_OK);
+  EXPECT_EQ(empty->getFieldCount(&count), S_OK);
+  EXPECT_EQ(count, 0);
+}
+
+TEST_F(EarlyBinding, ReturnsArraysThatTheirOwnersCanResize) {
+  Variant doubles;
+  Variant texts;
+  ASSERT_EQ(close->getDoubleArray(&doubles), S_OK);
+  ASSERT_EQ(close->getStringArray(&texts), S_OK);
+  for (Variant* array : {&doubles, &texts}) {
+    SAFEARRAYBOUND wider{600, 1};
+    EXPECT_EQ(array->parray->fFeatures & FADF_FIXEDSIZE, 0);
+    EXPECT_EQ(SafeArrayRedim(array->parray, &wider), S_OK);
+  }
+  EXPECT_EQ(static_cast<double*>(doubles.parray->pvData)[599], 0.0);
 }
 
 TEST_F(EarlyBinding, SurvivesHostsThatTakeTheObjectsAway) {

@@ -58,6 +58,45 @@ TEST_F(LateBinding, ConvertsArgumentsAsAutomationDoes) {
   EXPECT_EQ(invoke(set, "getValue", {"SimpleMovingAverage", 3}).result.dblVal, 2.5);
 }
 
+TEST_F(LateBinding, TakesTheDefaultValuesOfObjects) {
+  SheetCell three(3);
+  SheetCell reference{Variant(static_cast<IDispatch*>(&three))};
+  SheetCell name("mean");
+  SheetCell itself{Variant()};
+  itself.value = Variant(static_cast<IDispatch*>(&itself));
+  SheetCell leftOut{Variant(LeftOut())};
+  Foreign none;
+  IDispatch* const cells[] = {&three, &reference};
+  for (IDispatch* periods : cells) {
+    const Outcome outcome = mean({data, field, periods, static_cast<IDispatch*>(&name)});
+    EXPECT_EQ(invoke(outcome.object<_RecordSet>(), "getValue", {"mean", 4}).result.dblVal, 3.0) << outcome;
+  }
+  for (IDispatch* periods :
+       {static_cast<IDispatch*>(&itself), static_cast<IDispatch*>(&leftOut), static_cast<IDispatch*>(&none)}) {
+    EXPECT_TRUE(mean({data, field, periods}).is(faults::TypeMismatch));
+  }
+  itself.value = Variant();
+  // An array, and an element of one.
+  SheetCell column{Variant(std::vector<double>{7, 8})};
+  EXPECT_EQ(invoke(data, "OpenDatabaseByArray", {static_cast<IDispatch*>(&column)}).code, S_OK);
+  EXPECT_EQ(invoke(data, "getRecordCount", {}).result.iVal, 2);
+  SAFEARRAY* array = SafeArrayCreateVector(VT_VARIANT, 1, 1);
+  static_cast<VARIANT*>(array->pvData)[0] = Variant(3);
+  Variant element(VT_VARIANT, array);
+  LONG first = 1;
+  Variant cell(static_cast<IDispatch*>(&reference));
+  SafeArrayPutElement(array, &first, &cell);
+  EXPECT_EQ(invoke(data, "OpenDatabaseByArray", {element}).code, S_OK);
+  const auto set = invoke(data, "getRecordset", {}).object<_RecordSet>();
+  EXPECT_EQ(invoke(set, "getValue", {"Open", 1}).result.dblVal, 3.0);
+  element = Variant();
+  cell = Variant();
+  for (const Foreign* one :
+       {static_cast<Foreign*>(&three), static_cast<Foreign*>(&name), static_cast<Foreign*>(&itself), &none}) {
+    EXPECT_EQ(one->references, one == &three ? 2u : 1u);
+  }
+}
+
 TEST_F(LateBinding, TellsWhatIsWrongWithTheArguments) {
   const DISPID id = idOf(average.get(), "simplemovingAVERAGE");
   ASSERT_EQ(id, 1);
@@ -126,6 +165,19 @@ TEST_F(LateBinding, WritesBackIntoVariablesOfEveryType) {
   }
 }
 
+TEST_F(LateBinding, WritesNumbersIntoTextsAsItReadsThem) {
+  const auto bands = Server::get().create(catalogue::classOf<Bands>);
+  wchar_t before[8] = {};
+  GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, before, 8);
+  SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, L",");
+  // The envelope leaves a hundredth of what it was given.
+  Text shift("8.25");
+  const Outcome outcome = invoke(bands, "MovingAverageEnvelope", {data, field, 1, 1, Variant(&shift)});
+  SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, before);
+  EXPECT_EQ(outcome.code, S_OK) << outcome;
+  EXPECT_EQ(shift.get(), "0.0825");
+}
+
 TEST_F(LateBinding, KeepsTheIdentityOfObjects) {
   const auto set = Server::get().create<_RecordSet>(catalogue::classOf<RecordSet>);
   ASSERT_EQ(invoke(set, "addField", {field}).code, S_OK);
@@ -172,6 +224,12 @@ TEST_F(LateBinding, TakesArraysOfEveryKind) {
   Text two("2.5 pieces");
   const Variant texts = vectorOf(VT_BSTR, 0, *&x, *&two);
   const Variant mixed = vectorOf(VT_VARIANT, 0, Variant(), Variant("2.5"));
+  Variant single;
+  single.vt = VT_R4;
+  single.fltVal = 10.1f;
+  DECIMAL impossible{};
+  impossible.scale = 200;
+  const Variant decimals = vectorOf(VT_DECIMAL, 1, impossible);
   struct Case {
     const char* what;
     Variant array;
@@ -182,7 +240,8 @@ TEST_F(LateBinding, TakesArraysOfEveryKind) {
       {"doubles", vectorOf(VT_R8, 0, 9.0, 2.5), "", 2.5},
       {"a lower bound of its own", vectorOf(VT_R8, -1, 9.0, 9.0, 2.5), "", 2.5},
       {"one that begins after 1", vectorOf(VT_R8, 2, 2.5), "Subscript out of range", 0},
-      {"singles", vectorOf(VT_R4, 1, 2.5f), "", 2.5},
+      {"singles", vectorOf(VT_R4, 1, 10.1f), "", 10.1},
+      {"singles among others", vectorOf(VT_VARIANT, 1, single), "", 10.1},
       {"bytes", vectorOf(VT_UI1, 1, static_cast<unsigned char>(200)), "", 200},
       {"16-bit numbers", vectorOf(VT_I2, 1, short{-3}), "", -3},
       {"32-bit numbers", vectorOf(VT_I4, 1, LONG{-70000}), "", -70000},
@@ -196,6 +255,8 @@ TEST_F(LateBinding, TakesArraysOfEveryKind) {
       {"several dimensions", Variant(VT_R8, SafeArrayCreate(VT_R8, 2, square)), "Subscript out of range", 0},
       {"no array yet", Variant(VT_R8, nullptr), "Subscript out of range", 0},
       {"a number", 2.5, "Type mismatch", 0},
+      {"an impossible date", vectorOf(VT_DATE, 1, DATE{1e300}), "Type mismatch", 0},
+      {"a decimal number that is none", decimals, "Overflow", 0},
   };
   for (const Case& one : cases) {
     Variant variable = one.array;
@@ -206,6 +267,46 @@ TEST_F(LateBinding, TakesArraysOfEveryKind) {
       if (*one.fault != '\0') continue;
       const auto set = invoke(data, "getRecordset", {}).object<_RecordSet>();
       EXPECT_EQ(invoke(set, "getValue", {"Volume", 1}).result.dblVal, one.first) << one.what;
+    }
+  }
+}
+
+TEST_F(LateBinding, ReportsWhatItCannotReadInsideTheLoader) {
+  const auto inMemory = [](int type) {
+    VARIANT made{};
+    made.vt = static_cast<VARTYPE>(type);
+    return made;
+  };
+  struct Case {
+    const char* what;
+    VARIANT value;
+    const Fault& fault;
+  };
+  // Of a type alone, with nothing behind it: an error value of 0, a record without a description, null references.
+  const Case cases[] = {
+      {"an error value", inMemory(VT_ERROR), faults::TypeMismatch},
+      {"a record", inMemory(VT_RECORD), faults::TypeMismatch},
+      {"an unknown type", inMemory(VT_FILETIME), faults::TypeMismatch},
+      {"a number that is nowhere", inMemory(VT_BYREF | VT_R8), faults::InvalidCall},
+      {"a variable that is nowhere", inMemory(VT_BYREF | VT_VARIANT), faults::InvalidCall},
+      {"an array that is nowhere", inMemory(VT_BYREF | VT_ARRAY | VT_R8), faults::InvalidCall},
+  };
+  for (const Case& one : cases) {
+    VARIANT value = one.value;
+    SAFEARRAY elements{1, FADF_VARIANT | FADF_STATIC | FADF_FIXEDSIZE, sizeof value, 0, &value, {{1, 1}}};
+    SAFEARRAY* place = &elements;
+    Variant array;
+    array.vt = VT_BYREF | VT_ARRAY | VT_VARIANT;
+    array.pparray = &place;
+    Variant whole(&value);
+    // References to references are another thing.
+    if ((value.vt & VT_BYREF) != 0) static_cast<VARIANT&>(whole) = value;
+    for (const Variant& given : {whole, array}) {
+      EXPECT_EQ(invoke(data, "OpenDatabaseByArray", {Variant(std::vector<double>{1, 2})}).code, S_OK);
+      const Outcome loaded = invoke(data, "OpenDatabaseByArray", {given});
+      EXPECT_TRUE(loaded.is(Database::loadFault(one.fault.description))) << one.what << ": " << loaded;
+      // The series before is gone.
+      EXPECT_EQ(invoke(invoke(data, "getRecordset", {}).object<_RecordSet>(), "getFieldCount", {}).result.iVal, 0);
     }
   }
 }

@@ -1,6 +1,6 @@
 // Random calls through Orvex.dll, for minutes: late and early ones, with arguments of every type, too many and too few
-// of them, by value, by reference and by null references, and a host that lets go of the objects in use and calls again
-// from inside a yield.
+// of them, by value, by reference and by null references, and a host that lets go of the objects in use, calls again
+// and posts without end from inside a yield.
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -32,7 +32,8 @@ class RandomHost {
 
   int run() {
     load();
-    for (int i = 0; i < 50; ++i) callOne();
+    for (current_ = 1; current_ <= 50; ++current_) callOne();
+    current_ = 0;
     // Events that no yield has run, a request to quit among them.
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
@@ -312,11 +313,19 @@ class RandomHost {
         [&] { invoke(objectOrNew(catalogue::classOf<RecordSet>), "removeField", {"High"}); },
         [&] { invoke(objectOrNew(catalogue::classOf<Database>), "CloseDatabase", {}); },
         [] { PostQuitMessage(0); },
+        [&] {
+          if (once(4)) repost(current_);
+        },
         [&] { callOne(); },
         [&] { callOne(); },
     };
     deeds[below(std::size(deeds))]();
     --depth_;
+  }
+
+  /// An event that comes back as long as the call goes on in which it was first run.
+  void repost(int call) {
+    if (call != 0 && call == current_) window_.post([this, call] { repost(call); });
   }
 
   Ref<IDispatch> objectOrNew(const Class& owner) {
@@ -329,6 +338,7 @@ class RandomHost {
   EventWindow& window_;
   std::vector<Object> objects_;
   std::vector<Object> holders_;
+  int current_ = 0;  // which of the round's calls is under way, 0 for none
   int depth_ = 0;
   int calls_ = 0;
 };

@@ -266,7 +266,7 @@ Outcome callEarly(IDispatch* object, const catalogue::Class& owner, const catalo
 }
 
 /// An object of another server: it knows nothing but IDispatch.
-class Foreign final : public IDispatch {
+class Foreign : public IDispatch {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override {
     *result = id == IID_IUnknown || id == IID_IDispatch ? this : nullptr;
@@ -284,6 +284,20 @@ class Foreign final : public IDispatch {
   }
 
   ULONG references = 1;
+};
+
+/// One with a default value, as the cell of a spreadsheet has.
+class SheetCell final : public Foreign {
+ public:
+  explicit SheetCell(Variant content) : value(std::move(content)) {}
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    if (id != DISPID_VALUE || (flags & DISPATCH_PROPERTYGET) == 0 || parameters->cArgs != 0) return E_NOTIMPL;
+    return VariantCopy(result, &value);
+  }
+
+  Variant value;
 };
 
 /// A window whose messages run code of the host in the middle of a call.
@@ -306,13 +320,23 @@ class EventWindow {
     PostMessageW(window_, WM_APP, 0, 0);
   }
 
+  /// Runs the event at a timer from now on.
+  void every(UINT milliseconds, std::function<void()> event) {
+    timed_ = std::move(event);
+    SetTimer(window_, 1, milliseconds, nullptr);
+  }
+
   int handled = 0;
 
  private:
   static LRESULT CALLBACK handle(HWND window, UINT message, WPARAM first, LPARAM second) {
-    if (message != WM_APP) return DefWindowProcW(window, message, first, second);
+    if (message != WM_APP && message != WM_TIMER) return DefWindowProcW(window, message, first, second);
     auto& self = *reinterpret_cast<EventWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     ++self.handled;
+    if (message == WM_TIMER) {
+      self.timed_();
+      return 0;
+    }
     const auto event = std::move(self.events_.front());
     self.events_.pop_front();
     event();
@@ -321,6 +345,7 @@ class EventWindow {
 
   HWND window_ = nullptr;
   std::deque<std::function<void()>> events_;
+  std::function<void()> timed_;
 };
 
 /// What the heaps of the process hold.
