@@ -431,8 +431,8 @@ class Collection {
       const double top = high->numbers[i];
       const double bottom = low->numbers[i];
       bool odd = top < bottom;
-      if (open != nullptr) odd |= (open->numbers[i] > top) | (open->numbers[i] < bottom);
-      if (close != nullptr) odd |= (close->numbers[i] > top) | (close->numbers[i] < bottom);
+      if (open != nullptr) odd = odd || open->numbers[i] > top || open->numbers[i] < bottom;
+      if (close != nullptr) odd = odd || close->numbers[i] > top || close->numbers[i] < bottom;
       if (odd && count++ == 0) first = i;
     }
     if (count == 0) return;
@@ -456,10 +456,13 @@ class Collection {
 
 }  // namespace
 
+bool PriceColumn::hasValues() const noexcept {
+  return std::any_of(numbers.begin(), numbers.end(), [](double number) { return !std::isnan(number); });
+}
+
 const PriceColumn* PriceTable::find(Role role) const noexcept {
   const auto found = std::find_if(columns.begin(), columns.end(), [&](const PriceColumn& column) {
-    return column.role == role && (role == Role::Date || std::any_of(column.numbers.begin(), column.numbers.end(),
-                                                                     [](double row) { return !std::isnan(row); }));
+    return column.role == role && (column.isText() || column.hasValues());
   });
   return found == columns.end() ? nullptr : &*found;
 }

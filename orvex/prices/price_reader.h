@@ -29,6 +29,8 @@ struct PriceColumn {
   std::size_t textLine = 0;
 
   bool isText() const noexcept { return textLine != 0; }
+  /// Tells whether any record has a number.
+  bool hasValues() const noexcept;
 };
 
 /// What a price file holds: records, the oldest first.
@@ -45,7 +47,7 @@ struct PriceTable {
   /// What the texts are parts of.
   std::shared_ptr<const void> storage;
 
-  /// The column of a role; nothing where the file has none, or one without any value.
+  /// The column of a role; nothing where the file has none, or one of prices without any value.
   const PriceColumn* find(Role role) const noexcept;
   /// The first column of that name or heading, without regard to case; nothing where there is none.
   const PriceColumn* find(std::string_view name) const noexcept;
