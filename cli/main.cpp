@@ -114,11 +114,10 @@ class Program {
     addReading(*run);
     run->footer(
         "A price file has one record a line: date, open, high, low, close and volume without a header line, or any\n"
-        "columns with one. How it is written is found out; \"-\" is the standard input, and gzip is unpacked. An\n"
-        "argument that is a field is given as a column's name, Source=Close; where it is left "
-        "out\n"
-        "and the file has a column of the argument's own name, such as Volume, that is taken. What a method takes is\n"
-        "told by: orvex describe CLASS.METHOD\n\n"
+        "columns with one. How it is written is found out; \"-\" is the standard input, and gzip is unpacked.\n\n"
+        "An argument that is a field is given as a column's name, Source=Close; where it is left out and the file has\n"
+        "a column of the argument's own name, such as Volume, that is taken. What a method takes is told by:\n"
+        "orvex describe CLASS.METHOD\n\n"
         "A file whose name looks like an option or an argument is written with its folder: ./-x.csv, ./a=b.csv.");
   }
 

@@ -107,7 +107,7 @@ std::vector<Written> findWritten(const Method& method, std::span<const Value> be
 /// What the computed records of a result have about them that could be overlooked.
 void remarkOnRecords(const RecordSet& result, const Method& method, const catalogue::ValuedCall& called, int count) {
   if (called.part.first > 1 || called.part.last < count) {
-    complain(fmt::format("computed from the records {} to {} of {}: in the others a column has no value.",
+    complain(fmt::format("computed from the records {} to {} of {}: a column that it takes has no value in the others.",
                          called.part.first, called.part.last, count));
   }
   // A method of a span of records leaves out what lies behind it because it was told to.

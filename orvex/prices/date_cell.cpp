@@ -289,11 +289,11 @@ std::optional<DateCell> readDigits(Cursor cursor, std::size_t digits) {
   return DateCell{shape, number * unit + fraction, {}, true};
 }
 
-/// The two digits at a place of a text; at least 100 where one is no digit.
-unsigned twoDigits(std::string_view text, std::size_t at) {
-  const unsigned tens = static_cast<unsigned char>(text[at]) - unsigned{'0'};
-  const unsigned ones = static_cast<unsigned char>(text[at + 1]) - unsigned{'0'};
-  return tens > 9 || ones > 9 ? 100 : tens * 10 + ones;
+/// The two digits at a place of a text; -1 where one is no digit.
+int twoDigits(std::string_view text, std::size_t at) {
+  const int tens = text[at] - '0';
+  const int ones = text[at + 1] - '0';
+  return tens < 0 || tens > 9 || ones < 0 || ones > 9 ? -1 : tens * 10 + ones;
 }
 
 }  // namespace
@@ -316,32 +316,32 @@ std::optional<Time> PlainDates::read(std::string_view text) {
   const bool timed = text.size() == 16 || text.size() == 19;
   if (!timed && text.size() != 10) return {};
   if (std::memcmp(text.data(), month_.data(), month_.size()) != 0 && !takeMonth(text)) return {};
-  const unsigned day = twoDigits(text, 8);
+  const int day = twoDigits(text, 8);
   if (day < 1 || day > length_) return {};
-  const Time time = start_ + (static_cast<Time>(day) - 1) * dayLength;
+  const Time time = start_ + (day - 1) * dayLength;
   if (!timed) return time;
   if ((text[10] != ' ' && text[10] != 'T') || text[13] != ':') return {};
   const bool seconds = text.size() == 19;
   if (seconds && text[16] != ':') return {};
-  const unsigned hour = twoDigits(text, 11);
-  const unsigned minute = twoDigits(text, 14);
-  const unsigned second = seconds ? twoDigits(text, 17) : 0;
-  if (hour > 23 || minute > 59 || second > 59) return {};
+  const int hour = twoDigits(text, 11);
+  const int minute = twoDigits(text, 14);
+  const int second = seconds ? twoDigits(text, 17) : 0;
+  if (std::min({hour, minute, second}) < 0 || hour > 23 || minute > 59 || second > 59) return {};
   return time + hour * hourLength + minute * minuteLength + second * secondLength;
 }
 
 bool PlainDates::takeMonth(std::string_view text) {
-  const unsigned century = twoDigits(text, 0);
-  const unsigned years = twoDigits(text, 2);
-  const unsigned month = twoDigits(text, 5);
-  if (century > 99 || years > 99 || text[4] != '-' || text[7] != '-') return false;
-  const int year = static_cast<int>(century * 100 + years);
-  const auto start = dayTime(year, static_cast<int>(month), 1);
+  const int century = twoDigits(text, 0);
+  const int years = twoDigits(text, 2);
+  const int month = twoDigits(text, 5);
+  if (century < 0 || years < 0 || text[4] != '-' || text[7] != '-') return false;
+  const int year = century * 100 + years;
+  const auto start = dayTime(year, month, 1);
   if (!start) return false;
   std::copy_n(text.begin(), month_.size(), month_.begin());
   start_ = *start;
   length_ = 28;
-  while (dayTime(year, static_cast<int>(month), static_cast<int>(length_ + 1))) ++length_;
+  while (dayTime(year, month, length_ + 1)) ++length_;
   return true;
 }
 

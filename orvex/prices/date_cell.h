@@ -52,7 +52,7 @@ class PlainDates {
 
   std::array<char, 8> month_{};  // "2020-01-", the month that was read last
   Time start_ = 0;
-  unsigned length_ = 0;
+  int length_ = 0;
 };
 
 /// The time of the day of a cell beside the date's: 9:30, 09:30:00, 93000, 9:30 PM.

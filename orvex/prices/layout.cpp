@@ -340,6 +340,9 @@ Layout findLayout(std::string_view text, const Options& options) {
   layout.splitter = Splitter(options.delimiter    ? *options.delimiter
                              : !delimiter.empty() ? delimiter
                                                   : findDelimiter(sample));
+  if (!layout.splitter.split(sample.front().text, sample.front().cells)) {
+    throw ReadError(unsettled, std::string(UnclosedQuote), sample.front().number);
+  }
   for (SampleLine& one : sample) layout.splitter.split(one.text, one.cells);
 
   const std::vector<CellText> first = sample.front().cells;

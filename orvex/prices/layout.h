@@ -33,6 +33,9 @@ struct CellText {
   bool quoted = false;
 };
 
+inline constexpr std::string_view UnclosedQuote =
+    "A quotation mark is opened and not closed before the end of the cell.";
+
 /// Splits lines of text. Several blanks count as one where the delimiter is a blank.
 class Splitter {
  public:

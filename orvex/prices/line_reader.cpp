@@ -211,7 +211,7 @@ LineReader::Outcome LineReader::read(std::string_view line) {
     std::string_view text;
     bool quoted = false;
     if (!nextCell(at, end, text, quoted)) {
-      return fail("A quotation mark is opened and not closed before the end of the cell.", i + 1);
+      return fail(std::string(UnclosedQuote), i + 1);
     }
     if (i < count) {
       anything = anything || !text.empty();

@@ -163,7 +163,7 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
       {mean + "plain.csv Source=Close Periods=2 --from 2021-01", Database::loadFault("Subscript out of range"),
        "the file has 2020-01-01 to 2020-01-05"},
       {mean + "gap.csv Source=Fast Periods=1", MovingAverage::SimpleMovingAverageFault,
-       "Fast has no value in record 2, and values before and behind it"},
+       "fast has no value in record 2, and values before and behind it"},
   };
   for (const auto& [arguments, fault, told] : cases) {
     const json error = {{"number", fault.number}, {"source", fault.source}, {"description", fault.description}};

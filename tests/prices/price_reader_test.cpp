@@ -236,6 +236,7 @@ TEST(PriceReader, RefusesWhatIsNotCertain) {
       {"a number beyond a double", head + "2020-01-02,1,1e999,1,1,10\n", 3, 3, "no number that fits a double"},
       {"control characters are not printed", head + "2020-01-02,1,\x1B[2J\x9F,1,1,10\n", 3, 3, "\\x1B[2J"},
       {"a quotation mark", head + "2020-01-02,\"1,2,1,1,10\n", 3, 2, "not closed"},
+      {"a quotation mark in the first line", "\"Date,Close\n2020-01-01,1\n", 1, 0, "not closed"},
       {"a text behind a quotation mark", head + "2020-01-02,\"1\"x,2,1,1,10\n", 3, 2, "not closed"},
       {"a decimal comma among points", "Date;Close\n2020-01-01;1.5\n2020-01-02;1,5\n", 3, 2, "decimal sign"},
       {"an unquoted decimal comma", "Date,Close\n2020-01-01,1,5\n", 2, 3, "more than the 2 values"},
