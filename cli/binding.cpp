@@ -56,8 +56,9 @@ std::string_view placeholder(const Argument& argument) {
 }
 
 const FileColumn* findColumn(const PriceFile& file, std::string_view name) {
-  const auto found = std::find_if(file.columns.begin(), file.columns.end(),
-                                  [&](const FileColumn& one) { return equalNames(one.field->name(), name); });
+  const auto found = std::find_if(file.columns.begin(), file.columns.end(), [&](const FileColumn& one) {
+    return equalNames(one.field->name(), name) || equalNames(one.heading, name);
+  });
   return found == file.columns.end() ? nullptr : &*found;
 }
 

@@ -107,36 +107,99 @@ class Program {
         ->check(CLI::IsMember({"table", "csv", "json"}))
         ->option_text("table|csv|json");
     run->add_option("--warmup", warmup_,
-                    "What stands in rows that are not computed: zero, as in the library, or blank.")
+                    "What stands in rows that are not computed: blank (in tables and CSV) or zero, as in the library "
+                    "(in JSON).")
         ->check(CLI::IsMember({"zero", "blank"}))
         ->option_text("zero|blank");
     run->add_flag("--append", run_.append, "Print the columns of the file and the result together.");
-    run->add_option("--last", run_.last, "Print the last N records only.")
-        ->transform([](const std::string& text) {
-          const std::size_t first = text.find_first_not_of('0');
-          if (first == std::string::npos || text.find_first_not_of("0123456789") != std::string::npos) {
-            throw CLI::ValidationError(fmt::format("\"{}\" is not a whole number from 1", text));
-          }
-          // A number too long to be read asks for all records, like every other that is beyond the longest series.
-          const std::string all = fmt::to_string(Integer::Greatest);
-          const std::string digits = text.substr(first);
-          return digits.size() > all.size() ? all : digits;
-        })
-        ->option_text("N");
-    run->add_option("--delimiter", run_.delimiter, "What stands between the columns of the file, if it is to be told.")
+    run->add_option("--last", run_.last, "Print the last N records only.")->transform(countOf)->option_text("N");
+    addReading(*run);
+    run->footer(
+        "A price file has one record a line: date, open, high, low, close and volume without a header line, or any\n"
+        "columns with one. How it is written is found out; \"-\" is the standard input, and gzip is unpacked.\n\n"
+        "An argument that is a field is given as a column's name, Source=Close; where it is left out and the file has\n"
+        "a column of the argument's own name, such as Volume, that is taken. What a method takes is told by:\n"
+        "orvex describe CLASS.METHOD\n\n"
+        "A file whose name looks like an option or an argument is written with its folder: ./-x.csv, ./a=b.csv.");
+  }
+
+  /// The options that tell how a price file is to be read, and which of its records.
+  void addReading(CLI::App& command) {
+    prices::Options& reading = run_.reading;
+    command
+        .add_option("--delimiter", reading.delimiter,
+                    "What stands between the columns of the file, if it is to be told.")
         ->transform([](const std::string& text) -> std::string {
           if (text == "tab" || text == "\\t") return "\t";
           if (!text.empty() && firstCharacterLength(text) == text.size()) return text;
           throw CLI::ValidationError(fmt::format("\"{}\" is not one character, nor \"tab\"", text));
         })
         ->option_text("CHARACTER|tab");
-    run->footer(
-        "A price file has one record a line: date, open, high, low, close and volume without a header line, or any\n"
-        "columns with one. An argument that is a field is given as a column's name, Source=Close; where it is left "
-        "out\n"
-        "and the file has a column of the argument's own name, such as Volume, that is taken. What a method takes is\n"
-        "told by: orvex describe CLASS.METHOD\n\n"
-        "A file whose name looks like an option or an argument is written with its folder: ./-x.csv, ./a=b.csv.");
+    command
+        .add_option_function<std::string>(
+            "--decimal", [&reading](const std::string& sign) { reading.decimal = sign.front(); },
+            "The decimal sign of the file, if it is to be told.")
+        ->check(CLI::IsMember({".", ","}))
+        ->option_text(".|,");
+    command
+        .add_option_function<std::string>(
+            "--columns", [&reading](const std::string& text) { reading.columns = columnsOf(text); },
+            "Which columns of the file are Date, Open, High, Low, Close or Volume, by their names or numbers.")
+        ->option_text("Close=NAME,...");
+    command
+        .add_option_function<std::string>(
+            "--order",
+            [&reading](const std::string& order) {
+              reading.order = order == "keep" ? prices::Order::Keep : prices::Order::Check;
+            },
+            "Whether the order of the dates is checked (newest first is reversed) or kept as it is.")
+        ->check(CLI::IsMember({"check", "keep"}))
+        ->option_text("check|keep");
+    command
+        .add_option_function<std::string>(
+            "--missing",
+            [&reading](const std::string& missing) {
+              reading.missing = missing == "skip"       ? prices::Missing::Skip
+                                : missing == "previous" ? prices::Missing::Previous
+                                                        : prices::Missing::Refuse;
+            },
+            "What is done with a record that lacks a price: an error, left out, or the price of the record before.")
+        ->check(CLI::IsMember({"error", "skip", "previous"}))
+        ->option_text("error|skip|previous");
+    command.add_option("--from", reading.from, "The first record to compute from: a date, or its number from 1.")
+        ->option_text("DATE|N");
+    command.add_option("--to", reading.to, "The last one.")->option_text("DATE|N");
+    command.add_option("--tail", reading.tail, "Compute from the last N of these records only.")
+        ->transform(countOf)
+        ->option_text("N");
+  }
+
+  /// A whole number from 1. One that is too long to be read asks for all records, like every other that is beyond the
+  /// longest series.
+  static std::string countOf(const std::string& text) {
+    const std::size_t first = text.find_first_not_of('0');
+    if (first == std::string::npos || text.find_first_not_of("0123456789") != std::string::npos) {
+      throw CLI::ValidationError(fmt::format("\"{}\" is not a whole number from 1", text));
+    }
+    const std::string all = fmt::to_string(Integer::Greatest);
+    const std::string digits = text.substr(first);
+    return digits.size() > all.size() ? all : digits;
+  }
+
+  /// Open=first,Close=last.
+  static std::vector<prices::ColumnChoice> columnsOf(const std::string& text) {
+    std::vector<prices::ColumnChoice> choices;
+    std::istringstream parts(text);
+    for (std::string part; std::getline(parts, part, ',');) {
+      const std::size_t equals = part.find('=');
+      const auto role = prices::roleNamed(std::string_view(part).substr(0, equals));
+      if (!role || equals == std::string::npos || equals + 1 == part.size()) {
+        throw CLI::ValidationError(fmt::format(
+            "\"{}\" is not like Close=NAME, with Date, Time, Open, High, Low, Close or Volume before the sign", part));
+      }
+      choices.push_back({*role, part.substr(equals + 1)});
+    }
+    return choices;
   }
 
   void addPageFormat(const std::string& command) {
@@ -150,7 +213,7 @@ class Program {
 
   std::string runMethod() {
     run_.format = outputFormat();
-    run_.blankWarmup = warmup_ == "blank";
+    if (!warmup_.empty()) run_.blankWarmup = warmup_ == "blank";
     return run(run_);
   }
 

@@ -148,6 +148,13 @@ std::string writtenJson(const std::vector<Written>& written) {
   return fmt::format("{{{}}}", fmt::join(members, ","));
 }
 
+/// The computed records of a column of the result, null where there are none.
+std::string computedJson(const ShownColumn& column) {
+  if (!column.computed) return {};
+  const auto [first, last] = *column.computed;
+  return first > last ? R"(,"computed":null)" : fmt::format(R"(,"computed":{{"first":{},"last":{}}})", first, last);
+}
+
 std::string showJson(const ShownColumns& result) {
   Cells columns;
   for (const ShownColumn& column : result.columns) {
@@ -158,8 +165,8 @@ std::string showJson(const ShownColumns& result) {
     } else {
       cells = cellsOf(column, result.records, jsonNumber, "null");
     }
-    columns.push_back(
-        fmt::format(R"({{"name":{},"values":[{}]}})", jsonText(column.field->getName()), fmt::join(cells, ",")));
+    columns.push_back(fmt::format(R"({{"name":{},"values":[{}]{}}})", jsonText(column.field->getName()),
+                                  fmt::join(cells, ","), computedJson(column)));
   }
   return fmt::format(R"({{"columns":[{}],"written":{}{}}})", fmt::join(columns, ","), writtenJson(result.written),
                      result.position ? fmt::format(R"(,"position":{})", result.position->value()) : "") +

@@ -26,7 +26,8 @@ struct Written {
 struct ShownColumn {
   std::shared_ptr<Field> field;
   bool texts;
-  catalogue::RowRange filled;  // the rows outside it are left empty
+  catalogue::RowRange filled;                                  // the rows outside it are left empty
+  std::optional<catalogue::RowRange> computed = std::nullopt;  // of a column of the result
 };
 
 struct ShownColumns {

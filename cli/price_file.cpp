@@ -1,295 +1,141 @@
 #include "cli/price_file.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <zlib.h>
 
 #include <algorithm>
-#include <array>
-#include <iterator>
+#include <cerrno>
+#include <filesystem>
+#include <limits>
+#include <memory>
 #include <string_view>
 
 #include "cli/failure.h"
-#include "cli/names.h"
 #include "orvex/data/columns.h"
-#include "orvex/data/number_text.h"
-#include "orvex/data/text.h"
-#include "orvex/data/text_file.h"
+#include "orvex/prices/price_reader.h"
 
 namespace orvex::cli {
 
 namespace {
 
-struct Cell {
-  std::string text;
-  bool quoted = false;
+/// An open file that is closed with the object.
+class Input {
+ public:
+  explicit Input(const std::string& path)
+      : number_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (number_ < 0) raise(faultOf(path));
+    if (fstat(number_, &status_) == 0 && S_ISDIR(status_.st_mode)) {
+      close();
+      raise(faults::FileAccess);
+    }
+  }
+  ~Input() { close(); }
+  Input(const Input&) = delete;
+  Input& operator=(const Input&) = delete;
+
+  /// All bytes to the end, from a pipe too.
+  std::string bytes() const {
+    constexpr std::size_t piece = std::size_t{1} << 20;
+    std::string all;
+    std::size_t size = 0;
+    if (S_ISREG(status_.st_mode)) all.resize(static_cast<std::size_t>(status_.st_size) + 1);
+    for (;;) {
+      if (size == all.size()) all.resize(std::max(piece, 2 * size));
+      const ssize_t got = ::read(number_, all.data() + size, all.size() - size);
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0) raise(faults::DeviceError);
+      if (got == 0) break;
+      size += static_cast<std::size_t>(got);
+    }
+    all.resize(size);
+    return all;
+  }
+
+ private:
+  static const Fault& faultOf(const std::string& path) {
+    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+    std::error_code ignored;
+    if (errno != ENOENT && errno != ENOTDIR) return faults::FileAccess;
+    return folder.empty() || std::filesystem::is_directory(folder, ignored) ? faults::FileNotFound
+                                                                            : faults::PathNotFound;
+  }
+
+  void close() const {
+    if (number_ > STDERR_FILENO) ::close(number_);
+  }
+
+  int number_;
+  struct stat status_ {};
 };
-using Cells = std::vector<Cell>;
 
-constexpr std::array priceNames = {Database::OpenName, Database::HighName, Database::LowName, Database::CloseName,
-                                   Database::VolumeName};
-
-bool isBlank(std::string_view text) {
-  return text.find_first_not_of(" \t") == std::string_view::npos;
+bool isGzip(std::string_view bytes) {
+  return bytes.starts_with("\x1F\x8B");
 }
 
-/// The name that a cell gives to a column: blanks around it belong to it only if it is quoted.
-std::string nameOf(const Cell& cell) {
-  if (cell.quoted) return cell.text;
-  if (isBlank(cell.text)) return {};
-  const std::size_t from = cell.text.find_first_not_of(" \t");
-  return cell.text.substr(from, cell.text.find_last_not_of(" \t") - from + 1);
-}
-
-/// What a double cannot hold is no number here but a text: identifiers such as 12e4567 look so.
-bool isNumber(std::string_view text) {
-  try {
-    const NumberText number = readNumber(text);
-    return number.length > 0 && isBlank(text.substr(number.length));
-  } catch (const Error&) {
-    return false;
-  }
-}
-
-/// The cells of a line. What begins with a quotation mark goes to the next single one; a doubled one stands for itself.
-/// Error 13 for one that is not closed.
-Cells split(std::string_view line, std::string_view delimiter) {
-  Cells cells(1);
-  while (!line.empty()) {
-    if (line.starts_with(delimiter)) {
-      cells.emplace_back();
-      line.remove_prefix(delimiter.size());
-    } else if (line.front() == '"' && cells.back().text.empty()) {
-      cells.back().quoted = true;
-      line.remove_prefix(1);
-      for (;;) {
-        const std::size_t mark = line.find('"');
-        if (mark == std::string_view::npos) raise(faults::TypeMismatch);
-        cells.back().text += line.substr(0, mark);
-        line.remove_prefix(mark + 1);
-        if (!line.starts_with('"')) break;
-        cells.back().text += '"';
-        line.remove_prefix(1);
-      }
-    } else {
-      cells.back().text += line.front();
-      line.remove_prefix(1);
+/// The contents of one gzip file or of several, one behind the other.
+std::string unpacked(const std::string& bytes) {
+  const auto refuse = [] {
+    throw prices::ReadError(Database::loadFault(faults::DeviceError.description),
+                            "It is compressed with gzip and damaged or cut off.");
+  };
+  constexpr int gzipOnly = 16;
+  z_stream stream{};
+  if (inflateInit2(&stream, MAX_WBITS + gzipOnly) != Z_OK) raise(faults::OutOfMemory);
+  const std::unique_ptr<z_stream, int (*)(z_stream*)> ended(&stream, inflateEnd);
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));  // zlib only reads it
+  std::size_t left = bytes.size();
+  std::string text;
+  std::size_t size = 0;
+  for (;;) {
+    if (stream.avail_in == 0) {
+      stream.avail_in = static_cast<uInt>(std::min<std::size_t>(left, std::numeric_limits<uInt>::max()));
+      left -= stream.avail_in;
+    }
+    if (size == text.size()) text.resize(std::max<std::size_t>(8 * bytes.size(), 2 * size));
+    const auto room = static_cast<uInt>(std::min<std::size_t>(text.size() - size, std::numeric_limits<uInt>::max()));
+    stream.next_out = reinterpret_cast<Bytef*>(text.data() + size);
+    stream.avail_out = room;
+    const int state = inflate(&stream, Z_NO_FLUSH);
+    size += room - stream.avail_out;
+    if (state == Z_STREAM_END) {
+      if (stream.avail_in == 0 && left == 0) break;
+      if (inflateReset(&stream) != Z_OK) refuse();
+    } else if (state != Z_OK) {
+      refuse();
     }
   }
-  return cells;
-}
-
-/// The delimiter that stands most often in a line; where two do, not the comma, which may be a decimal one.
-std::string delimiterOf(std::string_view line) {
-  std::string found = ",";
-  std::ptrdiff_t most = 0;
-  for (const char candidate : {'\t', ';', ','}) {
-    const std::ptrdiff_t count = std::count(line.begin(), line.end(), candidate);
-    if (count > most) {
-      found = candidate;
-      most = count;
-    }
-  }
-  return found;
-}
-
-bool isPriceName(const std::string& name) {
-  return equalNames(name, Database::DateName) ||
-         std::any_of(priceNames.begin(), priceNames.end(), [&](auto price) { return equalNames(name, price); });
-}
-
-/// Tells whether a first line is one of names: some is a price column's, or none is a number and the first does not
-/// look like a date.
-bool isHeader(std::string_view line, std::string_view delimiter) {
-  Cells cells;
-  try {
-    cells = split(line, delimiter);
-  } catch (const Error&) {
-    return false;
-  }
-  if (std::ranges::any_of(cells, isPriceName, nameOf)) return true;
-  if (std::ranges::all_of(cells, isBlank, &Cell::text) || std::ranges::any_of(cells, isNumber, &Cell::text)) {
-    return false;
-  }
-  const std::string first = nameOf(cells.front());
-  return first.empty() || first.front() < '0' || first.front() > '9';
-}
-
-std::string explain(const std::string& path, const Fault& fault) {
-  std::string text = fmt::format("no prices could be read from \"{}\".", path);
-  if (fault.description == faults::Overflow.description) {
-    text += fmt::format(" A series has at most {} records, and every number fits a double.", Integer::Greatest);
-  } else if (fault.description == faults::SubscriptOutOfRange.description) {
-    text += " It has no records.";
-  }
+  text.resize(size);
   return text;
 }
 
-/// The lines of a file, blank ones apart, as rows of cells, with the number of each line.
-struct Row {
-  std::size_t line;
-  Cells cells;
-};
-
-std::vector<Row> readRows(const std::string& path, std::string_view delimiter) {
-  TextFile file(path);
-  std::vector<Row> rows;
-  std::size_t number = 0;
-  std::string_view line;
-  while (file.nextLine(line)) {
-    ++number;
-    if (isBlank(line)) continue;
-    const auto refuse = [&](std::string_view why) {
-      throw Failure(Database::loadFault(faults::TypeMismatch.description),
-                    fmt::format("line {} of \"{}\" {}.", number, path, why));
-    };
-    try {
-      rows.push_back({number, split(line, delimiter)});
-    } catch (const Error&) {
-      refuse("opens a quotation mark and does not close it");
-    }
-    // Enough to know that the file cannot load: what else it has is not worth the memory.
-    if (rows.size() > std::size_t{Integer::Greatest} + 1) raise(faults::Overflow);
-    Cells& cells = rows.back().cells;
-    const std::size_t width = rows.front().cells.size();
-    for (std::size_t i = width; i < cells.size(); ++i) {
-      if (!isBlank(cells[i].text)) {
-        refuse(fmt::format("has more than the {} values that line {} names", width, rows.front().line));
-      }
-    }
-    cells.resize(width);
+/// A column of the table, which is looked at where it stands.
+std::shared_ptr<Field> fieldOf(const prices::PriceColumn& column,
+                               const std::shared_ptr<const prices::PriceTable>& table) {
+  if (column.isText()) {
+    auto field = makeColumn(table->count, column.name);
+    field->viewTexts({column.texts, table});
+    return field;
   }
-  return rows;
+  auto field = std::make_shared<Field>();
+  field->view({column.numbers, table}, column.name);
+  return field;
 }
 
-/// The column of the dates among these names, or the number of names.
-std::size_t dateColumn(const std::vector<std::string>& names) {
-  for (const std::string_view name : {std::string_view(Database::DateName), std::string_view("Datetime"),
-                                      std::string_view("Timestamp"), std::string_view("Time")}) {
-    const auto found =
-        std::find_if(names.begin(), names.end(), [&](const std::string& one) { return equalNames(one, name); });
-    if (found != names.end()) return static_cast<std::size_t>(found - names.begin());
+PriceFile fileOf(const std::string& name, const std::shared_ptr<const prices::PriceTable>& table) {
+  PriceFile file{name, {}, nullptr, std::make_shared<Database>(table->count), std::make_shared<RecordSet>(), {}};
+  file.data->MoveFirst();
+  for (const prices::PriceColumn& column : table->columns) {
+    const auto field = fieldOf(column, table);
+    file.columns.push_back({field, column.heading, {}});
+    if (column.isText()) file.columns.back().textLine = column.textLine;
+    if (column.role == prices::Role::Date) file.dates = field;
+    if (column.hasValues()) file.prices->addField(field);
   }
-  return names.size();
-}
-
-/// The names that more than one column bears, each once. Columns without a name do not count.
-std::vector<std::string> doubledNames(const std::vector<std::string>& names) {
-  std::vector<std::string> doubled;
-  for (auto name = names.begin(); name != names.end(); ++name) {
-    const auto same = [&](const std::string& one) { return equalNames(one, *name); };
-    if (!name->empty() && std::count_if(names.begin(), name, same) == 1) doubled.push_back(*name);
-  }
-  return doubled;
-}
-
-FileColumn makeFileColumn(std::string_view name, std::span<const Row> rows, std::size_t index, bool dates) {
-  const auto isText = [&](const Row& row) {
-    return !isBlank(row.cells[index].text) && !isNumber(row.cells[index].text);
-  };
-  FileColumn column{makeColumn(rows.size(), name), {}};
-  const auto text = dates ? rows.begin() : std::find_if(rows.begin(), rows.end(), isText);
-  if (text != rows.end()) column.textLine = text->line;
-  Integer record = 0;
-  for (const Row& row : rows) {
-    ++record;
-    if (column.textLine) {
-      column.field->setStrValue(record, row.cells[index].text);
-    } else {
-      column.field->setValue(record, numberFromText(row.cells[index].text));
-    }
-  }
-  return column;
-}
-
-std::shared_ptr<Database> makeDatabase(const RecordSet& prices, Integer count) {
-  auto complete = std::make_shared<RecordSet>();
-  const auto add = [&](std::string_view name) {
-    complete->addField(prices.isValidField(name) ? prices.getField(name) : makeColumn(count, name));
-  };
-  add(Database::DateName);
-  for (const std::string_view name : priceNames) add(name);
-  auto data = std::make_shared<Database>();
-  data->RecordsetCache(complete);
-  data->MoveFirst();
-  return data;
-}
-
-PriceFile readWithHeader(const std::string& path, std::string_view delimiter) {
-  const std::vector<Row> all = readRows(path, delimiter);
-  // It had a header when it was looked at before.
-  if (all.empty()) raise(faults::SubscriptOutOfRange);
-  const std::span<const Row> rows = std::span(all).subspan(1);
-  std::vector<std::string> names;
-  std::ranges::transform(all.front().cells, std::back_inserter(names), nameOf);
-  const std::size_t dates = dateColumn(names);
-  PriceFile file{path, {}, nullptr, nullptr, std::make_shared<RecordSet>(), {}};
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    const FileColumn column =
-        makeFileColumn(i == dates ? Database::DateName : std::string_view(names[i]), rows, i, i == dates);
-    file.columns.push_back(column);
-    if (i == dates) file.dates = column.field;
-    if (i == dates || !column.textLine) file.prices->addField(column.field);
-  }
-  file.data = makeDatabase(*file.prices, rows.size());
-  if (const std::vector<std::string> doubled = doubledNames(names); !doubled.empty()) {
-    file.remarks.push_back(fmt::format("\"{}\" has more than one column called {}; the first one is taken.", path,
-                                       enumerate(doubled, "or")));
-  }
+  for (const std::string& remark : table->remarks) file.remarks.push_back(fmt::format("\"{}\": {}", name, remark));
   return file;
-}
-
-/// Tells whether a line is a date and five numbers.
-bool isRecord(std::string_view line, std::string_view delimiter) {
-  std::size_t numbers = 0;
-  for (std::size_t at = line.find(delimiter); at != std::string_view::npos; ++numbers) {
-    const std::size_t from = at + delimiter.size();
-    at = line.find(delimiter, from);
-    if (!isNumber(line.substr(from, at - from))) return false;
-  }
-  return numbers == priceNames.size();
-}
-
-std::size_t countBlankLines(const std::string& path) {
-  TextFile file(path);
-  std::size_t count = 0;
-  std::string_view line;
-  while (file.nextLine(line)) count += isBlank(line) ? 1 : 0;
-  return count;
-}
-
-PriceFile readWithoutHeader(const std::string& path, const std::string& delimiter, std::string_view firstLine) {
-  PriceFile file{path, {}, nullptr, std::make_shared<Database>(), nullptr, {}};
-  file.data->OpenDataBase(path, delimiter);
-  file.prices = file.data->getRecordset();
-  file.dates = file.prices->getField(Database::DateName);
-  file.columns.push_back({file.dates, 1});
-  for (const std::string_view name : priceNames) {
-    file.columns.push_back({file.prices->getField(name), {}});
-  }
-  if (!isRecord(firstLine, delimiter)) {
-    file.remarks.push_back(fmt::format(
-        "\"{}\" does not begin with a header line or with a date and five numbers (open, high, low, close, volume), "
-        "\"{}\" between them. What is missing there or is no number is taken for 0.",
-        path, delimiter));
-  }
-  if (const std::size_t blanks = countBlankLines(path); blanks > 0) {
-    file.remarks.push_back(
-        fmt::format("\"{}\" has no header line, so its blank lines count as records of zeros: {} of {} records.", path,
-                    blanks, file.data->getRecordCount().value()));
-  }
-  return file;
-}
-
-/// Nothing where the file cannot be read: the loader meets that again and reports it.
-std::string firstLine(const std::string& path) {
-  try {
-    TextFile file(path);
-    std::string_view line;
-    while (file.nextLine(line)) {
-      if (!isBlank(line)) return std::string(line);
-    }
-  } catch (const Error&) {
-  }
-  return {};
 }
 
 }  // namespace
@@ -300,13 +146,18 @@ std::vector<std::string> PriceFile::columnNames() const {
   return names;
 }
 
-PriceFile readPriceFile(const std::string& path, const std::optional<std::string>& delimiter) {
+PriceFile readPriceFile(const std::string& path, const prices::Options& options) {
+  const std::string name = path == "-" ? "standard input" : path;
   try {
-    const std::string line = firstLine(path);
-    const std::string mark = delimiter.value_or(delimiterOf(line));
-    return isHeader(line, mark) ? readWithHeader(path, mark) : readWithoutHeader(path, mark, line);
+    std::string bytes = Input(path).bytes();
+    if (isGzip(bytes)) bytes = unpacked(bytes);
+    return fileOf(name, std::make_shared<prices::PriceTable>(prices::read(std::move(bytes), options)));
+  } catch (const prices::ReadError& error) {
+    throw Failure(error.fault(), error.line() == 0
+                                     ? fmt::format("no prices could be read from \"{}\". {}", name, error.what())
+                                     : fmt::format("line {} of \"{}\": {}", error.line(), name, error.what()));
   } catch (const Error& error) {
-    throw Failure(Database::loadFault(error.description()), explain(path, error.fault()));
+    throw Failure(Database::loadFault(error.description()), fmt::format("no prices could be read from \"{}\".", name));
   }
 }
 

@@ -8,11 +8,15 @@
 #include "orvex/data/database.h"
 #include "orvex/data/field.h"
 #include "orvex/data/record_set.h"
+#include "orvex/prices/options.h"
 
 namespace orvex::cli {
 
 struct FileColumn {
+  /// NaN where the file has no value.
   std::shared_ptr<Field> field;
+  /// Its name in the file, where that is another.
+  std::string heading;
   /// The first line whose value is no number that fits a double, if there is one: then the column holds texts and
   /// nothing to compute with. The dates are such a column whatever they are made of.
   std::optional<std::size_t> textLine;
@@ -25,20 +29,19 @@ struct PriceFile {
   std::vector<FileColumn> columns;
   /// The dates; nothing where the file has none.
   std::shared_ptr<Field> dates;
-  /// The record count and the cursor. It has all six price columns, whether the file has them or not.
+  /// The record count and the cursor.
   std::shared_ptr<Database> data;
-  /// The file's own columns of numbers, and its dates: a price that is missing is not taken for 0.
+  /// The file's columns of numbers that have any value: a price that is missing is not taken for 0.
   std::shared_ptr<RecordSet> prices;
 
-  /// What is odd about the file and yet no error.
+  /// What was decided about the file and is not certain.
   std::vector<std::string> remarks;
 
   std::vector<std::string> columnNames() const;
 };
 
-/// Reads a file of one record a line: either date, open, high, low, close and volume without a header line, or any
-/// columns with one. `delimiter` is found out where it is not given. Failure with the loader's error 1012 for a file
-/// that cannot be read or is not such a file.
-PriceFile readPriceFile(const std::string& path, const std::optional<std::string>& delimiter);
+/// Reads a price file, plain or compressed by gzip; "-" is the standard input. Failure with the loader's error 1012 for
+/// one that cannot be read or is no price file.
+PriceFile readPriceFile(const std::string& path, const prices::Options& options);
 
 }  // namespace orvex::cli

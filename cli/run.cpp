@@ -11,6 +11,7 @@
 #include "cli/names.h"
 #include "cli/price_file.h"
 #include "cli/values.h"
+#include "orvex/catalogue/call_on_values.h"
 #include "orvex/data/object.h"
 
 namespace orvex::cli {
@@ -52,7 +53,7 @@ void checkOptions(const std::string& name, const Method& method, const CallWords
   }
   if (method.result == Type::RecordSet) return;
   const char* option = options.append        ? "--append"
-                       : options.blankWarmup ? "--warmup blank"
+                       : options.blankWarmup ? "--warmup"
                        : options.last        ? "--last"
                                              : nullptr;
   if (option != nullptr) {
@@ -65,6 +66,9 @@ void checkOptions(const std::string& name, const Method& method, const CallWords
 std::string explain(const std::string& name, const Method& method, std::span<const Value> arguments,
                     const PriceFile* file) {
   std::string text = fmt::format("{} could not be computed.", name);
+  if (const auto gap = catalogue::findGap(arguments)) {
+    text += fmt::format(" {} has no value in record {}, and values before and behind it.", gap->column, gap->row);
+  }
   if (file != nullptr) {
     std::vector<std::string> lacking;
     for (const std::string_view price :
@@ -100,11 +104,32 @@ std::vector<Written> findWritten(const Method& method, std::span<const Value> be
   return written;
 }
 
-ShownColumns selectColumns(const RecordSet& result, const Method& method, std::span<const Value> arguments,
-                           const PriceFile* file, const RunOptions& options) {
+/// What the computed records of a result have about them that could be overlooked.
+void remarkOnRecords(const RecordSet& result, const Method& method, const catalogue::ValuedCall& called, int count) {
+  if (called.part.first > 1 || called.part.last < count) {
+    complain(fmt::format("computed from the records {} to {} of {}: a column that it takes has no value in the others.",
+                         called.part.first, called.part.last, count));
+  }
+  // A method of a span of records leaves out what lies behind it because it was told to.
+  const bool ofSpan = std::any_of(method.arguments.begin(), method.arguments.end(),
+                                  [](const auto& argument) { return argument.record; });
+  for (std::size_t i = 0; i < called.computed.size(); ++i) {
+    const std::string name = result.fields()[i]->getName();
+    const auto [first, last] = called.computed[i];
+    if (first > last) {
+      complain(fmt::format("{} has no computed record: all of its rows are empty, or zeros.", name));
+    } else if (last < called.part.last && !ofSpan) {
+      complain(fmt::format("{} is computed to record {} only, not in the last one.", name, last));
+    }
+  }
+}
+
+ShownColumns selectColumns(const RecordSet& result, const catalogue::ValuedCall& called, const PriceFile* file,
+                           const RunOptions& options) {
   ShownColumns shown;
   const auto add = [&](const std::shared_ptr<Field>& field, bool texts) {
-    shown.columns.push_back({field, texts, {1, field->getRecordCount().value()}});
+    const RowRange all{1, field->getRecordCount().value()};
+    shown.columns.push_back({field, texts, texts ? all : catalogue::valuedRows(field->values())});
   };
   if (file != nullptr && options.append) {
     for (const FileColumn& column : file->columns) add(column.field, column.textLine.has_value());
@@ -113,13 +138,11 @@ ShownColumns selectColumns(const RecordSet& result, const Method& method, std::s
   }
   int count = 0;
   for (int i = 1; i <= result.getFieldCount(); ++i) {
-    add(result.getField(result.getName(i)), false);
+    add(result.fields()[static_cast<std::size_t>(i - 1)], false);
     ShownColumn& column = shown.columns.back();
     count = std::max(count, column.filled.last);
-    if (options.blankWarmup && static_cast<std::size_t>(i) <= method.columns.size()) {
-      column.filled = catalogue::computedRows(method, method.columns[static_cast<std::size_t>(i - 1)],
-                                              column.filled.last, arguments);
-    }
+    column.computed = called.computed[static_cast<std::size_t>(i - 1)];
+    if (options.blankWarmup.value_or(options.format != Format::Json)) column.filled = *column.computed;
   }
   shown.records = {std::max(1, count - options.last.value_or(count) + 1), count};
   return shown;
@@ -135,26 +158,28 @@ std::string run(const RunOptions& options) {
   checkNames(*target.owner, method, words.arguments);
   checkOptions(name, method, words, options);
   std::optional<PriceFile> prices;
-  if (words.file) prices = readPriceFile(*words.file, options.delimiter);
+  if (words.file) prices = readPriceFile(*words.file, options.reading);
   const PriceFile* const file = prices ? &*prices : nullptr;
   if (file != nullptr) std::for_each(file->remarks.begin(), file->remarks.end(), complain);
 
   const std::vector<Value> before = bindArguments(*target.owner, method, words.arguments, file);
   std::vector<Value> arguments = before;
-  Value result;
+  catalogue::ValuedCall called;
   try {
-    result = catalogue::call(method, target.owner->create().get(), arguments);
+    called = catalogue::callOnValues(method, target.owner->create().get(), arguments);
   } catch (const Error& error) {
     throw Failure(error.fault(), explain(name, method, arguments, file));
   }
 
+  const Value& result = called.result;
   const std::vector<Written> written = findWritten(method, before, arguments);
   if (const auto* note = std::get_if<std::shared_ptr<Note>>(&result)) {
     return showNote(object(*note), written, options.format);
   }
   const auto* columns = std::get_if<std::shared_ptr<RecordSet>>(&result);
   if (columns == nullptr) return showValue(result, written, options.format);
-  ShownColumns shown = selectColumns(object(*columns), method, arguments, file, options);
+  if (file != nullptr) remarkOnRecords(object(*columns), method, called, file->data->getRecordCount().value());
+  ShownColumns shown = selectColumns(object(*columns), called, file, options);
   shown.written = written;
   if (file != nullptr) shown.position = file->data->getPosition();
   return showColumns(shown, options.format);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/output.h"
+#include "orvex/prices/options.h"
 
 namespace orvex::cli {
 
@@ -12,10 +13,11 @@ struct RunOptions {
   std::string target;              // CLASS.METHOD
   std::vector<std::string> words;  // the file and the arguments
   Format format = Format::Csv;
-  std::optional<std::string> delimiter;
-  bool append = false;       // show the file's columns too
-  bool blankWarmup = false;  // leave rows empty that are not computed
-  std::optional<int> last;   // how many records to show
+  prices::Options reading;
+  bool append = false;  // show the file's columns too
+  /// Leave rows empty that are not computed; not told, everywhere but in JSON, which says which rows they are.
+  std::optional<bool> blankWarmup;
+  std::optional<int> last;  // how many records to show
 };
 
 /// Calls a method and returns its result as text. UsageError or Failure where that is not possible.

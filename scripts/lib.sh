@@ -7,7 +7,7 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
 # The Debian packages that each purpose takes. One list each; every script names the lists that it needs.
 # shellcheck disable=SC2034
 {
-    build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev libfmt-dev)
+    build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev libfmt-dev zlib1g-dev)
     native_test_packages=(libgtest-dev libbenchmark-dev pkg-config)
     sanitize_packages=(clang libclang-rt-14-dev)
     coverage_packages=(llvm)

@@ -53,10 +53,10 @@ class CommandLine : public testing::Test {
     std::ofstream(folder_ / name, std::ios::binary) << text;
   }
 
-  /// Runs the program in the folder of the files.
-  Ended orvex(const std::string& arguments) const {
+  /// Runs the program in the folder of the files, one of which may be its standard input.
+  Ended orvex(const std::string& arguments, const std::string& input = "/dev/null") const {
     const std::string command =
-        "cd '" + folder_.string() + "' && '" ORVEX_PROGRAM "' " + arguments + " 2>stderr </dev/null";
+        "cd '" + folder_.string() + "' && '" ORVEX_PROGRAM "' " + arguments + " 2>stderr <" + input;
     std::FILE* pipe = popen(command.c_str(), "r");
     Ended ended{};
     for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) ended.out += static_cast<char>(c);
@@ -84,24 +84,25 @@ TEST_F(CommandLine, PrintsAResultInEveryFormat) {
     const char* arguments;
     const char* printed;
   } cases[] = {
-      {"--format json", R"({"columns":[{"name":"SimpleMovingAverage","values":[0,0,0,3,4]}],)"
-                        R"("written":{"Alias":"SimpleMovingAverage"},"position":1})"
-                        "\n"},
+      {"--format json",
+       R"({"columns":[{"name":"SimpleMovingAverage","values":[0,0,0,3,4],"computed":{"first":4,"last":5}}],)"
+       R"("written":{"Alias":"SimpleMovingAverage"},"position":1})"
+       "\n"},
       {"--format json --warmup blank alias=a",
-       R"({"columns":[{"name":"a","values":[null,null,null,3,4]}],"written":{},"position":1})"
+       R"({"columns":[{"name":"a","values":[null,null,null,3,4],"computed":{"first":4,"last":5}}],"written":{},"position":1})"
        "\n"},
       {"--format json --append --last 1 'Alias=\"'",
        R"({"columns":[{"name":"Date","values":["2020-01-05"]},{"name":"Open","values":[4]},{"name":"High","values":[9]},)"
        R"({"name":"Low","values":[0]},{"name":"Close","values":[5]},{"name":"Volume","values":[10]},)"
-       R"({"name":"\"","values":[4]}],"written":{},"position":1})"
+       R"({"name":"\"","values":[4],"computed":{"first":4,"last":5}}],"written":{},"position":1})"
        "\n"},
-      {"--last 99999999999",
+      {"--last 99999999999 --warmup zero",
        "Date,SimpleMovingAverage\n2020-01-01,0\n2020-01-02,0\n2020-01-03,0\n2020-01-04,3\n"
        "2020-01-05,4\n"},
-      {"--last 3 --warmup blank", "Date,SimpleMovingAverage\n2020-01-03,\n2020-01-04,3\n2020-01-05,4\n"},
+      {"--last 3", "Date,SimpleMovingAverage\n2020-01-03,\n2020-01-04,3\n2020-01-05,4\n"},
       {"--last 1 --append 'Alias=a,\"b\"'",
        "Date,Open,High,Low,Close,Volume,\"a,\"\"b\"\"\"\n2020-01-05,4,9,0,5,10,4\n"},
-      {"--format table --last 3 --warmup blank Alias=",
+      {"--format table --last 3 Alias=",
        "Record  Date        SimpleMovingAverage\n"
        "     3  2020-01-03\n"
        "     4  2020-01-04                    3\n"
@@ -122,9 +123,9 @@ TEST_F(CommandLine, RoundsTheTableButNotTheOthers) {
   const std::string call = "run " + mean + "fractions.csv Source=x Periods=1 --append --format ";
   EXPECT_EQ(orvex(call + "table").out,
             "Record  Date          x   tiny  SimpleMovingAverage\n"
-            "     1  ä     1000.1235  1e-11                  0.0\n"
+            "     1  ä     1000.1235  1e-11\n"
             "     2  bc      -2.5000      0                 -2.5\n");
-  EXPECT_EQ(orvex(call + "csv").out, "Date,x,tiny,SimpleMovingAverage\nä,1000.123456789,1e-11,0\nbc,-2.5,0,-2.5\n");
+  EXPECT_EQ(orvex(call + "csv").out, "Date,x,tiny,SimpleMovingAverage\nä,1000.123456789,1e-11,\nbc,-2.5,0,-2.5\n");
 }
 
 TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
@@ -132,6 +133,7 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
   write("huge.csv", "date,close\n1,1e999\n");
   write("empty.csv", "");
   write("names.csv", "date,close\n");
+  write("gap.csv", "date,fast\n2020-01-01,1\n2020-01-02,\n2020-01-03,3\n2020-01-04,4\n");
   write("quote.csv", "date,close\n1,\"2\n");
   write("wide.csv", "\n\ndate,close\n1,2,3\n");
   const struct {
@@ -149,14 +151,19 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
        "it has Date, Open, High, Low, Close and Volume. Did you mean Close?"},
       {mean + "text.csv Source=Symbol Periods=1", faults::TypeMismatch,
        "no number, or none that fits a double, in line 3"},
-      {mean + "huge.csv Source=Close Periods=1", faults::TypeMismatch, "in line 2"},
+      {mean + "huge.csv Source=Close Periods=1", Database::loadFault("Type mismatch"),
+       "line 2 of \"huge.csv\": \"1e999\" in column \"Close\" is no number that fits a double"},
       {mean + "none.csv Source=Close Periods=2", Database::loadFault("File not found"), "none.csv"},
       {mean + ". Source=Close Periods=2", Database::loadFault("Path/File access error"), "\".\""},
       {mean + "empty.csv Source=Close Periods=2", Database::loadFault("Subscript out of range"), "no records"},
       {mean + "names.csv Source=Close Periods=2", Database::loadFault("Subscript out of range"), "no records"},
       {mean + "quote.csv Source=Close Periods=2", Database::loadFault("Type mismatch"), "line 2"},
       {mean + "wide.csv Source=Close Periods=2", Database::loadFault("Type mismatch"),
-       "line 4 of \"wide.csv\" has more than the 2 values that line 3 names"},
+       "line 4 of \"wide.csv\": It has more than the 2 values that line 3 names"},
+      {mean + "plain.csv Source=Close Periods=2 --from 2021-01", Database::loadFault("Subscript out of range"),
+       "the file has 2020-01-01 to 2020-01-05"},
+      {mean + "gap.csv Source=Fast Periods=1", MovingAverage::SimpleMovingAverageFault,
+       "fast has no value in record 2, and values before and behind it"},
   };
   for (const auto& [arguments, fault, told] : cases) {
     const json error = {{"number", fault.number}, {"source", fault.source}, {"description", fault.description}};
@@ -219,59 +226,72 @@ TEST_F(CommandLine, ExplainsMistakes) {
   }
 }
 
-TEST_F(CommandLine, ReadsTheSameSeriesFromManyLayouts) {
+TEST_F(CommandLine, ReadsFilesHoweverTheyCome) {
+  write("series.csv", "day;first;last\n2020-01-01;7;1,500\n2020-01-02;7;\n2020-01-04;7;4,000\n2020-01-03;7;3,000\n");
+  write("plain.txt", "2020-01-01,1,2,1,1.5,10\n2020-01-02,1,2,1,2,10\n2020-01-03,4,4,4,4,10\n");
+  ASSERT_EQ(std::system(("cd '" + folder_.string() +
+                         "' && gzip -k plain.txt && cat plain.txt.gz plain.txt.gz >two.gz && "
+                         "head -c 40 plain.txt.gz >cut.gz")
+                            .c_str()),
+            0);
+  const std::string call = "run " + mean + "Source=Close Periods=1 Alias=x ";
+  const std::string whole = "Date,x\n2020-01-01,\n2020-01-02,2\n2020-01-03,4\n";
+  const std::string odd = "series.csv --columns Open=first,close=3 --decimal , ";
   const struct {
-    const char* what;
-    std::string text;
-    const char* options;
-  } cases[] = {
-      {"without a header, no end of the last line", "a,0,0,0,1.5,0\nb,0,0,0,2,0\nc,0,0,0,4,0", ""},
-      {"semicolons", "a;0;0;0;1.5;0\nb;0;0;0;2;0\nc;0;0;0;4;0\n", ""},
-      {"a delimiter of its own", "a|0|0|0|1.5|0\nb|0|0|0|2|0\nc|0|0|0|4|0\n", "--delimiter '|'"},
-      {"a tab by its name", "Date\tClose\tx;;;\na\t1.5\nb\t2\nc\t4\n", "--delimiter tab"},
-      {"columns in another order", "volume,CLOSE,date\n9,1.5,a\n9,2,b\n9,4,c\n", ""},
-      {"byte-order mark, CR LF, tabs, blank line",
-       "\xEF\xBB\xBF"
-       "Close\tDate\r\n1.5\ta\r\n2\tb\r\n\r\n4\tc\r\n",
-       ""},
-      {"quotes", "\"date\",\"say \"\"x\"\", y\",\"close\"\n\"a\",1,\"1.5\"\nb,2,2\nc,3,4,\n", ""},
-      {"another word for the date", "timestamp, close \na, 1.5 \nb,2\nc,4\n", ""},
-      {"a name that is a number", "date,20,close\na,7,1.5\nb,7,2\nc,7,4\n", ""},
-      {"identifiers like huge numbers", "date,7e9999,close\na,12e4567,1.5\nb,9e999ab,2\nc,1,4\n", ""},
-      {"Windows-1252", "date,Sch\xE4tzung,close\na,1,1.5\nb,,2\nc,1,4\n", ""},
-  };
-  for (const auto& [what, text, options] : cases) {
-    write("layout.csv", text);
-    const Ended ended = orvex("run " + mean + "layout.csv Source=Close Periods=1 Alias=x " + options);
-    EXPECT_EQ(ended.out, "Date,x\na,0\nb,2\nc,4\n") << what << '\n' << ended.err;
-    EXPECT_EQ(ended.err, "") << what;
-  }
-}
-
-TEST_F(CommandLine, TellsWhatItDoesNotUnderstandInAFile) {
-  const struct {
-    const char* text;
+    std::string arguments;
+    const char* input;
+    std::string out;
     const char* told;
-    const char* lastRecord;
   } cases[] = {
-      {"2020-01-01;1,5;2;1;2;0\n2020-01-02;1,5;2;1;2;0\n", "\";\" between them", "2020-01-02,1\n"},
-      {"\n \na,1,1,1,1,1\nb,2,2,2,2,2\n\n", "blank lines count as records of zeros: 3 of 5 records", ",0\n"},
-      {"date,open,x,,OPEN,\na,1,2,3,4,5\nb,6,7,8,9,0\n", "more than one column called OPEN;", "b,6\n"},
+      {"plain.txt", "/dev/null", whole, ""},
+      {"-", "plain.txt", whole, ""},
+      {"/dev/stdin", "plain.txt", whole, ""},
+      {"plain.txt.gz", "/dev/null", whole, ""},
+      {"-", "plain.txt.gz", whole, ""},
+      {"two.gz --tail 2 --order keep", "/dev/null", "Date,x\n2020-01-02,\n2020-01-03,4\n", ""},
+      {"cut.gz", "/dev/null", "", "damaged or cut off"},
+      {"plain.txt --from 2 --to 2020-01-03", "/dev/null", "Date,x\n2020-01-02,\n2020-01-03,4\n", ""},
+      {odd, "/dev/null", "", "line 3 of \"series.csv\": It has no value in column \"Close\""},
+      {odd + "--missing skip", "/dev/null", "", "line 5 of \"series.csv\": Its date"},
+      {odd + "--missing skip --order keep", "/dev/null", "Date,x\n2020-01-01,\n2020-01-04,4\n2020-01-03,3\n",
+       "1 record without all prices left out: line 3"},
+      {odd + "--missing previous --order keep --last 2", "/dev/null", "Date,x\n2020-01-04,4\n2020-01-03,3\n",
+       "1 missing price taken from the record before: line 3"},
   };
-  for (const auto& [text, told, lastRecord] : cases) {
-    write("odd.csv", text);
-    const Ended ended = orvex("run " + mean + "odd.csv Source=Open Periods=1 Alias=x --last 1");
-    EXPECT_EQ(ended.out, std::string("Date,x\n") + lastRecord);
-    EXPECT_NE(ended.err.find(told), std::string::npos) << ended.err;
+  for (const auto& [arguments, input, out, told] : cases) {
+    const Ended ended = orvex(call + arguments, input);
+    EXPECT_EQ(ended.out, out) << arguments << '\n' << ended.err;
+    EXPECT_EQ(ended.status, out.empty() ? 1 : 0) << arguments;
+    EXPECT_NE(ended.err.find(told), std::string::npos) << arguments << '\n' << ended.err;
+    EXPECT_EQ(ended.err.empty(), *told == '\0') << arguments << '\n' << ended.err;
   }
 }
 
 TEST_F(CommandLine, AppendedResultIsTheNextSource) {
   for (const std::string name : {"a;\"b\"", "a ", " a"}) {
     write("step.csv", orvex("run " + mean + "plain.csv Source=Close Periods=1 --append 'Alias=" + name + "'").out);
-    // The first pass gives 0, 2, 3, 4, 5.
+    // The first pass gives 2, 3, 4, 5 from record 2 on.
     EXPECT_EQ(columnsOf(mean + "step.csv Periods=2 'Source=" + name + "'"),
-              json({{"SimpleMovingAverage", {0, 0, 2.5, 3.5, 4.5}}}));
+              json({{"SimpleMovingAverage", {0, 0, 0, 3.5, 4.5}}}));
+    const Ended ended = orvex("run " + mean + "step.csv Periods=2 'Source=" + name + "'");
+    EXPECT_EQ(ended.out,
+              "Date,SimpleMovingAverage\n2020-01-01,\n2020-01-02,\n2020-01-03,\n2020-01-04,3.5\n2020-01-05,4.5\n");
+    EXPECT_NE(ended.err.find("computed from the records 2 to 5 of 5"), std::string::npos) << ended.err;
+  }
+}
+
+TEST_F(CommandLine, RemarksOnRecordsThatAreNotComputed) {
+  const struct {
+    std::string arguments;
+    const char* told;
+  } cases[] = {
+      {mean + "plain.csv Source=Close Periods=5", "SimpleMovingAverage has no computed record"},
+      {"Oscillator.WilliamsPctR plain.csv Periods=2", "is computed to record 4 only, not in the last one"},
+  };
+  for (const auto& [arguments, told] : cases) {
+    const Ended ended = orvex("run " + arguments);
+    EXPECT_EQ(ended.status, 0) << ended.err;
+    EXPECT_NE(ended.err.find(told), std::string::npos) << ended.err;
   }
 }
 

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "orvex/prices/layout.h"
+#include "orvex/prices/number_cell.h"
+
+namespace orvex::inline ORVEX_COUNTS::prices {
+
+/// A cell of a record: its text, and as a number NaN where it is missing or a text.
+struct Cell {
+  std::string_view text;
+  double number;
+  CellKind kind;
+};
+
+/// Why a line is no record.
+struct LineProblem {
+  std::string text;  // what is wrong and what would work, to go behind the number of the line
+  std::size_t cell;  // from 1; 0 where it lies in no single one
+  bool tooShort;     // the line ends before its record does
+};
+
+/// Reads single lines by a layout. What it cannot read as the layout has it is told, never guessed.
+class LineReader {
+ public:
+  explicit LineReader(Layout layout);
+
+  const Layout& layout() const noexcept { return layout_; }
+
+  enum class Outcome { Record, Blank, Problem };
+  /// Reads a line into `cells` and `date`, which stand until the next one; the texts are parts of the line wherever
+  /// that is possible. A line of blanks and delimiters alone is blank.
+  Outcome read(std::string_view line);
+
+  /// One for each column of the layout. The prices are numbers or missing, never texts.
+  std::span<const Cell> cells() const noexcept { return cells_; }
+  /// The date with the time beside it. Nothing where the layout has no dates.
+  const std::optional<DateCell>& date() const noexcept { return date_; }
+  /// The text of both.
+  std::string_view dateText() const noexcept { return dateText_; }
+  const LineProblem& problem() const noexcept { return problem_; }
+
+  /// A further column that had a text is not read for numbers any more.
+  void keepTexts(std::size_t column) { numeric_[column] = false; }
+
+ private:
+  Outcome fail(std::string text, std::size_t cell, bool tooShort = false);
+  bool nextCell(const char*& at, const char* end, std::string_view& text, bool& quoted);
+  const char* findDelimiter(const char* at, const char* end) const;
+  Outcome readNumber(std::size_t column, std::string_view text);
+  Outcome readDate();
+
+  Layout layout_;
+  std::vector<char> numeric_;
+  std::vector<Cell> cells_;
+  std::deque<std::string> unquoted_;
+  std::size_t dateColumn_;
+  std::size_t timeColumn_;
+  std::optional<DateCell> date_;
+  PlainDates plainDates_;
+  std::string_view dateText_;
+  std::string joined_;
+  LineProblem problem_{};
+  char mark_ = '\0';   // the delimiter, where it is one byte that is in no number
+  bool fast_ = false;  // what looks like a number in full is one
+};
+
+}  // namespace orvex::inline ORVEX_COUNTS::prices
