@@ -96,7 +96,6 @@ std::string usualArgument(const std::string& name) {
                                                            {"MinTickValue", "0.05"},
                                                            {"LimitMoveValue", "3"},
                                                            {"StartPeriod", "2"},
-                                                           {"EndPeriod", "32765"},
                                                            {"ShortCycle", "12"},
                                                            {"LongCycle", "26"},
                                                            {"SignalPeriods", "9"},

@@ -10,7 +10,6 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,15 +18,12 @@
 #endif
 
 #include "bench/cases.h"
+#include "bench/prepared_call.h"
 #include "bench/series.h"
-#include "orvex/catalogue/catalogue.h"
 #include "orvex/kernels/kernels.h"
 
 namespace orvex::bench {
 namespace {
-
-using catalogue::Type;
-using catalogue::Value;
 
 constexpr const char* yardstickLabel = "yardstick";
 constexpr const char* countLinesLabel = "counting lines";
@@ -50,40 +46,10 @@ void yardstick(benchmark::State& state) {
   }
 }
 
-Value argumentOf(const catalogue::Argument& argument, const Case& one, const std::shared_ptr<Database>& data) {
-  const std::string name(argument.name);
-  const auto given = one.arguments.find(name);
-  switch (argument.type) {
-    case Type::Database:
-      return data;
-    case Type::RecordSet:
-      return data->getRecordset();
-    case Type::Field:
-      return data->getRecordset()->getField(data->getRecordset()->isValidField(name) ? name : "Close");
-    default:
-      break;
-  }
-  if (given != one.arguments.end()) return given->second;
-  const std::string usual = usualArgument(name);
-  if (!usual.empty()) return usual;
-  if (argument.optional) return catalogue::Missing{};
-  throw std::invalid_argument(fmt::format("bench/cases.cpp has no usual value for the argument {}", name));
-}
-
 void indicator(benchmark::State& state, const Case& one) {
-  const std::size_t dot = one.method.find('.');
-  const catalogue::Class* owner = catalogue::findClass(one.method.substr(0, dot));
-  const catalogue::Method* method = catalogue::findMethod(*owner, one.method.substr(dot + 1));
-  const auto object = owner->create();
-  std::vector<Value> arguments;
-  for (const catalogue::Argument& argument : method->arguments) {
-    arguments.push_back(argumentOf(argument, one, series(one.prices)));
-  }
+  const PreparedCall call(one, series(one.prices));
   try {
-    for (auto _ : state) {
-      std::vector<Value> values = arguments;
-      benchmark::DoNotOptimize(catalogue::call(*method, object.get(), values));
-    }
+    for (auto _ : state) benchmark::DoNotOptimize(call.run());
   } catch (const Error& error) {
     state.SkipWithError(error.what());
   }

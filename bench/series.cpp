@@ -21,9 +21,11 @@ class Draws {
   std::uint64_t state_ = 20;
 };
 
-std::shared_ptr<Database> make(Prices prices) {
+}  // namespace
+
+std::shared_ptr<Database> makeSeries(Prices prices, int count) {
   auto data = std::make_shared<Database>();
-  data->OpenDatabaseByArray(std::vector<double>(RecordCount));
+  data->OpenDatabaseByArray(std::vector<double>(static_cast<std::size_t>(count)));
   data->MoveFirst();
   const auto column = [&](std::string_view name) { return data->getRecordset()->getField(name)->writableValues(); };
   const auto open = column(Database::OpenName);
@@ -48,12 +50,10 @@ std::shared_ptr<Database> make(Prices prices) {
   return data;
 }
 
-}  // namespace
-
 const std::shared_ptr<Database>& series(Prices prices) {
   static std::map<Prices, std::shared_ptr<Database>> made;
   auto& one = made[prices];
-  if (one == nullptr) one = make(prices);
+  if (one == nullptr) one = makeSeries(prices, RecordCount);
   return one;
 }
 

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -14,6 +13,7 @@
 #include "cli/output.h"
 #include "cli/reference.h"
 #include "cli/run.h"
+#include "cli/sink.h"
 #include "orvex/automation/interface_definition.h"
 #include "orvex/data/integer.h"
 #include "orvex/data/text.h"
@@ -23,13 +23,6 @@ namespace {
 
 constexpr int failed = 1;
 constexpr int misused = 2;
-
-/// Writes what a command gave; a full disk must not look like success.
-int write(const std::string& text) {
-  if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return 0;
-  complain("the result could not be written to the standard output.");
-  return failed;
-}
 
 /// The command line: its commands, and what each of them was given.
 class Program {
@@ -41,12 +34,12 @@ class Program {
     addList();
     addDescribe();
     addRun();
-    addCommand("idl", "Print the interface definition of the automation server.", automation::interfaceDefinition);
-    addCommand("manifest", "Print the manifest that makes the automation server usable without registration.",
-               automation::registrationFreeManifest);
-    addCommand("interfaces", "Print the entries of the automation server's interfaces, as released ones are kept.",
-               automation::interfaceContract);
-    addCommand("reference", "Print the description of every class and method in Markdown.", referencePage);
+    addPage("idl", "Print the interface definition of the automation server.", automation::interfaceDefinition);
+    addPage("manifest", "Print the manifest that makes the automation server usable without registration.",
+            automation::registrationFreeManifest);
+    addPage("interfaces", "Print the entries of the automation server's interfaces, as released ones are kept.",
+            automation::interfaceContract);
+    addPage("reference", "Print the description of every class and method in Markdown.", referencePage);
   }
 
   int main(int argc, char** argv) {
@@ -55,16 +48,28 @@ class Program {
     } catch (const CLI::Success& asked) {
       std::ostringstream text;
       app_.exit(asked, text);
-      return write(text.str());
+      command_ = [&text](Sink& sink) { sink.print(text.str()); };
+      return runCommand();
     } catch (const CLI::ParseError& error) {
       complain(explain(error));
       return misused;
     }
+    return runCommand();
+  }
+
+ private:
+  int runCommand() {
     try {
-      return write(command_());
+      Sink sink;
+      command_(sink);
+      sink.flush();
+      return 0;
     } catch (const UsageError& mistake) {
       complain(mistake.what());
       return misused;
+    } catch (const WriteError& error) {
+      complain(error.what());
+      return failed;
     } catch (const Failure& failure) {
       return report(failure);
     } catch (...) {
@@ -72,21 +77,24 @@ class Program {
     }
   }
 
- private:
-  void addCommand(const std::string& name, const std::string& help, std::function<std::string()> command) {
+  void addCommand(const std::string& name, const std::string& help, std::function<void(Sink&)> command) {
     CLI::App* added = app_.add_subcommand(name, help);
     added->group("Commands");
     added->callback([this, command] { command_ = command; });
   }
+  /// One that gives a page.
+  void addPage(const std::string& name, const std::string& help, std::function<std::string()> page) {
+    addCommand(name, help, [page](Sink& sink) { sink.print(page()); });
+  }
 
   void addList() {
-    addCommand("list", "List the classes and their methods.", [this] { return listPage(pageFormat()); });
+    addPage("list", "List the classes and their methods.", [this] { return listPage(pageFormat()); });
     addPageFormat("list");
   }
 
   void addDescribe() {
-    addCommand("describe", "Tell what a class or a method does, takes and returns.",
-               [this] { return describePage(findTarget(target_), pageFormat()); });
+    addPage("describe", "Tell what a class or a method does, takes and returns.",
+            [this] { return describePage(findTarget(target_), pageFormat()); });
     app_.get_subcommand("describe")
         ->add_option("CLASS[.METHOD]", target_, "What to describe; upper and lower case are the same.")
         ->required()
@@ -95,7 +103,7 @@ class Program {
   }
 
   void addRun() {
-    addCommand("run", "Compute a method.", [this] { return runMethod(); });
+    addCommand("run", "Compute a method.", [this](Sink& sink) { runMethod(sink); });
     CLI::App* run = app_.get_subcommand("run");
     run->add_option("CLASS.METHOD", run_.target, "What to compute, for example MovingAverage.SimpleMovingAverage.")
         ->required()
@@ -113,6 +121,8 @@ class Program {
         ->option_text("zero|blank");
     run->add_flag("--append", run_.append, "Print the columns of the file and the result together.");
     run->add_option("--last", run_.last, "Print the last N records only.")->transform(countOf)->option_text("N");
+    run->add_flag("--timings", run_.timings,
+                  "Tell on the standard error how long reading, computing and printing took.");
     addReading(*run);
     run->footer(
         "A price file has one record a line: date, open, high, low, close and volume without a header line, or any\n"
@@ -211,10 +221,10 @@ class Program {
 
   PageFormat pageFormat() const { return format_ == "json" ? PageFormat::Json : PageFormat::Text; }
 
-  std::string runMethod() {
+  void runMethod(Sink& sink) {
     run_.format = outputFormat();
     if (!warmup_.empty()) run_.blankWarmup = warmup_ == "blank";
-    return run(run_);
+    run(run_, sink);
   }
 
   Format outputFormat() const {
@@ -248,12 +258,20 @@ class Program {
     const Fault& fault = failure.fault();
     complain(failure.explanation());
     complain(fmt::format("error {}, {}: {}", fault.number, fault.source, fault.description));
-    if (format_ == "json") write(showError(fault));
+    if (format_ == "json") {
+      try {
+        Sink sink;
+        sink.print(showError(fault));
+        sink.flush();
+      } catch (const WriteError& error) {
+        complain(error.what());
+      }
+    }
     return failed;
   }
 
   CLI::App app_{"Technical analysis of price series.", "orvex"};
-  std::function<std::string()> command_;
+  std::function<void(Sink&)> command_;
   std::string target_;
   std::string format_;
   std::string warmup_;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "cli/values.h"
 
@@ -13,50 +14,10 @@ namespace {
 
 using Cells = std::vector<std::string>;
 
-/// The cells of a column in the records that are shown, with `number` for those that are numbers.
-template <class Number>
-Cells cellsOf(const ShownColumn& column, catalogue::RowRange records, Number&& number, std::string_view empty = "") {
-  Cells cells;
-  for (int record = records.first; record <= records.last; ++record) {
-    if (!column.filled.contains(record)) {
-      cells.emplace_back(empty);
-    } else if (column.texts) {
-      cells.push_back(column.field->getStrValue(record));
-    } else {
-      cells.push_back(number(column.field->getValue(record)));
-    }
-  }
-  return cells;
-}
-
 /// How many characters a text takes on a terminal.
-std::size_t widthOf(const std::string& text) {
+std::size_t widthOf(std::string_view text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
-/// The numbers of a column with as many decimals as its largest leaves of eight digits, less those that are 0 in all.
-Cells roundedCells(const ShownColumn& column, catalogue::RowRange records) {
-  constexpr int digits = 8;
-  double largest = 0.0;
-  for (int record = records.first; record <= records.last; ++record) {
-    if (column.filled.contains(record)) largest = std::max(largest, std::abs(column.field->getValue(record)));
-  }
-  const int whole = largest > 0.0 ? static_cast<int>(std::floor(std::log10(largest))) + 1 : 0;
-  if (whole > 2 * digits || whole < -digits) {
-    return cellsOf(column, records, [&](double number) { return fmt::format("{:.{}g}", number, digits); });
-  }
-  int decimals = std::max(digits - whole, 0);
-  Cells cells = cellsOf(column, records, [&](double number) { return fmt::format("{:.{}f}", number, decimals); });
-  const auto droppable = [](const std::string& cell) { return cell.empty() || cell.back() == '0'; };
-  const auto dropLast = [](std::string& cell) {
-    if (!cell.empty()) cell.pop_back();
-  };
-  for (; decimals > 0 && std::all_of(cells.begin(), cells.end(), droppable); --decimals) {
-    std::for_each(cells.begin(), cells.end(), dropLast);
-  }
-  if (decimals == 0 && digits > whole) std::for_each(cells.begin(), cells.end(), dropLast);  // the point
-  return cells;
 }
 
 std::string showWritten(const std::vector<Written>& written) {
@@ -67,42 +28,94 @@ std::string showWritten(const std::vector<Written>& written) {
   return text;
 }
 
-std::string showTable(const ShownColumns& result) {
-  struct Aligned {
-    Cells cells;
-    std::size_t width;
-    bool left;
-  };
-  std::vector<Aligned> columns;
-  const auto add = [&](const std::string& name, Cells cells, bool left) {
-    cells.insert(cells.begin(), name);
+/// A column of the table: its numbers with as many decimals as the largest leaves of eight digits, less those that are
+/// 0 in all.
+class TableColumn {
+ public:
+  TableColumn(const ShownColumn& column, catalogue::RowRange records) : column_(column) {
+    const std::string name = column.field->getName();
+    if (!column.texts) findDecimals(records);
+    std::size_t droppable = std::string::npos;
     std::size_t width = 0;
-    for (const std::string& cell : cells) width = std::max(width, widthOf(cell));
-    columns.push_back({std::move(cells), width, left});
-  };
-  Cells numbers;
-  for (int record = result.records.first; record <= result.records.last; ++record) {
-    numbers.push_back(fmt::to_string(record));
-  }
-  add("Record", numbers, false);
-  for (const ShownColumn& column : result.columns) {
-    add(column.field->getName(),
-        column.texts ? cellsOf(column, result.records, numberText) : roundedCells(column, result.records),
-        column.texts);
-  }
-  std::string text;
-  for (std::size_t row = 0; row <= numbers.size(); ++row) {
-    std::string line;
-    for (const Aligned& column : columns) {
-      const std::string& cell = column.cells[row];
-      const std::string space(column.width - widthOf(cell), ' ');
-      if (!line.empty()) line += "  ";
-      line += column.left ? cell + space : space + cell;
+    std::string cell;
+    for (int record = records.first; record <= records.last; ++record) {
+      cell.clear();
+      append(cell, record);
+      width = std::max(width, widthOf(cell));
+      if (decimals_ > 0 && !cell.empty()) droppable = std::min(droppable, cell.size() - 1 - cell.find_last_not_of('0'));
     }
-    line.erase(line.find_last_not_of(' ') + 1);
-    text += line + '\n';
+    if (decimals_ > 0) {
+      dropped_ = std::min(droppable, static_cast<std::size_t>(decimals_));
+      if (dropped_ == static_cast<std::size_t>(decimals_)) ++dropped_;  // the point
+      width -= std::min(width, dropped_);
+    }
+    width_ = std::max(width, widthOf(name));
   }
-  return text + showWritten(result.written);
+
+  std::size_t width() const { return width_; }
+  bool left() const { return column_.texts; }
+
+  void append(std::string& out, int record) const {
+    if (!column_.filled.contains(record)) return;
+    if (column_.texts) {
+      out += column_.field->getStrValue(record);
+      return;
+    }
+    const double number = column_.field->getValue(record);
+    if (decimals_ < 0) {
+      fmt::format_to(std::back_inserter(out), "{:.{}g}", number, digits);
+    } else {
+      fmt::format_to(std::back_inserter(out), "{:.{}f}", number, decimals_);
+      out.resize(out.size() - dropped_);
+    }
+  }
+
+ private:
+  static constexpr int digits = 8;
+
+  void findDecimals(catalogue::RowRange records) {
+    double largest = 0.0;
+    for (int record = records.first; record <= records.last; ++record) {
+      if (column_.filled.contains(record)) largest = std::max(largest, std::abs(column_.field->getValue(record)));
+    }
+    const int whole = largest > 0.0 ? static_cast<int>(std::floor(std::log10(largest))) + 1 : 0;
+    decimals_ = whole > 2 * digits || whole < -digits ? -1 : std::max(digits - whole, 0);
+  }
+
+  const ShownColumn& column_;
+  int decimals_ = -1;  // below 0: as many digits, wherever the point stands
+  std::size_t dropped_ = 0;
+  std::size_t width_ = 0;
+};
+
+void showTable(Sink& sink, const ShownColumns& result) {
+  std::vector<TableColumn> columns;
+  for (const ShownColumn& column : result.columns) columns.emplace_back(column, result.records);
+  constexpr std::string_view title = "Record";
+  const std::size_t numberWidth = std::max(title.size(), fmt::formatted_size("{}", result.records.last));
+  const auto line = [&](std::string_view number, auto&& cellOf) {
+    std::string& out = sink.text();
+    const std::size_t begin = out.size();
+    out.append(numberWidth - number.size(), ' ').append(number);
+    std::string cell;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      cell.clear();
+      cellOf(cell, i);
+      const std::size_t space = columns[i].width() - widthOf(cell);
+      out += "  ";
+      if (!columns[i].left()) out.append(space, ' ');
+      out += cell;
+      if (columns[i].left()) out.append(space, ' ');
+    }
+    out.erase(std::max(begin, out.find_last_not_of(' ') + 1));
+    out += '\n';
+    sink.pass();
+  };
+  line(title, [&](std::string& cell, std::size_t i) { cell += result.columns[i].field->name(); });
+  for (int record = result.records.first; record <= result.records.last; ++record) {
+    line(fmt::to_string(record), [&](std::string& cell, std::size_t i) { columns[i].append(cell, record); });
+  }
+  sink.print(showWritten(result.written));
 }
 
 std::string csvCell(const std::string& text) {
@@ -126,20 +139,24 @@ std::string csvLine(const Cells& cells) {
   return line + '\n';
 }
 
-std::string showCsv(const ShownColumns& result) {
+void showCsv(Sink& sink, const ShownColumns& result) {
   Cells names;
-  std::vector<Cells> columns;
-  for (const ShownColumn& column : result.columns) {
-    names.push_back(column.field->getName());
-    columns.push_back(cellsOf(column, result.records, numberText));
-  }
-  std::string text = csvLine(names);
+  for (const ShownColumn& column : result.columns) names.push_back(column.field->getName());
+  sink.print(csvLine(names));
   for (int record = result.records.first; record <= result.records.last; ++record) {
-    Cells row;
-    for (const Cells& column : columns) row.push_back(column[static_cast<std::size_t>(record - result.records.first)]);
-    text += csvLine(row);
+    std::string& out = sink.text();
+    for (const ShownColumn& column : result.columns) {
+      if (&column != &result.columns.front()) out += ',';
+      if (!column.filled.contains(record)) continue;
+      if (column.texts) {
+        out += csvCell(column.field->getStrValue(record));
+      } else {
+        appendNumber(out, column.field->getValue(record));
+      }
+    }
+    out += '\n';
+    sink.pass();
   }
-  return text;
 }
 
 std::string writtenJson(const std::vector<Written>& written) {
@@ -155,22 +172,30 @@ std::string computedJson(const ShownColumn& column) {
   return first > last ? R"(,"computed":null)" : fmt::format(R"(,"computed":{{"first":{},"last":{}}})", first, last);
 }
 
-std::string showJson(const ShownColumns& result) {
-  Cells columns;
+void showJson(Sink& sink, const ShownColumns& result) {
+  sink.print(R"({"columns":[)");
   for (const ShownColumn& column : result.columns) {
-    Cells cells;
-    if (column.texts) {
-      cells = cellsOf(column, result.records, numberText);
-      std::transform(cells.begin(), cells.end(), cells.begin(), jsonText);
-    } else {
-      cells = cellsOf(column, result.records, jsonNumber, "null");
+    if (&column != &result.columns.front()) sink.print(",");
+    sink.print(fmt::format(R"({{"name":{},"values":[)", jsonText(column.field->getName())));
+    for (int record = result.records.first; record <= result.records.last; ++record) {
+      std::string& out = sink.text();
+      if (record > result.records.first) out += ',';
+      if (!column.filled.contains(record)) {
+        out += column.texts ? R"("")" : "null";
+      } else if (column.texts) {
+        out += jsonText(column.field->getStrValue(record));
+      } else if (const double number = column.field->getValue(record); std::isfinite(number)) {
+        appendNumber(out, number);
+      } else {
+        out += "null";
+      }
+      sink.pass();
     }
-    columns.push_back(fmt::format(R"({{"name":{},"values":[{}]{}}})", jsonText(column.field->getName()),
-                                  fmt::join(cells, ","), computedJson(column)));
+    sink.print(fmt::format("]{}}}", computedJson(column)));
   }
-  return fmt::format(R"({{"columns":[{}],"written":{}{}}})", fmt::join(columns, ","), writtenJson(result.written),
-                     result.position ? fmt::format(R"(,"position":{})", result.position->value()) : "") +
-         '\n';
+  sink.print(fmt::format(R"(],"written":{}{}}})", writtenJson(result.written),
+                         result.position ? fmt::format(R"(,"position":{})", result.position->value()) : "") +
+             '\n');
 }
 
 /// A member for what was written back, where something was.
@@ -180,16 +205,16 @@ std::string andWritten(const std::vector<Written>& written) {
 
 }  // namespace
 
-std::string showColumns(const ShownColumns& result, Format format) {
+void showColumns(Sink& sink, const ShownColumns& result, Format format) {
   switch (format) {
     case Format::Table:
-      return showTable(result);
+      return showTable(sink, result);
     case Format::Csv:
-      return showCsv(result);
+      return showCsv(sink, result);
     case Format::Json:
       break;
   }
-  return showJson(result);
+  showJson(sink, result);
 }
 
 std::string showNote(const Note& note, const std::vector<Written>& written, Format format) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/sink.h"
 #include "orvex/catalogue/computed_rows.h"
 #include "orvex/catalogue/value.h"
 #include "orvex/data/error.h"
@@ -39,7 +40,7 @@ struct ShownColumns {
 
 /// The table is rounded to be read by people, and alone shows the numbers of the records. The other formats have every
 /// digit that matters.
-std::string showColumns(const ShownColumns& result, Format format);
+void showColumns(Sink& sink, const ShownColumns& result, Format format);
 std::string showNote(const Note& note, const std::vector<Written>& written, Format format);
 std::string showValue(const catalogue::Value& value, const std::vector<Written>& written, Format format);
 std::string showError(const Fault& fault);

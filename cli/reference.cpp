@@ -20,8 +20,12 @@ constexpr std::string_view introduction = R"(# Reference
 
 Every class of the library with its methods. `orvex reference` prints this page; `scripts/update-generated` writes it.
 
-- Records run from 1, the oldest, to N, the record count. An Integer has 16 bits; a period that does not fit is error 6
-  "Overflow", a text that is no number error 13 "Type mismatch", both from "Orvex".
+- Records run from 1, the oldest, to N, the record count. An Integer has 16 bits in the automation server and in
+  the C++ target `Orvex::orvex`, 32 bits in the command line and in `Orvex::orvex32`; a period that does not fit is error
+  6 "Overflow", a text that is no number error 13 "Type mismatch", both from "Orvex". What fails in 16 bits alone, because
+  a count overflows in them, works in 32: 32,767 records, a regression over more than 181, twice a period past 16,383.
+- The time of a call grows in proportion to N; `Cycle.Analyze` takes N log N. The prime methods look at as many whole
+  numbers a record as lie between its price and the next prime, some 20 for prices near 2,000,000,000.
 - A class that holds data keeps it between calls. The others are calculators: one object serves any number of calls.
 - The computed rows of a result column are the records whose every input is itself computed. Rows outside them hold 0,
   or what the formula makes of values that are not computed yet.

@@ -3,7 +3,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "cli/binding.h"
 #include "cli/facts.h"
@@ -24,6 +28,35 @@ using catalogue::Method;
 using catalogue::RowRange;
 using catalogue::Type;
 using catalogue::Value;
+
+/// Tells on the standard error how long each part of a run took, if it is asked to.
+class Stopwatch {
+ public:
+  explicit Stopwatch(bool wanted) : wanted_(wanted) {}
+
+  /// Of what went through `bytes` of a file, how many a second as well.
+  void tell(std::string_view part, std::uintmax_t bytes = 0) {
+    const Clock::time_point now = Clock::now();
+    const double seconds = std::chrono::duration<double>(now - last_).count();
+    last_ = now;
+    if (!wanted_) return;
+    complain(fmt::format("{} took {:.3f} s{}", part, seconds,
+                         bytes == 0 ? "" : fmt::format(", {:.0f} MB/s", static_cast<double>(bytes) / 1e6 / seconds)));
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  bool wanted_;
+  Clock::time_point last_ = Clock::now();
+};
+
+/// 0 where it cannot be told, as of a pipe.
+std::uintmax_t sizeOf(const std::string& path) {
+  std::error_code none;
+  const std::uintmax_t size = std::filesystem::file_size(path, none);
+  return none ? 0 : size;
+}
 
 const Method& findRunnable(const Target& target) {
   const Class& owner = *target.owner;
@@ -150,15 +183,19 @@ ShownColumns selectColumns(const RecordSet& result, const catalogue::ValuedCall&
 
 }  // namespace
 
-std::string run(const RunOptions& options) {
+void run(const RunOptions& options, Sink& sink) {
   const Target target = findTarget(options.target);
   const Method& method = findRunnable(target);
   const std::string name = fullName(*target.owner, method);
   const CallWords words = readWords(options.words);
   checkNames(*target.owner, method, words.arguments);
   checkOptions(name, method, words, options);
+  Stopwatch watch(options.timings);
   std::optional<PriceFile> prices;
-  if (words.file) prices = readPriceFile(*words.file, options.reading);
+  if (words.file) {
+    prices = readPriceFile(*words.file, options.reading);
+    watch.tell("reading", sizeOf(*words.file));
+  }
   const PriceFile* const file = prices ? &*prices : nullptr;
   if (file != nullptr) std::for_each(file->remarks.begin(), file->remarks.end(), complain);
 
@@ -171,18 +208,23 @@ std::string run(const RunOptions& options) {
     throw Failure(error.fault(), explain(name, method, arguments, file));
   }
 
+  watch.tell("computing");
+
   const Value& result = called.result;
   const std::vector<Written> written = findWritten(method, before, arguments);
   if (const auto* note = std::get_if<std::shared_ptr<Note>>(&result)) {
-    return showNote(object(*note), written, options.format);
+    sink.print(showNote(object(*note), written, options.format));
+  } else if (const auto* columns = std::get_if<std::shared_ptr<RecordSet>>(&result)) {
+    if (file != nullptr) remarkOnRecords(object(*columns), method, called, file->data->getRecordCount().value());
+    ShownColumns shown = selectColumns(object(*columns), called, file, options);
+    shown.written = written;
+    if (file != nullptr) shown.position = file->data->getPosition();
+    showColumns(sink, shown, options.format);
+  } else {
+    sink.print(showValue(result, written, options.format));
   }
-  const auto* columns = std::get_if<std::shared_ptr<RecordSet>>(&result);
-  if (columns == nullptr) return showValue(result, written, options.format);
-  if (file != nullptr) remarkOnRecords(object(*columns), method, called, file->data->getRecordCount().value());
-  ShownColumns shown = selectColumns(object(*columns), called, file, options);
-  shown.written = written;
-  if (file != nullptr) shown.position = file->data->getPosition();
-  return showColumns(shown, options.format);
+  sink.flush();
+  watch.tell("printing");
 }
 
 }  // namespace orvex::cli

@@ -18,9 +18,10 @@ struct RunOptions {
   /// Leave rows empty that are not computed; not told, everywhere but in JSON, which says which rows they are.
   std::optional<bool> blankWarmup;
   std::optional<int> last;  // how many records to show
+  bool timings = false;     // tell on the standard error what took how long
 };
 
-/// Calls a method and returns its result as text. UsageError or Failure where that is not possible.
-std::string run(const RunOptions& options);
+/// Calls a method and prints its result. UsageError or Failure where that is not possible; then nothing is printed.
+void run(const RunOptions& options, Sink& sink);
 
 }  // namespace orvex::cli

@@ -1,8 +1,10 @@
 #include "cli/values.h"
 
+#include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include <cmath>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 namespace orvex::cli {
@@ -23,9 +25,19 @@ struct ToJson {
 
 }  // namespace
 
-std::string numberText(double number) {
+void appendNumber(std::string& out, double number) {
   // Readers of JSON take "-0" for a whole number, which has no such sign.
-  return number == 0.0 && std::signbit(number) ? "-0.0" : fmt::to_string(number);
+  if (number == 0.0 && std::signbit(number)) {
+    out += "-0.0";
+  } else {
+    fmt::format_to(std::back_inserter(out), FMT_COMPILE("{}"), number);
+  }
+}
+
+std::string numberText(double number) {
+  std::string text;
+  appendNumber(text, number);
+  return text;
 }
 
 std::string jsonText(const std::string& text) {

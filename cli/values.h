@@ -8,6 +8,7 @@
 namespace orvex::cli {
 
 /// The shortest digits that read back to the same double, the sign of a zero included.
+void appendNumber(std::string& out, double number);
 std::string numberText(double number);
 
 /// A text as JSON. Bytes that are not UTF-8 become the replacement character.

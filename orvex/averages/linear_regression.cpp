@@ -13,6 +13,16 @@ namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
+/// The square of a position in the window: a count, which 16 bits hold up to a window of 181 records. That limit is
+/// kept where counts are 16 bits wide; no other count is to impose one.
+Real squareOf(Integer x) {
+  if constexpr (ORVEX_COUNT_BITS == 16) {
+    return x * x;
+  } else {
+    return Real(x) * x;
+  }
+}
+
 /// Reads the values of the records that end at `record`, oldest first. Moves the cursor over them and back to `record`.
 void readWindow(Database& data, const std::shared_ptr<Field>& source, Integer record, Integer count,
                 std::vector<double>& window) {
@@ -54,8 +64,7 @@ std::shared_ptr<RecordSet> LinearRegression::Regression(std::shared_ptr<Database
             const Real value = y[static_cast<std::size_t>(x.value() - 1)];
             sumX += x;
             sumY += value;
-            // In 16 bits: a window of 182 records overflows here, and that limit is kept.
-            sumXX += x * x;
+            sumXX += squareOf(x);
             sumYY += value * value;
             sumXY += x * value;
           }

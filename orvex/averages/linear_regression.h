@@ -36,8 +36,9 @@ class LinearRegression {
   ///   "Forecast" = n x slope + intercept
   ///   "RSquared" = Qxy x Qxy / (Qyy x Qxx), or what the record before has where either product is 0
   /// Returns these four columns in this order; computed rows `Periods` + 1 to N, 0 before.
-  /// Error 1105 "LinearRegression.UnexpectedError" for any fault: `Periods` below 2 (no slope) or above N; above 181,
-  /// since the squares of x are formed in 16 bits; values that are missing, not finite or too large.
+  /// Error 1105 "LinearRegression.UnexpectedError" for any fault: `Periods` below 2 (no slope) or above N;
+  /// counts of 16 bits alone: above 181, since the squares of x are formed in them; values that are missing, not finite
+  /// or too large.
   std::shared_ptr<RecordSet> Regression(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods);
 
   /// The "Forecast" of `Regression` as a set of one column named `Alias`; an empty `Alias` becomes

@@ -87,11 +87,10 @@ std::shared_ptr<RecordSet> MovingAverage::WeightedMovingAverage(std::shared_ptr<
     applyDefault(Alias, WeightedMovingAverageName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
-    Real total = 0;
-    for (int weight = 1; weight <= Periods; ++weight) total += weight;
-
     const Integer first = Periods + 1;
     data->setPosition(first);
+    Real total = 0;
+    for (int weight = 1; weight <= Periods; ++weight) total += weight;
     walk(
         *data, first, count,
         [&](kernels::Records records) {

@@ -85,8 +85,8 @@ class MovingAverage {
                                                    InOut<std::string> Alias = {});
 
   /// The moving end of a regression line: row r is the "Forecast" of `LinearRegression::Regression` over P records.
-  /// Computed rows: 2P + 1 to N, P rows later than the regression's own. P > N / 2 fails, and so do P < 2 and P > 181,
-  /// where there is no regression.
+  /// Computed rows: 2P + 1 to N, P rows later than the regression's own. P > N / 2 fails, and so does P < 2; with
+  /// counts of 16 bits P > 181 as well, where they leave no regression.
   std::shared_ptr<RecordSet> TimeSeriesMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                      Integer Periods, InOut<std::string> Alias = {});
 
@@ -102,8 +102,8 @@ class MovingAverage {
   /// `LinearRegression::Regression` over P records; k is not held between 0 and 1. It bears the name of the variable
   /// index dynamic average (Tushar Chande and Stanley Kroll, The New Technical Trader, 1994), which blends each value
   /// with its own row before; this one blends with the value before, so it remembers one record only. A scale of 0
-  /// gives the series one record late. Computed rows: 2P + 1 to N. P > N / 2 fails, and so do P < 2 and P > 181, where
-  /// there is no regression.
+  /// gives the series one record late. Computed rows: 2P + 1 to N. P > N / 2 fails, and so does P < 2; with counts of
+  /// 16 bits P > 181 as well, where they leave no regression.
   std::shared_ptr<RecordSet> VIDYA(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods,
                                    double R2Scale, InOut<std::string> Alias = {});
 };

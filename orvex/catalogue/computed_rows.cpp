@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 
 #include "orvex/averages/average_type.h"
 #include "orvex/data/error.h"
@@ -17,8 +18,8 @@ class Evaluation {
   Evaluation(std::string_view expression, const Method& method, int count, std::span<const Value> arguments)
       : rest_(expression), method_(method), count_(count), arguments_(arguments) {}
 
-  long whole() {
-    const long value = sum();
+  std::int64_t whole() {
+    const std::int64_t value = sum();
     skipBlanks();
     if (!rest_.empty()) fail();
     return value;
@@ -39,8 +40,8 @@ class Evaluation {
     if (!take(c)) fail();
   }
 
-  long sum() {
-    long value = product();
+  std::int64_t sum() {
+    std::int64_t value = product();
     for (;;) {
       if (take('+')) {
         value += product();
@@ -52,13 +53,13 @@ class Evaluation {
     }
   }
 
-  long product() {
-    long value = operand();
+  std::int64_t product() {
+    std::int64_t value = operand();
     for (;;) {
       if (take('*')) {
         value *= operand();
       } else if (take('\\')) {
-        const long divisor = operand();
+        const std::int64_t divisor = operand();
         if (divisor == 0) fail();
         value /= divisor;
       } else {
@@ -67,14 +68,14 @@ class Evaluation {
     }
   }
 
-  long operand() {
+  std::int64_t operand() {
     skipBlanks();
     if (take('(')) {
-      const long value = sum();
+      const std::int64_t value = sum();
       expect(')');
       return value;
     }
-    long number = 0;
+    std::int64_t number = 0;
     const auto [end, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), number);
     if (error == std::errc()) {
       rest_.remove_prefix(static_cast<std::size_t>(end - rest_.data()));
@@ -86,22 +87,22 @@ class Evaluation {
     return take('(') ? function(name) : variable(name);
   }
 
-  long function(std::string_view name) {
-    long value = 0;
+  std::int64_t function(std::string_view name) {
+    std::int64_t value = 0;
     if (name == "choose") {
-      const long a = sum();
+      const std::int64_t a = sum();
       expect('<');
-      const long b = sum();
+      const std::int64_t b = sum();
       expect(',');
-      const long x = sum();
+      const std::int64_t x = sum();
       expect(',');
-      const long y = sum();
+      const std::int64_t y = sum();
       value = a < b ? x : y;
     } else if (name == "average") {
-      const int code = static_cast<int>(sum());
+      const std::int64_t code = sum();
       expect(',');
-      const int periods = static_cast<int>(sum());
-      value = static_cast<long>(firstAverageRow(code, periods, take(',') ? static_cast<int>(sum()) : 1));
+      const std::int64_t periods = sum();
+      value = firstAverageRow(static_cast<int>(code), periods, take(',') ? sum() : 1);
     } else if (name == "max" || name == "min") {
       value = sum();
       while (take(',')) value = name == "max" ? std::max(value, sum()) : std::min(value, sum());
@@ -112,7 +113,7 @@ class Evaluation {
     return value;
   }
 
-  long variable(std::string_view name) const {
+  std::int64_t variable(std::string_view name) const {
     if (name == "N") return count_;
     for (std::size_t i = 0; i < arguments_.size(); ++i) {
       const auto* number = std::get_if<Integer>(&arguments_[i]);
@@ -129,15 +130,17 @@ class Evaluation {
 
 }  // namespace
 
-long evaluateRow(std::string_view expression, const Method& method, int count, std::span<const Value> arguments) {
+std::int64_t evaluateRow(std::string_view expression, const Method& method, int count,
+                         std::span<const Value> arguments) {
   return Evaluation(expression, method, count, arguments).whole();
 }
 
 RowRange computedRows(const Method& method, const Column& column, int count, std::span<const Value> arguments) {
-  const long end = static_cast<long>(count) + 1;
-  const long first = evaluateRow(column.firstRow, method, count, arguments);
-  const long last = evaluateRow(column.lastRow, method, count, arguments);
-  return {static_cast<int>(std::clamp(first, 1L, end)), static_cast<int>(std::clamp(last, 0L, end - 1))};
+  const std::int64_t end = std::int64_t{count} + 1;
+  const std::int64_t first = evaluateRow(column.firstRow, method, count, arguments);
+  const std::int64_t last = evaluateRow(column.lastRow, method, count, arguments);
+  return {static_cast<int>(std::clamp(first, std::int64_t{1}, end)),
+          static_cast<int>(std::clamp(last, std::int64_t{0}, end - 1))};
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS::catalogue

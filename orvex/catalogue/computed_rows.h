@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -26,6 +27,7 @@ RowRange computedRows(const Method& method, const Column& column, int count, std
 ///   average(code, periods, first)   the same of a column that is itself computed from row `first` on
 ///   choose(a < b, x, y)      x where the comparison holds, otherwise y
 /// Error 5 for one that is not well-formed or names something else.
-long evaluateRow(std::string_view expression, const Method& method, int count, std::span<const Value> arguments);
+std::int64_t evaluateRow(std::string_view expression, const Method& method, int count,
+                         std::span<const Value> arguments);
 
 }  // namespace orvex::inline ORVEX_COUNTS::catalogue

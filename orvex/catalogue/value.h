@@ -22,7 +22,7 @@ enum class Type {
   Nothing,  // no result
   Empty,    // a result that promises a value and has none
   Boolean,
-  Integer,  // 16 bits
+  Integer,  // a count: 16 bits, or 32 (counts.h)
   Long,     // 32 bits
   Double,
   String,

@@ -194,7 +194,7 @@ void Database::loadElements(const VariantArray& longest, Fill&& fill) {
   load([&] {
     beginLoad();
     initializeColumns(columns_, longest.upperBound());
-    for (int row = 1; row <= recordCount_; ++row) fill(row);
+    for (int row = 0; row < recordCount_;) fill(++row);
     publish(*recordset_, columns_);
   });
 }

@@ -22,7 +22,8 @@ struct PriceRows {
 };
 
 /// A price series: the fields "Date" (texts), "Open", "High", "Low", "Close" and "Volume" in one `RecordSet`, their
-/// record count, and a cursor that stands on one record, or one past the last. Indicators take it as `data`.
+/// record count, and a cursor that stands on one record, or one past the last. Indicators take it as `data`. They move
+/// the cursor, so no two threads may use one database at the same time: each has its own over the same set.
 ///
 /// The loaders replace what was there. Each reports whatever goes wrong as error 1012 "OpenDatabase" with the
 /// description of the fault; the database then holds what the failed load had made so far.

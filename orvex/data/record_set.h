@@ -16,7 +16,8 @@ namespace orvex::inline ORVEX_COUNTS {
 class Database;
 
 /// An ordered collection of fields, found by name without regard to case; of two that bear one name the earlier is
-/// found. It refers to its fields and does not copy them: a change made through any holder is seen by all.
+/// found. It refers to its fields and does not copy them: a change made through any holder is seen by all. Threads may
+/// share a set to which nobody adds and whose columns nobody writes.
 class RecordSet {
  public:
   static constexpr Fault getIndexFault{1110, "Recordset.getIndex.InvalidFieldName", "Invalid FieldName"};
@@ -36,7 +37,7 @@ class RecordSet {
   void setDatabase(std::shared_ptr<Database> NewDatabase) { database_ = std::move(NewDatabase); }
   std::shared_ptr<Database> getDatabase() const { return database_; }
 
-  /// Appends the field itself, whatever its name, a null object too. Error 6 past 32,767 fields.
+  /// Appends the field itself, whatever its name, a null object too. Error 6 for more fields than counts can tell.
   void addField(std::shared_ptr<Field> NewField);
   /// Renames the first field of the old name; the new name is not compared with the others. 1105 for an unknown name.
   void renameField(std::string_view OldFieldName, std::string_view NewFieldName);

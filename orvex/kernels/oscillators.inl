@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.inl"
@@ -91,11 +92,12 @@ std::size_t averageIndex(Source index, int periods, Records records, double* out
   const std::ptrdiff_t count = present(index, records, 0);
   if (count == 0 || records.first < 2 || periods < 1 || !isWholePercentage(out[records.first - 2])) return 0;
   // Among whole numbers the average moves by the distance between it and the index, divided and rounded: by so much
-  // for each distance.
+  // for each distance. Every product is exact, and a quotient that is no tie is further from one (2^-32 at least) than
+  // its rounding can take it (2^-46).
   int steps[2 * most + 1];
   for (int distance = -most; distance <= most; ++distance) {
-    const int halves = 2 * distance + periods, whole = 2 * periods;
-    steps[distance + most] = halves >= 0 ? halves / whole : -((whole - 1 - halves) / whole);
+    const std::int64_t halves = 2 * distance + std::int64_t{periods}, whole = 2 * std::int64_t{periods};
+    steps[distance + most] = static_cast<int>(halves >= 0 ? halves / whole : -((whole - 1 - halves) / whole));
   }
   const std::ptrdiff_t first = records.first - 1;
   int average = static_cast<int>(out[first - 1]);

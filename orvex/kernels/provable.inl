@@ -11,8 +11,9 @@ namespace {
 using orvex::kernels::Records;
 using orvex::kernels::Source;
 
-// No intermediate value of any kernel can overflow with inputs below 2^200: the largest are products of four inputs
-// summed over a window.
+// No intermediate value of any kernel can overflow with inputs below 2^200, whatever the width of counts: the largest
+// are products of four inputs, or of two with the sums of a regression's positions and their squares (below 2^93),
+// summed over a window or a column of at most 2^31 rows: below 2^840.
 constexpr double largestInput = 0x1p200;
 
 bool isHandled(double x) {

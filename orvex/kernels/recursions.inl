@@ -44,13 +44,14 @@ void chain(const double* x, double* const (&rows)[Values], std::ptrdiff_t from, 
 }
 
 /// Rows 0 .. count - 1 of `Values` columns: `next(state, x(i), x(i - 1))` turns the values of row i - 1 into those of
-/// row i, doubles or packs of them, and never leaves the range of its arguments. Row -1 is given. `memory` is how many
-/// records it takes to forget all but 1 / e of a value.
+/// row i, doubles or packs of them, and never leaves the range of its arguments but for roundings, of which 2^31
+/// records add up to less than a millionth of it. Row -1 is given. `memory` is how many records it takes to forget all
+/// but 1 / e of a value.
 template <int Values, class Next>
 void recur(const double* x, double* const (&rows)[Values], std::ptrdiff_t count, double memory, Next next) {
   // Until nothing is left of 53 bits, and then until the last roundings have come together.
   const double warmUp = 16.0 + 45.0 * memory;
-  const std::ptrdiff_t early = warmUp < 32768.0 ? static_cast<std::ptrdiff_t>(warmUp) : 32768;
+  const std::ptrdiff_t early = warmUp < static_cast<double>(count) ? static_cast<std::ptrdiff_t>(warmUp) : count;
   // Stretch k runs from row k x distance on; an odd number of cache lines keeps the stretches out of each other's way.
   const std::ptrdiff_t distance = (count - early) / (stretches * 16) * 16 - 8;
   const std::ptrdiff_t length = distance + early;
@@ -124,7 +125,7 @@ std::size_t variable(Source source, Source momentum, Records records, double* ou
   double* const row = out + (records.first - 1);
   double previous = row[-1];
   for (std::ptrdiff_t i = 0; i < count; ++i) {
-    // Up to a share of 2 a row is no larger than the row before and the source's twice: 32,767 of them stay in range.
+    // Up to a share of 2 a row is no larger than the row before and the source's twice: 2^31 of them stay in range.
     if (!(percent[i] <= 200.0 && percent[i] >= -200.0)) return static_cast<std::size_t>(i);
     const double share = percent[i] / 100.0;
     const double k = share > 0.0 ? share : 0.0 - share;

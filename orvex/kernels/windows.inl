@@ -27,6 +27,7 @@ std::size_t mean(Source source, int window, Records records, double* out) {
 std::size_t weightedMean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
+  if (count == 0) return 0;
   double total = 0.0;
   for (int weight = 1; weight <= window; ++weight) total += weight;
   const double* const x = source.rows;
@@ -44,15 +45,16 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
 
 std::size_t regression(Source source, int window, Records records, double* quality,
                        orvex::kernels::RegressionRows out) {
-  // Below 2 the line has no slope; from 182 on the square of a position does not fit 16 bits.
-  if (window < 2 || window > 181) return 0;
+  // Below 2 the line has no slope; from 182 on the square of a position does not fit a count of 16 bits.
+  if (window < 2 || (ORVEX_COUNT_BITS == 16 && window > 181)) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
+  if (count == 0) return 0;
   const double n = window;
   double sumX = 0.0;
   double sumXX = 0.0;
   for (int x = 1; x <= window; ++x) {
     sumX += x;
-    sumXX += x * x;
+    sumXX += static_cast<double>(x) * x;
   }
   const double qXX = sumXX - sumX * sumX / n;
   // Half the window, a tie to the even number.

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <cstddef>
+#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -15,36 +16,59 @@ namespace orvex::inline ORVEX_COUNTS {
 
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+/// The least of the places that were put at each rank, for the ranks of any range: a tree over ranks, in which the
+/// places must come in falling order.
+class LeastPlaces {
+ public:
+  explicit LeastPlaces(std::size_t ranks) : ranks_(ranks), least_(2 * ranks, none) {}
 
-/// For every record from 3 on, in rows counted from 0: the least value of a later record that is greater than its own,
-/// or infinity. It tells whether a search will meet anything, so that only searches that do are made: their lengths add
-/// up to what fits 16 bits, while searches in vain would make the whole quadratic. Where a value is not finite every
-/// search is to be made, since the first to reach the value fails.
-std::vector<double> leastLaterAbove(std::span<const double> values) {
-  const std::size_t rows = values.size();
-  if (!std::all_of(values.begin(), values.end(), [](double value) { return std::isfinite(value); })) {
-    return std::vector<double>(rows, -infinity);
+  static constexpr std::uint32_t none = 0;
+
+  void put(std::size_t rank, std::uint32_t place) {
+    for (std::size_t node = ranks_ + rank; node > 0; node /= 2) least_[node] = place;
   }
-  std::vector<double> above(rows, infinity);
-  std::vector<std::size_t> order;
-  for (std::size_t row = 2; row < rows; ++row) order.push_back(row);
-  // Equal values in falling order of their records: behind a record in the chain then comes the next greater value.
-  std::sort(order.begin(), order.end(),
-            [&](std::size_t a, std::size_t b) { return values[a] < values[b] || (values[a] == values[b] && a > b); });
-  // A chain of the rows by value, from which each row is taken out once the rows up to it are done.
-  constexpr std::size_t none = 0;
-  std::vector<std::size_t> next(rows, none), previous(rows, none);
-  for (std::size_t i = 1; i < order.size(); ++i) {
-    next[order[i - 1]] = order[i];
-    previous[order[i]] = order[i - 1];
+
+  /// The least place at the ranks `from` to `to` - 1, or none.
+  std::uint32_t leastOf(std::size_t from, std::size_t to) const {
+    std::uint32_t found = none;
+    const auto take = [&](std::size_t node) {
+      const std::uint32_t place = least_[node];
+      if (place != none && (found == none || place < found)) found = place;
+    };
+    for (from += ranks_, to += ranks_; from < to; from /= 2, to /= 2) {
+      if (from % 2 == 1) take(from++);
+      if (to % 2 == 1) take(--to);
+    }
+    return found;
   }
-  for (std::size_t row = 2; row < rows; ++row) {
-    if (next[row] != none) above[row] = values[next[row]];
-    if (previous[row] != none) next[previous[row]] = next[row];
-    if (next[row] != none) previous[next[row]] = previous[row];
+
+ private:
+  std::size_t ranks_;
+  std::vector<std::uint32_t> least_;
+};
+
+/// For each record i, in its own place: the first record after i + 1 whose value lies between those of i + 1 and of
+/// i - 1, the first below it and the last above, or 0. From the last record back the values behind i + 1 are put into a
+/// tree by their rank, so that all searches together take N log N steps.
+std::vector<std::uint32_t> firstBetween(std::span<const double> values) {
+  const auto count = static_cast<std::uint32_t>(values.size());
+  std::vector<std::uint32_t> order(count), rank(count), found(std::size_t{count} + 1, LeastPlaces::none);
+  for (std::uint32_t row = 0; row < count; ++row) order[row] = row;
+  std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) { return values[a] < values[b]; });
+  std::uint32_t ranks = 0;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    if (i > 0 && values[order[i - 1]] < values[order[i]]) ++ranks;
+    rank[order[i]] = ranks;
   }
-  return above;
+  LeastPlaces places(std::size_t{ranks} + 1);
+  for (std::uint32_t record = count; record-- > 2;) {
+    // Rows count from 0: the record before stands in row record - 2, the one after in row record.
+    if (record + 2 <= count) places.put(rank[record + 1], record + 2);
+    if (values[record] < values[record - 2]) {
+      found[record] = places.leastOf(std::size_t{rank[record]} + 1, rank[record - 2]);
+    }
+  }
+  return found;
 }
 
 }  // namespace
@@ -52,29 +76,31 @@ std::vector<double> leastLaterAbove(std::span<const double> values) {
 Integer Cycle::Analyze(std::shared_ptr<Field> Source) {
   return trap(AnalyzeFault, [&] {
     const Integer count = object(Source).getRecordCount();
-    const std::vector<double> above = leastLaterAbove(Source->values());
-    Integer total = 0;
+    const std::span<const double> values = Source->values();
+    // A search fails at the first value that is not finite, as it does behind the last row.
+    const auto isNoNumber = [](double value) { return !std::isfinite(value); };
+    const auto numbers = std::find_if(values.begin(), values.end(), isNoNumber) - values.begin();
+    const std::vector<std::uint32_t> found = firstBetween(values.first(static_cast<std::size_t>(numbers)));
+    std::int64_t total = 0;
     eachRecord(2, count - 1, noKernel, [&](Integer i) {
       Real a = at(Source, i - 1);
-      Integer j = i + 2;
-      if (above[static_cast<std::size_t>(i.value())] < a) {
-        // A number to compute with only where a search has a record to compare it with.
-        const double b = object(Source).getValue(i + 1);
-        for (; j <= count; ++j) {
-          const Real value = at(Source, j);
-          if (value > Real(b) && value < a) {
-            a = 0;
-            break;
-          }
-        }
-      } else {
-        j = count + 1;
+      std::int64_t j = count.value() + std::int64_t{1};
+      const auto record = static_cast<std::size_t>(i.value());
+      if (record < found.size() && found[record] != LeastPlaces::none) {
+        a = 0;
+        j = found[record];
+      } else if (i + 2 <= count && numbers < count.value()) {
+        at(Source, numbers + 1);
       }
       // The 0 stands for a hit, and a price of 0 before the record is taken for one. Kept: it is how the measure is
       // defined.
-      if (a == 0) total += j - i - 1;
+      if (a == 0) total += j - i.value() - 1;
+      // Counts of 16 bits overflow with it; a long series of 32 bits passes what they can tell, and is to have its
+      // mean.
+      if (ORVEX_COUNT_BITS == 16 && total > Integer::Greatest) raise(faults::Overflow);
     });
-    return Integer::rounded((Real(total) / (count - 2)).value());
+    const Real sum = static_cast<double>(total);
+    return Integer::rounded((sum / (count - 2)).value());
   });
 }
 

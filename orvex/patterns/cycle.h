@@ -20,8 +20,9 @@ class Cycle {
   /// the even one. A value of 0 at i - 1 counts as met even when no later value lies between: the distance to the end
   /// of the column is added.
   ///
-  /// Yields to the host once a record. Error 1105 "Cycle.Analyze.UnexpectedError" for any fault: N = 2 (a division by
-  /// zero; fewer records give 0), distances that add up to more than 32,767, a value that is not finite.
+  /// Takes time in proportion to N log N. Yields to the host once a record. Error 1105 "Cycle.Analyze.UnexpectedError"
+  /// for any fault: N = 2 (a division by zero; fewer records give 0), a value that is not finite; counts of 16 bits
+  /// alone: distances that add up to more than 32,767.
   Integer Analyze(std::shared_ptr<Field> Source);
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -50,8 +51,9 @@ std::shared_ptr<RecordSet> NeuralNetwork::NeuralIndicator(std::shared_ptr<Databa
   return trap(NeuralIndicatorFault, [&] {
     const auto result = makeColumn(count, Alias.get());
     const int trained = static_cast<int>(std::floor(TrainingShare * count.value()));
-    const int first = Periods.value() + 2;
+    const std::int64_t first = std::int64_t{Periods.value()} + 2;
     if (first <= trained) {
+      if (Periods > MostPeriods) raise(faults::OutOfMemory);
       // The last record is read only where the network learns it: its own forecast must not depend on it.
       const std::vector<Real> changes = changesOf(Source, std::max(trained, count.value() - 1));
       const Real deviation = deviationOf(std::span(changes).subspan(2, static_cast<std::size_t>(trained) - 1));
@@ -63,7 +65,7 @@ std::shared_ptr<RecordSet> NeuralNetwork::NeuralIndicator(std::shared_ptr<Databa
       };
 
       Network network(static_cast<std::size_t>(Periods.value()));
-      for (int pass = 1; pass <= Epochs; ++pass) {
+      for (std::int64_t pass = 1; pass <= Epochs.value(); ++pass) {
         eachRecord(first, trained, noKernel, [&](Integer record) {
           network.learn(inputsBefore(record), inputs[static_cast<std::size_t>(record.value())], LearningRate);
         });

@@ -17,6 +17,8 @@ namespace orvex::inline ORVEX_COUNTS {
 class NeuralNetwork {
  public:
   static constexpr std::string_view NeuralIndicatorName = "NeuralIndicator";
+  /// A longer period has more weights than memory holds, whatever counts can tell.
+  static constexpr int MostPeriods = 32767;
 
   static constexpr Fault NeuralIndicatorPeriodsFault = invalidPeriods("NeuralNetwork.NeuralIndicator");
   static constexpr Fault NeuralIndicatorRateFault{1102, "NeuralNetwork.NeuralIndicator", "Invalid LearningRate"};
@@ -39,7 +41,7 @@ class NeuralNetwork {
   /// Time and memory grow with the square of `Periods`. Yields to the host once a record in every pass; leaves the
   /// cursor of `data` on record 1. Errors: 1101 for `Periods` outside 1..N, 1102 for a `LearningRate` that is not above
   /// 0, 1103 for `Epochs` below 1, 1106 for a `TrainingShare` that is not above 0 and at most 1; 1105 for any other
-  /// fault, weights that grow beyond all numbers included: then a smaller `LearningRate` helps.
+  /// fault: weights that grow beyond all numbers, where a smaller `LearningRate` helps, and `Periods` above 32,767.
   std::shared_ptr<RecordSet> NeuralIndicator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                              Integer Periods, double LearningRate, Integer Epochs, double TrainingShare,
                                              InOut<std::string> Alias = {});

@@ -374,10 +374,22 @@ TEST_F(CommandLine, HelpsAndTellsItsVersion) {
 }
 
 TEST_F(CommandLine, TellsWhenItCannotWrite) {
-  for (const char* command : {"list", "--help", "run --help", "--version"}) {
+  write("prices.csv", "date,close\n1,2\n2,3\n");
+  for (const char* command :
+       {"list", "--help", "run --help", "--version", "run General.HHV prices.csv High=close Periods=1"}) {
     const Ended ended = orvex(std::string(command) + " >&-");
     EXPECT_EQ(ended.status, 1) << command;
     EXPECT_NE(ended.err.find("could not be written"), std::string::npos) << command << '\n' << ended.err;
+  }
+}
+
+TEST_F(CommandLine, TellsWhatTookHowLong) {
+  write("prices.csv", "date,close\n1,2\n2,3\n");
+  const std::string call = "run General.HHV prices.csv High=close Periods=1";
+  const Ended timed = orvex(call + " --timings");
+  EXPECT_EQ(timed.out, orvex(call).out);
+  for (const char* part : {"reading took", "computing took", "printing took"}) {
+    EXPECT_NE(timed.err.find(part), std::string::npos) << timed.err;
   }
 }
 

@@ -8,7 +8,7 @@
 
 #include "orvex/data/columns.h"
 
-namespace orvex::test {
+namespace orvex::inline ORVEX_COUNTS::test {
 
 namespace {
 
@@ -83,7 +83,9 @@ void order(RecordSet& prices) {
 Value number(Choices& choices, const World& world) {
   const int n = world.count;
   const std::vector<int> plain = {1, 2, 3, 5, 8, 14, n / 4, n / 3};
-  const std::vector<int> awkward = {-32768, -1, 0, n / 2, n - 1, n, n + 1, 181, 182, 16384, 32767};
+  std::vector<int> awkward = {-32768, -1, 0, n / 2, n - 1, n, n + 1, 181, 182, 16384, 32767};
+  // The first squares that 32 bits do not hold, and the first number that they cannot double.
+  if (choices.wide() && choices.once(2)) awkward = {Integer::Least, Integer::Greatest, 46340, 46341, 1 << 30};
   return Integer(choices.of(choices.once(3) ? awkward : plain));
 }
 
@@ -240,9 +242,7 @@ std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
   return out;
 }
 
-RandomCall::RandomCall(std::span<const std::uint8_t> bytes, const catalogue::Class& owner,
-                       const catalogue::Method& method, int count) {
-  Choices choices(bytes);
+RandomCall::RandomCall(Choices choices, const catalogue::Class& owner, const catalogue::Method& method, int count) {
   world = count > 0 ? makeWorld(choices, count) : makeWorld(choices);
   call = makeCall(choices, world, owner, method);
   object = objectOf(choices, world, owner);
@@ -275,4 +275,4 @@ std::vector<std::uint8_t> randomBytes(std::mt19937& generator, std::size_t count
   return bytes;
 }
 
-}  // namespace orvex::test
+}  // namespace orvex::inline ORVEX_COUNTS::test

@@ -15,12 +15,14 @@
 
 /// Calls through the catalogue that a string of bytes chooses: which method, on what series, with which arguments. The
 /// same bytes make the same call, so it can be made again under other circumstances.
-namespace orvex::test {
+namespace orvex::inline ORVEX_COUNTS::test {
 
 /// Chooses by bytes, one after the other; 0 when they are used up.
 class Choices {
  public:
-  explicit Choices(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+  /// With the edges of counts beyond 16 bits among the numbers, or without them.
+  explicit Choices(std::span<const std::uint8_t> bytes, bool wide = ORVEX_COUNT_BITS > 16)
+      : bytes_(bytes), wide_(wide) {}
 
   std::uint8_t byte() {
     if (bytes_.empty()) return 0;
@@ -36,9 +38,11 @@ class Choices {
     return options[below(options.size())];
   }
   bool exhausted() const { return bytes_.empty(); }
+  bool wide() const { return wide_; }
 
  private:
   std::span<const std::uint8_t> bytes_;
+  bool wide_;
 };
 
 /// A price series with odd columns beside it, and everything a call can be given.
@@ -88,7 +92,9 @@ std::ostream& operator<<(std::ostream& out, const Outcome& outcome);
 struct RandomCall {
   /// In a world of `count` records, or of as many as the bytes choose.
   RandomCall(std::span<const std::uint8_t> bytes, const catalogue::Class& owner, const catalogue::Method& method,
-             int count = 0);
+             int count = 0)
+      : RandomCall(Choices(bytes), owner, method, count) {}
+  RandomCall(Choices choices, const catalogue::Class& owner, const catalogue::Method& method, int count = 0);
   ~RandomCall();
   RandomCall(const RandomCall&) = delete;
   RandomCall& operator=(const RandomCall&) = delete;
@@ -104,4 +110,4 @@ struct RandomCall {
 /// Chosen by chance, enough of them for any call.
 std::vector<std::uint8_t> randomBytes(std::mt19937& generator, std::size_t count = 160);
 
-}  // namespace orvex::test
+}  // namespace orvex::inline ORVEX_COUNTS::test

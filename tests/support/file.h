@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-namespace orvex::test {
+namespace orvex::inline ORVEX_COUNTS::test {
 
 /// A file of this process alone that is gone with the object.
 class File {
@@ -27,4 +27,4 @@ class File {
   std::string path_;
 };
 
-}  // namespace orvex::test
+}  // namespace orvex::inline ORVEX_COUNTS::test

@@ -12,7 +12,7 @@
 #include "orvex/data/object.h"
 #include "orvex/kernels/kernels.h"
 
-namespace orvex::test {
+namespace orvex::inline ORVEX_COUNTS::test {
 
 namespace {
 
@@ -106,4 +106,4 @@ int runMisbehavingHost(const Choices& choices) {
   return MisbehavingHost(choices).run();
 }
 
-}  // namespace orvex::test
+}  // namespace orvex::inline ORVEX_COUNTS::test

@@ -29,7 +29,7 @@ inline void PrintTo(Integer number, std::ostream* out) {
 }  // namespace orvex::inline ORVEX_COUNTS
 
 /// Short series and what tests ask of the columns that come out.
-namespace orvex::test {
+namespace orvex::inline ORVEX_COUNTS::test {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
@@ -126,7 +126,7 @@ inline void expectFaults(Database& data, const std::vector<FaultCase>& cases) {
   }
 }
 
-}  // namespace orvex::test
+}  // namespace orvex::inline ORVEX_COUNTS::test
 
 /// Expects a call to raise an error, or std::nullopt.
 #define EXPECT_FAULT(expected, ...) EXPECT_EQ(::orvex::test::faultOf([&] { __VA_ARGS__; }), expected)

@@ -12,7 +12,7 @@
 #include <vector>
 
 /// Random calls for as long as one likes, and whether anything has grown meanwhile.
-namespace orvex::test {
+namespace orvex::inline ORVEX_COUNTS::test {
 
 /// Something that may not grow, by more than `slack` for what settles late.
 struct Gauge {
@@ -88,4 +88,4 @@ class Soak {
   Clock::time_point start_ = Clock::now();
 };
 
-}  // namespace orvex::test
+}  // namespace orvex::inline ORVEX_COUNTS::test
