@@ -22,6 +22,7 @@
 #include "bench/series.h"
 #include "orvex/catalogue/catalogue.h"
 #include "orvex/kernels/kernels.h"
+#include "orvex/prices/price_reader.h"
 
 namespace orvex::bench {
 namespace {
@@ -32,6 +33,7 @@ using catalogue::Value;
 constexpr const char* yardstickLabel = "yardstick";
 constexpr const char* countLinesLabel = "counting lines";
 constexpr const char* loadLabel = "Database.OpenDataBase";
+constexpr const char* readLabel = "the reader of price files";
 
 void yardstick(benchmark::State& state) {
   const auto close = series(Prices::Ordinary)->getRecordset()->getField("Close");
@@ -121,6 +123,10 @@ void load(benchmark::State& state) {
   }
 }
 
+void read(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(prices::readFile(priceFile()).count);
+}
+
 /// Keeps the median of every benchmark, and prints nothing on the way.
 class Medians : public benchmark::BenchmarkReporter {
  public:
@@ -150,6 +156,8 @@ bool printTable(const std::vector<Case>& all, const Medians& medians) {
   const double loading = medians.nanoseconds.at(loadLabel);
   fmt::print("\nloading {} lines: {:.0f} us, {:.1f} times what counting them with memchr takes\n", RecordCount,
              loading / 1000, loading / count);
+  const double reading = medians.nanoseconds.at(readLabel);
+  fmt::print("reading them with every check: {:.0f} us, {:.2f} times the loading\n", reading / 1000, reading / loading);
   for (const auto& [name, message] : medians.failures) fmt::print(stderr, "{} failed: {}\n", name, message);
   return medians.failures.empty();
 }
@@ -188,6 +196,7 @@ int run(int argc, char** argv) {
   }
   benchmark::RegisterBenchmark(countLinesLabel, countLines);
   benchmark::RegisterBenchmark(loadLabel, load);
+  benchmark::RegisterBenchmark(readLabel, read);
   int count = static_cast<int>(options.size());
   benchmark::Initialize(&count, options.data());
   if (benchmark::ReportUnrecognizedArguments(count, options.data())) {
