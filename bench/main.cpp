@@ -21,6 +21,7 @@
 #include "bench/prepared_call.h"
 #include "bench/series.h"
 #include "orvex/kernels/kernels.h"
+#include "orvex/prices/price_reader.h"
 
 namespace orvex::bench {
 namespace {
@@ -28,6 +29,7 @@ namespace {
 constexpr const char* yardstickLabel = "yardstick";
 constexpr const char* countLinesLabel = "counting lines";
 constexpr const char* loadLabel = "Database.OpenDataBase";
+constexpr const char* readLabel = "the reader of price files";
 
 void yardstick(benchmark::State& state) {
   const auto close = series(Prices::Ordinary)->getRecordset()->getField("Close");
@@ -87,6 +89,10 @@ void load(benchmark::State& state) {
   }
 }
 
+void read(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(prices::readFile(priceFile()).count);
+}
+
 /// Keeps the median of every benchmark, and prints nothing on the way.
 class Medians : public benchmark::BenchmarkReporter {
  public:
@@ -116,6 +122,8 @@ bool printTable(const std::vector<Case>& all, const Medians& medians) {
   const double loading = medians.nanoseconds.at(loadLabel);
   fmt::print("\nloading {} lines: {:.0f} us, {:.1f} times what counting them with memchr takes\n", RecordCount,
              loading / 1000, loading / count);
+  const double reading = medians.nanoseconds.at(readLabel);
+  fmt::print("reading them with every check: {:.0f} us, {:.2f} times the loading\n", reading / 1000, reading / loading);
   for (const auto& [name, message] : medians.failures) fmt::print(stderr, "{} failed: {}\n", name, message);
   return medians.failures.empty();
 }
@@ -154,6 +162,7 @@ int run(int argc, char** argv) {
   }
   benchmark::RegisterBenchmark(countLinesLabel, countLines);
   benchmark::RegisterBenchmark(loadLabel, load);
+  benchmark::RegisterBenchmark(readLabel, read);
   int count = static_cast<int>(options.size());
   benchmark::Initialize(&count, options.data());
   if (benchmark::ReportUnrecognizedArguments(count, options.data())) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -172,6 +173,21 @@ bool TextFile::nextLine(std::string_view& line) noexcept {
   }
   if (!loneReturns_ && line.ends_with('\r')) line.remove_suffix(1);
   return true;
+}
+
+std::string readBytes(const std::string& path) {
+  const OpenFile file = openForReading(path);
+  std::error_code unknown;
+  const std::uintmax_t told = fs::file_size(pathFromUtf8(path), unknown);
+  // One more than there are, so that the end shows at once.
+  std::string bytes(unknown ? std::size_t{1} << 16 : static_cast<std::size_t>(told) + 1, '\0');
+  std::size_t size = 0;
+  while ((size += std::fread(bytes.data() + size, 1, bytes.size() - size, file.get())) == bytes.size()) {
+    bytes.resize(2 * size);
+  }
+  if (std::ferror(file.get()) != 0) raise(faults::DeviceError);
+  bytes.resize(size);
+  return bytes;
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -39,4 +39,7 @@ class TextFile {
   bool loneReturns_ = false;  // some line ends with a carriage return alone
 };
 
+/// All bytes of a file. Errors as those of `TextFile`.
+std::string readBytes(const std::string& path);
+
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -10,6 +10,7 @@
 
 #include "orvex/data/integer.h"
 #include "orvex/data/text.h"
+#include "orvex/data/text_file.h"
 #include "orvex/prices/line_reader.h"
 #include "orvex/prices/text_encoding.h"
 
@@ -474,6 +475,14 @@ const PriceColumn* PriceTable::find(std::string_view name) const noexcept {
     if (found != columns.end()) return &*found;
   }
   return nullptr;
+}
+
+PriceTable readFile(const std::string& path, const Options& options) {
+  try {
+    return read(readBytes(path), options);
+  } catch (const Error& error) {
+    throw ReadError(Database::loadFault(error.description()), std::string(error.description()) + '.');
+  }
 }
 
 PriceTable read(std::string bytes, const Options& options) {

@@ -57,4 +57,7 @@ struct PriceTable {
 /// than counts of this width can tell.
 PriceTable read(std::string bytes, const Options& options = {});
 
+/// Reads the file at a UTF-8 path. ReadError also where there is no such file, or it cannot be read.
+PriceTable readFile(const std::string& path, const Options& options = {});
+
 }  // namespace orvex::inline ORVEX_COUNTS::prices

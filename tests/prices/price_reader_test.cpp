@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "orvex/data/integer.h"
+#include "tests/support/file.h"
 
 namespace orvex::test {
 namespace {
@@ -293,6 +294,17 @@ TEST(PriceReader, KeepsFurtherColumnsAsTheyAre) {
   EXPECT_EQ(fast->numbers[1], 0.5);
   EXPECT_EQ(table.lines, (std::vector<std::size_t>{2, 3}));
   EXPECT_EQ(table.find("volume"), nullptr);
+}
+
+TEST(PriceReader, ReadsFilesByTheirPaths) {
+  const File file("Date,Close\n2020-01-01,1.5\n");
+  EXPECT_EQ(closesOf(prices::readFile(file.path())), "2020-01-01=1.5");
+  try {
+    prices::readFile(file.path() + ".none");
+    ADD_FAILURE();
+  } catch (const ReadError& error) {
+    EXPECT_EQ(error.fault(), Database::loadFault("File not found"));
+  }
 }
 
 TEST(PriceReader, TakesAsManyRecordsAsCountsCanTell) {
