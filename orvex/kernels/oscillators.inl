@@ -25,10 +25,10 @@ struct TrueBar {
 
   TrueBar(const Bars& bars, std::ptrdiff_t at) {
     const P top = P::load(bars.high.rows + at), bottom = P::load(bars.low.rows + at);
-    const P before = P::load(bars.close.rows + at - 1), none = P::all(0.0);
+    const P before = P::load(bars.close.rows + at - 1);
     low = smaller(before, bottom);
     // The comparisons let go of a close that is none; its difference with itself does not.
-    range = whereGreater(bottom, top, none / none, larger(before, top) - low + (before - before));
+    range = whereGreater(bottom, top, P::all(notANumber), larger(before, top) - low + (before - before));
   }
 };
 
@@ -63,7 +63,7 @@ std::size_t directionalMoves(Source high, Source low, Records records, double* u
 template <class P>
 P truncated(P x) {
   const P bound = P::all(0x1p30), none = P::all(0.0);
-  return whereGreater(bound, x, wholePart(whereGreater(bound, x, x, none)), none / none);
+  return whereGreater(bound, x, wholePart(whereGreater(bound, x, x, none)), P::all(notANumber));
 }
 
 std::size_t wholePercent(Source part, Source whole, Records records, double* out) {

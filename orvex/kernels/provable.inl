@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 
 #include "orvex/kernels/kernels.h"
 #include "orvex/kernels/pack.inl"
@@ -15,6 +16,9 @@ using orvex::kernels::Source;
 // are products of four inputs, or of two with the sums of a regression's positions and their squares (below 2^93),
 // summed over a window or a column of at most 2^31 rows: below 2^840.
 constexpr double largestInput = 0x1p200;
+
+// Marks a row that is left to the steps. A constant: 0 / 0 would be divided anew for every pack.
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 bool isHandled(double x) {
   return x < largestInput && x > -largestInput;
