@@ -10,7 +10,6 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +20,7 @@
 #include "bench/cases.h"
 #include "bench/series.h"
 #include "orvex/catalogue/catalogue.h"
+#include "orvex/catalogue/usual.h"
 #include "orvex/kernels/kernels.h"
 
 namespace orvex::bench {
@@ -50,26 +50,6 @@ void yardstick(benchmark::State& state) {
   }
 }
 
-Value argumentOf(const catalogue::Argument& argument, const Case& one, const std::shared_ptr<Database>& data) {
-  const std::string name(argument.name);
-  const auto given = one.arguments.find(name);
-  switch (argument.type) {
-    case Type::Database:
-      return data;
-    case Type::RecordSet:
-      return data->getRecordset();
-    case Type::Field:
-      return data->getRecordset()->getField(data->getRecordset()->isValidField(name) ? name : "Close");
-    default:
-      break;
-  }
-  if (given != one.arguments.end()) return given->second;
-  const std::string usual = usualArgument(name);
-  if (!usual.empty()) return usual;
-  if (argument.optional) return catalogue::Missing{};
-  throw std::invalid_argument(fmt::format("bench/cases.cpp has no usual value for the argument {}", name));
-}
-
 void indicator(benchmark::State& state, const Case& one) {
   const std::size_t dot = one.method.find('.');
   const catalogue::Class* owner = catalogue::findClass(one.method.substr(0, dot));
@@ -77,8 +57,10 @@ void indicator(benchmark::State& state, const Case& one) {
   const auto object = owner->create();
   std::vector<Value> arguments;
   for (const catalogue::Argument& argument : method->arguments) {
-    arguments.push_back(argumentOf(argument, one, series(one.prices)));
+    const auto given = one.arguments.find(std::string(argument.name));
+    arguments.push_back(given == one.arguments.end() ? Value(catalogue::Missing{}) : Value(given->second));
   }
+  catalogue::takeUsual(*method, arguments, series(one.prices));
   try {
     for (auto _ : state) {
       std::vector<Value> values = arguments;

@@ -168,7 +168,14 @@ std::string showJson(const ShownColumns& result) {
     columns.push_back(fmt::format(R"({{"name":{},"values":[{}]{}}})", jsonText(column.field->getName()),
                                   fmt::join(cells, ","), computedJson(column)));
   }
-  return fmt::format(R"({{"columns":[{}],"written":{}{}}})", fmt::join(columns, ","), writtenJson(result.written),
+  std::string records = fmt::format(R"("records":{{"first":{},"last":{}}})", result.records.first, result.records.last);
+  if (result.dates != nullptr) {
+    Cells dates = cellsOf({result.dates, true, result.records}, result.records, numberText);
+    std::transform(dates.begin(), dates.end(), dates.begin(), jsonText);
+    records += fmt::format(R"(,"dates":[{}])", fmt::join(dates, ","));
+  }
+  return fmt::format(R"({{{},"columns":[{}],"written":{}{}}})", records, fmt::join(columns, ","),
+                     writtenJson(result.written),
                      result.position ? fmt::format(R"(,"position":{})", result.position->value()) : "") +
          '\n';
 }
@@ -216,9 +223,16 @@ std::string showValue(const catalogue::Value& value, const std::vector<Written>&
   return (text != nullptr ? *text : json) + '\n' + (format == Format::Table ? showWritten(written) : "");
 }
 
-std::string showError(const Fault& fault) {
-  return fmt::format(R"({{"error":{{"number":{},"source":{},"description":{}}}}})", fault.number,
-                     jsonText(std::string(fault.source)), jsonText(std::string(fault.description))) +
+std::string showError(const Error& error, const std::string& explanation) {
+  std::string inner;
+  if (!(error.cause() == error.fault())) {
+    inner += fmt::format(R"(,"cause":{{"number":{},"source":{},"description":{}}})", error.cause().number,
+                         jsonText(std::string(error.cause().source)), jsonText(std::string(error.cause().description)));
+  }
+  if (error.record() != 0) inner += fmt::format(R"(,"record":{})", error.record());
+  return fmt::format(R"({{"error":{{"number":{},"source":{},"description":{}{},"explanation":{}}}}})", error.number(),
+                     jsonText(std::string(error.source())), jsonText(std::string(error.description())), inner,
+                     jsonText(explanation)) +
          '\n';
 }
 

@@ -18,6 +18,7 @@ struct RunOptions {
   /// Leave rows empty that are not computed; not told, everywhere but in JSON, which says which rows they are.
   std::optional<bool> blankWarmup;
   std::optional<int> last;  // how many records to show
+  bool quiet = false;       // tell nothing on the standard error
 };
 
 /// Calls a method and returns its result as text. UsageError or Failure where that is not possible.
