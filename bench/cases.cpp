@@ -77,38 +77,4 @@ std::vector<Case> cases() {
   return all;
 }
 
-std::string usualArgument(const std::string& name) {
-  static const std::map<std::string, std::string> usual = {{"Periods", "14"},
-                                                           {"Period", "14"},
-                                                           {"MA_Type", "1"},
-                                                           {"MAType", "1"},
-                                                           {"StandardDeviations", "2"},
-                                                           {"R2Scale", "0.65"},
-                                                           {"KPeriods", "14"},
-                                                           {"KSlowingPeriods", "3"},
-                                                           {"DPeriods", "3"},
-                                                           {"Cycle1", "7"},
-                                                           {"Cycle2", "14"},
-                                                           {"Cycle3", "28"},
-                                                           {"ROC", "10"},
-                                                           {"Shift", "5"},
-                                                           {"Factor", "1.5"},
-                                                           {"MinTickValue", "0.05"},
-                                                           {"LimitMoveValue", "3"},
-                                                           {"StartPeriod", "2"},
-                                                           {"ShortCycle", "12"},
-                                                           {"LongCycle", "26"},
-                                                           {"SignalPeriods", "9"},
-                                                           {"ShortPeriods", "12"},
-                                                           {"LongPeriods", "26"},
-                                                           {"Levels", "10"},
-                                                           {"KSmoothing", "5"},
-                                                           {"KDoubleSmoothing", "3"},
-                                                           {"LearningRate", "0.01"},
-                                                           {"Epochs", "2"},
-                                                           {"TrainingShare", "0.6"}};
-  const auto found = usual.find(name);
-  return found == usual.end() ? std::string() : found->second;
-}
-
 }  // namespace orvex::bench

@@ -26,7 +26,4 @@ struct Case {
 /// The cases with figures to compare with, then every other method of the catalogue that makes columns.
 std::vector<Case> cases();
 
-/// The usual value of an argument, as a text; empty for one that has none here.
-std::string usualArgument(const std::string& name);
-
 }  // namespace orvex::bench

@@ -3,11 +3,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
 #include "cli/failure.h"
 #include "cli/names.h"
+#include "orvex/catalogue/usual.h"
 #include "orvex/data/text.h"
 
 namespace orvex::cli {
@@ -94,23 +96,50 @@ std::string demand(Type type) {
   }
 }
 
+bool isWhole(Type type) {
+  return type == Type::Integer || type == Type::Long;
+}
+
 Value bindText(const Argument& argument, const std::string& text) {
+  if (const std::optional<int> code = readChoice(argument, text)) return catalogue::coerce(*code, argument.type);
   try {
+    // Automation rounds a fraction. Here it is more likely a slip than a wish.
+    if (isWhole(argument.type)) {
+      const double number = std::get<double>(catalogue::coerce(text, Type::Double));
+      if (number != std::floor(number)) raise(faults::TypeMismatch);
+    }
     return catalogue::coerce(text, argument.type);
   } catch (const Error& error) {
-    throw Failure(error.fault(), fmt::format("{}={}: it must be {}.", argument.name, text, demand(argument.type)));
+    const std::string wanted =
+        argument.choices.empty() ? demand(argument.type) : fmt::format("one of {}", listChoices(argument));
+    throw Failure(error, fmt::format("{}={}: it must be {}.", argument.name, text, wanted));
   }
 }
 
-/// An argument that the caller did not give: a value, or nothing that could stand for it.
-std::optional<Value> bindUnnamed(const Argument& argument, const PriceFile* file) {
+/// The words of a usual value: a column's name, or a number as the caller would write it.
+std::string usualText(const Argument& argument, int count) {
+  return std::get<std::string>(catalogue::coerce(catalogue::usualOf(argument, count), Type::String));
+}
+
+/// An argument that the caller did not give: a value, or nothing that could stand for it. A usual value is noted down.
+std::optional<Value> bindUnnamed(const Argument& argument, const PriceFile* file, std::string& usual) {
   if (argument.type == Type::Database && file != nullptr) return file->data;
   if (argument.type == Type::RecordSet && file != nullptr) return file->prices;
   if (argument.optional) return catalogue::Missing{};
-  if (argument.type == Type::Field && file != nullptr && findColumn(*file, argument.name) != nullptr) {
-    return bindColumn(*file, argument, std::string(argument.name));
+  const auto take = [&](const std::string& text) { usual += fmt::format(" {}={}", argument.name, text); };
+  if (argument.type == Type::Field) {
+    if (file == nullptr) return std::nullopt;
+    for (const std::string_view name : {argument.name, argument.usual.text}) {
+      if (findColumn(*file, name) == nullptr) continue;
+      take(std::string(name));
+      return bindColumn(*file, argument, std::string(name));
+    }
+    return std::nullopt;
   }
-  return std::nullopt;
+  if (!argument.usual.given) return std::nullopt;
+  const int count = file == nullptr ? 0 : file->data->getRecordCount().value();
+  take(usualText(argument, count));
+  return catalogue::usualOf(argument, count);
 }
 
 }  // namespace
@@ -155,14 +184,15 @@ void checkNames(const catalogue::Class& owner, const catalogue::Method& method, 
   }
 }
 
-std::vector<Value> bindArguments(const catalogue::Class& owner, const catalogue::Method& method,
-                                 const std::vector<NamedText>& given, const PriceFile* file) {
-  std::vector<Value> values;
+BoundCall bindArguments(const catalogue::Class& owner, const catalogue::Method& method,
+                        const std::vector<NamedText>& given, const PriceFile* file) {
+  BoundCall call;
+  std::vector<Value>& values = call.values;
   std::string missing;
   for (const Argument& argument : method.arguments) {
     const NamedText* text = find(given, argument.name);
     if (text == nullptr) {
-      const std::optional<Value> value = bindUnnamed(argument, file);
+      const std::optional<Value> value = bindUnnamed(argument, file, call.usual);
       if (value) {
         values.push_back(*value);
       } else if (!comesFromFile(argument)) {
@@ -179,14 +209,16 @@ std::vector<Value> bindArguments(const catalogue::Class& owner, const catalogue:
     throw UsageError(fmt::format("{} still needs{}{}\nA whole call: {}", fullName(owner, method),
                                  noFile ? "\n  FILE: a price file" : "", missing, exampleCall(owner, method)));
   }
-  return values;
+  return call;
 }
 
 std::string exampleCall(const catalogue::Class& owner, const catalogue::Method& method) {
   std::string call = fmt::format("orvex run {}{}", fullName(owner, method), needsFile(method) ? " FILE" : "");
   for (const Argument& argument : method.arguments) {
     if (!argument.optional && !comesFromFile(argument)) {
-      call += fmt::format(" {}={}", argument.name, placeholder(argument));
+      // A usual value that follows the length of the series has no words before the series is known.
+      const bool known = argument.usual.given && (argument.usual.text.empty() || !isWhole(argument.type));
+      call += fmt::format(" {}={}", argument.name, known ? usualText(argument, 0) : std::string(placeholder(argument)));
     }
   }
   return call;

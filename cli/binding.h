@@ -31,16 +31,25 @@ bool needsFile(const catalogue::Method& method);
 /// UsageError for an argument that the method does not have, that is given twice, or that only a file can supply.
 void checkNames(const catalogue::Class& owner, const catalogue::Method& method, const std::vector<NamedText>& given);
 
-/// The values of the method's arguments, each of its type or left out. `file` may be missing only where none is needed.
+/// A call that is bound: the values of the method's arguments, each of its type or left out, and the usual values among
+/// them, NAME=VALUE after NAME=VALUE.
+struct BoundCall {
+  std::vector<catalogue::Value> values;
+  std::string usual;
+};
+
+/// Binds the words of a call. `file` may be missing only where none is needed.
 ///   Database, RecordSet  from the file
 ///   Field                the column that the text names; if it is left out, the column that bears the argument's name
-///   numbers, texts       converted as automation converts them
-/// UsageError for what is missing; Failure 1110 for an unknown column, 13 for a column or text that is no number, 6 for
-/// a number that does not fit.
-std::vector<catalogue::Value> bindArguments(const catalogue::Class& owner, const catalogue::Method& method,
-                                            const std::vector<NamedText>& given, const PriceFile* file);
+///   codes                a number, or the name of a choice
+///   numbers, texts       converted as automation converts them, but no fraction becomes a whole number
+/// What is left out and not optional has its usual value. UsageError for what is missing still; Failure 1110 for an
+/// unknown column, 13 for a column or text that is no number, 6 for a number that does not fit.
+BoundCall bindArguments(const catalogue::Class& owner, const catalogue::Method& method,
+                        const std::vector<NamedText>& given, const PriceFile* file);
 
-/// A call as the caller would write it, with what stands for each argument that must be given.
+/// A call as the caller would write it, with the usual value of each argument that must be given, or what stands for
+/// it.
 std::string exampleCall(const catalogue::Class& owner, const catalogue::Method& method);
 
 }  // namespace orvex::cli

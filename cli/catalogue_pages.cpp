@@ -1,6 +1,7 @@
 #include "cli/catalogue_pages.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -39,9 +40,31 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows) {
   return text;
 }
 
+/// A text in lines that a terminal holds, each indented.
+std::string wrapped(std::string_view text) {
+  constexpr std::size_t width = 96;
+  std::string lines, line;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    const std::string_view word = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    if (!line.empty() && line.size() + 1 + word.size() > width) {
+      lines += fmt::format("  {}\n", line);
+      line.clear();
+    }
+    if (!line.empty()) line += ' ';
+    line += word;
+  }
+  return lines + fmt::format("  {}\n", line);
+}
+
 std::string methodLines(const Class& owner) {
   std::vector<std::vector<std::string>> rows;
-  for (const Method* method : owner.methods) rows.push_back({std::string(method->name), helpOf(*method)});
+  for (const Method* method : owner.methods) {
+    const std::string known =
+        method->abbreviations.empty() ? "" : fmt::format(" [{}]", fmt::join(method->abbreviations, ", "));
+    rows.push_back({std::string(method->name), helpOf(*method) + known});
+  }
   return aligned(rows);
 }
 
@@ -68,10 +91,21 @@ std::string describeMethod(const Class& owner, const Method& method) {
   const auto section = [&](std::string_view title, const TableRows& rows) {
     if (!rows.empty()) text += fmt::format("\n{}\n{}", title, aligned(rows));
   };
-  section("Arguments", argumentRows(method));
-  TableRows columns = columnRows(method);
-  for (auto& column : columns) column.back().insert(0, "computed rows ");
+  if (!method.abbreviations.empty()) text += fmt::format("Also called {}.\n", abbreviationsOf(method));
+  for (const auto& [title, words] : guideOf(method)) text += fmt::format("\n{}\n{}", title, wrapped(words));
+  TableRows arguments = argumentRows(method);
+  for (auto& argument : arguments) {
+    if (!argument[2].empty()) argument[2].insert(0, "usually ");
+  }
+  section("Arguments", arguments);
+  TableRows columns;
+  for (const auto& column : columnRows(method)) {
+    const std::string range = column[3].empty() ? column[2] : fmt::format("{} {}", column[2], column[3]);
+    columns.push_back(
+        {column[0], range, column[4], fmt::format("computed rows {}; usually {}", column[5], column[6]), column[1]});
+  }
   section("Result columns (N: the record count)", columns);
+  if (!method.levels.empty()) text += fmt::format("\nLines that guide the eye: {}\n", fmt::join(method.levels, ", "));
   const auto hasFunction = [](const Column& column) {
     const std::string computed = rowsOf(column);
     return computed.find("average(") != std::string::npos || computed.find('\\') != std::string::npos;

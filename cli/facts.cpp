@@ -1,8 +1,14 @@
 #include "cli/facts.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <array>
+#include <cmath>
 
 #include "cli/values.h"
+#include "orvex/catalogue/computed_rows.h"
+#include "orvex/catalogue/usual.h"
 
 namespace orvex::cli {
 
@@ -11,6 +17,15 @@ using catalogue::Column;
 using catalogue::Kind;
 using catalogue::Method;
 using catalogue::Type;
+
+namespace {
+
+std::string usualTextOf(const Argument& argument) {
+  if (!argument.usual.given) return {};
+  return argument.usual.text.empty() ? fmt::to_string(argument.usual.number) : std::string(argument.usual.text);
+}
+
+}  // namespace
 
 std::string signatureOf(const Method& method) {
   std::string text = fmt::format("{}(", method.name);
@@ -40,6 +55,50 @@ std::string rowsOf(const Column& column) {
   return fmt::format("{} to {}", column.firstRow, column.lastRow);
 }
 
+std::string usualRowsOf(const Method& method, const Column& column) {
+  // Longer than any usual argument asks for.
+  constexpr int count = 10000;
+  std::vector<catalogue::Value> arguments;
+  for (const Argument& argument : method.arguments) arguments.push_back(catalogue::usualOf(argument, count));
+  const catalogue::RowRange rows = catalogue::computedRows(method, column, count, arguments);
+  const std::string first = rows.first == 1 ? "all rows" : fmt::format("from row {} on", rows.first);
+  return rows.last == count ? first : fmt::format("{} but the last", first);
+}
+
+std::string boundsOf(const Column& column) {
+  const auto& [low, high] = column.bounds;
+  if (std::isinf(low) && std::isinf(high)) return {};
+  if (std::isinf(high)) return fmt::format("{} and more", low);
+  if (std::isinf(low)) return fmt::format("{} and less", high);
+  return fmt::format("{} to {}", low, high);
+}
+
+std::string drawnOf(const Column& column) {
+  constexpr std::array styles = {"line", "bars", "dots", "marks", "edge of a band"};
+  constexpr std::array places = {"below the price", "over it", "by itself"};
+  return fmt::format("{} {}", styles[static_cast<std::size_t>(column.style)],
+                     places[static_cast<std::size_t>(column.place)]);
+}
+
+std::vector<std::pair<std::string_view, std::string>> guideOf(const Method& method) {
+  const catalogue::Guide& guide = method.guide;
+  std::vector<std::pair<std::string_view, std::string>> parts;
+  const auto add = [&](std::string_view title, std::string_view text, std::string_view before = "",
+                       std::string_view after = "") {
+    if (!text.empty()) parts.emplace_back(title, fmt::format("{}{}{}", before, text, after));
+  };
+  add("Formula", guide.formula, "", ".");
+  add("How it is read", guide.reading);
+  add("Published by", guide.origin);
+  add("How ours differs", guide.difference);
+  add("When it fails", guide.fails, "It fails ", ".");
+  return parts;
+}
+
+std::string abbreviationsOf(const Method& method) {
+  return fmt::format("{}", fmt::join(method.abbreviations, " or "));
+}
+
 std::string descriptionOf(const Fault& fault) {
   return fault.description.empty() ? "that of the fault that was met" : std::string(fault.description);
 }
@@ -47,14 +106,18 @@ std::string descriptionOf(const Fault& fault) {
 TableRows argumentRows(const Method& method) {
   TableRows rows;
   for (const Argument& argument : method.arguments) {
-    rows.push_back({std::string(argument.name), std::string(typeName(argument.type)), meaningOf(argument)});
+    rows.push_back(
+        {std::string(argument.name), std::string(typeName(argument.type)), usualTextOf(argument), meaningOf(argument)});
   }
   return rows;
 }
 
 TableRows columnRows(const Method& method) {
   TableRows rows;
-  for (const Column& column : method.columns) rows.push_back({titleOf(column), rowsOf(column)});
+  for (const Column& column : method.columns) {
+    rows.push_back({titleOf(column), std::string(column.help), std::string(column.unit), boundsOf(column),
+                    drawnOf(column), rowsOf(column), usualRowsOf(method, column)});
+  }
   return rows;
 }
 

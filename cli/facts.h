@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "orvex/catalogue/description.h"
@@ -21,6 +22,21 @@ std::string titleOf(const catalogue::Column& column);
 /// "Periods + 1 to N".
 std::string rowsOf(const catalogue::Column& column);
 
+/// The computed rows of a call with the usual arguments: "from row 21 on".
+std::string usualRowsOf(const catalogue::Method& method, const catalogue::Column& column);
+
+/// "0 to 100", "0 and more"; empty where there are no bounds.
+std::string boundsOf(const catalogue::Column& column);
+
+/// Where a chart shows a column: "bars in a pane of its own".
+std::string drawnOf(const catalogue::Column& column);
+
+/// What a method's guide says, under titles: formula, reading, origin, difference, when it fails.
+std::vector<std::pair<std::string_view, std::string>> guideOf(const catalogue::Method& method);
+
+/// "RSI", "PPO or APO"; empty where the field has no short name.
+std::string abbreviationsOf(const catalogue::Method& method);
+
 /// What the functions in such rows mean.
 inline constexpr std::string_view RowFunctions =
     R"(average(code, P) is the first computed row of the moving average of that code: P + 1 for 1, 2 and 6, 2 * P + 1 for
@@ -32,7 +48,8 @@ a < b and y elsewhere; \ divides without a rest.
 /// What a fault says; some say what went wrong inside.
 std::string descriptionOf(const Fault& fault);
 
-/// The same in rows of a table: name, type, meaning; name, computed rows; number, source, description.
+/// The same in rows of a table: name, type, usual value, meaning; name, meaning, unit, bounds, where it is drawn,
+/// computed rows, the same in the usual case; number, source, description.
 using TableRows = std::vector<std::vector<std::string>>;
 TableRows argumentRows(const catalogue::Method& method);
 TableRows columnRows(const catalogue::Method& method);

@@ -18,17 +18,18 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A fault of the library, and what it means for this call in a reader's words: exit status 1.
+/// An error of the library, and what it means for this call in a reader's words: exit status 1.
 class Failure : public std::exception {
  public:
-  Failure(const Fault& fault, std::string explanation) : fault_(fault), explanation_(std::move(explanation)) {}
+  Failure(const Error& error, std::string explanation) : error_(error), explanation_(std::move(explanation)) {}
+  Failure(const Fault& fault, std::string explanation) : Failure(Error(fault), std::move(explanation)) {}
 
-  const Fault& fault() const noexcept { return fault_; }
+  const Error& error() const noexcept { return error_; }
   const std::string& explanation() const noexcept { return explanation_; }
   const char* what() const noexcept override { return explanation_.c_str(); }
 
  private:
-  Fault fault_;
+  Error error_;
   std::string explanation_;
 };
 

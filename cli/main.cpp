@@ -39,7 +39,12 @@ class Program {
             automation::registrationFreeManifest);
     addPage("interfaces", "Print the entries of the automation server's interfaces, as released ones are kept.",
             automation::interfaceContract);
-    addPage("reference", "Print the description of every class and method in Markdown.", referencePage);
+    addPage("reference", "Print the description of every class and method in Markdown, with examples.",
+            [this] { return referencePage(target_); });
+    app_.get_subcommand("reference")
+        ->add_option("FILE", target_, "The price file that the examples are computed from.")
+        ->required()
+        ->option_text(" ");
   }
 
   int main(int argc, char** argv) {
@@ -51,8 +56,7 @@ class Program {
       command_ = [&text](Sink& sink) { sink.print(text.str()); };
       return runCommand();
     } catch (const CLI::ParseError& error) {
-      complain(explain(error));
-      return misused;
+      return refuse(explain(error), asksForJson(argc, argv));
     }
     return runCommand();
   }
@@ -65,8 +69,7 @@ class Program {
       sink.flush();
       return 0;
     } catch (const UsageError& mistake) {
-      complain(mistake.what());
-      return misused;
+      return refuse(mistake.what(), format_ == "json");
     } catch (const WriteError& error) {
       complain(error.what());
       return failed;
@@ -96,7 +99,8 @@ class Program {
     addPage("describe", "Tell what a class or a method does, takes and returns.",
             [this] { return describePage(findTarget(target_), pageFormat()); });
     app_.get_subcommand("describe")
-        ->add_option("CLASS[.METHOD]", target_, "What to describe; upper and lower case are the same.")
+        ->add_option("CLASS[.METHOD]", target_,
+                     "What to describe; upper and lower case are the same, and a calculator's class may be left out.")
         ->required()
         ->option_text(" ");
     addPageFormat("describe");
@@ -253,20 +257,37 @@ class Program {
     return fmt::format("there is no command \"{}\".{}{}", word, didYouMean(word, names), help);
   }
 
+  static bool asksForJson(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+      const std::string_view word = argv[i];
+      if (word == "--format=json" || (word == "json" && std::string_view(argv[i - 1]) == "--format")) return true;
+    }
+    return false;
+  }
+
+  static void printError(const Error& error, const std::string& explanation) {
+    try {
+      Sink sink;
+      sink.print(showError(error, explanation));
+      sink.flush();
+    } catch (const WriteError& unwritten) {
+      complain(unwritten.what());
+    }
+  }
+
+  /// A mistake in how the program was called, for people and, where they asked for it, for programs.
+  static int refuse(const std::string& explanation, bool asJson) {
+    complain(explanation);
+    if (asJson) printError(Error(faults::InvalidCall), explanation);
+    return misused;
+  }
+
   /// For people on the standard error, and for programs that asked for it on the standard output.
   int report(const Failure& failure) const {
-    const Fault& fault = failure.fault();
+    const Error& error = failure.error();
     complain(failure.explanation());
-    complain(fmt::format("error {}, {}: {}", fault.number, fault.source, fault.description));
-    if (format_ == "json") {
-      try {
-        Sink sink;
-        sink.print(showError(fault));
-        sink.flush();
-      } catch (const WriteError& error) {
-        complain(error.what());
-      }
-    }
+    complain(fmt::format("error {}, {}: {}", error.number(), error.source(), error.description()));
+    if (format_ == "json") printError(error, failure.explanation());
     return failed;
   }
 

@@ -68,7 +68,14 @@ void consider(std::vector<Candidate>& candidates, std::string_view text, std::st
 }
 
 void considerMethods(std::vector<Candidate>& candidates, std::string_view text, const Class& owner) {
-  for (const Method* method : owner.methods) consider(candidates, text, method->name, fullName(owner, *method));
+  for (const Method* method : owner.methods) {
+    const std::string name = fullName(owner, *method);
+    consider(candidates, text, method->name, name);
+    const auto& known = method->abbreviations;
+    const bool isShort =
+        std::any_of(known.begin(), known.end(), [&](std::string_view one) { return equalNames(one, text); });
+    if (isShort) candidates.push_back({0, name});
+  }
 }
 
 /// The nearest few of the candidates as a question, without those that are much further away than the first.
@@ -92,8 +99,8 @@ std::string ask(std::vector<Candidate> candidates) {
     consider(candidates, className, owner->name, std::string(owner->name));
     considerMethods(candidates, method, *owner);
   }
-  throw UsageError(
-      fmt::format("there is no class \"{}\".{} \"orvex list\" shows them all.", className, ask(candidates)));
+  throw UsageError(fmt::format("there is no class{} \"{}\".{} \"orvex list\" shows them all.",
+                               method == className ? " or method" : "", className, ask(candidates)));
 }
 
 [[noreturn]] void refuseMethod(const Class& owner, std::string_view name) {
@@ -117,6 +124,10 @@ std::string enumerate(const std::vector<std::string>& names, std::string_view la
   return text;
 }
 
+std::string counted(long long count, std::string_view noun) {
+  return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
+}
+
 std::string didYouMean(std::string_view text, const std::vector<std::string>& names) {
   std::vector<Candidate> candidates;
   for (const std::string& name : names) consider(candidates, text, name, name);
@@ -128,6 +139,9 @@ Target findTarget(std::string_view text) {
   const std::string_view className = text.substr(0, point);
   const std::string_view name = point == std::string_view::npos ? "" : text.substr(point + 1);
   const Class* owner = catalogue::findClass(className);
+  if (owner == nullptr && point == std::string_view::npos) {
+    if (const auto found = catalogue::findCalculation(text)) return {found->owner, {found->method}};
+  }
   if (owner == nullptr) refuseClass(className, point == std::string_view::npos ? text : name);
   Target target{owner, {}};
   if (point == std::string_view::npos) return target;

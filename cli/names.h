@@ -15,13 +15,17 @@ std::string didYouMean(std::string_view text, const std::vector<std::string>& na
 /// "A, B and C".
 std::string enumerate(const std::vector<std::string>& names, std::string_view lastWord = "and");
 
+/// "1 record", "2 records".
+std::string counted(long long count, std::string_view noun);
+
 /// A class, or the parts of one of its methods (a property may have several).
 struct Target {
   const catalogue::Class* owner;
   std::vector<const catalogue::Method*> methods;
 };
 
-/// What CLASS or CLASS.METHOD names. UsageError with the nearest names for one that is unknown.
+/// What CLASS, CLASS.METHOD or the METHOD of a calculator names. UsageError with the nearest names for one that is
+/// unknown.
 Target findTarget(std::string_view text);
 
 /// "CLASS.METHOD".

@@ -173,7 +173,17 @@ std::string computedJson(const ShownColumn& column) {
 }
 
 void showJson(Sink& sink, const ShownColumns& result) {
-  sink.print(R"({"columns":[)");
+  sink.print(fmt::format(R"({{"records":{{"first":{},"last":{}}},)", result.records.first, result.records.last));
+  if (result.dates != nullptr) {
+    sink.print(R"("dates":[)");
+    for (int record = result.records.first; record <= result.records.last; ++record) {
+      if (record > result.records.first) sink.print(",");
+      sink.print(jsonText(result.dates->getStrValue(record)));
+      sink.pass();
+    }
+    sink.print("],");
+  }
+  sink.print(R"("columns":[)");
   for (const ShownColumn& column : result.columns) {
     if (&column != &result.columns.front()) sink.print(",");
     sink.print(fmt::format(R"({{"name":{},"values":[)", jsonText(column.field->getName())));
@@ -241,9 +251,16 @@ std::string showValue(const catalogue::Value& value, const std::vector<Written>&
   return (text != nullptr ? *text : json) + '\n' + (format == Format::Table ? showWritten(written) : "");
 }
 
-std::string showError(const Fault& fault) {
-  return fmt::format(R"({{"error":{{"number":{},"source":{},"description":{}}}}})", fault.number,
-                     jsonText(std::string(fault.source)), jsonText(std::string(fault.description))) +
+std::string showError(const Error& error, const std::string& explanation) {
+  std::string inner;
+  if (!(error.cause() == error.fault())) {
+    inner += fmt::format(R"(,"cause":{{"number":{},"source":{},"description":{}}})", error.cause().number,
+                         jsonText(std::string(error.cause().source)), jsonText(std::string(error.cause().description)));
+  }
+  if (error.record() != 0) inner += fmt::format(R"(,"record":{})", error.record());
+  return fmt::format(R"({{"error":{{"number":{},"source":{},"description":{}{},"explanation":{}}}}})", error.number(),
+                     jsonText(std::string(error.source())), jsonText(std::string(error.description())), inner,
+                     jsonText(explanation)) +
          '\n';
 }
 

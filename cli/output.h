@@ -33,6 +33,7 @@ struct ShownColumn {
 
 struct ShownColumns {
   std::vector<ShownColumn> columns;
+  std::shared_ptr<Field> dates;  // where no column shows them
   catalogue::RowRange records;
   std::vector<Written> written;
   std::optional<Integer> position;  // where the call left the cursor of the price series
@@ -43,6 +44,7 @@ struct ShownColumns {
 void showColumns(Sink& sink, const ShownColumns& result, Format format);
 std::string showNote(const Note& note, const std::vector<Written>& written, Format format);
 std::string showValue(const catalogue::Value& value, const std::vector<Written>& written, Format format);
-std::string showError(const Fault& fault);
+/// An error as JSON, in the library's words and in a reader's.
+std::string showError(const Error& error, const std::string& explanation);
 
 }  // namespace orvex::cli

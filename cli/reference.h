@@ -4,7 +4,8 @@
 
 namespace orvex::cli {
 
-/// Every class and method in Markdown, made from the catalogue.
-std::string referencePage();
+/// Every class and method in Markdown, made from the catalogue, with an example of each calculation on a price file.
+/// Failure for an example that cannot be run.
+std::string referencePage(const std::string& priceFile);
 
 }  // namespace orvex::cli

@@ -16,7 +16,9 @@
 #include "cli/price_file.h"
 #include "cli/values.h"
 #include "orvex/catalogue/call_on_values.h"
+#include "orvex/data/columns.h"
 #include "orvex/data/object.h"
+#include "orvex/data/text.h"
 
 namespace orvex::cli {
 
@@ -79,33 +81,62 @@ const Method& findRunnable(const Target& target) {
       fmt::format("{} is a property, which computes nothing by itself.", fullName(owner, *target.methods.front())));
 }
 
-void checkOptions(const std::string& name, const Method& method, const CallWords& words, const RunOptions& options) {
+void checkOptions(const std::string& name, const Method& method, const CallWords& words, bool everyRecord,
+                  const RunOptions& options) {
   if (words.file && !needsFile(method)) {
     throw UsageError(
         fmt::format("{} takes no file, so \"{}\" has no place; arguments are written NAME=VALUE.", name, *words.file));
   }
-  if (method.result == Type::RecordSet) return;
+  if (method.result == Type::RecordSet || everyRecord) return;
   const char* option = options.append        ? "--append"
                        : options.blankWarmup ? "--warmup"
                        : options.last        ? "--last"
                                              : nullptr;
   if (option != nullptr) {
-    throw UsageError(fmt::format("{} is for methods that return columns; {} returns a {}.", option, name,
-                                 catalogue::typeName(method.result)));
+    const std::string_view type = catalogue::typeName(method.result);
+    throw UsageError(fmt::format("{} is for methods that return columns; {} returns a{} {}.", option, name,
+                                 type.starts_with('I') ? "n" : "", type));
   }
+}
+
+/// What went wrong inside a method, in which record, and when it does.
+std::string explainCause(const std::string& name, const Method& method, const Error& error, const PriceFile* file) {
+  std::string text = fmt::format("{} could not be computed", name);
+  if (error.cause() == error.fault()) return text + '.';
+  std::string cause(error.cause().description);
+  if (!cause.empty() && cause.front() >= 'A' && cause.front() <= 'Z') {
+    cause.front() = static_cast<char>(cause.front() - 'A' + 'a');
+  }
+  text += fmt::format(": {}", cause);
+  if (error.record() != 0) {
+    text += fmt::format(" in record {}", error.record());
+    const bool dated =
+        file != nullptr && file->dates != nullptr && error.record() <= file->dates->getRecordCount().value();
+    if (dated) text += fmt::format(" ({})", file->dates->getStrValue(error.record()));
+  }
+  text += '.';
+  if (!method.guide.fails.empty()) text += fmt::format(" Fails {}.", method.guide.fails);
+  return text;
 }
 
 /// What may lie behind an error that a method reports in its general words only.
 std::string explain(const std::string& name, const Method& method, std::span<const Value> arguments,
-                    const PriceFile* file) {
-  std::string text = fmt::format("{} could not be computed.", name);
+                    const PriceFile* file, const Error& error) {
+  std::string text = explainCause(name, method, error, file);
   if (const auto gap = catalogue::findGap(arguments)) {
     text += fmt::format(" {} has no value in record {}, and values before and behind it.", gap->column, gap->row);
   }
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const catalogue::Argument& argument = method.arguments[i];
+    const auto* code = std::get_if<Integer>(&arguments[i]);
+    if (argument.choices.empty() || code == nullptr) continue;
+    const bool known = std::any_of(argument.choices.begin(), argument.choices.end(),
+                                   [&](const auto& choice) { return choice.code == code->value(); });
+    if (!known) text += fmt::format(" {} is one of {}.", argument.name, listChoices(argument));
+  }
   if (file != nullptr) {
     std::vector<std::string> lacking;
-    for (const std::string_view price :
-         {Database::OpenName, Database::HighName, Database::LowName, Database::CloseName, Database::VolumeName}) {
+    for (const std::string_view price : Database::PriceNames) {
       if (!file->prices->isValidField(std::string(price))) lacking.emplace_back(price);
     }
     const bool takesPrices = std::any_of(method.arguments.begin(), method.arguments.end(),
@@ -118,12 +149,24 @@ std::string explain(const std::string& name, const Method& method, std::span<con
     for (const Column& column : method.columns) {
       const RowRange rows = catalogue::computedRows(method, column, count, arguments);
       if (rows.first <= rows.last) continue;
-      text += fmt::format(" With these arguments its first value would stand in record {}, and \"{}\" has {} records.",
-                          catalogue::evaluateRow(column.firstRow, method, count, arguments), file->name, count);
+      text += fmt::format(" With these arguments its first value would stand in record {}, and \"{}\" has {}.",
+                          catalogue::evaluateRow(column.firstRow, method, count, arguments), file->name,
+                          counted(count, "record"));
       break;
     }
   }
   return text + fmt::format(" \"orvex describe {}\" tells what it takes and when it fails.", name);
+}
+
+/// The one argument that is a record, where the method answers with a note about it: it may be "all".
+const catalogue::Argument* askedRecord(const Method& method) {
+  const catalogue::Argument* asked = nullptr;
+  for (const catalogue::Argument& argument : method.arguments) {
+    if (!argument.record) continue;
+    if (asked != nullptr) return nullptr;
+    asked = &argument;
+  }
+  return method.result == Type::Note ? asked : nullptr;
 }
 
 std::vector<Written> findWritten(const Method& method, std::span<const Value> before, std::span<const Value> after) {
@@ -157,28 +200,93 @@ void remarkOnRecords(const RecordSet& result, const Method& method, const catalo
   }
 }
 
-ShownColumns selectColumns(const RecordSet& result, const catalogue::ValuedCall& called, const PriceFile* file,
-                           const RunOptions& options) {
+/// The columns of the file that stand before the result.
+ShownColumns beginWithFile(const PriceFile* file, const RunOptions& options) {
   ShownColumns shown;
+  if (file == nullptr) return shown;
   const auto add = [&](const std::shared_ptr<Field>& field, bool texts) {
     const RowRange all{1, field->getRecordCount().value()};
     shown.columns.push_back({field, texts, texts ? all : catalogue::valuedRows(field->values())});
   };
-  if (file != nullptr && options.append) {
+  if (options.append) {
     for (const FileColumn& column : file->columns) add(column.field, column.textLine.has_value());
-  } else if (file != nullptr && file->dates != nullptr && options.format != Format::Json) {
+  } else if (file->dates != nullptr && options.format == Format::Json) {
+    shown.dates = file->dates;
+  } else if (file->dates != nullptr) {
     add(file->dates, true);
   }
-  int count = 0;
-  for (int i = 1; i <= result.getFieldCount(); ++i) {
-    add(result.fields()[static_cast<std::size_t>(i - 1)], false);
-    ShownColumn& column = shown.columns.back();
-    count = std::max(count, column.filled.last);
-    column.computed = called.computed[static_cast<std::size_t>(i - 1)];
-    if (options.blankWarmup.value_or(options.format != Format::Json)) column.filled = *column.computed;
-  }
-  shown.records = {std::max(1, count - options.last.value_or(count) + 1), count};
   return shown;
+}
+
+/// Adds a column of the result. UsageError for a name that another column has: what comes out could not be told apart.
+void addResult(ShownColumns& shown, const Method& method, const ShownColumn& added) {
+  const std::string name = added.field->getName();
+  const bool taken = std::any_of(shown.columns.begin(), shown.columns.end(),
+                                 [&](const ShownColumn& column) { return equalNames(column.field->getName(), name); });
+  if (taken) {
+    const bool aliased = std::any_of(method.arguments.begin(), method.arguments.end(),
+                                     [](const auto& argument) { return argument.name == "Alias"; });
+    throw UsageError(fmt::format("there would be two columns called \"{}\".{}", name,
+                                 aliased ? " Give the result another name with Alias=NAME." : ""));
+  }
+  shown.columns.push_back(added);
+}
+
+void chooseRecords(ShownColumns& shown, int count, const RunOptions& options) {
+  shown.records = {std::max(1, count - options.last.value_or(count) + 1), count};
+}
+
+ShownColumns selectColumns(const RecordSet& result, const Method& method, const catalogue::ValuedCall& called,
+                           const PriceFile* file, const RunOptions& options) {
+  ShownColumns shown = beginWithFile(file, options);
+  int count = 0;
+  for (std::size_t i = 0; i < result.fields().size(); ++i) {
+    const auto& field = result.fields()[i];
+    ShownColumn column{field, false, catalogue::valuedRows(field->values()), called.computed[i]};
+    count = std::max(count, column.filled.last);
+    if (options.blankWarmup.value_or(options.format != Format::Json)) column.filled = *column.computed;
+    addResult(shown, method, column);
+  }
+  chooseRecords(shown, count, options);
+  return shown;
+}
+
+/// A call that is ready to be made, with what its errors are explained by.
+struct Call {
+  const Class& owner;
+  const Method& method;
+  std::string name;
+  const PriceFile* file;
+
+  catalogue::ValuedCall operator()(std::span<Value> arguments) const {
+    try {
+      return catalogue::callOnValues(method, owner.create().get(), arguments);
+    } catch (const Error& error) {
+      throw Failure(error, explain(name, method, arguments, file, error));
+    }
+  }
+};
+
+/// The notes of the call at each record, as a column of texts and one of values.
+void runEveryRecord(Sink& sink, const Call& call, const BoundCall& bound, const catalogue::Argument& record,
+                    const RunOptions& options) {
+  const Integer count = call.file->data->getRecordCount();
+  const auto texts = makeColumn(count, "Text");
+  const auto values = makeColumn(count, "Value");
+  for (int row = 1; row <= count; ++row) {
+    std::vector<Value> arguments = bound.values;
+    arguments[static_cast<std::size_t>(&record - call.method.arguments.begin())] = Integer(row);
+    const Value result = call(arguments).result;
+    const Note& note = object(std::get<std::shared_ptr<Note>>(result));
+    texts->setStrValue(row, note.getNote());
+    values->setValue(row, note.getValue());
+  }
+  ShownColumns shown = beginWithFile(call.file, options);
+  const RowRange all{1, count.value()};
+  addResult(shown, call.method, {texts, true, all});
+  addResult(shown, call.method, {values, false, all});
+  chooseRecords(shown, count.value(), options);
+  showColumns(sink, shown, options.format);
 }
 
 }  // namespace
@@ -187,9 +295,14 @@ void run(const RunOptions& options, Sink& sink) {
   const Target target = findTarget(options.target);
   const Method& method = findRunnable(target);
   const std::string name = fullName(*target.owner, method);
-  const CallWords words = readWords(options.words);
+  CallWords words = readWords(options.words);
   checkNames(*target.owner, method, words.arguments);
-  checkOptions(name, method, words, options);
+  const catalogue::Argument* const record = askedRecord(method);
+  const bool everyRecord =
+      record != nullptr && std::erase_if(words.arguments, [&](const NamedText& one) {
+                             return equalNames(one.name, record->name) && equalNames(one.value, "all");
+                           }) > 0;
+  checkOptions(name, method, words, everyRecord, options);
   Stopwatch watch(options.timings);
   std::optional<PriceFile> prices;
   if (words.file) {
@@ -197,33 +310,32 @@ void run(const RunOptions& options, Sink& sink) {
     watch.tell("reading", sizeOf(*words.file));
   }
   const PriceFile* const file = prices ? &*prices : nullptr;
-  if (file != nullptr) std::for_each(file->remarks.begin(), file->remarks.end(), complain);
+  if (file != nullptr && !options.quiet) std::for_each(file->remarks.begin(), file->remarks.end(), complain);
 
-  const std::vector<Value> before = bindArguments(*target.owner, method, words.arguments, file);
-  std::vector<Value> arguments = before;
-  catalogue::ValuedCall called;
-  try {
-    called = catalogue::callOnValues(method, target.owner->create().get(), arguments);
-  } catch (const Error& error) {
-    throw Failure(error.fault(), explain(name, method, arguments, file));
-  }
-
+  const BoundCall bound = bindArguments(*target.owner, method, words.arguments, file);
+  const Call call{*target.owner, method, name, file};
+  if (everyRecord) return runEveryRecord(sink, call, bound, *record, options);
+  if (!bound.usual.empty() && !options.quiet) complain("with the usual" + bound.usual);
+  std::vector<Value> arguments = bound.values;
+  const catalogue::ValuedCall called = call(arguments);
   watch.tell("computing");
 
   const Value& result = called.result;
-  const std::vector<Written> written = findWritten(method, before, arguments);
+  const std::vector<Written> written = findWritten(method, bound.values, arguments);
   if (const auto* note = std::get_if<std::shared_ptr<Note>>(&result)) {
     sink.print(showNote(object(*note), written, options.format));
   } else if (const auto* columns = std::get_if<std::shared_ptr<RecordSet>>(&result)) {
-    if (file != nullptr) remarkOnRecords(object(*columns), method, called, file->data->getRecordCount().value());
-    ShownColumns shown = selectColumns(object(*columns), called, file, options);
+    if (file != nullptr && !options.quiet) {
+      remarkOnRecords(object(*columns), method, called, file->data->getRecordCount().value());
+    }
+    ShownColumns shown = selectColumns(object(*columns), method, called, file, options);
     shown.written = written;
     if (file != nullptr) shown.position = file->data->getPosition();
     showColumns(sink, shown, options.format);
   } else {
     sink.print(showValue(result, written, options.format));
   }
-  sink.flush();
+  if (options.timings) sink.flush();
   watch.tell("printing");
 }
 

@@ -19,6 +19,7 @@ struct RunOptions {
   std::optional<bool> blankWarmup;
   std::optional<int> last;  // how many records to show
   bool timings = false;     // tell on the standard error what took how long
+  bool quiet = false;       // tell nothing on the standard error
 };
 
 /// Calls a method and prints its result. UsageError or Failure where that is not possible; then nothing is printed.

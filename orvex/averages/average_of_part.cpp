@@ -21,7 +21,7 @@ std::shared_ptr<Field> averageOfPart(Integer MA_Type, const std::shared_ptr<Fiel
   const auto part = std::make_shared<Field>();
   part->view(column->rows().part(before, column->values().size() - before), name);
   const auto series = std::make_shared<Database>(part->getRecordCount());
-  const auto average = averageColumn(MA_Type, series, part, periods, name);
+  const auto average = onPart(first.value(), [&] { return averageColumn(MA_Type, series, part, periods, name); });
   const auto result = makeColumn(count, name, first.value());
   const auto rows = average->values();
   std::copy(rows.begin(), rows.end(), result->writableValues().subspan(before).begin());

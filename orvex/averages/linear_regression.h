@@ -16,6 +16,9 @@ namespace orvex::inline ORVEX_COUNTS {
 /// Least-squares straight lines through the last `Periods` values of a column, one line a record. Both methods walk the
 /// cursor of `data`, yield to the host once a record, and leave the cursor on record 1. N is the record count of
 /// `data`.
+///
+/// Who published a method, how it is read and how it departs from what was published:
+/// orvex/catalogue/classes/linear_regression.h.
 class LinearRegression {
  public:
   static constexpr std::string_view SlopeName = "Slope";

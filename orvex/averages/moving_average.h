@@ -26,6 +26,9 @@ namespace orvex::inline ORVEX_COUNTS {
 /// first value stands in row P + 1, although row P already has P values behind it. The others leave 2P or 3P rows at 0,
 /// as each says. These offsets are how the averages have been published, and every indicator built on them counts on
 /// them.
+///
+/// Who published a method, how it is read and how it departs from what was published:
+/// orvex/catalogue/classes/moving_average.h.
 class MovingAverage {
  public:
   static constexpr std::string_view SimpleMovingAverageName = "SimpleMovingAverage";
@@ -58,10 +61,9 @@ class MovingAverage {
   std::shared_ptr<RecordSet> SimpleMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                  Integer Periods, InOut<std::string> Alias = {});
 
-  /// row r = (1 - k) x row (r - 1) + k x Source(r), k = 2 / (P + 1). The seed, in row P, weighs the next price with
-  /// 1 - k and the mean of the first P values with k, the other way round than a textbook would; it is 0 in the result.
-  /// Computed rows: P + 1 to N. The seed reads row P + 1 of `Source`, so P = N fails unless that is longer than the
-  /// series.
+  /// row r = (1 - k) x row (r - 1) + k x Source(r), k = 2 / (P + 1). The seed, in row P, weighs the next price with 1 -
+  /// k and the mean of the first P values with k; it is 0 in the result. Computed rows: P + 1 to N. The seed reads row
+  /// P + 1 of `Source`, so P = N fails unless that is longer than the series.
   std::shared_ptr<RecordSet> ExponentialMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                       Integer Periods, InOut<std::string> Alias = {});
 
@@ -76,11 +78,9 @@ class MovingAverage {
   std::shared_ptr<RecordSet> TriangularMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                      Integer Periods, InOut<std::string> Alias = {});
 
-  /// row r = row (r - 1) + (Source(r) - row (r - 1)) x (1 / P) from row 1 = 0: J. Welles Wilder's smoothing (New
-  /// Concepts in Technical Trading Systems, 1978), which there starts from the mean of the first P values. Here it
-  /// climbs from 0, and rows 1 to 2P are set to 0 to hide the climb; N is the record count of `Source`. Computed rows:
-  /// 2P + 1 to N. P > N / 2 fails. A negative P sets no row to 0, and the rows run away from the values by 1 / |P| of
-  /// the distance. No cursor is moved.
+  /// row r = row (r - 1) + (Source(r) - row (r - 1)) x (1 / P) from row 1 = 0. Rows 1 to 2P are set to 0 to hide the
+  /// climb; N is the record count of `Source`. Computed rows: 2P + 1 to N. P > N / 2 fails. A negative P sets no row
+  /// to 0, and the rows run away from the values by 1 / |P| of the distance. No cursor is moved.
   std::shared_ptr<RecordSet> WellesWilderSmoothing(std::shared_ptr<Field> Source, Integer Periods,
                                                    InOut<std::string> Alias = {});
 
@@ -91,19 +91,16 @@ class MovingAverage {
                                                      Integer Periods, InOut<std::string> Alias = {});
 
   /// row r = (1 - k) x row (r - 1) + k x Source(r) from row 1 = 0, k = |CMO(r) / 100| of `Oscillator::CMO` over 9
-  /// records: an exponential average that moves the faster the more the series trends, after Tushar Chande (Adapting
-  /// Moving Averages to Market Volatility, Stocks & Commodities, March 1992). P sets no length here, only how many rows
-  /// are set to 0: 1 to 3P. Computed rows: max(3P, 9) + 1 to N; up to row 9 there is no momentum, and the average stays
-  /// 0. P > N / 3 fails; a P of 0 or below sets no row to 0.
+  /// records. P sets no length here, only how many rows are set to 0: 1 to 3P. Computed rows: max(3P, 9) + 1 to N; up
+  /// to row 9 there is no momentum, and the average stays 0. P > N / 3 fails; a P of 0 or
+  /// below sets no row to 0.
   std::shared_ptr<RecordSet> VariableMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                    Integer Periods, InOut<std::string> Alias = {});
 
   /// row r = (1 - k) x Source(r - 1) + k x Source(r), k = RSquared(r) x `R2Scale`, RSquared of
-  /// `LinearRegression::Regression` over P records; k is not held between 0 and 1. It bears the name of the variable
-  /// index dynamic average (Tushar Chande and Stanley Kroll, The New Technical Trader, 1994), which blends each value
-  /// with its own row before; this one blends with the value before, so it remembers one record only. A scale of 0
-  /// gives the series one record late. Computed rows: 2P + 1 to N. P > N / 2 fails, and so does P < 2; with counts of
-  /// 16 bits P > 181 as well, where they leave no regression.
+  /// `LinearRegression::Regression` over P records; k is not held between 0 and 1. A scale of 0 gives the series one
+  /// record late. Computed rows: 2P + 1 to N. P > N / 2 fails, and so does P < 2; with counts of 16 bits P > 181 as
+  /// well, where they leave no regression.
   std::shared_ptr<RecordSet> VIDYA(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods,
                                    double R2Scale, InOut<std::string> Alias = {});
 };

@@ -46,14 +46,4 @@ inline constexpr std::string_view VolumeUnit = "volume";
 inline constexpr std::string_view PercentUnit = "percent";
 inline constexpr std::string_view RecordsUnit = "records";
 
-/// A result column that bears the alias.
-constexpr Column aliasedColumn(std::string_view firstRow, std::string_view lastRow = "N") {
-  return {"", firstRow, true, lastRow};
-}
-
-/// A result column that is drawn over the span of records only.
-constexpr Column drawnColumn(std::string_view name) {
-  return {name, "StartPeriod", false, "EndPeriod"};
-}
-
 }  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -173,7 +173,7 @@ ValuedCall callOnValues(const Method& method, void* object, std::span<Value> arg
   const Part piece(part, count);
   std::vector<Value> pieces = piece.argumentsFor(method, arguments);
   try {
-    outcome.result = piece.whole(call(method, object, pieces));
+    outcome.result = piece.whole(onPart(part.first, [&] { return call(method, object, pieces); }));
   } catch (...) {
     piece.giveBack(method, pieces, arguments);
     throw;

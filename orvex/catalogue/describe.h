@@ -115,6 +115,7 @@ struct Identity {
   Guid classId;
   Guid interfaceId;
   bool holdsState = false;
+  bool qualified = false;
 };
 
 namespace detail {
@@ -137,6 +138,7 @@ inline constexpr Class classOf{Description<C>::identity.name,
                                Description<C>::identity.classId,
                                Description<C>::identity.interfaceId,
                                Description<C>::identity.holdsState,
+                               Description<C>::identity.qualified,
                                detail::methodsOf<C>,
                                &detail::create<C>};
 

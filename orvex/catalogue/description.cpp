@@ -27,7 +27,7 @@ bool isCalculation(const Class& owner, const Method& method) {
 
 std::optional<Calculation> findCalculation(std::string_view name) {
   for (const Class* owner : classes()) {
-    const Method* method = findMethod(*owner, name);
+    const Method* method = owner->qualified ? nullptr : findMethod(*owner, name);
     if (method != nullptr && isCalculation(*owner, *method)) return Calculation{owner, method};
   }
   return std::nullopt;

@@ -132,11 +132,11 @@ struct Column {
 
 /// What people ask about a method, a text each; empty where there is nothing to say.
 struct Guide {
-  std::string_view formula;     // what it computes, in the arguments' names
-  std::string_view reading;     // how traders read it
-  std::string_view origin;      // who published it, where and when
-  std::string_view difference;  // how it departs from what was published
-  std::string_view fails;       // "where ...": when a call ends in an error, those of its arguments' bounds apart
+  std::string_view formula{};     // what it computes, in the arguments' names
+  std::string_view reading{};     // how traders read it
+  std::string_view origin{};      // who published it, where and when
+  std::string_view difference{};  // how it departs from what was published
+  std::string_view fails{};       // "where ...": when a call ends in an error, those of its arguments' bounds apart
 };
 
 enum class Kind { Method, PropertyGet, PropertyPut, PropertyPutReference };
@@ -192,6 +192,8 @@ struct Class {
   Guid interfaceId;
   /// Its objects hold data between calls; the others are calculators without a state.
   bool holdsState;
+  /// Its methods are found with its name only, since others go before them.
+  bool qualified;
   /// In the order of the interface, which is append-only.
   std::span<const Method* const> methods;
   std::shared_ptr<void> (*create)();
@@ -212,7 +214,8 @@ struct Calculation {
 
 bool isCalculation(const Class& owner, const Method& method);
 
-/// The first calculation of that name, in the order of the classes; nothing for an unknown one.
+/// The first calculation of that name, in the order of the classes that are not `qualified`; nothing for an unknown
+/// one.
 std::optional<Calculation> findCalculation(std::string_view name);
 
 /// The number by which automation calls a method: its place in the interface, from 1. The parts of a property share

@@ -1,5 +1,9 @@
 #pragma once
 
+#if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
+#error "Orvex needs C++20: compile with -std=c++20 or /std:c++20"
+#endif
+
 /// How wide counts are: record numbers, record counts, periods and loop counters. The classes are defined on 16 bits,
 /// so that is what the headers mean by themselves. A program that is compiled with ORVEX_COUNT_BITS=32, as the target
 /// `Orvex::orvex32` has it, holds series of up to 2,147,483,646 records, and nothing that only 16 bits limit is limited

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <string_view>
@@ -20,18 +21,39 @@ struct Fault {
 
 /// The one exception type of the library. Only where memory runs out with no trap armed, the standard's own comes
 /// through: `currentFault` has a number for that too.
+///
+/// Beside the fault that its caller is told, an error keeps what went wrong inside and in which record. All of it is
+/// held by value: raising one allocates nothing of its own.
 class Error : public std::exception {
  public:
-  explicit Error(const Fault& fault) noexcept : fault_(fault) {}
+  explicit Error(const Fault& fault) noexcept : Error(fault, fault, 0) {}
+  /// The report of a trap on another fault, that of a record where one is known.
+  Error(const Fault& report, const Fault& cause, int record) noexcept;
 
   const Fault& fault() const noexcept { return fault_; }
   std::int32_t number() const noexcept { return fault_.number; }
   std::string_view source() const noexcept { return fault_.source; }
   std::string_view description() const noexcept { return fault_.description; }
-  const char* what() const noexcept override { return fault_.description.data(); }
+
+  /// The fault that was met first, inside all traps; where there was none, `fault` itself.
+  const Fault& cause() const noexcept { return cause_; }
+  /// The record of the caller's series that was being computed; 0 where it was none.
+  int record() const noexcept { return record_; }
+  /// The description, and in brackets the cause and the record as far as they tell more.
+  const char* what() const noexcept override { return text_.data(); }
+
+  /// For loops over records: the record, where the loop inside has not told it.
+  void setRecord(int record) noexcept;
+  /// For calls on a part of a series: what to add to the record to make it one of the whole.
+  void moveRecord(int distance) noexcept;
 
  private:
+  void writeText() noexcept;
+
   Fault fault_;
+  Fault cause_;
+  int record_;
+  std::array<char, 160> text_;
 };
 
 /// The ordinary run-time errors, which reach a caller only where no trap is armed.
@@ -90,13 +112,27 @@ constexpr Fault outOfBounds(std::string_view source) {
 /// REQUIRES: called from inside a catch clause.
 Fault currentFault() noexcept;
 
+/// Raises the report on the exception being handled. REQUIRES: called from inside a catch clause.
+[[noreturn]] void raiseReport(const Fault& report);
+
 /// The one error trap: runs `body` and turns whatever fault leaves it into `report`.
 template <class Body>
 decltype(auto) trap(const Fault& report, Body&& body) {
   try {
     return body();
   } catch (...) {
-    raise(report);
+    raiseReport(report);
+  }
+}
+
+/// Runs `body` on the part of a series that begins with the record `first`: an error tells the record of the series.
+template <class Body>
+decltype(auto) onPart(int first, Body&& body) {
+  try {
+    return body();
+  } catch (Error& error) {
+    error.moveRecord(first - 1);
+    throw;
   }
 }
 

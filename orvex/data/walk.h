@@ -18,7 +18,7 @@
 /// The first three hand the records to `kernel`, which fills the rows of the longest beginning of them that it can
 /// prove faultless and returns their number; what remains is computed by `step(record)`. Kernel and steps give the same
 /// bits, so where one ends and the other begins shows in nothing but time. No pointer into rows outlives the kernel's
-/// call: after every record they yield to the host, which may free them.
+/// call: after every record they yield to the host, which may free them. An error that leaves a step tells its record.
 ///
 /// Their counter is stepped after the last pass too, at the width of the counts: a loop that reaches the greatest count
 /// (32,767 of 16 bits) ends in error 6 after its last record.
@@ -61,9 +61,14 @@ void countRecords(Integer first, Integer last, int ahead, Kernel&& kernel, Step&
       ++counter;
     }
   }
-  for (; counter <= last; ++counter) {
-    step(counter - ahead);
-    if (hook) hook();
+  try {
+    for (; counter <= last; ++counter) {
+      step(counter - ahead);
+      if (hook) hook();
+    }
+  } catch (Error& error) {
+    error.setRecord(counter.value() - ahead);
+    throw;
   }
 }
 

@@ -22,6 +22,9 @@ namespace orvex::inline ORVEX_COUNTS {
 /// walk the cursor of `data`, yield to the host once a record, and leave the cursor on record 1. Nothing is validated:
 /// whatever fault a computation meets (a missing column, a row outside one, a value that is not finite, a division by
 /// zero, an overflow) is error 1105 "General.(method).UnexpectedError", and the cursor stays where the fault left it.
+///
+/// Who published a method, how it is read and how it departs from what was published:
+/// orvex/catalogue/classes/general.h.
 class General {
  public:
   static constexpr std::string_view HHVName = "HHV";
@@ -52,9 +55,8 @@ class General {
                                                        "Error calculating moving average"};
   static constexpr Fault CorrelationAnalysisFault = unexpectedError("General.CorrelationAnalysis.UnexpectedError");
 
-  /// The highest value of `Periods` + 1 records, row r = max(High(r - P) .. High(r)): the record itself and P before
-  /// it, one more than the highest value of other libraries of the field covers. Computed rows: P + 1 to N; all 0 when
-  /// P >= N. A negative P fails, and so does one of 32,767, where counts have 16 bits: P + 1 does not fit.
+  /// The highest value of `Periods` + 1 records, row r = max(High(r - P) .. High(r)). Computed rows: P + 1 to N; all 0
+  /// when P >= N. A negative P fails, and so does one of 32,767, where counts have 16 bits: P + 1 does not fit.
   std::shared_ptr<RecordSet> HHV(std::shared_ptr<Database> data, std::shared_ptr<Field> High, Integer Periods,
                                  InOut<std::string> Alias = {});
 
@@ -63,7 +65,7 @@ class General {
                                  InOut<std::string> Alias = {});
 
   /// High - Low: the range of each record. Of `OHLCV` the columns "High" and "Low" are read. Computed rows: 1 to N,
-  /// here and in the three transforms that follow, which are the field's usual ones.
+  /// here and in the three transforms that follow.
   std::shared_ptr<RecordSet> HighMinusLow(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                           InOut<std::string> Alias = {});
 
@@ -102,10 +104,9 @@ class General {
   bool IsPrime(std::int32_t Number);
 
   /// The spread of the last P values around their moving average, in `StandardDeviations` (k) of them and in the unit
-  /// of `Source`: row r = k x sqrt(((Source(r) - m)^2 + ... + (Source(r - P + 1) - m)^2) / P), summed in this order, m
-  /// being row r of the average of the code `MAType` over P records (see average_type.h). The divisor is P, that of a
-  /// whole population. Computed rows: the average's own, P + 1 to N for codes 1, 2 and 6; rows from P + 1 on that the
-  /// average leaves at 0 are measured against 0.
+  /// of `Source`: row r = k x sqrt(((Source(r) - m)^2 +... + (Source(r - P + 1) - m)^2) / P), summed in this order, m
+  /// being row r of the average of the code `MAType` over P records (see average_type.h). Computed rows: the average's
+  /// own, P + 1 to N for codes 1, 2 and 6; rows from P + 1 on that the average leaves at 0 are measured against 0.
   /// Error 1102 "General.StandardDeviation.MAError" where the average fails; 1105 for any other fault, a code outside 1
   /// to 7 included. Yields inside the average only.
   std::shared_ptr<RecordSet> StandardDeviation(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
@@ -113,10 +114,9 @@ class General {
                                                InOut<std::string> Alias = {});
 
   /// How unlike the record-to-record movements of two columns are: 1 - total / (n - 2), total being the sum over rows 2
-  /// to n of |Source1(i) - Source1(i - 1)| x |Source2(i) - Source2(i - 1)|, n the record count of `Source1`. It is
-  /// Orvex's own measure: the movements are absolute, nothing is scaled by the columns' spreads, and the divisor is
-  /// n - 2 for n - 1 movements. 1 for n below 2; error 1105 for n = 2, where it divides by 0, and for a `Source2` that
-  /// is shorter. Yields once a row; no cursor.
+  /// to n of |Source1(i) - Source1(i - 1)| x |Source2(i) - Source2(i - 1)|, n the record count of `Source1`. 1 for n
+  /// below 2; error 1105 for n = 2, where it divides by 0, and for a `Source2` that is shorter. Yields once a row; no
+  /// cursor.
   double CorrelationAnalysis(std::shared_ptr<Field> Source1, std::shared_ptr<Field> Source2);
 };
 

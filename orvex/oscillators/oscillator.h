@@ -21,6 +21,9 @@ namespace orvex::inline ORVEX_COUNTS {
 /// leave it alone. Nothing is validated unless a method says so: whatever fault a computation meets (a period that the
 /// series cannot carry, a missing column, a value that is not finite, a division by zero) is error 1105
 /// "Oscillator.(method).UnexpectedError", and the cursor stays where the fault left it.
+///
+/// Who published a method, how it is read and how it departs from what was published:
+/// orvex/catalogue/classes/oscillator.h.
 class Oscillator {
  public:
   static constexpr std::string_view TrueRangeName = "TR";
@@ -113,18 +116,16 @@ class Oscillator {
   static constexpr Fault RainbowOscillatorPeriodsFault = invalidPeriods("Oscillator.RainbowOscillator");
   static constexpr Fault RainbowOscillatorAverageFault = invalidAverageType("Oscillator.RainbowOscillator");
 
-  /// @name Range and direction (J. Welles Wilder, New Concepts in Technical Trading Systems, 1978; Aroon: Tushar
-  /// Chande, Stocks & Commodities, 1995)
+  /// @name Range and direction
   /// @{
 
-  /// The largest of High(r) - Low(r), |High(r) - Close(r - 1)| and |Close(r - 1) - Low(r)|, in the unit of the prices:
-  /// Wilder's true range, but never below 0 where a bar's high is below its low. Default name "TR". Computed rows: 2 to
-  /// N.
+  /// The largest of High(r) - Low(r), |High(r) - Close(r - 1)| and |Close(r - 1) - Low(r)|, in the unit of the prices;
+  /// never below 0, also where a bar's high is below its low. Default name "TR". Computed rows: 2 to N.
   std::shared_ptr<RecordSet> TrueRange(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                        InOut<std::string> Alias = {});
 
-  /// The simple average of the true range over `Period` records, where Wilder smooths it; the 0 of record 1 is in none
-  /// of the averages. Default name "ATR". Computed rows: `Period` + 1 to N.
+  /// The simple average of the true range over `Period` records; the 0 of record 1 is in none of the averages. Default
+  /// name "ATR". Computed rows: `Period` + 1 to N.
   std::shared_ptr<RecordSet> AverageTrueRange(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                               InOut<std::string> Alias = {}, Integer Period = AverageTrueRangePeriod);
 
@@ -136,10 +137,8 @@ class Oscillator {
   ///   "DX"  |DI- - DI+| / (DI- + DI+) x 100, truncated; 0 where they are equal
   ///   "ADX"  ((n - 1) x ADX(r - 1) + DX(r)) / n rounded half up, from record n + 1 on and from 0
   ///   "ADXR"  the mean of ADX(r) and ADX(r - 1), rounded half up
-  /// Ours differs from Wilder's in the range that is averaged twice, the sums and the ADX that begin at 0, the
-  /// truncated indices and the rating that looks one record back and not n of them. All but TRSum are whole numbers.
-  /// Computed rows: TRSum, DI-, DI+ and DX from 2n + 1 on, ADX and ADXR from 2n + 1 and 2n + 2. Fails for n < 1 and n >
-  /// N / 2.
+  /// All but TRSum are whole numbers. Computed rows: TRSum, DI-, DI+ and DX from 2n + 1 on, ADX and ADXR from 2n + 1
+  /// and 2n + 2. Fails for n < 1 and n > N / 2.
   std::shared_ptr<RecordSet> DirectionalMovementSystem(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                                        Integer Periods);
 
@@ -158,7 +157,7 @@ class Oscillator {
 
   /// "%K" = (Close - lowest Low) / (highest High - lowest Low) x 100 over `KPeriods` records, replaced by its average
   /// of the code `MA_Type` over `KSlowingPeriods` records where these are 2 or more, and "%D", the average of "%K" over
-  /// `DPeriods`: George Lane's stochastic with any average. The averages take the 0s of the first records for values.
+  /// `DPeriods`. The averages take the 0s of the first records for values.
   /// Computed rows, with F(P, f) the first one of an average over P records of a column that is computed from f on (see
   /// `firstAverageRow`): "%K" from k = F(`KSlowingPeriods`, `KPeriods` + 1), `KPeriods` + 1 where it is not averaged,
   /// and "%D" from F(`DPeriods`, k). For 14, 3, 3 and the simple average that is 17 and 19.
@@ -166,34 +165,32 @@ class Oscillator {
                                                   Integer KPeriods, Integer KSlowingPeriods, Integer DPeriods,
                                                   Integer MA_Type);
 
-  /// (highest High - Close) / (highest High - lowest Low) x -100 over `Periods` records, -100 to 0 (Larry Williams, How
-  /// I Made One Million Dollars, 1973). Computed rows: `Periods` + 1 to N - 1; the last record stays 0.
+  /// (highest High - Close) / (highest High - lowest Low) x -100 over `Periods` records, -100 to 0. Computed rows:
+  /// `Periods` + 1 to N - 1; the last record stays 0.
   std::shared_ptr<RecordSet> WilliamsPctR(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                           Integer Periods, InOut<std::string> Alias = {});
 
   /// (RSI - lowest RSI) / (highest RSI - lowest RSI) over `Periods` records, 0 to 1, of the relative strength index of
-  /// `Source` over `Periods` (Tushar Chande and Stanley Kroll, The New Technical Trader, 1994). The 0s before the first
-  /// RSI are values like the others. Computed rows: 2 x `Periods` to N.
+  /// `Source` over `Periods`. The 0s before the first RSI are values like the others. Computed rows: 2 x `Periods` to
+  /// N.
   std::shared_ptr<RecordSet> StochRSI(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods,
                                       InOut<std::string> Alias = {});
 
   /// ((BP1 / TR1) x 4 + (BP2 / TR2) x 2 + BP3 / TR3) / 7 x 100, 0 to 100, where BP and TR are summed over the last
-  /// `Cycle1`, `Cycle2` and `Cycle3` records, oldest first: BP = Close(j) - min(Low(j), Close(j - 1)), TR =
-  /// max(High(j) - Low(j), High(j) - Close(j - 1), Close(j - 1) - Low(j)) (Larry Williams, Stocks & Commodities, 1985,
-  /// with cycles of 7, 14 and 28). Computed rows: the largest cycle + 1 to N.
+  /// `Cycle1`, `Cycle2` and `Cycle3` records, oldest first: BP = Close(j) - min(Low(j), Close(j - 1)), TR = max(High(j)
+  /// - Low(j), High(j) - Close(j - 1), Close(j - 1) - Low(j)). Computed rows: the largest cycle + 1 to N.
   std::shared_ptr<RecordSet> UltimateOscillator(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                                 Integer Cycle1, Integer Cycle2, Integer Cycle3,
                                                 InOut<std::string> Alias = {});
 
   /// @}
 
-  /// Wilder's stop-and-reverse level (1978), in the unit of the prices: SAR(r) = SAR(r - 1) + factor x (extreme - SAR(r
-  /// - 1)), with the trend's extreme price and the acceleration factor as record r - 1 left them. The factor begins at
-  /// `MinAF` and grows by it with each new extreme while it is below `MaxAF`. A low below (a high above) the level
-  /// turns the trend: the level becomes the extreme of the old trend. Ours differs from Wilder's in that the last two
-  /// records do not hold the level back, the factor may end above `MaxAF`, and the first trend is short where the low
-  /// of record 2 rose more than its high. The cursor stands on the record before the one that is computed. Computed
-  /// rows: 2 to N. Fails for fewer than 2 records.
+  /// The stop-and-reverse level, in the unit of the prices: SAR(r) = SAR(r - 1) + factor x (extreme - SAR(r - 1)), with
+  /// the trend's extreme price and the acceleration factor as record r - 1 left them. The factor begins at `MinAF` and
+  /// grows by it with each new extreme while it is below `MaxAF`. A low below (a high above) the level turns the trend:
+  /// the level becomes the extreme of the old trend. The first trend is short where the low of record 2 rose more than
+  /// its high. The cursor stands on the record before the one that is computed. Computed rows: 2 to N. Fails for fewer
+  /// than 2 records.
   std::shared_ptr<RecordSet> ParabolicSAR(std::shared_ptr<Database> data, std::shared_ptr<Field> HighPrice,
                                           std::shared_ptr<Field> LowPrice, double MinAF = ParabolicSARMinAF,
                                           double MaxAF = ParabolicSARMaxAF, InOut<std::string> Alias = {});
@@ -201,10 +198,9 @@ class Oscillator {
   /// @name Momentum and volatility
   /// @{
 
-  /// The Chande momentum oscillator, -100 to 100 (Tushar Chande and Stanley Kroll, The New Technical Trader, 1994):
-  /// row r = (up - down) x 100 / (up + down), where up and down are the sums of the rises and of the falls of `Source`,
-  /// record by record, over the `Periods` records r - `Periods` + 1 to r; 0 where it did not move. Computed rows:
-  /// `Periods` + 1 to N.
+  /// The Chande momentum oscillator, -100 to 100: row r = (up - down) x 100 / (up + down), where up and down are the
+  /// sums of the rises and of the falls of `Source`, record by record, over the `Periods` records r - `Periods` + 1 to
+  /// r; 0 where it did not move. Computed rows: `Periods` + 1 to N.
   std::shared_ptr<RecordSet> CMO(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods,
                                  InOut<std::string> Alias = {});
 
@@ -215,33 +211,30 @@ class Oscillator {
                                       InOut<std::string> Alias = {});
 
   /// |highest - lowest| / the sum of |Source(j) - Source(j - 1)| over the last `Periods` records, 0 to 1: how much of
-  /// the way went in one direction (Adam White, Futures, 1991). Computed rows: `Periods` + 1 to N. Fails where `Source`
-  /// did not move.
+  /// the way went in one direction. Computed rows: `Periods` + 1 to N. Fails where `Source` did not move.
   std::shared_ptr<RecordSet> VerticalHorizontalFilter(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                       Integer Periods, InOut<std::string> Alias = {});
 
   /// (q - 0.5) x 2 x 100, -100 to 100, where q is the r-squared of the line through the last `Periods` values of the
-  /// Chande momentum oscillator over `Periods`; -100 before the first line. Orvex's own. Default name "Linear Momentum
-  /// Oscillator". Computed rows: 2 x `Periods` to N.
+  /// Chande momentum oscillator over `Periods`; -100 before the first line. Default name "Linear Momentum Oscillator".
+  /// Computed rows: 2 x `Periods` to N.
   std::shared_ptr<RecordSet> LinearMomentumOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                       Integer Periods, InOut<std::string> Alias = {});
 
   /// The running sum, in the unit of the prices, of Close(r) - min(Low(r), Close(r - 1)) where the close rose and of
-  /// Close(r) - max(High(r), Close(r - 1)) where it fell (Larry Williams, How I Made One Million Dollars, 1973). Leaves
-  /// the cursor alone. Computed rows: 2 to N.
+  /// Close(r) - max(High(r), Close(r - 1)) where it fell. Leaves the cursor alone. Computed rows: 2 to N.
   std::shared_ptr<RecordSet> WilliamsAccumulationDistribution(std::shared_ptr<Database> data,
                                                               std::shared_ptr<RecordSet> OHLCV,
                                                               InOut<std::string> Alias = {});
 
   /// The change in percent, over `ROC` records, of the average of the code `MA_Type` of High - Low over `Periods`
-  /// records (Marc Chaikin, with any average); 0 where the average is 0 at either end. Computed rows: `ROC` + the
-  /// average's first to N.
+  /// records; 0 where the average is 0 at either end. Computed rows: `ROC` + the average's first to N.
   std::shared_ptr<RecordSet> ChaikinVolatility(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                                Integer Periods, Integer ROC, Integer MA_Type,
                                                InOut<std::string> Alias = {});
 
   /// The average of the code `MA_Type` over `Periods` records of move / (Volume / (High - Low)) x 10000, where move is
-  /// the change of the bar's middle (High + Low) / 2; a bar without a range counts 0 (Richard Arms, with any average).
+  /// the change of the bar's middle (High + Low) / 2; a bar without a range counts 0.
   /// Computed rows: from the first that the average has of a column that is computed from 2 on (see `firstAverageRow`),
   /// which is `Periods` + 1 for the simple one. Fails where the volume of a bar with a range is 0.
   std::shared_ptr<RecordSet> EaseOfMovement(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
@@ -255,8 +248,7 @@ class Oscillator {
   /// 1 where the high is above the highs of the four records before, -1 where the low is below their lows, which goes
   /// before the other; otherwise 0. In records 2 to 4, which do not have four records before them, 0s stand for prices,
   /// so that ordinary prices give 1. A `Periods` below 1 becomes 100 in the caller's variable too; nothing else depends
-  /// on it. Column "Chaos Fractal Oscillator". Computed rows: 5 to N. (Patterns of Bill Williams, Trading Chaos, 1995,
-  /// which take two records of either side.)
+  /// on it. Column "Chaos Fractal Oscillator". Computed rows: 5 to N.
   std::shared_ptr<RecordSet> ChaosFractalOscillator(std::shared_ptr<Database> data, std::shared_ptr<RecordSet> OHLCV,
                                                     InOut<Integer> Periods);
 
@@ -283,11 +275,10 @@ class Oscillator {
                                              Integer ShortCycle, Integer LongCycle, Integer MA_Type,
                                              InOut<std::string> Alias = {});
 
-  /// Gerald Appel's moving average convergence/divergence (The Moving Average Convergence-Divergence Trading Method,
-  /// 1979), in the unit of `Source`, as the columns `Alias`, `Alias` + "Signal" and `Alias` + "Histogram": the
-  /// exponential average over `ShortCycle` records less that over `LongCycle`, the exponential average of that line
-  /// over `SignalPeriods`, and line - signal. Ours differs in the seed of its exponential averages. Computed rows: from
-  /// f = max(`ShortCycle`, `LongCycle`) + 1, the other two from f + `SignalPeriods`. Errors: 1101 for any of the three
+  /// Moving average convergence/divergence, in the unit of `Source`, as the columns `Alias`, `Alias` + "Signal" and
+  /// `Alias` + "Histogram": the exponential average over `ShortCycle` records less that over `LongCycle`, the
+  /// exponential average of that line over `SignalPeriods`, and line - signal. Computed rows: from f =
+  /// max(`ShortCycle`, `LongCycle`) + 1, the other two from f + `SignalPeriods`. Errors: 1101 for any of the three
   /// outside 1..N.
   std::shared_ptr<RecordSet> MACD(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer ShortCycle,
                                   Integer LongCycle, Integer SignalPeriods, InOut<std::string> Alias = {});
@@ -304,8 +295,7 @@ class Oscillator {
                                                       Integer Periods, Integer MA_Type, InOut<std::string> Alias = {});
 
   /// The change (e(r) - e(r - 1)) / e(r - 1) x 100, in percent, of the exponential average over `Periods` records taken
-  /// three times (Jack Hutson, Stocks & Commodities, 1983, there of the logarithm). Computed rows: 3 x `Periods` + 2 to
-  /// N. Errors: 1101 for `Periods` outside 1..N.
+  /// three times. Computed rows: 3 x `Periods` + 2 to N. Errors: 1101 for `Periods` outside 1..N.
   std::shared_ptr<RecordSet> TRIX(std::shared_ptr<Database> data, std::shared_ptr<Field> Source, Integer Periods,
                                   InOut<std::string> Alias = {});
 
@@ -317,10 +307,10 @@ class Oscillator {
                                               InOut<std::string> Alias = {});
 
   /// Where `Source` stands among `Levels` averages over 2 records, the first of `Source` and each further one of the
-  /// one before (Mel Widner, Stocks & Commodities, 1997). With range = highest - lowest Source of the last `Levels`
-  /// records: `Alias` = 100 x (Source - (sum of the averages, first level first) / `Levels`) / range, "Rainbow Upper" =
-  /// 100 x (largest - smallest average) / range, and "Rainbow Lower" = its negative. Computed rows: `Levels` x (A(2) -
-  /// 1) + 1 to N. Errors: 1101 for `Levels` outside 2..N.
+  /// one before. With range = highest - lowest Source of the last `Levels` records: `Alias` = 100 x (Source - (sum of
+  /// the averages, first level first) / `Levels`) / range, "Rainbow Upper" = 100 x (largest - smallest average) /
+  /// range, and "Rainbow Lower" = its negative. Computed rows: `Levels` x (A(2) - 1) + 1 to N. Errors: 1101 for
+  /// `Levels` outside 2..N.
   std::shared_ptr<RecordSet> RainbowOscillator(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                Integer Levels, Integer MA_Type, InOut<std::string> Alias = {});
 

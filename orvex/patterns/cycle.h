@@ -8,7 +8,9 @@
 
 namespace orvex::inline ORVEX_COUNTS {
 
-/// The length of the cycle in a column. Orvex's own.
+/// The length of the cycle in a column.
+///
+/// Who published a method, how it is read and how it departs from what was published: orvex/catalogue/classes/cycle.h.
 class Cycle {
  public:
   static constexpr Fault AnalyzeFault = unexpectedError("Cycle.Analyze.UnexpectedError");

@@ -13,7 +13,10 @@
 
 namespace orvex::inline ORVEX_COUNTS {
 
-/// Forecasts by learning from the past. Orvex's own, on a network of the textbook kind (see network.h).
+/// Forecasts by learning from the past. The network is that of network.h.
+///
+/// Who published a method, how it is read and how it departs from what was published:
+/// orvex/catalogue/classes/neural_network.h.
 class NeuralNetwork {
  public:
   static constexpr std::string_view NeuralIndicatorName = "NeuralIndicator";

@@ -12,6 +12,9 @@
 namespace orvex::inline ORVEX_COUNTS {
 
 /// Questions about the shape of a span of prices, answered with a `Note`.
+///
+/// Who published a method, how it is read and how it departs from what was published:
+/// orvex/catalogue/classes/chart_pattern.h.
 class ChartPattern {
  public:
   static constexpr std::string_view Advancing = "ADVANCING";

@@ -101,10 +101,44 @@ TEST(UsualValues, MakeACallOfEveryCalculationThatTakesPrices) {
                    result = catalogue::call(*method, object.get(), arguments));
       if (method->columns.empty() || !complete) continue;
       // What is usual is of use: a call of it computes something.
-      for (const catalogue::Column& column : method->columns) {
+      const auto columns = std::get<std::shared_ptr<RecordSet>>(result)->fields();
+      for (std::size_t i = 0; i < columns.size(); ++i) {
+        const catalogue::Column& column = method->columns[i];
         const auto rows = catalogue::computedRows(*method, column, count, arguments);
         EXPECT_LE(rows.first, rows.last) << column.name;
+        const auto& [low, high] = column.bounds;
+        for (int row = rows.first; row <= rows.last; ++row) {
+          const double value = columns[i]->getValue(row);
+          // Quotients of sums may round to just beyond a bound.
+          EXPECT_TRUE(value >= low - 1e-9 && value <= high + 1e-9) << column.name << ", row " << row << ": " << value;
+        }
       }
+    }
+  }
+}
+
+TEST(Guides, AnswerWhatPeopleAskOfEveryCalculation) {
+  for (const catalogue::Class* owner : catalogue::classes()) {
+    for (const Method* method : owner->methods) {
+      if (!catalogue::isCalculation(*owner, *method)) continue;
+      SCOPED_TRACE(method->name);
+      EXPECT_NE(method->purpose, catalogue::Purpose::None);
+      EXPECT_FALSE(method->guide.formula.empty());
+      EXPECT_FALSE(method->guide.reading.empty());
+      EXPECT_FALSE(method->guide.origin.empty());
+      // It goes on from "Fails".
+      EXPECT_TRUE(method->guide.fails.starts_with("where ")) << method->guide.fails;
+      EXPECT_FALSE(method->guide.fails.ends_with('.'));
+      bool pane = method->levels.empty();
+      for (const catalogue::Column& column : method->columns) {
+        EXPECT_FALSE(column.help.empty()) << column.name;
+        pane = pane || column.place == catalogue::Place::Pane;
+        for (const double level : method->levels) {
+          const bool shared = column.place == catalogue::Place::Pane;
+          EXPECT_TRUE(!shared || (level >= column.bounds.low && level <= column.bounds.high)) << column.name;
+        }
+      }
+      EXPECT_TRUE(pane) << "lines that guide the eye have no pane";
     }
   }
 }

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "orvex/averages/moving_average.h"
+#include "orvex/bands/bands.h"
 #include "orvex/catalogue/description.h"
 #include "tests/support/series.h"
 
@@ -28,6 +29,18 @@ using nlohmann::json;
 std::string contentsOf(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The text of a file of prices that rise, with closes that swing.
+std::string series(int count) {
+  std::string lines;
+  for (int i = 1; i <= count; ++i) {
+    const std::string month = std::to_string(101 + (i - 1) / 28), day = std::to_string(101 + (i - 1) % 28);
+    lines += "2020-" + month.substr(1) + '-' + day.substr(1) + ',' + std::to_string(20 + i) + ',' +
+             std::to_string(25 + i) + ',' + std::to_string(15 + i) + ',' + std::to_string(16 + i + i * 7 % 9) +
+             ",100\n";
+  }
+  return lines;
 }
 
 const std::string mean = "MovingAverage.SimpleMovingAverage ";
@@ -85,14 +98,16 @@ TEST_F(CommandLine, PrintsAResultInEveryFormat) {
     const char* printed;
   } cases[] = {
       {"--format json",
-       R"({"columns":[{"name":"SimpleMovingAverage","values":[0,0,0,3,4],"computed":{"first":4,"last":5}}],)"
+       R"({"records":{"first":1,"last":5},"dates":["2020-01-01","2020-01-02","2020-01-03",)"
+       R"("2020-01-04","2020-01-05"],"columns":[{"name":"SimpleMovingAverage","values":[0,0,0,3,4],"computed":{"first":4,"last":5}}],)"
        R"("written":{"Alias":"SimpleMovingAverage"},"position":1})"
        "\n"},
-      {"--format json --warmup blank alias=a",
-       R"({"columns":[{"name":"a","values":[null,null,null,3,4],"computed":{"first":4,"last":5}}],"written":{},"position":1})"
+      {"--format json --warmup blank --last 2 alias=a",
+       R"({"records":{"first":4,"last":5},"dates":["2020-01-04","2020-01-05"],"columns":[{"name":"a","values":[3,4],"computed":{"first":4,"last":5}}],)"
+       R"("written":{},"position":1})"
        "\n"},
       {"--format json --append --last 1 'Alias=\"'",
-       R"({"columns":[{"name":"Date","values":["2020-01-05"]},{"name":"Open","values":[4]},{"name":"High","values":[9]},)"
+       R"({"records":{"first":5,"last":5},"columns":[{"name":"Date","values":["2020-01-05"]},{"name":"Open","values":[4]},{"name":"High","values":[9]},)"
        R"({"name":"Low","values":[0]},{"name":"Close","values":[5]},{"name":"Volume","values":[10]},)"
        R"({"name":"\"","values":[4],"computed":{"first":4,"last":5}}],"written":{},"position":1})"
        "\n"},
@@ -147,6 +162,11 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
        MovingAverage::TriangularMovingAverageFault, "in record 9, and \"plain.csv\" has 5 records"},
       {mean + "plain.csv Source=Close Periods=2147483648", faults::Overflow, "from -2147483648 to 2147483647"},
       {mean + "plain.csv Source=Close Periods=abc", faults::TypeMismatch, "Periods=abc"},
+      {mean + "plain.csv Source=Close Periods=1.5", faults::TypeMismatch, "it must be a whole number"},
+      {"Bands.BollingerBands plain.csv Periods=2 MA_Type=smple", faults::TypeMismatch,
+       "one of 1 Simple, 2 Exponential"},
+      {"Bands.BollingerBands plain.csv Periods=2 MA_Type=8", Bands::BollingerBandsTypeFault,
+       "MA_Type is one of 1 Simple"},
       {mean + "plain.csv Source=Clsoe Periods=2", RecordSet::getIndexFault,
        "it has Date, Open, High, Low, Close and Volume. Did you mean Close?"},
       {mean + "text.csv Source=Symbol Periods=1", faults::TypeMismatch,
@@ -169,16 +189,76 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
     const json error = {{"number", fault.number}, {"source", fault.source}, {"description", fault.description}};
     const Ended asJson = orvex("run --format json " + arguments);
     EXPECT_EQ(asJson.status, 1) << arguments;
-    EXPECT_EQ(json::parse(asJson.out), json({{"error", error}})) << arguments;
+    const json found = json::parse(asJson.out)["error"];
+    for (const auto& [key, value] : error.items()) EXPECT_EQ(found[key], value) << arguments;
+    EXPECT_NE(found["explanation"].get<std::string>().find(told), std::string::npos) << arguments;
     const Ended asCsv = orvex("run " + arguments);
     EXPECT_EQ(asCsv.status, 1) << arguments;
     EXPECT_EQ(asCsv.out, "") << arguments;
     EXPECT_NE(asCsv.err.find(told), std::string::npos) << arguments << '\n' << asCsv.err;
     EXPECT_NE(asCsv.err.find(fault.description), std::string::npos) << asCsv.err;
   }
-  EXPECT_EQ(orvex("run " + mean + "none.csv Source=x Periods=1 --format json").out,
-            R"({"error":{"number":1012,"source":"OpenDatabase","description":"File not found"}})"
-            "\n");
+}
+
+TEST_F(CommandLine, TakesUsualValuesForWhatIsLeftOut) {
+  write("series.csv", series(60));
+  const struct {
+    const char* call;
+    const char* whole;
+    const char* told;
+  } cases[] = {
+      {"macd series.csv", "Oscillator.MACD series.csv Source=Close ShortCycle=12 LongCycle=26 SignalPeriods=9",
+       "with the usual Source=Close ShortCycle=12 LongCycle=26 SignalPeriods=9\n"},
+      {"RelativeStrengthIndex series.csv Periods=5", "Index.RelativeStrengthIndex series.csv Source=Close Periods=5",
+       "with the usual Source=Close\n"},
+      {"Bands.BollingerBands series.csv MA_Type=weighted",
+       "Bands.BollingerBands series.csv Source=Close Periods=20 StandardDeviations=2 MA_Type=6",
+       "with the usual Source=Close Periods=20 StandardDeviations=2\n"},
+      {"QuadrantLines series.csv", "LineStudy.QuadrantLines series.csv Source=Close StartPeriod=2 EndPeriod=60",
+       "with the usual Source=Close StartPeriod=2 EndPeriod=60\n"},
+      {"General.HHV series.csv Periods=2.0", "General.HHV series.csv High=High Periods=2",
+       "with the usual High=High\n"},
+  };
+  for (const auto& [call, whole, told] : cases) {
+    const Ended usual = orvex(std::string("run ") + call);
+    const Ended explicitly = orvex(std::string("run ") + whole);
+    EXPECT_EQ(explicitly.status, 0) << explicitly.err;
+    EXPECT_EQ(explicitly.err, "");
+    EXPECT_EQ(usual.out, explicitly.out) << call;
+    EXPECT_EQ(usual.err, std::string("orvex: ") + told);
+  }
+}
+
+TEST_F(CommandLine, NamesTheFaultAndItsRecord) {
+  std::string flat = series(30);
+  for (int i = 0; i < 6; ++i) flat += "2021-01-0" + std::to_string(i + 1) + ",5,5,5,5,100\n";
+  write("flat.csv", flat);
+  // Records 31 to 33 are the first three of one price.
+  const std::string call = "run Oscillator.StochasticOscillator flat.csv KPeriods=3 --format json";
+  const Ended ended = orvex(call);
+  const json error = json::parse(ended.out)["error"];
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_EQ(error["number"], 1105);
+  EXPECT_EQ(error["cause"]["description"], "Division by zero");
+  EXPECT_EQ(error["record"], 33);
+  EXPECT_NE(
+      ended.err.find("division by zero in record 33 (2021-01-03). Fails where the highest and the lowest price of "
+                     "a span are equal"),
+      std::string::npos)
+      << ended.err;
+}
+
+TEST_F(CommandLine, IdentifiesThePatternsOfAllRecords) {
+  write("series.csv", series(40));
+  const json all = columnsOf("CandleStick.IdentifyPattern series.csv Period=all");
+  ASSERT_EQ(all["Text"].size(), 40u);
+  for (int record : {1, 12, 27, 40}) {
+    const Ended one =
+        orvex("run CandleStick.IdentifyPattern series.csv --format json Period=" + std::to_string(record));
+    const json note = json::parse(one.out)["note"];
+    EXPECT_EQ(all["Text"][record - 1], note["text"]);
+    EXPECT_EQ(all["Value"][record - 1], note["value"]);
+  }
 }
 
 TEST_F(CommandLine, CountsBeyond16Bits) {
@@ -200,7 +280,8 @@ TEST_F(CommandLine, ExplainsMistakes) {
       {"lsit", "Did you mean list?"},
       {"run " + mean + "plain.csv --apend", "Did you mean --append?"},
       {"run MovingAvrage.SimpleMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
-      {"describe simplemovingaverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
+      {"describe ema", "Did you mean MovingAverage.ExponentialMovingAverage?"},
+      {"run rsi plain.csv", "Did you mean Index.RelativeStrengthIndex?"},
       {"run MovingAverage.SimpelMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
       {"run MovingAverage.Wilder", "Did you mean MovingAverage.WellesWilderSmoothing?"},
       {"run MovingAverage.sma", "Did you mean MovingAverage.SimpleMovingAverage?"},
@@ -208,7 +289,9 @@ TEST_F(CommandLine, ExplainsMistakes) {
       {"run MovingAverage", "It has SimpleMovingAverage, ExponentialMovingAverage"},
       {"run Field.getValue", "is not run"},
       {"run " + mean + "plain.csv Source=Close Period=3", "it has Source, Periods and Alias. Did you mean Periods?"},
-      {"run " + mean + "plain.csv Source=Close", "Periods=NUMBER: How many records the computation looks back."},
+      {"run General.IsPrime", "Number=NUMBER: The number, not below 0."},
+      {"run " + mean + "plain.csv Alias=close Periods=2 --append", "two columns called \"close\""},
+      {"run Cycle.Analyze plain.csv --append", "returns an Integer"},
       {"run " + mean + "Periods=3", "FILE: a price file"},
       {"run " + mean + "plain.csv plain.csv", "second file"},
       {"run " + mean + "plain.csv data=plain.csv", "taken from the price file"},
@@ -223,6 +306,11 @@ TEST_F(CommandLine, ExplainsMistakes) {
     EXPECT_EQ(ended.status, 2) << arguments;
     EXPECT_EQ(ended.out, "") << arguments;
     EXPECT_NE(ended.err.find(told), std::string::npos) << arguments << '\n' << ended.err;
+    if (std::string_view(arguments).starts_with("run ") &&
+        std::string_view(told).find("xml") == std::string_view::npos) {
+      const json error = json::parse(orvex(arguments + " --format json").out)["error"];
+      EXPECT_EQ(error["number"], 5) << arguments;
+    }
   }
 }
 
@@ -319,12 +407,7 @@ TEST_F(CommandLine, NumbersReadBackToTheSameDouble) {
 }
 
 TEST_F(CommandLine, EveryMethodIsDescribedAndEveryCalculationRun) {
-  std::string lines;
-  for (int i = 1; i <= 60; ++i) {
-    lines += "d," + std::to_string(20 + i) + ',' + std::to_string(25 + i) + ',' + std::to_string(15 + i) + ',' +
-             std::to_string(20 + i * 7 % 11) + ",100\n";
-  }
-  write("series.csv", lines);
+  write("series.csv", series(60));
   const json list = json::parse(orvex("list --format json").out)["classes"];
   ASSERT_EQ(list.size(), catalogue::classes().size());
   for (const catalogue::Class* owner : catalogue::classes()) {
@@ -394,8 +477,10 @@ TEST_F(CommandLine, TellsWhatTookHowLong) {
 }
 
 TEST_F(CommandLine, ReferencePageIsUpToDate) {
-  EXPECT_TRUE(orvex("reference").out == contentsOf(fs::path(ORVEX_SOURCE) / "docs/reference.md"))
-      << "run scripts/update-generated";
+  fs::create_symlink(fs::path(ORVEX_SOURCE) / "examples", folder_ / "examples");
+  const Ended page = orvex("reference examples/prices.csv");
+  EXPECT_EQ(page.status, 0) << page.err;
+  EXPECT_TRUE(page.out == contentsOf(fs::path(ORVEX_SOURCE) / "docs/reference.md")) << "run scripts/update-generated";
 }
 
 }  // namespace

@@ -22,8 +22,18 @@ struct Description<CandleStick> {
           {.name = "IdentifyPattern",
            .help = "The candlestick pattern that ends at a record.",
            .arguments = {Data, OHLCV, recordNumber("Period", "The record.").usually("N")},
-           .faults = {faults::ObjectNotSet, CandleStick::IdentifyPatternPeriodFault,
-                      CandleStick::IdentifyPatternFault}}),
+           .faults = {faults::ObjectNotSet, CandleStick::IdentifyPatternPeriodFault, CandleStick::IdentifyPatternFault},
+           .purpose = Purpose::Pattern,
+           .guide = {.formula = "the first that holds of the patterns of three records, of two and of one, measured "
+                                "against the ten records before; docs/candlestick-patterns.md lists the conditions",
+                     .reading =
+                         "The note names the pattern that ends at the record; its value is 1 for a bullish one, -1 for "
+                         "a bearish one and 0 for neither. A pattern says most at the end of a clear move.",
+                     .origin = "Steve Nison, Japanese Candlestick Charting Techniques, 1991.",
+                     .difference = "Nison speaks of long and small bodies without numbers; here they are measured "
+                                   "against the mean body of the ten records before.",
+                     .fails = "where a price is missing or not finite"},
+           .example = "Period=497"}),
   };
 };
 

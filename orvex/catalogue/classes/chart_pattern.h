@@ -25,7 +25,16 @@ struct Description<ChartPattern> {
            .arguments = {Data, Source, StartPeriod, EndPeriod},
            .faults = {faults::ObjectNotSet, ChartPattern::PercentRetracementEndFault,
                       ChartPattern::PercentRetracementStartFault, General::MaxValueFault,
-                      ChartPattern::PercentRetracementFault}}),
+                      ChartPattern::PercentRetracementFault},
+           .purpose = Purpose::Pattern,
+           .guide = {.formula = "with max and min of the span and last = Source(EndPeriod): 100 - (last - min) / (max "
+                                "- min) x 100 where max came later (ADVANCING), 100 - (max - last) / (max - min) x 100 "
+                                "where min did (DECLINING)",
+                     .reading = "How much of the last move was given back: 33, 50 and 67 percent are where corrections "
+                                "are said to end.",
+                     .origin = "Charles Dow's halves and thirds; the form is Orvex's own.",
+                     .difference = "The maximum is sought from 0: where no value of the span is above 0, it is 0.",
+                     .fails = "where the span is empty, and where Source is too short"}}),
   };
 };
 

@@ -18,10 +18,20 @@ struct Description<Cycle> {
   };
 
   static constexpr auto rows = std::tuple{
-      row<&Cycle::Analyze>({.name = "Analyze",
-                            .help = "How many records a price that has fallen takes to climb back, on average.",
-                            .arguments = {Source},
-                            .faults = {Cycle::AnalyzeFault}}),
+      row<&Cycle::Analyze>(
+          {.name = "Analyze",
+           .help = "How many records a price that has fallen takes to climb back, on average.",
+           .arguments = {Source},
+           .faults = {Cycle::AnalyzeFault},
+           .purpose = Purpose::Statistics,
+           .guide = {.formula = "the mean over records of how many records pass until a value comes back between its "
+                                "neighbours, after a fall",
+                     .reading = "The typical length of a swing in records: half or all of it is taken for the period "
+                                "of an oscillator.",
+                     .origin = "Orvex's own.",
+                     .difference =
+                         "It is no spectral analysis: it counts how long falls last, not how periodic they are.",
+                     .fails = "where Source has two rows, and where the distances add up to more than a count holds"}}),
   };
 };
 

@@ -33,10 +33,23 @@ struct Description<NeuralNetwork> {
                  .help = "How much of the series it learns from, above 0 and at most 1.",
                  .usual = 0.7},
                 aliasOr(NeuralNetwork::NeuralIndicatorName)},
-           .columns = {aliasedColumn("Periods + 2")},
+           .columns = {{.firstRow = "Periods + 2",
+                        .aliased = true,
+                        .help = "The forecast of the record, made from those before it.",
+                        .unit = SourceUnit,
+                        .place = Place::Over}},
            .faults = {faults::ObjectNotSet, NeuralNetwork::NeuralIndicatorPeriodsFault,
                       NeuralNetwork::NeuralIndicatorRateFault, NeuralNetwork::NeuralIndicatorEpochsFault,
-                      NeuralNetwork::NeuralIndicatorShareFault, NeuralNetwork::NeuralIndicatorFault}}),
+                      NeuralNetwork::NeuralIndicatorShareFault, NeuralNetwork::NeuralIndicatorFault},
+           .purpose = Purpose::Statistics,
+           .guide = {.formula = "row r = Source(r - 1) x (1 + output x deviation), the output of a network that has "
+                                "seen the relative changes of the Periods records before r and has learnt on the first "
+                                "TrainingShare of the series",
+                     .reading =
+                         "Compare the forecast with the value before: above it, a rise is expected. Judge it on the "
+                         "records after the training share only; up to there the network has seen what it forecasts.",
+                     .origin = "Orvex's own, on the network of Rumelhart, Hinton and Williams, Nature 323, 1986.",
+                     .fails = "where the weights grow beyond all numbers: a smaller LearningRate helps"}}),
   };
 };
 
