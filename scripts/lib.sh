@@ -16,6 +16,7 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
     script_packages=(shellcheck)
     windows_packages=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools googletest python3)
     wine_packages=(wine64)
+    python_packages=(python3-dev python3-venv)
     bare_packages=(debootstrap git ca-certificates)
 }
 
@@ -78,6 +79,21 @@ need_packages() {
 # Compiled objects are kept outside the checkout, for all checkouts of this project together.
 use_compiler_cache() {
     export CCACHE_DIR=$cache/ccache CCACHE_MAXSIZE=2G CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+}
+
+# make_environment FOLDER REQUIREMENTS: an environment of Python with just these packages, from the machine's package index;
+# one that is there and whole is kept.
+make_environment() {
+    local mark
+    mark=$(sha256sum "$2")
+    if [[ $(cat "$1/made-of" 2>/dev/null) != "$mark" ]]; then
+        say "Installing $(grep -c '^[^#]' "$2") Python packages into $1"
+        rm -rf "$1"
+        "${PYTHON:-python3}" -m venv "$1"
+        "$1/bin/pip" install -q --disable-pip-version-check -r "$2" ||
+            fail "pip could not install the packages; its messages are above" "Check the settings: pip config list"
+        echo "$mark" >"$1/made-of"
+    fi
 }
 
 # build_for_coverage TARGET...: in build/coverage.

@@ -1,0 +1,172 @@
+"""Compare every indicator that both libraries have with TA-Lib, called as their users call them.
+
+Usage: python bench/peers.py [--rounds N]
+
+Installs TA-Lib's wheel into an environment of its own under build/ and runs there, with this package as it is
+installed here: NumPy arrays in and out, both in one process, calls of the two taking turns, medians. Prints, for each
+indicator and number of rows, the time of a call and its ratio to the peer's; below 1 is faster. Their definitions
+differ in places (how averages begin, population or sample); what is compared is the work.
+"""
+
+from __future__ import annotations
+
+import argparse
+import math
+import os
+import statistics
+import subprocess
+import sys
+import time
+import venv
+from collections.abc import Callable
+from pathlib import Path
+from typing import Any
+
+ROOT = Path(__file__).resolve().parents[2]
+ENVIRONMENT = ROOT / "build" / "python" / "peers"
+PEER = "ta-lib==0.8.2"
+SIZES = (100, 2_520, 32_766, 1_000_000)
+# A call of the shortest size takes about a microsecond, so that it is timed in batches.
+ROWS_A_BATCH = 20_000
+
+
+def restart() -> None:
+    """Run this program again in an environment that has the peer."""
+    if not (ENVIRONMENT / "made").exists():
+        venv.create(ENVIRONMENT, with_pip=True, clear=True)
+        import numpy
+
+        python = str(ENVIRONMENT / "bin" / "python")
+        subprocess.run([python, "-m", "pip", "install", "-q", PEER, f"numpy=={numpy.__version__}"], check=True)
+        (ENVIRONMENT / "made").touch()
+    import orvex
+
+    package = str(Path(orvex.__file__).parent.parent)
+    environment = {**os.environ, "ORVEX_PACKAGE": package}
+    python = str(ENVIRONMENT / "bin" / "python")
+    sys.exit(subprocess.run([python, *sys.argv], env=environment, check=False).returncode)
+
+
+def make_prices(count: int) -> dict[str, Any]:
+    """Return a random walk in cents."""
+    import numpy as np
+
+    random = np.random.default_rng(1)
+    close = np.round(1000 + random.normal(scale=0.5, size=count).cumsum(), 2)
+    open_ = np.round(close + random.normal(scale=0.3, size=count), 2)
+    high = np.round(np.maximum(open_, close) + random.uniform(0.01, 1, count), 2)
+    low = np.round(np.minimum(open_, close) - random.uniform(0.01, 1, count), 2)
+    volume = random.integers(1_000, 100_000, count).astype(np.float64)
+    return {"open": open_, "high": high, "low": low, "close": close, "volume": volume}
+
+
+def pairs(p: dict[str, Any]) -> dict[str, tuple[Callable[[], Any], Callable[[], Any]]]:
+    """Return the calls that do the same work: ours and the peer's."""
+    import talib
+
+    import orvex as ox
+
+    h, l, c, v = (p[name] for name in ("high", "low", "close", "volume"))  # noqa: E741
+    hlc = {"high": h, "low": l, "close": c}
+    return {
+        "SMA 20": (lambda: ox.simple_moving_average(c, 20), lambda: talib.SMA(c, 20)),
+        "EMA 20": (lambda: ox.exponential_moving_average(c, 20), lambda: talib.EMA(c, 20)),
+        "WMA 20": (lambda: ox.weighted_moving_average(c, 20), lambda: talib.WMA(c, 20)),
+        "TRIMA 20": (lambda: ox.triangular_moving_average(c, 20), lambda: talib.TRIMA(c, 20)),
+        "RSI 14": (lambda: ox.relative_strength_index(c, 14), lambda: talib.RSI(c, 14)),
+        "CMO 14": (lambda: ox.cmo(c, 14), lambda: talib.CMO(c, 14)),
+        "ROC 10": (lambda: ox.price_roc(c, 10), lambda: talib.ROC(c, 10)),
+        "MOM 10": (lambda: ox.momentum(c, 10), lambda: talib.ROCR100(c, 10)),
+        "TRIX 18": (lambda: ox.trix(c, 18), lambda: talib.TRIX(c, 18)),
+        "STDDEV 20": (
+            lambda: ox.standard_deviation(c, 20, standard_deviations=1),
+            lambda: talib.STDDEV(c, 20, 1),
+        ),
+        "TSF 14": (lambda: ox.time_series_forecast(c, 14), lambda: talib.TSF(c, 14)),
+        "HHV 20": (lambda: ox.hhv(high=h, periods=20), lambda: talib.MAX(h, 20)),
+        "LLV 20": (lambda: ox.llv(low=l, periods=20), lambda: talib.MIN(l, 20)),
+        "MEDPRICE": (lambda: ox.median_price(high=h, low=l), lambda: talib.MEDPRICE(h, l)),
+        "TYPPRICE": (lambda: ox.typical_price(**hlc), lambda: talib.TYPPRICE(h, l, c)),
+        "WCLPRICE": (lambda: ox.weighted_close(**hlc), lambda: talib.WCLPRICE(h, l, c)),
+        "TRANGE": (lambda: ox.true_range(**hlc), lambda: talib.TRANGE(h, l, c)),
+        "ATR 14": (lambda: ox.average_true_range(**hlc), lambda: talib.ATR(h, l, c, 14)),
+        "CCI 20": (lambda: ox.commodity_channel_index(**hlc, periods=20), lambda: talib.CCI(h, l, c, 20)),
+        "WILLR 14": (lambda: ox.williams_pct_r(**hlc, periods=14), lambda: talib.WILLR(h, l, c, 14)),
+        "ULTOSC": (lambda: ox.ultimate_oscillator(**hlc), lambda: talib.ULTOSC(h, l, c)),
+        "MFI 14": (
+            lambda: ox.money_flow_index(**hlc, volume=v, periods=14),
+            lambda: talib.MFI(h, l, c, v, 14),
+        ),
+        "OBV": (lambda: ox.on_balance_volume(c, v), lambda: talib.OBV(c, v)),
+        "SAR": (lambda: ox.parabolic_sar(h, l), lambda: talib.SAR(h, l, 0.02, 0.2)),
+        "MACD": (lambda: ox.macd(c), lambda: talib.MACD(c)),
+        "BBANDS 20": (lambda: ox.bollinger_bands(c, 20, 2), lambda: talib.BBANDS(c, 20, 2.0, 2.0)),
+        "STOCH 14 3 3": (
+            lambda: ox.stochastic_oscillator(**hlc, k_periods=14, k_slowing_periods=3, d_periods=3),
+            lambda: talib.STOCH(h, l, c, 14, 3, 0, 3, 0),
+        ),
+        "AROON 14": (
+            lambda: ox.aroon(high=h, low=l, periods=14),
+            lambda: (talib.AROON(h, l, 14), talib.AROONOSC(h, l, 14)),
+        ),
+        "DMS 14": (
+            lambda: ox.directional_movement_system(**hlc, periods=14),
+            lambda: (
+                talib.ADX(h, l, c, 14),
+                talib.ADXR(h, l, c, 14),
+                talib.DX(h, l, c, 14),
+                talib.PLUS_DI(h, l, c, 14),
+                talib.MINUS_DI(h, l, c, 14),
+            ),
+        ),
+    }
+
+
+def measure(ours: Callable[[], Any], peers: Callable[[], Any], batch: int, rounds: int) -> tuple[float, float]:
+    """Return the median seconds of a call of each."""
+    times: tuple[list[float], list[float]] = ([], [])
+    for _ in range(rounds):
+        for call, into in zip((ours, peers), times, strict=True):
+            start = time.perf_counter()
+            for _ in range(batch):
+                call()
+            into.append((time.perf_counter() - start) / batch)
+    return statistics.median(times[0]), statistics.median(times[1])
+
+
+def main() -> None:
+    """Measure and print."""
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--rounds", type=int, default=15)
+    rounds = parser.parse_args().rounds
+    try:
+        import talib
+    except ImportError:
+        restart()
+    sys.path.append(os.environ["ORVEX_PACKAGE"])
+    import numpy as np
+
+    print(f"TA-Lib {talib.__version__}, NumPy {np.__version__}, Python {sys.version.split()[0]}")
+    print("microseconds a call, ours / peer = ratio\n")
+    titles = "".join(f"{f'{size:,} rows':>28}" for size in SIZES)
+    print(f"{'':14}{titles}")
+    ratios: dict[int, list[float]] = {size: [] for size in SIZES}
+    one_column: list[float] = []
+    tables = {size: pairs(make_prices(size)) for size in SIZES}
+    for name in tables[SIZES[0]]:
+        line = f"{name:14}"
+        for size in SIZES:
+            ours, peers = tables[size][name]
+            a, b = measure(ours, peers, max(1, ROWS_A_BATCH // size), rounds)
+            ratios[size].append(a / b)
+            if size == SIZES[0] and not isinstance(ours(), tuple):
+                one_column.append(a / b)
+            line += f"{a * 1e6:>12.2f}{b * 1e6:>10.2f}{a / b:>6.2f}"
+        print(line, flush=True)
+    means = "".join(f"{math.exp(statistics.fmean(map(math.log, ratios[size]))):>28.2f}" for size in SIZES)
+    print(f"{'geometric mean':14}{means}")
+    print(f"one-column indicators at {SIZES[0]} rows: at most {max(one_column):.2f} times the peer's call")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "native/functions.h"
+#include "orvex/catalogue/call_on_values.h"
+#include "orvex/data/rows.h"
+
+/// A call of a function on columns in memory, without anything of Python: threads make it without the interpreter's
+/// lock.
+namespace orvex::python {
+
+inline constexpr std::size_t MostArguments = decltype(catalogue::Method::arguments)::capacity;
+inline constexpr std::size_t PriceCount = Database::PriceNames.size();
+
+using Span = std::span<const double>;
+
+/// What a function is called with. The columns are of one length and stand still until the call returns.
+struct Request {
+  const Function* function = nullptr;
+  std::size_t count = 0;
+  std::array<Span, MostArguments> columns{};  // of the arguments that are columns
+  std::array<std::optional<Span>, PriceCount> prices{};
+  std::array<catalogue::Value, MostArguments> values{};  // of all others; `Missing` for the usual one
+  bool keepWarmUp = false;  // leaves in rows that are not computed what the library has there, in place of NaN
+};
+
+struct ResultColumn {
+  std::string name;
+  OwnRows rows;
+  catalogue::RowRange computed;
+};
+
+/// Columns, or one value: a note, a number or a truth.
+struct Result {
+  std::vector<ResultColumn> columns;
+  catalogue::Value value;
+};
+
+/// Why a call has failed.
+struct Refusal {
+  Error error;
+  std::optional<catalogue::Gap> gap;  // the row that has no value and is to blame
+};
+
+/// Makes the call. Rows are skipped and told as `callOnValues` has it; where no row has values, columns have none
+/// either. Throws a Refusal.
+Result compute(const Request& request);
+
+/// The prices without which the method of a function fails, found by trying: of a set it takes what it wants, and no
+/// description says what that is.
+std::array<bool, PriceCount> findPricesRead(const Function& function);
+
+}  // namespace orvex::python

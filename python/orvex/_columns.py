@@ -1,0 +1,263 @@
+"""Columns and frames of every kind: as arrays on the way in, as what they were on the way out.
+
+pandas, polars, pyarrow and Dask are looked at only where the caller has imported them: whoever hands in a column of one
+of them has.
+"""
+
+from __future__ import annotations
+
+import numbers
+import sys
+from collections.abc import Iterable, Iterator, Mapping, Sequence
+from typing import Any, Protocol, TypeAlias
+
+import numpy as np
+import numpy.typing as npt
+
+from orvex import _native
+
+Array: TypeAlias = npt.NDArray[np.float64]
+
+
+def _module(name: str) -> Any:
+    return sys.modules.get(name)
+
+
+def is_a(value: Any, module: str, *names: str) -> bool:
+    """Tell whether a value is of one of these classes of a package, without importing it."""
+    found = _module(module)
+    return found is not None and isinstance(value, tuple(getattr(found, name) for name in names))
+
+
+def is_expression(value: Any) -> bool:
+    """Tell whether a value is a polars expression."""
+    return is_a(value, "polars", "Expr")
+
+
+def is_dask(value: Any) -> bool:
+    """Tell whether a value is a Dask frame or column."""
+    return is_a(value, "dask.dataframe", "DataFrame", "Series")
+
+
+def is_lazy(value: Any) -> bool:
+    """Tell whether a value is a lazy polars frame."""
+    return is_a(value, "polars", "LazyFrame")
+
+
+def is_frame(value: Any) -> bool:
+    """Tell whether a value holds columns by name."""
+    return (
+        isinstance(value, Mapping)
+        or is_a(value, "pandas", "DataFrame")
+        or is_a(value, "polars", "DataFrame", "LazyFrame")
+        or is_a(value, "pyarrow", "Table", "RecordBatch")
+        or is_a(value, "dask.dataframe", "DataFrame")
+        or (isinstance(value, np.ndarray) and value.dtype.names is not None)
+    )
+
+
+def column_names(frame: Any) -> list[Any]:
+    """Return the names of a frame's columns."""
+    if isinstance(frame, Mapping):
+        return list(frame)
+    if isinstance(frame, np.ndarray):
+        return list(frame.dtype.names or ())
+    if is_lazy(frame):
+        return list(frame.collect_schema().names())
+    if is_a(frame, "pyarrow", "Table", "RecordBatch"):
+        return list(frame.schema.names)
+    return list(frame.columns)
+
+
+def column_of(frame: Any, name: Any) -> Any:
+    """Return a column of a frame; of a lazy one, the expression that stands for it."""
+    if is_lazy(frame):
+        return _module("polars").col(name)
+    return frame[name]
+
+
+def find_name(frame: Any, name: str) -> Any:
+    """Return the frame's own spelling of a column's name, or None: exactly, or in other capitals if only one is."""
+    names = column_names(frame)
+    if name in names:
+        return name
+    alike = [one for one in names if isinstance(one, str) and one.casefold() == name.casefold()]
+    if len(alike) > 1:
+        raise ValueError(f"the columns {' and '.join(map(repr, alike))} could each be {name!r}")
+    return alike[0] if alike else None
+
+
+def _number(value: Any) -> float:
+    if value is None or (not isinstance(value, bool | np.bool_) and isinstance(value, numbers.Number)):
+        return np.nan if value is None else float(value)  # type: ignore[arg-type]
+    if value is getattr(_module("pandas"), "NA", value) and value is not None and _module("pandas") is not None:
+        return np.nan
+    if type(value).__name__ == "Decimal":
+        return float(value)
+    raise TypeError(f"{value!r} is no number")
+
+
+def _from_numpy(values: npt.NDArray[Any], name: str) -> Array:
+    if values.ndim != 1:
+        raise ValueError(f"{name} has {values.ndim} dimensions; a column has one")
+    if isinstance(values, np.ma.MaskedArray):
+        values = np.ma.filled(values.astype(np.float64), np.nan)
+    if values.dtype.kind in "fiu":
+        return np.asarray(np.ascontiguousarray(values, dtype=np.float64))
+    if values.dtype.kind == "O":
+        try:
+            return np.array([_number(value) for value in values], dtype=np.float64)
+        except TypeError as error:
+            raise TypeError(f"{name}: {error}") from None
+    raise TypeError(f"{name} holds {values.dtype}, which are no numbers")
+
+
+def to_array(column: Any, name: str) -> Array:
+    """Return a column as doubles in one piece, NaN where it has no value; without a copy where it is that already."""
+    if isinstance(column, np.ndarray):
+        return _from_numpy(column, name)
+    if is_a(column, "pandas", "Series", "Index"):
+        if column.dtype.kind in "fiu":
+            return _from_numpy(column.to_numpy(dtype=np.float64, na_value=np.nan), name)
+        return _from_numpy(column.to_numpy(), name)
+    if is_a(column, "polars", "Series"):
+        polars = _module("polars")
+        if not (column.dtype.is_numeric() or column.dtype == polars.Null):
+            raise TypeError(f"{name} holds {column.dtype}, which are no numbers")
+        return _from_numpy(column.cast(polars.Float64).to_numpy(), name)
+    if is_a(column, "pyarrow", "Array", "ChunkedArray"):
+        types = _module("pyarrow").types
+        if not (types.is_floating(column.type) or types.is_integer(column.type) or types.is_decimal(column.type)):
+            raise TypeError(f"{name} holds {column.type}, which are no numbers")
+        numbers_only = column.cast(_module("pyarrow").float64(), safe=False)
+        if numbers_only.null_count:
+            numbers_only = numbers_only.fill_null(np.nan)
+        if is_a(numbers_only, "pyarrow", "ChunkedArray"):
+            return _from_numpy(numbers_only.to_numpy(), name)
+        return _from_numpy(numbers_only.to_numpy(zero_copy_only=False), name)
+    if isinstance(column, str | bytes | numbers.Number) or column is None:
+        raise TypeError(f"{name} must be a column, not {column!r}")
+    if isinstance(column, Iterable) and not hasattr(column, "__array__"):
+        if isinstance(column, Iterator):
+            column = list(column)
+        try:
+            return np.array([_number(value) for value in column], dtype=np.float64)
+        except TypeError as error:
+            raise TypeError(f"{name}: {error}") from None
+    return _from_numpy(np.asarray(column), name)
+
+
+class Kind(Protocol):
+    """What results become: the kind of what was handed in."""
+
+    def column(self, result: _native.Column) -> Any:
+        """Return one result column."""
+
+    def frame(self, names: Sequence[str], columns: Sequence[Any]) -> Any:
+        """Return several columns as one object."""
+
+    def from_array(self, values: Array, name: str) -> Any:
+        """Return an array in which NaN means that a row is not computed."""
+
+    def label(self, row: int) -> Any:
+        """Return the label of a row, or None."""
+
+
+class NumpyKind:
+    """Arrays."""
+
+    def column(self, result: _native.Column) -> Any:
+        return result.numpy()
+
+    def frame(self, names: Sequence[str], columns: Sequence[Any]) -> Any:
+        return dict(zip(names, columns, strict=True))
+
+    def from_array(self, values: Array, name: str) -> Any:
+        return values
+
+    def label(self, row: int) -> Any:
+        return None
+
+
+class ListKind(NumpyKind):
+    """Lists of Python's own numbers."""
+
+    def column(self, result: _native.Column) -> Any:
+        return result.numpy().tolist()
+
+    def from_array(self, values: Array, name: str) -> Any:
+        return values.tolist()
+
+
+class PandasKind:
+    """pandas columns with the index that was handed in."""
+
+    def __init__(self, index: Any) -> None:
+        self.index = index
+        self.pandas = _module("pandas")
+
+    def column(self, result: _native.Column) -> Any:
+        return self.from_array(result.numpy(), result.name)
+
+    def frame(self, names: Sequence[str], columns: Sequence[Any]) -> Any:
+        return self.pandas.DataFrame(dict(zip(names, columns, strict=True)), index=self.index, copy=False)
+
+    def from_array(self, values: Array, name: str) -> Any:
+        return self.pandas.Series(values, index=self.index, name=name, copy=False)
+
+    def label(self, row: int) -> Any:
+        return self.index[row]
+
+
+class PolarsKind:
+    """polars columns."""
+
+    def __init__(self) -> None:
+        self.polars = _module("polars")
+
+    def column(self, result: _native.Column) -> Any:
+        return self.polars.Series(result.name, result)
+
+    def frame(self, names: Sequence[str], columns: Sequence[Any]) -> Any:
+        return self.polars.DataFrame([column.alias(name) for name, column in zip(names, columns, strict=True)])
+
+    def from_array(self, values: Array, name: str) -> Any:
+        return self.polars.Series(name, values).fill_nan(None)
+
+    def label(self, row: int) -> Any:
+        return None
+
+
+class ArrowKind:
+    """Arrow arrays."""
+
+    def __init__(self) -> None:
+        self.pyarrow = _module("pyarrow")
+
+    def column(self, result: _native.Column) -> Any:
+        return self.pyarrow.array(result)
+
+    def frame(self, names: Sequence[str], columns: Sequence[Any]) -> Any:
+        return self.pyarrow.table(dict(zip(names, columns, strict=True)))
+
+    def from_array(self, values: Array, name: str) -> Any:
+        return self.pyarrow.array(values, from_pandas=True)
+
+    def label(self, row: int) -> Any:
+        return None
+
+
+def kind_of(inputs: Sequence[Any]) -> Kind:
+    """Return the kind that results take after: that of the first input that is more than an array or a list."""
+    for value in inputs:
+        if isinstance(value, Mapping):
+            return kind_of(list(value.values()))
+        if is_a(value, "pandas", "Series", "DataFrame"):
+            return PandasKind(value.index)
+        if is_a(value, "polars", "Series", "DataFrame"):
+            return PolarsKind()
+        if is_a(value, "pyarrow", "Array", "ChunkedArray", "Table", "RecordBatch"):
+            return ArrowKind()
+    if inputs and all(isinstance(value, list | tuple) for value in inputs):
+        return ListKind()
+    return NumpyKind()

@@ -1,0 +1,31 @@
+"""The documents' programs run."""
+
+from __future__ import annotations
+
+import re
+from typing import Any
+
+import nbformat
+import pytest
+from conftest import ROOT
+from nbclient import NotebookClient
+
+
+@pytest.mark.parametrize("page", ["docs/python.md", "README.md"])
+def test_each_block_runs(page: str, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]) -> None:
+    """In one namespace, in their order, as a reader would type them, in the repository's folder."""
+    monkeypatch.chdir(ROOT)
+    blocks = re.findall(r"^```python\n(.*?)^```", (ROOT / page).read_text(), re.MULTILINE | re.DOTALL)
+    assert blocks
+    names: dict[str, Any] = {"__name__": "docs"}
+    for block in blocks:
+        exec(compile(block, page, "exec"), names)
+    assert capsys.readouterr().out
+
+
+def test_the_notebook_runs() -> None:
+    path = ROOT / "examples" / "orvex.ipynb"
+    notebook = nbformat.read(path, as_version=4)
+    NotebookClient(notebook, timeout=120, resources={"metadata": {"path": str(path.parent)}}).execute()
+    printed = [cell.outputs for cell in notebook.cells if cell.cell_type == "code"]
+    assert all(printed)
