@@ -77,7 +77,7 @@ Integer Cycle::Analyze(std::shared_ptr<Field> Source) {
   return trap(AnalyzeFault, [&] {
     const Integer count = object(Source).getRecordCount();
     const std::span<const double> values = Source->values();
-    // A search fails at the first value that is not finite, as it does behind the last row.
+    // A search fails at the first value that is not finite, and behind the last row.
     const auto isNoNumber = [](double value) { return !std::isfinite(value); };
     const auto numbers = std::find_if(values.begin(), values.end(), isNoNumber) - values.begin();
     const std::vector<std::uint32_t> found = firstBetween(values.first(static_cast<std::size_t>(numbers)));
@@ -89,8 +89,16 @@ Integer Cycle::Analyze(std::shared_ptr<Field> Source) {
       if (record < found.size() && found[record] != LeastPlaces::none) {
         a = 0;
         j = found[record];
-      } else if (i + 2 <= count && numbers < count.value()) {
-        at(Source, numbers + 1);
+      } else if (numbers < count.value()) {
+        // The search as it is defined. It fails here or, where the value of its own record is the one, at the next.
+        const double b = Source->getValue(i + 1);
+        for (j = i.value() + std::int64_t{2}; j <= count.value(); ++j) {
+          const Real value = at(Source, j);
+          if (value > Real(b) && value < a) {
+            a = 0;
+            break;
+          }
+        }
       }
       // The 0 stands for a hit, and a price of 0 before the record is taken for one. Kept: it is how the measure is
       // defined.

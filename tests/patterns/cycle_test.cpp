@@ -77,5 +77,18 @@ TEST(Cycle, SkippedSearchesChangeNothing) {
   }
 }
 
+TEST(Cycle, NeverReadsTheValueOfTheRecordItself) {
+  const auto yieldsOf = [](const std::vector<double>& source) {
+    int yields = 0;
+    setYieldHook({[](void* count) { ++*static_cast<int*>(count); }, &yields});
+    EXPECT_FAULT(Cycle::AnalyzeFault, Cycle().Analyze(field(source)));
+    setYieldHook({});
+    return yields;
+  };
+  EXPECT_EQ(yieldsOf({10, notANumber, 6, 9, 7}), 1) << "record 3 is the first that needs it";
+  EXPECT_EQ(yieldsOf({10, notANumber, 6, 11, notANumber}), 0);
+  EXPECT_EQ(Cycle().Analyze(field({10, notANumber, 6})), 0);
+}
+
 }  // namespace
 }  // namespace orvex::test
