@@ -171,7 +171,9 @@ void choose(Layout& layout, const std::vector<ColumnChoice>& choices) {
         column.name = roleName(choice.role);
       } else if (column.role == choice.role) {
         column.role = Role::Other;
-        column.name = column.heading.empty() ? "Column " + std::to_string(i + 1) : column.heading;
+        // A heading that says what the chosen column now is would name two columns alike.
+        const bool free = !column.heading.empty() && !equalNames(column.heading, roleName(choice.role));
+        column.name = free ? column.heading : "Column " + std::to_string(i + 1);
       }
     }
   }

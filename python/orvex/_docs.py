@@ -101,10 +101,12 @@ def _parameter(parameter: Description) -> tuple[str, str]:
         return f"{name} : column or frame", text
     type_name = {"whole": "int", "real": "float", "alias": "str"}[kind]
     if parameter["choices"]:
-        type_name = "{" + ", ".join(f'"{choice}"' for choice in parameter["choices"]) + "} or int"
+        type_name = "str or int"
     default = default_of(parameter)
     shown = repr(default)
     text = parameter["help"]
+    if parameter["choices"]:
+        text += " One of " + ", ".join(f'"{choice}"' for choice in parameter["choices"]) + "."
     if isinstance(parameter["usual"], str):
         shown = f"{parameter['usual']}"
         if kind != "alias":

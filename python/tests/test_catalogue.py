@@ -115,4 +115,4 @@ def test_types_follow_the_kind_of_column(tmp_path: Path) -> None:
     for got, expected in zip(simplified, REVEALED, strict=True):
         assert expected in got or got.split(".")[-1] == expected.split(".")[-1]
     errors = [line for line in told.splitlines() if ": error:" in line]
-    assert [line.split(":")[1] for line in errors] == ["23", "24"], told
+    assert {line.split(":")[1] for line in errors} == {"22", "23"}, told

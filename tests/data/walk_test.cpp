@@ -70,12 +70,12 @@ TEST(Walk, StepsItsCounterAfterTheLastRecord) {
   }(32765, 32767);
   for (const Level level : {Level::Off, kernels::widestLevel()}) {
     kernels::setLevel(level);
-    for (const auto& [name, call, fault, longest, position] : longestCases()) {
-      SCOPED_TRACE(name);
-      const auto& fits = series[static_cast<std::size_t>(longest - 32765)];
-      const auto& tooLong = series[static_cast<std::size_t>(longest - 32764)];
-      expectFaults(*fits, {{[&] { call(fits); }, std::nullopt, 1}});
-      expectFaults(*tooLong, {{[&] { call(tooLong); }, fault, position}});
+    for (const auto& one : longestCases()) {
+      SCOPED_TRACE(one.name);
+      const auto& fits = series[static_cast<std::size_t>(one.longest - 32765)];
+      const auto& tooLong = series[static_cast<std::size_t>(one.longest - 32764)];
+      expectFaults(*fits, {{[&] { one.call(fits); }, std::nullopt, 1}});
+      expectFaults(*tooLong, {{[&] { one.call(tooLong); }, one.fault, one.position}});
     }
   }
   kernels::setLevel(kernels::widestLevel());
