@@ -96,8 +96,8 @@ def refusal(
     number: int,
     source: str,
     description: str,
-    column: str | None,
-    record: int | None,
+    column: str | None = None,
+    record: int | None = None,
     reason: str | None = None,
 ) -> OrvexError:
     """Make the error of a call that the library has refused."""

@@ -17,7 +17,7 @@
 #include "orvex/data/error.h"
 
 /// What a host of the automation server has: the loaded DLL, references, VARIANTs, late calls and error objects.
-namespace orvex::test {
+namespace orvex::inline ORVEX_COUNTS::test {
 
 template <class I>
 class Ref {
@@ -410,4 +410,4 @@ class Server {
   HRESULT(STDMETHODCALLTYPE* canUnload_)() = nullptr;
 };
 
-}  // namespace orvex::test
+}  // namespace orvex::inline ORVEX_COUNTS::test
