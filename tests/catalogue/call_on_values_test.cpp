@@ -19,7 +19,6 @@ using catalogue::Value;
 constexpr int lead = 5;
 constexpr int records = 60;
 constexpr int trail = 2;
-constexpr int whole = lead + records + trail;
 
 /// Price columns of `records` values each, and as many rows before and behind them that have none.
 std::shared_ptr<RecordSet> prices(int before, int behind) {

@@ -103,7 +103,8 @@ double averageTrueRange(int record) {
 
 /// Wilder's ADX of 14 records.
 double directionalIndex(int record) {
-  const auto& [data, open, high, low, close, volume] = prices();
+  const auto& high = prices().high;
+  const auto& low = prices().low;
   const auto up = [&](int i) {
     const double rise = high[i] - high[i - 1], fall = low[i - 1] - low[i];
     return rise > fall && rise > 0 ? rise : 0;
