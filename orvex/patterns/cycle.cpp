@@ -61,7 +61,8 @@ std::vector<std::uint32_t> firstBetween(std::span<const double> values) {
     rank[order[i]] = ranks;
   }
   LeastPlaces places(std::size_t{ranks} + 1);
-  for (std::uint32_t record = count; record-- > 2;) {
+  for (std::uint32_t record = count; record > 2;) {
+    --record;
     // Rows count from 0: the record before stands in row record - 2, the one after in row record.
     if (record + 2 <= count) places.put(rank[record + 1], record + 2);
     if (values[record] < values[record - 2]) {

@@ -442,7 +442,11 @@ TEST(PriceReader, NeverTakesADamagedFileForAnother) {
         ++unharmed;
       } else {
         const std::string remarks = joined(table.remarks);
-        EXPECT_NE(remarks.find("line "), std::string::npos) << joined(lines) << remarks;
+        // A heading that is no longer known leaves its column out, which then cannot be taken for anything.
+        const bool leftOut = isHeader && (table.find(Role::Date) == nullptr || table.find(Role::Close) == nullptr ||
+                                          table.find(Role::Open) == nullptr || table.find(Role::High) == nullptr ||
+                                          table.find(Role::Low) == nullptr || table.find(Role::Volume) == nullptr);
+        EXPECT_TRUE(leftOut || remarks.find("line ") != std::string::npos) << joined(lines) << remarks;
         ++remarked;
       }
     } catch (const ReadError& error) {
