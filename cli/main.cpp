@@ -2,12 +2,14 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/catalogue_pages.h"
+#include "cli/chart.h"
 #include "cli/failure.h"
 #include "cli/names.h"
 #include "cli/output.h"
@@ -34,6 +36,7 @@ class Program {
     addList();
     addDescribe();
     addRun();
+    addChart();
     addPage("idl", "Print the interface definition of the automation server.", automation::interfaceDefinition);
     addPage("manifest", "Print the manifest that makes the automation server usable without registration.",
             automation::registrationFreeManifest);
@@ -43,8 +46,13 @@ class Program {
   }
 
   int main(int argc, char** argv) {
+    std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+    if (!words.empty() && words.front() == "chart") {
+      std::replace(words.begin(), words.end(), std::string("--"), std::string(NextStudy));
+    }
+    std::reverse(words.begin(), words.end());  // as the parser wants them
     try {
-      app_.parse(argc, argv);
+      app_.parse(words);
     } catch (const CLI::Success& asked) {
       std::ostringstream text;
       app_.exit(asked, text);
@@ -131,6 +139,31 @@ class Program {
         "a column of the argument's own name, such as Volume, that is taken. What a method takes is told by:\n"
         "orvex describe CLASS.METHOD\n\n"
         "A file whose name looks like an option or an argument is written with its folder: ./-x.csv, ./a=b.csv.");
+  }
+
+  void addChart() {
+    addPage("chart", "Write a page with a chart of prices and studies.", [this] {
+      chart_.reading = run_.reading;
+      return chart(chart_);
+    });
+    CLI::App* command = app_.get_subcommand("chart");
+    command
+        ->add_option("FILE", chart_.words,
+                     "A price file, then a method with its NAME=VALUE arguments, and \"--\" before each further one.")
+        ->required()
+        ->option_text("[METHOD [NAME=VALUE ...]] [-- METHOD ...]");
+    command
+        ->add_option("-o,--output", chart_.output,
+                     "The page; FILE with the ending .html in this folder if it is not told, \"-\" to print it.")
+        ->option_text("PAGE");
+    command->add_flag("--open", chart_.open, "Show the page in the browser.");
+    addReading(*command);
+    command->footer(
+        "The page is one file with everything in it: it works without a network, and what is in it stays in it.\n"
+        "A method is computed from columns of the file, or from those of a method before it:\n\n"
+        "  orvex chart prices.csv Bands.BollingerBands Periods=20 -- Oscillator.MACD\n"
+        "  orvex chart prices.csv Index.RelativeStrengthIndex -- \\\n"
+        "    MovingAverage.SimpleMovingAverage Source=RelativeStrengthIndex Periods=9");
   }
 
   /// The options that tell how a price file is to be read, and which of its records.
@@ -276,6 +309,7 @@ class Program {
   std::string format_;
   std::string warmup_;
   RunOptions run_;
+  ChartOptions chart_;
 };
 
 }  // namespace
