@@ -1,0 +1,184 @@
+#include "orvex/standard/elementary.h"
+#include "orvex/standard/method.h"
+#include "orvex/standard/parts.h"
+#include "orvex/standard/standard.h"
+
+namespace orvex::inline ORVEX_COUNTS {
+
+using namespace standard;
+
+namespace {
+
+/// What two columns' values of a window do around their means: sums of squares and of products.
+template <class T>
+struct Scatter {
+  T xx = 0, xy = 0, yy = 0;
+};
+
+template <class T>
+Scatter<T> scatterAt(Rows<T> at, const Series& x, const Series& y, int periods, int r) {
+  T meanX = 0, meanY = 0;
+  for (int j = r - periods + 1; j <= r; ++j) {
+    meanX += at(x, j);
+    meanY += at(y, j);
+  }
+  meanX = meanX / periods;
+  meanY = meanY / periods;
+  Scatter<T> sums;
+  for (int j = r - periods + 1; j <= r; ++j) {
+    const T dx = at(x, j) - meanX, dy = at(y, j) - meanY;
+    sums.xx += dx * dx;
+    sums.xy += dx * dy;
+    sums.yy += dy * dy;
+  }
+  return sums;
+}
+
+/// Below this the field's most used library takes a variance for none.
+constexpr double Least = 1e-14;
+
+/// The least-squares line through the last values, the oldest at 0.
+template <class T>
+struct Line {
+  T slope, intercept;
+};
+
+template <class T>
+Line<T> lineAt(Rows<T> at, const Series& x, int periods, int r) {
+  const double n = periods, positions = n * (n - 1.0) * 0.5, squares = n * (n - 1.0) * (2.0 * n - 1.0) / 6.0;
+  T total = 0, products = 0;
+  for (int i = 0; i < periods; ++i) {
+    const T value = at(x, r - periods + 1 + i);
+    total += value;
+    products += i * value;
+  }
+  const T slope = (n * products - positions * total) / (n * squares - positions * positions);
+  return {slope, (total - slope * positions) / n};
+}
+
+/// The column that `value(line)` makes of each record's line.
+template <Text name, class Value>
+Standard::Result ofLines(const Standard::DataRef& data, const Standard::FieldRef& source, Integer periods,
+                         Standard::Name& alias, Value value) {
+  return Method<name>(data, alias).periods(periods, 2).compute([&](Call& call) {
+    const Series x = call.take(source);
+    return call.each(periods.value(), [&](auto at, int r) { return value(lineAt(at, x, periods.value(), r)); });
+  });
+}
+
+}  // namespace
+
+Standard::Result Standard::BETA(DataRef data, FieldRef Source1, FieldRef Source2, Integer Periods, Name Alias) {
+  return Method<"BETA">(data, Alias).periods(Periods).compute([&](Call& call) {
+    const auto moves = [&](const Series& x) {
+      return call.each(2, [&]<class T>(Rows<T> at, int r) {
+        return quotient(at(x, r) - at(x, r - 1), at(x, r - 1));
+      });
+    };
+    const Series x = moves(call.take(Source1)), y = moves(call.take(Source2));
+    return call.each(Place{Periods.value()} + 1, [&]<class T>(Rows<T> at, int r) {
+      const Scatter<T> sums = scatterAt(at, x, y, Periods.value(), r);
+      return Periods.value() * sums.xx < T(Least) ? T(0) : sums.xy / sums.xx;
+    });
+  });
+}
+
+Standard::Result Standard::CORREL(DataRef data, FieldRef Source1, FieldRef Source2, Integer Periods, Name Alias) {
+  return Method<"CORREL">(data, Alias).periods(Periods).compute([&](Call& call) {
+    const Series x = call.take(Source1), y = call.take(Source2);
+    return call.each(Periods.value(), [&]<class T>(Rows<T> at, int r) {
+      const Scatter<T> sums = scatterAt(at, x, y, Periods.value(), r);
+      const T both = sums.xx * sums.yy;
+      return both < T(Least) ? T(0) : sums.xy / root(both);
+    });
+  });
+}
+
+Standard::Result Standard::LINEARREG(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return ofLines<"LINEARREG">(data, Source, Periods, Alias, [&](const auto& line) {
+    return line.intercept + line.slope * (Periods.value() - 1);
+  });
+}
+
+Standard::Result Standard::LINEARREG_SLOPE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return ofLines<"LINEARREG_SLOPE">(data, Source, Periods, Alias, [](const auto& line) { return line.slope; });
+}
+
+Standard::Result Standard::LINEARREG_INTERCEPT(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return ofLines<"LINEARREG_INTERCEPT">(data, Source, Periods, Alias, [](const auto& line) { return line.intercept; });
+}
+
+Standard::Result Standard::LINEARREG_ANGLE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return ofLines<"LINEARREG_ANGLE">(data, Source, Periods, Alias,
+                                    [](const auto& line) { return arcTangent(line.slope) * DegreesPerRadian; });
+}
+
+Standard::Result Standard::TSF(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return ofLines<"TSF">(data, Source, Periods, Alias,
+                        [&](const auto& line) { return line.intercept + line.slope * Periods.value(); });
+}
+
+Standard::Result Standard::ZSCORE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return Method<"ZSCORE">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    const Series x = call.take(Source), mean = simple(call, x, Periods.value());
+    const Series spread = deviation(call, x, mean, Periods.value(), 1.0);
+    const Series top = highest(call, x, Periods.value()), bottom = lowest(call, x, Periods.value());
+    return call.each(mean.first, [&]<class T>(Rows<T> at, int r) {
+      // Equal values stand at their mean, wherever the rounded sum of them lies.
+      return at(top, r) == at(bottom, r) ? T(0) : quotient(at(x, r) - at(mean, r), at(spread, r));
+    });
+  });
+}
+
+Standard::Result Standard::PERCENTRANK(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return Method<"PERCENTRANK">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    return percentRank(call, call.take(Source), Periods.value());
+  });
+}
+
+Standard::Result Standard::MIN(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return Method<"MIN">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    return lowest(call, call.take(Source), Periods.value());
+  });
+}
+
+Standard::Result Standard::MAX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return Method<"MAX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    return highest(call, call.take(Source), Periods.value());
+  });
+}
+
+namespace {
+
+/// The record of the newest extreme of the last values.
+template <class Beats>
+Series placeOf(Call& call, const Series& x, int periods, Beats beats) {
+  return call.each(x.first + periods - 1, [&]<class T>(Rows<T> at, int r) {
+    int best = r - periods + 1;
+    for (int j = best + 1; j <= r; ++j)
+      if (beats(at(x, j), at(x, best))) best = j;
+    return T(best);
+  });
+}
+
+}  // namespace
+
+Standard::Result Standard::MININDEX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return Method<"MININDEX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    return placeOf(call, call.take(Source), Periods.value(), [](auto now, auto best) { return now <= best; });
+  });
+}
+
+Standard::Result Standard::MAXINDEX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return Method<"MAXINDEX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    return placeOf(call, call.take(Source), Periods.value(), [](auto now, auto best) { return now >= best; });
+  });
+}
+
+Standard::Result Standard::SUM(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
+  return Method<"SUM">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    return sum(call, call.take(Source), Periods.value());
+  });
+}
+
+}  // namespace orvex::inline ORVEX_COUNTS
