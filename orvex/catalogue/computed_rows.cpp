@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 
 #include "orvex/averages/average_type.h"
 #include "orvex/data/error.h"
 #include "orvex/data/integer.h"
+#include "orvex/standard/parts.h"
 
 namespace orvex::inline ORVEX_COUNTS::catalogue {
 
@@ -103,6 +105,12 @@ class Evaluation {
       expect(',');
       const std::int64_t periods = sum();
       value = firstAverageRow(static_cast<int>(code), periods, take(',') ? sum() : 1);
+    } else if (name == "lookback") {
+      const std::int64_t kind = sum();
+      expect(',');
+      value = standard::lookback(kind, sum());
+    } else if (name == "root") {
+      value = static_cast<std::int64_t>(std::sqrt(static_cast<double>(std::max<std::int64_t>(sum(), 0))));
     } else if (name == "max" || name == "min") {
       value = sum();
       while (take(',')) value = name == "max" ? std::max(value, sum()) : std::min(value, sum());

@@ -63,6 +63,9 @@ struct Choice {
   std::string_view name;
 };
 
+/// As many as a method may have.
+inline constexpr std::size_t MostArguments = 12;
+
 struct Argument {
   std::string_view name;
   std::string_view help;
@@ -143,9 +146,9 @@ enum class Kind { Method, PropertyGet, PropertyPut, PropertyPutReference };
 
 /// One method of a class.
 struct Method {
-  std::string_view name;
-  std::string_view help;
-  List<Argument, 8> arguments{};
+  std::string_view name{};
+  std::string_view help{};
+  List<Argument, MostArguments> arguments{};
   List<Column, 6> columns{};
   /// The errors that the method itself raises, those of its arguments' conversion apart.
   List<Fault, 6> faults{};

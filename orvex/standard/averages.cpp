@@ -32,8 +32,7 @@ Series hull(Call& call, const Series& x, int periods) {
 
 Series zeroLag(Call& call, const Series& x, int periods) {
   const int lag = (periods - 1) / 2;
-  const Series ahead =
-      call.each(x.first + lag, [&](auto at, int r) { return at(x, r) + (at(x, r) - at(x, r - lag)); });
+  const Series ahead = call.each(x.first + lag, [&](auto at, int r) { return at(x, r) + (at(x, r) - at(x, r - lag)); });
   return exponential(call, ahead, periods);
 }
 
@@ -70,7 +69,7 @@ Standard::Result Standard::TRIMA(DataRef data, FieldRef Source, Integer Periods,
 }
 
 Standard::Result Standard::KAMA(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return averageOf<"KAMA">(data, Source, Periods, Alias, kaufman);
+  return averageOf<"KAMA">(data, Source, Periods, Alias, ofKind<Kind::Kaufman>);
 }
 
 Standard::Result Standard::MAMA(DataRef data, FieldRef Source, double FastLimit, double SlowLimit, Name Alias) {

@@ -55,15 +55,19 @@ Standard::Result Standard::DONCHIAN(DataRef data, SetRef OHLCV, Integer Periods,
 
 Standard::Result Standard::Keltner(DataRef data, SetRef OHLCV, Integer Periods, Integer RangePeriods, double Factor,
                                    Name Alias) {
-  return Method<"Keltner">(data, Alias).periods(Periods, 2).periods(RangePeriods).factor(Factor).compute([&](Call& call) {
-    Prices prices(call, OHLCV);
-    const Place first = std::max(Place{Periods.value()}, Place{RangePeriods.value()} + 1);
-    const Series typical = typicalPrice(call, prices), range = trueRange(call, prices);
-    // Both averages begin at one record, each from the records that it covers there.
-    const Series middle = exponential(call, typical.from(first - Periods.value() + 1), Periods.value());
-    const Series width = wilder(call, range.from(first - RangePeriods.value() + 1), RangePeriods.value());
-    return bands(apart(call, middle, width, Factor), middle, apart(call, middle, width, -Factor));
-  });
+  return Method<"Keltner">(data, Alias)
+      .periods(Periods, 2)
+      .periods(RangePeriods)
+      .factor(Factor)
+      .compute([&](Call& call) {
+        Prices prices(call, OHLCV);
+        const Place first = std::max(Place{Periods.value()}, Place{RangePeriods.value()} + 1);
+        const Series typical = typicalPrice(call, prices), range = trueRange(call, prices);
+        // Both averages begin at one record, each from the records that it covers there.
+        const Series middle = exponential(call, typical.from(first - Periods.value() + 1), Periods.value());
+        const Series width = wilder(call, range.from(first - RangePeriods.value() + 1), RangePeriods.value());
+        return bands(apart(call, middle, width, Factor), middle, apart(call, middle, width, -Factor));
+      });
 }
 
 Standard::Result Standard::MIDPOINT(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
@@ -163,13 +167,10 @@ Series parabolic(Call& call, const std::shared_ptr<RecordSet>& set, const Parabo
 }  // namespace
 
 Standard::Result Standard::SAR(DataRef data, SetRef OHLCV, double Acceleration, double Maximum, Name Alias) {
-  return Method<"SAR">(data, Alias)
-      .factor(Acceleration, 0.0)
-      .factor(Maximum, 0.0)
-      .compute([&](Call& call) {
-        const auto side = held(Acceleration, Acceleration, Maximum);
-        return parabolic(call, OHLCV, {.longSide = side, .shortSide = side});
-      });
+  return Method<"SAR">(data, Alias).factor(Acceleration, 0.0).factor(Maximum, 0.0).compute([&](Call& call) {
+    const auto side = held(Acceleration, Acceleration, Maximum);
+    return parabolic(call, OHLCV, {.longSide = side, .shortSide = side});
+  });
 }
 
 Standard::Result Standard::SAREXT(DataRef data, SetRef OHLCV, double StartValue, double OffsetOnReverse,
@@ -232,7 +233,8 @@ Standard::Result Standard::CHANDELIER(DataRef data, SetRef OHLCV, Integer Period
     const Series range = averageTrueRange(call, prices, Periods.value());
     const Series top = highest(call, prices.high(), Periods.value());
     const Series bottom = lowest(call, prices.low(), Periods.value());
-    return std::vector<Named>{{LongSuffix, apart(call, top, range, -Factor)}, {ShortSuffix, apart(call, bottom, range, Factor)}};
+    return std::vector<Named>{{LongSuffix, apart(call, top, range, -Factor)},
+                              {ShortSuffix, apart(call, bottom, range, Factor)}};
   });
 }
 

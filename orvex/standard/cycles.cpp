@@ -34,11 +34,11 @@ struct CycleState {
   double inPhase2 = 0.0, quadrature2 = 0.0;
   double real = 0.0, imaginary = 0.0;
   double period = 0.0, smoothPeriod = 0.0;
-  double phase = 0.0;               // of the adaptive average, in degrees
+  double phase = 0.0;  // of the adaptive average, in degrees
   double adaptive = 0.0, following = 0.0;
   double dominantPhase = 0.0;
   double sine = 0.0, leadSine = 0.0;
-  std::array<double, 3> trend{};    // the last averages over a cycle, the newest first
+  std::array<double, 3> trend{};  // the last averages over a cycle, the newest first
   int daysInTrend = 0;
 };
 
@@ -175,10 +175,9 @@ using namespace standard;
 
 Standard::Result Standard::HT_DCPERIOD(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_DCPERIOD">(data, Alias).compute([&](Call& call) {
-    return ofCycle<1>(call, call.take(Source), ShortStart, ShortFirst,
-                      []<class T>(Rows<T>, CycleState& s, const Series&, int) {
-                        return std::array{T(s.smoothPeriod)};
-                      })[0];
+    return ofCycle<1>(
+        call, call.take(Source), ShortStart, ShortFirst,
+        []<class T>(Rows<T>, CycleState& s, const Series&, int) { return std::array{T(s.smoothPeriod)}; })[0];
   });
 }
 
@@ -203,12 +202,12 @@ Standard::Result Standard::HT_PHASOR(DataRef data, FieldRef Source, Name Alias) 
 
 Standard::Result Standard::HT_SINE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_SINE">(data, Alias).compute([&](Call& call) {
-    const auto waves = ofCycle<2>(call, call.take(Source), LongStart, LongFirst,
-                                  []<class T>(Rows<T> at, CycleState& s, const Series& smooth, int r) {
-                                    const T phase = dominantPhase(at, s, smooth, r);
-                                    return std::array{sine(phase / DegreesPerRadian),
-                                                      sine((phase + 45) / DegreesPerRadian)};
-                                  });
+    const auto waves =
+        ofCycle<2>(call, call.take(Source), LongStart, LongFirst,
+                   []<class T>(Rows<T> at, CycleState& s, const Series& smooth, int r) {
+                     const T phase = dominantPhase(at, s, smooth, r);
+                     return std::array{sine(phase / DegreesPerRadian), sine((phase + 45) / DegreesPerRadian)};
+                   });
     return std::vector<Named>{{"", waves[0]}, {LeadSuffix, waves[1]}};
   });
 }
@@ -216,27 +215,28 @@ Standard::Result Standard::HT_SINE(DataRef data, FieldRef Source, Name Alias) {
 Standard::Result Standard::HT_TRENDMODE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_TRENDMODE">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source);
-    return ofCycle<1>(call, x, LongStart, LongFirst, [&]<class T>(Rows<T> at, CycleState& s, const Series& smooth, int r) {
-      const T phaseBefore = s.dominantPhase, sineBefore = s.sine, leadBefore = s.leadSine;
-      const T phase = dominantPhase(at, s, smooth, r);
-      const T now = sine(phase / DegreesPerRadian), lead = sine((phase + 45) / DegreesPerRadian);
-      s.sine = now;
-      s.leadSine = lead;
-      const T line = trendline(at, s, x, r);
-      bool isTrend = true;
-      if ((now > lead && sineBefore <= leadBefore) || (now < lead && sineBefore >= leadBefore)) {
-        s.daysInTrend = 0;
-        isTrend = false;
-      }
-      ++s.daysInTrend;
-      if (s.daysInTrend < 0.5 * s.smoothPeriod) isTrend = false;
-      // A phase that goes on at about the pace of the cycle tells of a cycle.
-      const T turned = phase - phaseBefore, pace = 360 / T(s.smoothPeriod);
-      if (turned > 0.67 * pace && turned < 1.5 * pace) isTrend = false;
-      const T price = at(smooth, r);
-      if (line != T(0) && magnitude((price - line) / line) >= T(0.015)) isTrend = true;
-      return std::array{T(isTrend ? 1 : 0)};
-    })[0];
+    return ofCycle<1>(call, x, LongStart, LongFirst,
+                      [&]<class T>(Rows<T> at, CycleState& s, const Series& smooth, int r) {
+                        const T phaseBefore = s.dominantPhase, sineBefore = s.sine, leadBefore = s.leadSine;
+                        const T phase = dominantPhase(at, s, smooth, r);
+                        const T now = sine(phase / DegreesPerRadian), lead = sine((phase + 45) / DegreesPerRadian);
+                        s.sine = now;
+                        s.leadSine = lead;
+                        const T line = trendline(at, s, x, r);
+                        bool isTrend = true;
+                        if ((now > lead && sineBefore <= leadBefore) || (now < lead && sineBefore >= leadBefore)) {
+                          s.daysInTrend = 0;
+                          isTrend = false;
+                        }
+                        ++s.daysInTrend;
+                        if (s.daysInTrend < 0.5 * s.smoothPeriod) isTrend = false;
+                        // A phase that goes on at about the pace of the cycle tells of a cycle.
+                        const T turned = phase - phaseBefore, pace = 360 / T(s.smoothPeriod);
+                        if (turned > 0.67 * pace && turned < 1.5 * pace) isTrend = false;
+                        const T price = at(smooth, r);
+                        if (line != T(0) && magnitude((price - line) / line) >= T(0.015)) isTrend = true;
+                        return std::array{T(isTrend ? 1 : 0)};
+                      })[0];
   });
 }
 

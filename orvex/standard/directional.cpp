@@ -53,14 +53,11 @@ struct Direction {
   Series plus, minus, range;
 };
 
-/// Below this the field's most used library takes a sum for none, so that what smoothing leaves of it counts no more.
-constexpr double Least = 1e-14;
-
 /// One side as a share of the range, in percent, from record P + 1 on. Of one record it is a plain share.
 Series indicator(Call& call, const Series& moves, const Series& range, int periods) {
   return call.each(range.first + (periods > 1 ? 1 : 0), [&]<class T>(Rows<T> at, int r) {
     const T whole = at(range, r);
-    if (whole < T(Least)) return T(0);
+    if (whole == T(0)) return T(0);
     return periods > 1 ? 100 * (at(moves, r) / whole) : at(moves, r) / whole;
   });
 }
@@ -69,10 +66,10 @@ Series indicator(Call& call, const Series& moves, const Series& range, int perio
 template <class T>
 bool directionalIndex(Rows<T> at, const Direction& sums, int r, T& index) {
   const T whole = at(sums.range, r);
-  if (whole < T(Least)) return false;
+  if (whole == T(0)) return false;
   const T plus = 100 * (at(sums.plus, r) / whole), minus = 100 * (at(sums.minus, r) / whole);
   const T both = minus + plus;
-  if (both < T(Least)) return false;
+  if (both == T(0)) return false;
   index = 100 * (magnitude(minus - plus) / both);
   return true;
 }

@@ -47,7 +47,8 @@ class Reports {
   static constexpr Fault kind = invalidAverageType(source);
   static constexpr Fault periods = invalidPeriods(source);
   static constexpr Fault factor{1102, source, "Invalid Factor"};
-  static constexpr Fault choice{1103, source, "Invalid Choice"};
+  static constexpr Fault record{1103, source, "Invalid Record"};
+  static constexpr Fault choice{1106, source, "Invalid Choice"};
   static constexpr Fault unexpected = unexpectedError(std::string_view(unexpectedText.data()));
 };
 
@@ -87,7 +88,12 @@ class Method {
     if (!(value >= least && value <= greatest)) raise(Raises::factor);
     return *this;
   }
-  /// 1103 for a number outside `least` to `greatest`.
+  /// 1103 for a number that no record has.
+  const Method& record(Integer value) const {
+    if (value < 1) raise(Raises::record);
+    return *this;
+  }
+  /// 1106 for a number outside `least` to `greatest`.
   const Method& choice(Integer value, int least, int greatest) const {
     if (value < least || value > greatest) raise(Raises::choice);
     return *this;

@@ -21,9 +21,16 @@ struct Averaged {
   Place lookback() const { return standard::lookback(kind, periods); }
 };
 
-/// The faster and the slower average, both from the record on at which the later of them can begin: each starts from
-/// the records that it covers there. The one of more records is the slower, in whatever order they are given.
+/// The faster and the slower average, each from its own first record on. The one of more records is the slower, in
+/// whatever order they are given.
 std::pair<Series, Series> fastAndSlow(Call& call, const Series& x, Averaged fast, Averaged slow) {
+  if (slow.periods < fast.periods) std::swap(fast, slow);
+  return {average(call, fast.kind, x, fast.periods), average(call, slow.kind, x, slow.periods)};
+}
+
+/// The same, but both from the record on at which the later of them can begin: each starts from the records that it
+/// covers there.
+std::pair<Series, Series> alignedFastAndSlow(Call& call, const Series& x, Averaged fast, Averaged slow) {
   if (slow.periods < fast.periods) std::swap(fast, slow);
   const Place first = x.first + std::max(fast.lookback(), slow.lookback());
   const auto from = [&](const Averaged& one) {
@@ -41,29 +48,36 @@ std::vector<Named> withSignal(Call& call, const Series& line, Averaged signal) {
 
 std::vector<Named> convergence(Call& call, const Series& x, const Averaged& fast, const Averaged& slow,
                                const Averaged& signal) {
-  const auto [quick, late] = fastAndSlow(call, x, fast, slow);
+  const auto [quick, late] = alignedFastAndSlow(call, x, fast, slow);
   return withSignal(call, difference(call, quick, late), signal);
 }
 
-constexpr int Simple = static_cast<int>(Kind::Simple);
 constexpr int Exponential = static_cast<int>(Kind::Exponential);
 
 }  // namespace
 
-Standard::Result Standard::APO(DataRef data, FieldRef Source, Integer FastPeriods, Integer SlowPeriods,
-                               Integer MA_Type, Name Alias) {
-  return Method<"APO">(data, Alias).periods(FastPeriods, 2).periods(SlowPeriods, 2).kind(MA_Type).compute([&](Call& call) {
-    const auto [fast, slow] = fastAndSlow(call, call.take(Source), {FastPeriods, MA_Type}, {SlowPeriods, MA_Type});
-    return difference(call, fast, slow);
-  });
+Standard::Result Standard::APO(DataRef data, FieldRef Source, Integer FastPeriods, Integer SlowPeriods, Integer MA_Type,
+                               Name Alias) {
+  return Method<"APO">(data, Alias)
+      .periods(FastPeriods, 2)
+      .periods(SlowPeriods, 2)
+      .kind(MA_Type)
+      .compute([&](Call& call) {
+        const auto [fast, slow] = fastAndSlow(call, call.take(Source), {FastPeriods, MA_Type}, {SlowPeriods, MA_Type});
+        return difference(call, fast, slow);
+      });
 }
 
-Standard::Result Standard::PPO(DataRef data, FieldRef Source, Integer FastPeriods, Integer SlowPeriods,
-                               Integer MA_Type, Name Alias) {
-  return Method<"PPO">(data, Alias).periods(FastPeriods, 2).periods(SlowPeriods, 2).kind(MA_Type).compute([&](Call& call) {
-    const auto [fast, slow] = fastAndSlow(call, call.take(Source), {FastPeriods, MA_Type}, {SlowPeriods, MA_Type});
-    return percentAbove(call, fast, slow);
-  });
+Standard::Result Standard::PPO(DataRef data, FieldRef Source, Integer FastPeriods, Integer SlowPeriods, Integer MA_Type,
+                               Name Alias) {
+  return Method<"PPO">(data, Alias)
+      .periods(FastPeriods, 2)
+      .periods(SlowPeriods, 2)
+      .kind(MA_Type)
+      .compute([&](Call& call) {
+        const auto [fast, slow] = fastAndSlow(call, call.take(Source), {FastPeriods, MA_Type}, {SlowPeriods, MA_Type});
+        return percentAbove(call, fast, slow);
+      });
 }
 
 Standard::Result Standard::BOP(DataRef data, SetRef OHLCV, Name Alias) {
@@ -226,9 +240,8 @@ Standard::Result Standard::ULTOSC(DataRef data, SetRef OHLCV, Integer Cycle1, In
   return Method<"ULTOSC">(data, Alias).periods(Cycle1).periods(Cycle2).periods(Cycle3).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series low = prices.low(), close = prices.close(), range = trueRange(call, prices);
-    const Series buying = call.each(2, [&]<class T>(Rows<T> at, int r) {
-      return at(close, r) - smaller(at(low, r), at(close, r - 1));
-    });
+    const Series buying =
+        call.each(2, [&]<class T>(Rows<T> at, int r) { return at(close, r) - smaller(at(low, r), at(close, r - 1)); });
     std::array cycles = {Cycle1.value(), Cycle2.value(), Cycle3.value()};
     std::sort(cycles.begin(), cycles.end());
     return call.each(Place{cycles[2]} + 1, [&]<class T>(Rows<T> at, int r) {
@@ -258,8 +271,7 @@ Standard::Result Standard::WILLR(DataRef data, SetRef OHLCV, Integer Periods, Na
   });
 }
 
-Standard::Result Standard::TSI(DataRef data, FieldRef Source, Integer FirstPeriods, Integer SecondPeriods,
-                               Name Alias) {
+Standard::Result Standard::TSI(DataRef data, FieldRef Source, Integer FirstPeriods, Integer SecondPeriods, Name Alias) {
   return Method<"TSI">(data, Alias).periods(FirstPeriods, 2).periods(SecondPeriods, 2).compute([&](Call& call) {
     const auto twice = [&](const Series& x) {
       return exponential(call, exponential(call, x, FirstPeriods.value()), SecondPeriods.value());
@@ -276,20 +288,24 @@ Standard::Result Standard::KST(DataRef data, FieldRef Source, Integer SignalPeri
     const Series x = call.take(Source);
     const auto part = [&](int lag, int periods) { return simple(call, rate(call, x, lag), periods); };
     const Series a = part(10, 10), b = part(15, 10), c = part(20, 10), d = part(30, 15);
-    const Series line = call.each(
-        d.first, [&](auto at, int r) { return at(a, r) + 2 * at(b, r) + 3 * at(c, r) + 4 * at(d, r); });
+    const Series line =
+        call.each(d.first, [&](auto at, int r) { return at(a, r) + 2 * at(b, r) + 3 * at(c, r) + 4 * at(d, r); });
     return std::vector<Named>{{"", line}, {SignalSuffix, simple(call, line, SignalPeriods.value())}};
   });
 }
 
 Standard::Result Standard::COPPOCK(DataRef data, FieldRef Source, Integer Periods, Integer FastPeriods,
                                    Integer SlowPeriods, Name Alias) {
-  return Method<"COPPOCK">(data, Alias).periods(Periods).periods(FastPeriods).periods(SlowPeriods).compute([&](Call& call) {
-    const Series x = call.take(Source);
-    const Series a = rate(call, x, FastPeriods.value()), b = rate(call, x, SlowPeriods.value());
-    const Series both = call.each(std::max(a.first, b.first), [&](auto at, int r) { return at(a, r) + at(b, r); });
-    return weighted(call, both, Periods.value());
-  });
+  return Method<"COPPOCK">(data, Alias)
+      .periods(Periods)
+      .periods(FastPeriods)
+      .periods(SlowPeriods)
+      .compute([&](Call& call) {
+        const Series x = call.take(Source);
+        const Series a = rate(call, x, FastPeriods.value()), b = rate(call, x, SlowPeriods.value());
+        const Series both = call.each(std::max(a.first, b.first), [&](auto at, int r) { return at(a, r) + at(b, r); });
+        return weighted(call, both, Periods.value());
+      });
 }
 
 namespace {
@@ -325,9 +341,8 @@ Standard::Result Standard::FISHER(DataRef data, SetRef OHLCV, Integer Periods, N
 Standard::Result Standard::AO(DataRef data, SetRef OHLCV, Integer FastPeriods, Integer SlowPeriods, Name Alias) {
   return Method<"AO">(data, Alias).periods(FastPeriods, 2).periods(SlowPeriods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series price = medianPrice(call, prices);
-    const auto [fast, slow] = fastAndSlow(call, price, {FastPeriods, Simple}, {SlowPeriods, Simple});
-    return difference(call, fast, slow);
+    const Series price = medianPrice(call, prices), fast = simple(call, price, FastPeriods.value());
+    return difference(call, fast, simple(call, price, SlowPeriods.value()));
   });
 }
 
@@ -352,8 +367,7 @@ Standard::Result Standard::DPO(DataRef data, FieldRef Source, Integer Periods, N
   return Method<"DPO">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     const Series x = call.take(Source), mean = simple(call, x, Periods.value());
     const int lag = Periods.value() / 2 + 1;
-    return call.each(std::max(mean.first, x.first + lag),
-                     [&](auto at, int r) { return at(x, r - lag) - at(mean, r); });
+    return call.each(std::max(mean.first, x.first + lag), [&](auto at, int r) { return at(x, r - lag) - at(mean, r); });
   });
 }
 
@@ -363,8 +377,8 @@ Standard::Result Standard::MASS(DataRef data, SetRef OHLCV, Integer FastPeriods,
     const Series high = prices.high();
     const Series once = exponential(call, difference(call, high, prices.low()), FastPeriods.value());
     const Series twice = exponential(call, once, FastPeriods.value());
-    const Series ratio = call.each(
-        twice.first, [&]<class T>(Rows<T> at, int r) { return quotient(at(once, r), at(twice, r), T(1)); });
+    const Series ratio =
+        call.each(twice.first, [&]<class T>(Rows<T> at, int r) { return quotient(at(once, r), at(twice, r), T(1)); });
     return sum(call, ratio, SlowPeriods.value());
   });
 }

@@ -63,7 +63,8 @@ Standard::Result Standard::HEIKIN_ASHI(DataRef data, SetRef OHLCV, Name Alias) {
       body = {start, end};
       return std::array{start, larger(h, larger(start, end)), smaller(l, smaller(start, end)), end};
     });
-    return std::vector<Named>{{OpenSuffix, bars[0]}, {HighSuffix, bars[1]}, {LowSuffix, bars[2]}, {CloseSuffix, bars[3]}};
+    return std::vector<Named>{
+        {OpenSuffix, bars[0]}, {HighSuffix, bars[1]}, {LowSuffix, bars[2]}, {CloseSuffix, bars[3]}};
   });
 }
 

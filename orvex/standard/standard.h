@@ -20,10 +20,11 @@ namespace orvex::inline ORVEX_COUNTS {
 ///
 /// One rule holds for all. `Alias` is written back first; no `data` is error 91. Then the arguments are checked in
 /// their order, source "Standard.(method)": 1100 for a kind of average outside 0 to 8, 1101 for a number of records
-/// that is below what the definition needs or above 100,000, 1102 for any other number out of its range, 1103 for an
-/// unknown choice. Then columns must be as long as the series and hold finite values only; that, and whatever fault the
-/// computation meets, is 1105 "Standard.(method).UnexpectedError". A period that the series does not fill is no error:
-/// no row is computed. Rows that are not computed are 0. The cursor of `data` stays, and no method yields to the host.
+/// that is below what the definition needs or above 100,000, 1102 for any other number out of its range, 1103 for a
+/// record below 1, 1106 for an unknown choice. Then columns must be as long as the series and hold finite values only;
+/// that, and whatever fault the computation meets, is 1105 "Standard.(method).UnexpectedError". A period that the
+/// series does not fill is no error: no row is computed. Rows that are not computed are 0. The cursor of `data` stays,
+/// and no method yields to the host.
 class Standard {
  public:
   using Result = std::shared_ptr<RecordSet>;
@@ -106,10 +107,8 @@ class Standard {
 
   /// @name Momentum (momentum.cpp)
   /// @{
-  Result APO(DataRef data, FieldRef Source, Integer FastPeriods, Integer SlowPeriods, Integer MA_Type,
-             Name Alias = {});
-  Result PPO(DataRef data, FieldRef Source, Integer FastPeriods, Integer SlowPeriods, Integer MA_Type,
-             Name Alias = {});
+  Result APO(DataRef data, FieldRef Source, Integer FastPeriods, Integer SlowPeriods, Integer MA_Type, Name Alias = {});
+  Result PPO(DataRef data, FieldRef Source, Integer FastPeriods, Integer SlowPeriods, Integer MA_Type, Name Alias = {});
   Result BOP(DataRef data, SetRef OHLCV, Name Alias = {});
   Result CCI(DataRef data, SetRef OHLCV, Integer Periods, Name Alias = {});
   Result CMO(DataRef data, FieldRef Source, Integer Periods, Name Alias = {});

@@ -71,9 +71,7 @@ Standard::Result ofLines(const Standard::DataRef& data, const Standard::FieldRef
 Standard::Result Standard::BETA(DataRef data, FieldRef Source1, FieldRef Source2, Integer Periods, Name Alias) {
   return Method<"BETA">(data, Alias).periods(Periods).compute([&](Call& call) {
     const auto moves = [&](const Series& x) {
-      return call.each(2, [&]<class T>(Rows<T> at, int r) {
-        return quotient(at(x, r) - at(x, r - 1), at(x, r - 1));
-      });
+      return call.each(2, [&]<class T>(Rows<T> at, int r) { return quotient(at(x, r) - at(x, r - 1), at(x, r - 1)); });
     };
     const Series x = moves(call.take(Source1)), y = moves(call.take(Source2));
     return call.each(Place{Periods.value()} + 1, [&]<class T>(Rows<T> at, int r) {
@@ -95,9 +93,8 @@ Standard::Result Standard::CORREL(DataRef data, FieldRef Source1, FieldRef Sourc
 }
 
 Standard::Result Standard::LINEARREG(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG">(data, Source, Periods, Alias, [&](const auto& line) {
-    return line.intercept + line.slope * (Periods.value() - 1);
-  });
+  return ofLines<"LINEARREG">(data, Source, Periods, Alias,
+                              [&](const auto& line) { return line.intercept + line.slope * (Periods.value() - 1); });
 }
 
 Standard::Result Standard::LINEARREG_SLOPE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
@@ -150,14 +147,26 @@ Standard::Result Standard::MAX(DataRef data, FieldRef Source, Integer Periods, N
 
 namespace {
 
-/// The record of the newest extreme of the last values.
+/// Where the extreme of the last values stands.
+struct Holder {
+  int record = 0;
+};
+
+/// The record of the extreme of the last values, counted from 1. Of equal ones a newer takes its place, but once it has
+/// left the window the oldest of those that remain does: which of them is told is as the field's most used library
+/// finds it on its way.
 template <class Beats>
 Series placeOf(Call& call, const Series& x, int periods, Beats beats) {
-  return call.each(x.first + periods - 1, [&]<class T>(Rows<T> at, int r) {
-    int best = r - periods + 1;
-    for (int j = best + 1; j <= r; ++j)
-      if (beats(at(x, j), at(x, best))) best = j;
-    return T(best);
+  return call.carried(x.first + periods - 1, Holder(), [&]<class T>(Rows<T> at, Holder& holder, int r) {
+    const auto better = [&](int a, int b) { return beats(at(x, a), at(x, b)); };
+    if (holder.record < r - periods + 1) {
+      holder.record = r - periods + 1;
+      for (int j = holder.record + 1; j <= r; ++j)
+        if (better(j, holder.record)) holder.record = j;
+    } else if (!better(holder.record, r)) {
+      holder.record = r;
+    }
+    return T(holder.record);
   });
 }
 
@@ -165,13 +174,13 @@ Series placeOf(Call& call, const Series& x, int periods, Beats beats) {
 
 Standard::Result Standard::MININDEX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"MININDEX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
-    return placeOf(call, call.take(Source), Periods.value(), [](auto now, auto best) { return now <= best; });
+    return placeOf(call, call.take(Source), Periods.value(), [](auto a, auto b) { return a < b; });
   });
 }
 
 Standard::Result Standard::MAXINDEX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"MAXINDEX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
-    return placeOf(call, call.take(Source), Periods.value(), [](auto now, auto best) { return now >= best; });
+    return placeOf(call, call.take(Source), Periods.value(), [](auto a, auto b) { return a > b; });
   });
 }
 

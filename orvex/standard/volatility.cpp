@@ -55,8 +55,7 @@ Standard::Result Standard::VAR(DataRef data, FieldRef Source, Integer Periods, N
 Standard::Result Standard::HV(DataRef data, FieldRef Source, Integer Periods, Integer PeriodsPerYear, Name Alias) {
   return Method<"HV">(data, Alias).periods(Periods, 2).periods(PeriodsPerYear).compute([&](Call& call) {
     const Series x = call.take(Source);
-    const Series moves =
-        call.each(2, [&](auto at, int r) { return logarithm(at(x, r) / at(x, r - 1)); });
+    const Series moves = call.each(2, [&](auto at, int r) { return logarithm(at(x, r) / at(x, r - 1)); });
     const Series mean = simple(call, moves, Periods.value());
     const double year = std::sqrt(PeriodsPerYear.value());
     return call.each(mean.first, [&]<class T>(Rows<T> at, int r) {

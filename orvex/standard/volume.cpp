@@ -100,9 +100,8 @@ Standard::Result Standard::EMV(DataRef data, SetRef OHLCV, Name Alias) {
     Prices prices(call, OHLCV);
     const Series high = prices.high(), low = prices.low(), volume = prices.volume();
     const Series moves = momentum(call, medianPrice(call, prices), 1);
-    return call.each(2, [&](auto at, int r) {
-      return at(moves, r) / (at(volume, r) / 10000 / (at(high, r) - at(low, r)));
-    });
+    return call.each(
+        2, [&](auto at, int r) { return at(moves, r) / (at(volume, r) / 10000 / (at(high, r) - at(low, r))); });
   });
 }
 
@@ -209,13 +208,12 @@ Standard::Result Standard::VWAP(DataRef data, SetRef OHLCV, FieldRef Session, Na
   return Method<"VWAP">(data, Alias).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series session = call.take(Session);
-    return averagePrice(call, prices, 1,
-                        [&](auto at, int r) { return r > 1 && at(session, r) != at(session, r - 1); });
+    return averagePrice(call, prices, 1, [&](auto at, int r) { return r > 1 && at(session, r) != at(session, r - 1); });
   });
 }
 
 Standard::Result Standard::AVWAP(DataRef data, SetRef OHLCV, Integer Anchor, Name Alias) {
-  return Method<"AVWAP">(data, Alias).choice(Anchor, 1, Integer::Greatest).compute([&](Call& call) {
+  return Method<"AVWAP">(data, Alias).record(Anchor).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     return averagePrice(call, prices, Anchor.value(), [](auto, int) { return false; });
   });

@@ -1,0 +1,130 @@
+#pragma once
+
+#include <tuple>
+
+#include "orvex/catalogue/classes/standard_rows.h"
+
+namespace orvex::inline ORVEX_COUNTS::catalogue {
+
+inline constexpr auto standardBands = std::tuple{
+    entry<"BBANDS", &Standard::BBANDS>(
+        {.help = "An average, and standard deviations above and below it.",
+         .arguments = {Source, Periods.usually(20),
+                       factor("UpperDeviations", "How many standard deviations the upper band is away.", 2),
+                       factor("LowerDeviations", "How many standard deviations the lower band is away.", 2),
+                       standardAverage()},
+         .columns = {over(Standard::UpperSuffix, "max(Periods, lookback(MA_Type, Periods) + 1)", "The upper band.",
+                          Style::BandEdge),
+                     over(Standard::MiddleSuffix, "max(Periods, lookback(MA_Type, Periods) + 1)", "The average."),
+                     over(Standard::LowerSuffix, "max(Periods, lookback(MA_Type, Periods) + 1)", "The lower band.",
+                          Style::BandEdge)},
+         .purpose = Purpose::Volatility,
+         .abbreviations = {"BB"},
+         .guide = {.formula =
+                       "Middle = the average; Upper and Lower = Middle + and - deviations x the root of the mean "
+                       "square distance of the last Periods values, this record's too, from their mean",
+                   .reading = "Narrow bands are often followed by a strong move. A touch is no signal by itself: in a "
+                              "trend the price walks along a band.",
+                   .origin = "John Bollinger, Bollinger on Bollinger Bands, 2001."}}),
+    entry<"DONCHIAN", &Standard::DONCHIAN>(
+        {.help = "The highest high and the lowest low of the last records, and their middle.",
+         .arguments = {OHLCV, Periods.usually(20)},
+         .columns = {over(Standard::UpperSuffix, "Periods", "The highest high.", Style::BandEdge),
+                     over(Standard::MiddleSuffix, "Periods", "The mean of both."),
+                     over(Standard::LowerSuffix, "Periods", "The lowest low.", Style::BandEdge)},
+         .purpose = Purpose::Trend,
+         .guide = {.formula = "Upper = max High, Lower = min Low over Periods records; Middle = (Upper + Lower) / 2",
+                   .reading = "A new high of 20 records is bought, a new low sold: trend following at its plainest.",
+                   .origin = "Richard Donchian, 1960s."}}),
+    entry<"Keltner", &Standard::Keltner>(
+        {.help = "An exponential average of the typical price, and multiples of the average true range around it.",
+         .arguments = {OHLCV, Periods.usually(20),
+                       count("RangePeriods", "How many records the true range is averaged over.", 10),
+                       factor("Factor", "How many average true ranges the bands are away.", 2)},
+         .columns = {over(Standard::UpperSuffix, "max(Periods, RangePeriods + 1)", "The upper band.", Style::BandEdge),
+                     over(Standard::MiddleSuffix, "max(Periods, RangePeriods + 1)", "The average."),
+                     over(Standard::LowerSuffix, "max(Periods, RangePeriods + 1)", "The lower band.", Style::BandEdge)},
+         .purpose = Purpose::Volatility,
+         .abbreviations = {"KC"},
+         .guide = {.formula =
+                       "Middle = EMA of (High + Low + Close) / 3; Upper and Lower = Middle + and - Factor x ATR. "
+                       "Both averages begin at the first row of the result",
+                   .reading = "A close outside the channel is a strong move; inside it the price goes back to the "
+                              "middle.",
+                   .origin = "Chester Keltner, 1960, in the form that Linda Raschke gave it in the 1980s."}}),
+    entry<"MIDPOINT", &Standard::MIDPOINT>({.help = "The middle between the highest and the lowest of the last values.",
+                                            .arguments = {Source, Periods.usually(14)},
+                                            .columns = {over("", "Periods", "The middle.")},
+                                            .purpose = Purpose::Trend,
+                                            .guide = {.formula = "(max Source + min Source) / 2 over Periods records",
+                                                      .reading = "A level that moves only with new extremes.",
+                                                      .origin = "Common to the field."}}),
+    entry<"MIDPRICE", &Standard::MIDPRICE>(
+        {.help = "The middle between the highest high and the lowest low of the last records.",
+         .arguments = {OHLCV, Periods.usually(14)},
+         .columns = {over("", "Periods", "The middle.")},
+         .purpose = Purpose::Trend,
+         .guide = {.formula = "(max High + min Low) / 2 over Periods records",
+                   .reading = "A level that moves only with new extremes.",
+                   .origin = "Common to the field."}}),
+    entry<"SAR", &Standard::SAR>(
+        {.help = "A stop level that follows a trend ever faster and turns with it.",
+         .arguments = {OHLCV,
+                       factor("Acceleration", "How much each new extreme adds to the speed, and the first one.", 0.02),
+                       factor("Maximum", "The greatest speed.", 0.2)},
+         .columns = {over("", "2", "The level.", Style::Dots)},
+         .purpose = Purpose::Trend,
+         .guide = {.formula = "next = SAR + speed x (extreme of the trend - SAR), not beyond the lows (in a falling "
+                              "trend the highs) of the last two records; reached by the price, the level becomes the "
+                              "old trend's extreme and the trend turns",
+                   .reading = "Dots below the price: long, with the dot as the stop; above it: short.",
+                   .origin = "J. Welles Wilder, New Concepts in Technical Trading Systems, 1978."}}),
+    entry<"SAREXT", &Standard::SAREXT>(
+        {.help = "The parabolic stop with a speed for each side; levels above the price are negative.",
+         .arguments = {OHLCV,
+                       factor("StartValue",
+                              "The first level: above 0 of a long trend, below 0 of a short one, 0 to "
+                              "find it.",
+                              0),
+                       factor("OffsetOnReverse", "The share by which the level is moved away where it turns.", 0),
+                       factor("LongStart", "The first speed of a long trend.", 0.02),
+                       factor("LongStep", "What each new high adds to it.", 0.02),
+                       factor("LongMaximum", "Its greatest speed.", 0.2),
+                       factor("ShortStart", "The first speed of a short trend.", 0.02),
+                       factor("ShortStep", "What each new low adds to it.", 0.02),
+                       factor("ShortMaximum", "Its greatest speed.", 0.2)},
+         .columns = {below("", "2", "The level, below 0 while the trend is short.", PriceUnit)},
+         .purpose = Purpose::Trend,
+         .guide = {.formula = "as SAR, with the speeds of each side",
+                   .reading = "As SAR; the sign tells the side.",
+                   .origin = "After J. Welles Wilder, 1978."}}),
+    entry<"SUPERTREND", &Standard::SUPERTREND>(
+        {.help = "A stop level at a multiple of the average true range, which turns where a close crosses it.",
+         .arguments = {OHLCV, Periods.usually(10),
+                       factor("Factor", "How many average true ranges the level is away.", 3)},
+         .columns = {over("", "Periods + 1", "The level."),
+                     {.name = Standard::TrendSuffix,
+                      .firstRow = "Periods + 1",
+                      .help = "1 in a rising trend, -1 in a falling one.",
+                      .bounds = {-1, 1}}},
+         .purpose = Purpose::Trend,
+         .guide = {.formula =
+                       "bands = (High + Low) / 2 + and - Factor x ATR, each moving toward the price only until a "
+                       "close has crossed it; the level is the lower band in a rising trend, the upper one in a "
+                       "falling one. The first trend is rising",
+                   .reading = "Long while the level is below the price, short while it is above.",
+                   .origin = "Olivier Seban, 2000s."}}),
+    entry<"CHANDELIER", &Standard::CHANDELIER>(
+        {.help = "Stops hung from the highest high and propped on the lowest low by average true ranges.",
+         .arguments = {OHLCV, Periods.usually(22),
+                       factor("Factor", "How many average true ranges the stop is away.", 3)},
+         .columns = {over(Standard::LongSuffix, "Periods + 1", "The stop of a long trade."),
+                     over(Standard::ShortSuffix, "Periods + 1", "The stop of a short trade.")},
+         .purpose = Purpose::Trend,
+         .guide = {.formula =
+                       "Long = max High - Factor x ATR, Short = min Low + Factor x ATR, all over Periods records",
+                   .reading = "A close below the long stop ends a long trade, one above the short stop a short one.",
+                   .origin = "Chuck LeBeau; told by Alexander Elder, Come Into My Trading Room, 2002."}}),
+};
+
+}  // namespace orvex::inline ORVEX_COUNTS::catalogue
