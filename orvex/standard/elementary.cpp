@@ -102,6 +102,7 @@ double logarithm(double x) {
 double arcTangent(double x) {
   const double size = std::fabs(x);
   if (!(size >= 0x1p-27)) return x;  // as good as the argument itself, or no number
+  if (size > 0x1p60) return x < 0.0 ? -(Pi / 2) : Pi / 2;
   const bool isSteep = size > 1.0;
   const double t = isSteep ? 1.0 / size : size;
   const auto eighths = static_cast<std::size_t>(t * 8.0 + 0.5);
