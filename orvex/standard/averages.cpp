@@ -97,7 +97,7 @@ Standard::Result Standard::RMA(DataRef data, FieldRef Source, Integer Periods, N
 Standard::Result Standard::VWMA(DataRef data, FieldRef Source, FieldRef Volume, Integer Periods, Name Alias) {
   return Method<"VWMA">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source), volume = call.take(Volume);
-    return call.each(Periods.value(), [&]<class T>(Rows<T> at, int r) {
+    return call.each(Periods.value(), [&]<class T>(At<T> at, int r) {
       T flow = 0, whole = 0;
       for (int j = r - Periods.value() + 1; j <= r; ++j) {
         flow += at(x, j) * at(volume, j);

@@ -108,7 +108,7 @@ struct Parabolic {
   bool isSigned = false;
 
   template <class T>
-  T operator()(Rows<T> at, const Series& high, const Series& low, Stop& stop, int r) const {
+  T operator()(At<T> at, const Series& high, const Series& low, Stop& stop, int r) const {
     const T highBefore = at(high, r - 1), lowBefore = at(low, r - 1), h = at(high, r), l = at(low, r);
     if (r == 2) begin(at, high, low, stop);
     // The first bar that is computed is its own bar before.
@@ -143,7 +143,7 @@ struct Parabolic {
   }
 
   template <class T>
-  void begin(Rows<T> at, const Series& high, const Series& low, Stop& stop) const {
+  void begin(At<T> at, const Series& high, const Series& low, Stop& stop) const {
     const T rise = at(high, 2) - at(high, 1), fall = at(low, 1) - at(low, 2);
     stop.isLong = startValue == 0.0 ? !(fall > T(0) && rise < fall) : startValue > 0.0;
     stop.extreme = stop.isLong ? at(high, 2) : at(low, 2);
@@ -210,7 +210,7 @@ Standard::Result Standard::SUPERTREND(DataRef data, SetRef OHLCV, Integer Period
     Prices prices(call, OHLCV);
     const Series middle = medianPrice(call, prices), close = prices.close();
     const Series range = averageTrueRange(call, prices, Periods.value());
-    const auto rows = call.columns<2>(range.first, Channel(), [&]<class T>(Rows<T> at, Channel& channel, int r) {
+    const auto rows = call.columns<2>(range.first, Channel(), [&]<class T>(At<T> at, Channel& channel, int r) {
       const T width = Factor * at(range, r);
       T top = at(middle, r) + width, bottom = at(middle, r) - width;
       if (r > range.first) {

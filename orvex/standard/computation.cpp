@@ -29,7 +29,7 @@ Series Call::take(const std::shared_ptr<RecordSet>& set, std::string_view name) 
 }
 
 Series Call::make(Place first) const {
-  const auto column = makeColumn(count_, {});
+  const auto column = makeColumn(count_, {}, std::max<Place>(first, 1));
   return {std::max<Place>(first, 1), column->values().data(), column};
 }
 

@@ -46,7 +46,7 @@ struct Named {
 
 /// Reads columns as numbers of one type.
 template <class T>
-struct Rows {
+struct At {
   using Number = T;
 
   T operator()(const Series& series, int record) const { return series.rows[record - 1]; }
@@ -100,20 +100,20 @@ class Call {
   template <class Kernel, class Step>
   Series by(Place first, Kernel kernel, Step step) {
     const Series made = make(first);
-    double* const rows = made.column->values().data();
+    double* const rows = made.column->writableValues().data();
     eachComputed(
         first, [&](kernels::Records records) { return kernel(records, rows); },
-        [&](int record) { rows[record - 1] = step(Rows<Real>(), record); });
+        [&](int record) { rows[record - 1] = step(At<Real>(), record); });
     return done(made);
   }
   /// The column of which row r is `step(at, own, r)`, `own` being the column so far.
   template <class Kernel, class Step>
   Series recursion(Place first, Kernel kernel, Step step) {
     const Series own = make(first);
-    double* const rows = own.column->values().data();
+    double* const rows = own.column->writableValues().data();
     eachComputed(
         first, [&](kernels::Records records) { return kernel(records, rows); },
-        [&](int record) { rows[record - 1] = step(Rows<Real>(), own, record); });
+        [&](int record) { rows[record - 1] = step(At<Real>(), own, record); });
     return done(own);
   }
   /// The column of which row r is `step(at, state, r)`. The state is all that the step carries from record to record.
@@ -129,7 +129,7 @@ class Call {
     double* rows[Columns];
     for (int i = 0; i < Columns; ++i) {
       made[i] = make(first);
-      rows[i] = made[i].column->values().data();
+      rows[i] = made[i].column->writableValues().data();
     }
     const auto put = [&](const auto& values, int record) {
       for (int i = 0; i < Columns; ++i) rows[i][record - 1] = values[i];
@@ -140,13 +140,13 @@ class Call {
           if (!isPlain()) return 0;
           State trial = state;
           for (int record = records.first; record <= records.last; ++record)
-            put(step(Rows<double>(), trial, record), record);
+            put(step(At<double>(), trial, record), record);
           for (int i = 0; i < Columns; ++i)
             if (!areFinite(records, rows[i])) return 0;
           state = trial;
           return static_cast<std::size_t>(records.last - records.first) + 1;
         },
-        [&](int record) { put(step(Rows<Real>(), state, record), record); });
+        [&](int record) { put(step(At<Real>(), state, record), record); });
     for (Series& one : made) one = done(one);
     return made;
   }
@@ -160,7 +160,7 @@ class Call {
   std::shared_ptr<RecordSet> result(std::string_view alias, const std::vector<Named>& columns);
 
  private:
-  /// A new column of zeros.
+  /// A new column, 0 before `first` and with nothing in its rows from there on.
   Series make(Place first) const;
   /// Takes note of how large the values are that a column came to hold.
   Series done(const Series& made);
@@ -172,8 +172,7 @@ class Call {
   auto plain(Place, Step& step) {
     return [this, &step](kernels::Records records, double* rows) -> std::size_t {
       if (!isPlain()) return 0;
-      for (int record = records.first; record <= records.last; ++record)
-        rows[record - 1] = step(Rows<double>(), record);
+      for (int record = records.first; record <= records.last; ++record) rows[record - 1] = step(At<double>(), record);
       return areFinite(records, rows) ? static_cast<std::size_t>(records.last - records.first) + 1 : 0;
     };
   }

@@ -94,7 +94,7 @@ constexpr int LongFirst = 63;
 
 std::array<Series, 2> mesa(Call& call, const Series& x, double fastLimit, double slowLimit) {
   const Series smooth = smoothedPrice(call, x, ShortStart);
-  auto both = call.columns<2>(smooth.first, CycleState(), [&]<class T>(Rows<T> at, CycleState& s, int r) {
+  auto both = call.columns<2>(smooth.first, CycleState(), [&]<class T>(At<T> at, CycleState& s, int r) {
     discriminate(s, at(smooth, r));
     const T inPhase = s.inPhase[0];
     const T phase = inPhase != T(0) ? arcTangent(T(s.quadrature[0]) / inPhase) * DegreesPerRadian : T(0);
@@ -129,7 +129,7 @@ std::array<Series, Columns> ofCycle(Call& call, const Series& x, int early, int 
 /// The phase of the dominant cycle in degrees, from -45 to 315: the smoothed price of one cycle against a sine and a
 /// cosine of its length. Prices before the first smoothed one count as 0.
 template <class T>
-T dominantPhase(Rows<T> at, CycleState& s, const Series& smooth, int r) {
+T dominantPhase(At<T> at, CycleState& s, const Series& smooth, int r) {
   const int length = static_cast<int>(s.smoothPeriod + 0.5);
   T real = 0, imaginary = 0;
   for (int i = 0; i < length; ++i) {
@@ -157,7 +157,7 @@ T dominantPhase(Rows<T> at, CycleState& s, const Series& smooth, int r) {
 
 /// The mean of the prices of one cycle, smoothed by weights 4 to 1.
 template <class T>
-T trendline(Rows<T> at, CycleState& s, const Series& x, int r) {
+T trendline(At<T> at, CycleState& s, const Series& x, int r) {
   const int length = static_cast<int>(s.smoothPeriod + 0.5);
   T total = 0;
   for (int i = 0; i < length; ++i) total += at(x, r - i);
@@ -177,7 +177,7 @@ Standard::Result Standard::HT_DCPERIOD(DataRef data, FieldRef Source, Name Alias
   return Method<"HT_DCPERIOD">(data, Alias).compute([&](Call& call) {
     return ofCycle<1>(
         call, call.take(Source), ShortStart, ShortFirst,
-        []<class T>(Rows<T>, CycleState& s, const Series&, int) { return std::array{T(s.smoothPeriod)}; })[0];
+        []<class T>(At<T>, CycleState& s, const Series&, int) { return std::array{T(s.smoothPeriod)}; })[0];
   });
 }
 
@@ -193,7 +193,7 @@ Standard::Result Standard::HT_DCPHASE(DataRef data, FieldRef Source, Name Alias)
 Standard::Result Standard::HT_PHASOR(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_PHASOR">(data, Alias).compute([&](Call& call) {
     const auto parts = ofCycle<2>(call, call.take(Source), ShortStart, ShortFirst,
-                                  []<class T>(Rows<T>, CycleState& s, const Series&, int) {
+                                  []<class T>(At<T>, CycleState& s, const Series&, int) {
                                     return std::array{T(s.inPhase[0]), T(s.quadrature[0])};
                                   });
     return std::vector<Named>{{InPhaseSuffix, parts[0]}, {QuadratureSuffix, parts[1]}};
@@ -204,7 +204,7 @@ Standard::Result Standard::HT_SINE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_SINE">(data, Alias).compute([&](Call& call) {
     const auto waves =
         ofCycle<2>(call, call.take(Source), LongStart, LongFirst,
-                   []<class T>(Rows<T> at, CycleState& s, const Series& smooth, int r) {
+                   []<class T>(At<T> at, CycleState& s, const Series& smooth, int r) {
                      const T phase = dominantPhase(at, s, smooth, r);
                      return std::array{sine(phase / DegreesPerRadian), sine((phase + 45) / DegreesPerRadian)};
                    });
@@ -216,7 +216,7 @@ Standard::Result Standard::HT_TRENDMODE(DataRef data, FieldRef Source, Name Alia
   return Method<"HT_TRENDMODE">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source);
     return ofCycle<1>(call, x, LongStart, LongFirst,
-                      [&]<class T>(Rows<T> at, CycleState& s, const Series& smooth, int r) {
+                      [&]<class T>(At<T> at, CycleState& s, const Series& smooth, int r) {
                         const T phaseBefore = s.dominantPhase, sineBefore = s.sine, leadBefore = s.leadSine;
                         const T phase = dominantPhase(at, s, smooth, r);
                         const T now = sine(phase / DegreesPerRadian), lead = sine((phase + 45) / DegreesPerRadian);

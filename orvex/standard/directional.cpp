@@ -17,7 +17,7 @@ struct Moves {
 };
 
 template <class T>
-Moves<T> movesAt(Rows<T> at, const Series& high, const Series& low, int r) {
+Moves<T> movesAt(At<T> at, const Series& high, const Series& low, int r) {
   const T rise = at(high, r) - at(high, r - 1), fall = at(low, r - 1) - at(low, r);
   return {rise > T(0) && rise > fall ? rise : T(0), fall > T(0) && fall > rise ? fall : T(0)};
 }
@@ -25,7 +25,7 @@ Moves<T> movesAt(Rows<T> at, const Series& high, const Series& low, int r) {
 /// Wilder's sum: that of the P - 1 values up to record P, and from then on less its own P-th part, plus the value.
 Series wilderSum(Call& call, const Series& x, int periods) {
   const Place first = x.first + std::max(periods - 2, 0);
-  return call.recursion(first, noKernel, [&]<class T>(Rows<T> at, const Series& own, int r) {
+  return call.recursion(first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
     if (r > first) return at(own, r - 1) - at(own, r - 1) / periods + at(x, r);
     T total = 0;
     for (int j = static_cast<int>(x.first); j <= r; ++j) total += at(x, j);
@@ -55,7 +55,7 @@ struct Direction {
 
 /// One side as a share of the range, in percent, from record P + 1 on. Of one record it is a plain share.
 Series indicator(Call& call, const Series& moves, const Series& range, int periods) {
-  return call.each(range.first + (periods > 1 ? 1 : 0), [&]<class T>(Rows<T> at, int r) {
+  return call.each(range.first + (periods > 1 ? 1 : 0), [&]<class T>(At<T> at, int r) {
     const T whole = at(range, r);
     if (whole == T(0)) return T(0);
     return periods > 1 ? 100 * (at(moves, r) / whole) : at(moves, r) / whole;
@@ -64,7 +64,7 @@ Series indicator(Call& call, const Series& moves, const Series& range, int perio
 
 /// 100 x the difference of both sides in their sum; false where there is neither.
 template <class T>
-bool directionalIndex(Rows<T> at, const Direction& sums, int r, T& index) {
+bool directionalIndex(At<T> at, const Direction& sums, int r, T& index) {
   const T whole = at(sums.range, r);
   if (whole == T(0)) return false;
   const T plus = 100 * (at(sums.plus, r) / whole), minus = 100 * (at(sums.minus, r) / whole);
@@ -77,7 +77,7 @@ bool directionalIndex(Rows<T> at, const Direction& sums, int r, T& index) {
 Series averageIndex(Call& call, Prices& prices, int periods) {
   const Direction sums(call, prices, periods, true);
   const Place first = 2 * Place{periods};
-  return call.recursion(first, noKernel, [&]<class T>(Rows<T> at, const Series& own, int r) {
+  return call.recursion(first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
     T index = 0;
     if (r > first) {
       const T before = at(own, r - 1);
@@ -113,7 +113,7 @@ Standard::Result Standard::DX(DataRef data, SetRef OHLCV, Integer Periods, Name 
     Prices prices(call, OHLCV);
     const Direction sums(call, prices, Periods.value(), true);
     const Place first = Place{Periods.value()} + 1;
-    return call.recursion(first, noKernel, [&]<class T>(Rows<T> at, const Series& own, int r) {
+    return call.recursion(first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
       T index = 0;
       if (!directionalIndex(at, sums, r, index) && r > first) index = at(own, r - 1);
       return index;
@@ -155,7 +155,7 @@ namespace {
 
 /// How many records ago the newest highest high and lowest low of this record and the P before it stand.
 template <class T>
-std::array<int, 2> agesAt(Rows<T> at, const Series& high, const Series& low, int periods, int r) {
+std::array<int, 2> agesAt(At<T> at, const Series& high, const Series& low, int periods, int r) {
   int top = r - periods, bottom = top;
   for (int j = r - periods + 1; j <= r; ++j) {
     if (at(high, j) >= at(high, top)) top = j;
@@ -172,7 +172,7 @@ Standard::Result Standard::Aroon(DataRef data, SetRef OHLCV, Integer Periods, Na
     const Series high = prices.high(), low = prices.low();
     const int periods = Periods.value();
     const double share = 100.0 / periods;
-    const auto sides = call.columns<2>(Place{periods} + 1, Nothing(), [&]<class T>(Rows<T> at, Nothing&, int r) {
+    const auto sides = call.columns<2>(Place{periods} + 1, Nothing(), [&]<class T>(At<T> at, Nothing&, int r) {
       const auto [top, bottom] = agesAt(at, high, low, periods, r);
       return std::array{T(share * (periods - bottom)), T(share * (periods - top))};
     });
@@ -186,7 +186,7 @@ Standard::Result Standard::AROONOSC(DataRef data, SetRef OHLCV, Integer Periods,
     const Series high = prices.high(), low = prices.low();
     const int periods = Periods.value();
     const double share = 100.0 / periods;
-    return call.each(Place{periods} + 1, [&]<class T>(Rows<T> at, int r) {
+    return call.each(Place{periods} + 1, [&]<class T>(At<T> at, int r) {
       const auto [top, bottom] = agesAt(at, high, low, periods, r);
       return T(share * (bottom - top));
     });
@@ -198,7 +198,7 @@ Standard::Result Standard::VORTEX(DataRef data, SetRef OHLCV, Integer Periods, N
     Prices prices(call, OHLCV);
     const Series high = prices.high(), low = prices.low(), range = trueRange(call, prices);
     const int periods = Periods.value();
-    const auto sides = call.columns<2>(Place{periods} + 1, Nothing(), [&]<class T>(Rows<T> at, Nothing&, int r) {
+    const auto sides = call.columns<2>(Place{periods} + 1, Nothing(), [&]<class T>(At<T> at, Nothing&, int r) {
       T up = 0, down = 0, whole = 0;
       for (int j = r - periods + 1; j <= r; ++j) {
         up += magnitude(at(high, j) - at(low, j - 1));

@@ -84,7 +84,7 @@ Standard::Result Standard::BOP(DataRef data, SetRef OHLCV, Name Alias) {
   return Method<"BOP">(data, Alias).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series open = prices.open(), high = prices.high(), low = prices.low(), close = prices.close();
-    return call.each(1, [&]<class T>(Rows<T> at, int r) {
+    return call.each(1, [&]<class T>(At<T> at, int r) {
       const T range = at(high, r) - at(low, r);
       return range > T(0) ? (at(close, r) - at(open, r)) / range : T(0);
     });
@@ -101,7 +101,7 @@ Standard::Result Standard::CCI(DataRef data, SetRef OHLCV, Integer Periods, Name
           return kernels::run(&kernels::Table::channel, rowsOf(price.column), rowsOf(mean.column), Periods.value(),
                               records, rows);
         },
-        [&]<class T>(Rows<T> at, int r) {
+        [&]<class T>(At<T> at, int r) {
           T distance = 0;
           bool isFlat = true;
           for (int j = r - Periods.value() + 1; j <= r; ++j) {
@@ -241,10 +241,10 @@ Standard::Result Standard::ULTOSC(DataRef data, SetRef OHLCV, Integer Cycle1, In
     Prices prices(call, OHLCV);
     const Series low = prices.low(), close = prices.close(), range = trueRange(call, prices);
     const Series buying =
-        call.each(2, [&]<class T>(Rows<T> at, int r) { return at(close, r) - smaller(at(low, r), at(close, r - 1)); });
+        call.each(2, [&]<class T>(At<T> at, int r) { return at(close, r) - smaller(at(low, r), at(close, r - 1)); });
     std::array cycles = {Cycle1.value(), Cycle2.value(), Cycle3.value()};
     std::sort(cycles.begin(), cycles.end());
-    return call.each(Place{cycles[2]} + 1, [&]<class T>(Rows<T> at, int r) {
+    return call.each(Place{cycles[2]} + 1, [&]<class T>(At<T> at, int r) {
       T pressure = 0, whole = 0;
       std::array<T, 3> shares;
       int j = r;
@@ -323,7 +323,7 @@ Standard::Result Standard::FISHER(DataRef data, SetRef OHLCV, Integer Periods, N
     Prices prices(call, OHLCV);
     const Series price = medianPrice(call, prices);
     const Series top = highest(call, price, Periods.value()), bottom = lowest(call, price, Periods.value());
-    const auto rows = call.columns<2>(top.first, Transformed(), [&]<class T>(Rows<T> at, Transformed& last, int r) {
+    const auto rows = call.columns<2>(top.first, Transformed(), [&]<class T>(At<T> at, Transformed& last, int r) {
       T range = at(top, r) - at(bottom, r);
       if (range == T(0)) range = 0.001;
       T place = 0.33 * 2.0 * ((at(price, r) - at(bottom, r)) / range - 0.5) + 0.67 * T(last.place);
@@ -378,7 +378,7 @@ Standard::Result Standard::MASS(DataRef data, SetRef OHLCV, Integer FastPeriods,
     const Series once = exponential(call, difference(call, high, prices.low()), FastPeriods.value());
     const Series twice = exponential(call, once, FastPeriods.value());
     const Series ratio =
-        call.each(twice.first, [&]<class T>(Rows<T> at, int r) { return quotient(at(once, r), at(twice, r), T(1)); });
+        call.each(twice.first, [&]<class T>(At<T> at, int r) { return quotient(at(once, r), at(twice, r), T(1)); });
     return sum(call, ratio, SlowPeriods.value());
   });
 }
@@ -399,7 +399,7 @@ Standard::Result Standard::CRSI(DataRef data, FieldRef Source, Integer Periods, 
       .periods(RankPeriods, 2)
       .compute([&](Call& call) {
         const Series x = call.take(Source);
-        const Series streaks = call.carried(1, Streak(), [&]<class T>(Rows<T> at, Streak& streak, int r) {
+        const Series streaks = call.carried(1, Streak(), [&]<class T>(At<T> at, Streak& streak, int r) {
           const T move = r > 1 ? at(x, r) - at(x, r - 1) : T(0);
           streak.length = move > T(0)   ? std::max(streak.length, 0) + 1
                           : move < T(0) ? std::min(streak.length, 0) - 1

@@ -22,7 +22,7 @@ Series simple(Call& call, const Series& x, int periods) {
   return call.by(
       x.first + periods - 1,
       [&](Records records, double* rows) { return kernels::run(&Table::mean, source(x), periods, records, rows); },
-      [&]<class T>(Rows<T> at, int r) {
+      [&]<class T>(At<T> at, int r) {
         T total = 0;
         for (int j = 0; j < periods; ++j) total += at(x, r - j);
         return total / periods;
@@ -40,7 +40,7 @@ Series smoothed(Call& call, const Series& x, int periods, double factor) {
         if (done == 1 && rest.first <= rest.last) done += kernels::run(&Table::approach, source(x), factor, rest, rows);
         return done;
       },
-      [&]<class T>(Rows<T> at, const Series& own, int r) {
+      [&]<class T>(At<T> at, const Series& own, int r) {
         if (r > first) {
           const T before = at(own, r - 1);
           return before + (at(x, r) - before) * factor;
@@ -66,7 +66,7 @@ Series weighted(Call& call, const Series& x, int periods) {
       [&](Records records, double* rows) {
         return kernels::run(&Table::weightedMean, source(x), periods, records, rows);
       },
-      [&]<class T>(Rows<T> at, int r) {
+      [&]<class T>(At<T> at, int r) {
         T sum = 0;
         for (int j = 0; j < periods; ++j) sum += (periods - j) * at(x, r - j);
         return sum / total;
@@ -81,7 +81,7 @@ Series kaufman(Call& call, const Series& x, int periods) {
   const Place first = x.first + periods;
   constexpr double slowest = 2.0 / 31.0;
   constexpr double span = 2.0 / 3.0 - 2.0 / 31.0;
-  return call.recursion(first, noKernel, [&]<class T>(Rows<T> at, const Series& own, int r) {
+  return call.recursion(first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
     const T before = r > first ? at(own, r - 1) : at(x, r - 1);
     const T move = at(x, r) - at(x, r - periods);
     T path = 0;
@@ -156,7 +156,7 @@ Series average(Call& call, Integer kind, const Series& x, Integer periods) {
 }
 
 Series sum(Call& call, const Series& x, int periods) {
-  return call.each(x.first + periods - 1, [&]<class T>(Rows<T> at, int r) {
+  return call.each(x.first + periods - 1, [&]<class T>(At<T> at, int r) {
     T total = 0;
     for (int j = r - periods + 1; j <= r; ++j) total += at(x, j);
     return total;
@@ -169,7 +169,7 @@ Series highest(Call& call, const Series& x, int periods) {
       [&](Records records, double* rows) {
         return kernels::run(&Table::highest, source(x), periods, kernels::Ties::Newest, records, rows);
       },
-      [&]<class T>(Rows<T> at, int r) {
+      [&]<class T>(At<T> at, int r) {
         T best = at(x, r - periods + 1);
         for (int j = r - periods + 2; j <= r; ++j)
           if (at(x, j) >= best) best = at(x, j);
@@ -183,7 +183,7 @@ Series lowest(Call& call, const Series& x, int periods) {
       [&](Records records, double* rows) {
         return kernels::run(&Table::lowest, source(x), periods, kernels::Ties::Newest, records, rows);
       },
-      [&]<class T>(Rows<T> at, int r) {
+      [&]<class T>(At<T> at, int r) {
         T best = at(x, r - periods + 1);
         for (int j = r - periods + 2; j <= r; ++j)
           if (at(x, j) <= best) best = at(x, j);
@@ -197,7 +197,7 @@ Series deviation(Call& call, const Series& x, const Series& mean, int periods, d
       [&](Records records, double* rows) {
         return kernels::run(&Table::deviation, source(x), source(mean), periods, 0, factor, records, rows);
       },
-      [&]<class T>(Rows<T> at, int r) {
+      [&]<class T>(At<T> at, int r) {
         T total = 0;
         for (int j = 0; j < periods; ++j) {
           const T distance = at(x, r - j) - at(mean, r);
@@ -226,7 +226,7 @@ Series percentAbove(Call& call, const Series& a, const Series& b) {
       [&](Records records, double* rows) {
         return kernels::run(&Table::percentAbove, source(a), source(b), 0, records, rows);
       },
-      [&]<class T>(Rows<T> at, int r) { return quotient(at(a, r) - at(b, r), at(b, r)) * 100; });
+      [&]<class T>(At<T> at, int r) { return quotient(at(a, r) - at(b, r), at(b, r)) * 100; });
 }
 
 Series momentum(Call& call, const Series& x, int lag) {
@@ -234,7 +234,7 @@ Series momentum(Call& call, const Series& x, int lag) {
 }
 
 Series rate(Call& call, const Series& x, int lag) {
-  return call.each(x.first + lag, [&]<class T>(Rows<T> at, int r) {
+  return call.each(x.first + lag, [&]<class T>(At<T> at, int r) {
     const T old = at(x, r - lag);
     return quotient(at(x, r) - old, old) * 100;
   });
@@ -262,7 +262,7 @@ Series typicalPrice(Call& call, Prices& prices) {
 
 Series trueRange(Call& call, Prices& prices) {
   const Series high = prices.high(), low = prices.low(), close = prices.close();
-  return call.each(2, [&]<class T>(Rows<T> at, int r) {
+  return call.each(2, [&]<class T>(At<T> at, int r) {
     const T before = at(close, r - 1);
     return larger(larger(at(high, r) - at(low, r), magnitude(at(high, r) - before)), magnitude(at(low, r) - before));
   });
@@ -285,7 +285,7 @@ struct Means {
 template <class Combine>
 Series ofMoves(Call& call, const Series& x, int periods, Combine combine) {
   const Place first = x.first + periods;
-  return call.carried(first, Means(), [&]<class T>(Rows<T> at, Means& means, int r) {
+  return call.carried(first, Means(), [&]<class T>(At<T> at, Means& means, int r) {
     const auto add = [&](T& rise, T& fall, int j) {
       const T move = at(x, j) - at(x, j - 1);
       if (move > T(0)) rise = rise + move;
@@ -316,13 +316,13 @@ Series chandeMomentum(Call& call, const Series& x, int periods) {
 
 Series stochastic(Call& call, const Series& high, const Series& low, const Series& close, int periods) {
   const Series top = highest(call, high, periods), bottom = lowest(call, low, periods);
-  return call.each(std::max({top.first, bottom.first, close.first}), [&]<class T>(Rows<T> at, int r) {
+  return call.each(std::max({top.first, bottom.first, close.first}), [&]<class T>(At<T> at, int r) {
     return quotient(at(close, r) - at(bottom, r), (at(top, r) - at(bottom, r)) / 100);
   });
 }
 
 Series percentRank(Call& call, const Series& x, int periods) {
-  return call.each(x.first + periods, [&]<class T>(Rows<T> at, int r) {
+  return call.each(x.first + periods, [&]<class T>(At<T> at, int r) {
     int below = 0;
     for (int j = r - periods; j < r; ++j) below += at(x, j) < at(x, r) ? 1 : 0;
     return T(below) / periods * 100;
@@ -331,7 +331,7 @@ Series percentRank(Call& call, const Series& x, int periods) {
 
 Series moneyFlowVolume(Call& call, Prices& prices) {
   const Series high = prices.high(), low = prices.low(), close = prices.close(), volume = prices.volume();
-  return call.each(1, [&]<class T>(Rows<T> at, int r) {
+  return call.each(1, [&]<class T>(At<T> at, int r) {
     const T h = at(high, r), l = at(low, r), c = at(close, r);
     return h > l ? ((c - l) - (h - c)) / (h - l) * at(volume, r) : T(0);
   });
@@ -346,9 +346,7 @@ Series total(Call& call, const Series& x) {
         if (rest.first > rest.last) return 1;
         return 1 + kernels::run(&Table::runningTotal, source(x), rest, rows);
       },
-      [&]<class T>(Rows<T> at, const Series& own, int r) {
-        return r > x.first ? at(own, r - 1) + at(x, r) : at(x, r);
-      });
+      [&]<class T>(At<T> at, const Series& own, int r) { return r > x.first ? at(own, r - 1) + at(x, r) : at(x, r); });
 }
 
 Series accumulation(Call& call, Prices& prices) {

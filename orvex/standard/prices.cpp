@@ -56,7 +56,7 @@ Standard::Result Standard::HEIKIN_ASHI(DataRef data, SetRef OHLCV, Name Alias) {
   return Method<"HEIKIN_ASHI">(data, Alias).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series open = prices.open(), high = prices.high(), low = prices.low(), close = prices.close();
-    const auto bars = call.columns<4>(1, Body(), [&]<class T>(Rows<T> at, Body& body, int r) {
+    const auto bars = call.columns<4>(1, Body(), [&]<class T>(At<T> at, Body& body, int r) {
       const T h = at(high, r), l = at(low, r);
       const T end = (at(open, r) + h + l + at(close, r)) / 4;
       const T start = r > 1 ? (T(body.open) + body.close) / 2 : (at(open, r) + at(close, r)) / 2;

@@ -16,7 +16,7 @@ struct Scatter {
 };
 
 template <class T>
-Scatter<T> scatterAt(Rows<T> at, const Series& x, const Series& y, int periods, int r) {
+Scatter<T> scatterAt(At<T> at, const Series& x, const Series& y, int periods, int r) {
   T meanX = 0, meanY = 0;
   for (int j = r - periods + 1; j <= r; ++j) {
     meanX += at(x, j);
@@ -44,7 +44,7 @@ struct Line {
 };
 
 template <class T>
-Line<T> lineAt(Rows<T> at, const Series& x, int periods, int r) {
+Line<T> lineAt(At<T> at, const Series& x, int periods, int r) {
   const double n = periods, positions = n * (n - 1.0) * 0.5, squares = n * (n - 1.0) * (2.0 * n - 1.0) / 6.0;
   T total = 0, products = 0;
   for (int i = 0; i < periods; ++i) {
@@ -71,10 +71,10 @@ Standard::Result ofLines(const Standard::DataRef& data, const Standard::FieldRef
 Standard::Result Standard::BETA(DataRef data, FieldRef Source1, FieldRef Source2, Integer Periods, Name Alias) {
   return Method<"BETA">(data, Alias).periods(Periods).compute([&](Call& call) {
     const auto moves = [&](const Series& x) {
-      return call.each(2, [&]<class T>(Rows<T> at, int r) { return quotient(at(x, r) - at(x, r - 1), at(x, r - 1)); });
+      return call.each(2, [&]<class T>(At<T> at, int r) { return quotient(at(x, r) - at(x, r - 1), at(x, r - 1)); });
     };
     const Series x = moves(call.take(Source1)), y = moves(call.take(Source2));
-    return call.each(Place{Periods.value()} + 1, [&]<class T>(Rows<T> at, int r) {
+    return call.each(Place{Periods.value()} + 1, [&]<class T>(At<T> at, int r) {
       const Scatter<T> sums = scatterAt(at, x, y, Periods.value(), r);
       return Periods.value() * sums.xx < T(Least) ? T(0) : sums.xy / sums.xx;
     });
@@ -84,7 +84,7 @@ Standard::Result Standard::BETA(DataRef data, FieldRef Source1, FieldRef Source2
 Standard::Result Standard::CORREL(DataRef data, FieldRef Source1, FieldRef Source2, Integer Periods, Name Alias) {
   return Method<"CORREL">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source1), y = call.take(Source2);
-    return call.each(Periods.value(), [&]<class T>(Rows<T> at, int r) {
+    return call.each(Periods.value(), [&]<class T>(At<T> at, int r) {
       const Scatter<T> sums = scatterAt(at, x, y, Periods.value(), r);
       const T both = sums.xx * sums.yy;
       return both < T(Least) ? T(0) : sums.xy / root(both);
@@ -120,7 +120,7 @@ Standard::Result Standard::ZSCORE(DataRef data, FieldRef Source, Integer Periods
     const Series x = call.take(Source), mean = simple(call, x, Periods.value());
     const Series spread = deviation(call, x, mean, Periods.value(), 1.0);
     const Series top = highest(call, x, Periods.value()), bottom = lowest(call, x, Periods.value());
-    return call.each(mean.first, [&]<class T>(Rows<T> at, int r) {
+    return call.each(mean.first, [&]<class T>(At<T> at, int r) {
       // Equal values stand at their mean, wherever the rounded sum of them lies.
       return at(top, r) == at(bottom, r) ? T(0) : quotient(at(x, r) - at(mean, r), at(spread, r));
     });
@@ -157,7 +157,7 @@ struct Holder {
 /// finds it on its way.
 template <class Beats>
 Series placeOf(Call& call, const Series& x, int periods, Beats beats) {
-  return call.carried(x.first + periods - 1, Holder(), [&]<class T>(Rows<T> at, Holder& holder, int r) {
+  return call.carried(x.first + periods - 1, Holder(), [&]<class T>(At<T> at, Holder& holder, int r) {
     const auto better = [&](int a, int b) { return beats(at(x, a), at(x, b)); };
     if (holder.record < r - periods + 1) {
       holder.record = r - periods + 1;

@@ -41,7 +41,7 @@ Standard::Result Standard::STDDEV(DataRef data, FieldRef Source, Integer Periods
 Standard::Result Standard::VAR(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"VAR">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source), mean = simple(call, x, Periods.value());
-    return call.each(mean.first, [&]<class T>(Rows<T> at, int r) {
+    return call.each(mean.first, [&]<class T>(At<T> at, int r) {
       T total = 0;
       for (int j = 0; j < Periods; ++j) {
         const T distance = at(x, r - j) - at(mean, r);
@@ -58,7 +58,7 @@ Standard::Result Standard::HV(DataRef data, FieldRef Source, Integer Periods, In
     const Series moves = call.each(2, [&](auto at, int r) { return logarithm(at(x, r) / at(x, r - 1)); });
     const Series mean = simple(call, moves, Periods.value());
     const double year = std::sqrt(PeriodsPerYear.value());
-    return call.each(mean.first, [&]<class T>(Rows<T> at, int r) {
+    return call.each(mean.first, [&]<class T>(At<T> at, int r) {
       T total = 0;
       for (int j = 0; j < Periods; ++j) {
         const T distance = at(moves, r - j) - at(mean, r);

@@ -12,7 +12,7 @@ Standard::Result Standard::MFI(DataRef data, SetRef OHLCV, Integer Periods, Name
   return Method<"MFI">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series price = typicalPrice(call, prices), flow = product(call, price, prices.volume());
-    return call.each(Place{Periods.value()} + 1, [&]<class T>(Rows<T> at, int r) {
+    return call.each(Place{Periods.value()} + 1, [&]<class T>(At<T> at, int r) {
       T rising = 0, falling = 0;
       for (int j = r - Periods.value() + 1; j <= r; ++j) {
         const T now = at(price, j), before = at(price, j - 1);
@@ -44,7 +44,7 @@ namespace {
 /// The average that begins with its column's first value.
 Series fromFirst(Call& call, const Series& x, int periods) {
   const double factor = 2.0 / (periods + 1.0);
-  return call.recursion(x.first, noKernel, [&]<class T>(Rows<T> at, const Series& own, int r) {
+  return call.recursion(x.first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
     return r > x.first ? factor * at(x, r) + (1.0 - factor) * at(own, r - 1) : at(x, r);
   });
 }
@@ -72,7 +72,7 @@ Standard::Result Standard::OBV(DataRef data, FieldRef Source, FieldRef Volume, N
           return 1 + kernels::run(&kernels::Table::onBalanceVolume, rowsOf(x.column), rowsOf(volume.column),
                                   kernels::Records{2, records.last}, rows);
         },
-        [&]<class T>(Rows<T> at, const Series& own, int r) {
+        [&]<class T>(At<T> at, const Series& own, int r) {
           if (r == 1) return at(volume, r);
           const T now = at(x, r), before = at(x, r - 1), amount = at(volume, r);
           return at(own, r - 1) + (now > before ? amount : now < before ? T(0) - amount : T(0));
@@ -84,7 +84,7 @@ Standard::Result Standard::CMF(DataRef data, SetRef OHLCV, Integer Periods, Name
   return Method<"CMF">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series flow = moneyFlowVolume(call, prices), volume = prices.volume();
-    return call.each(Periods.value(), [&]<class T>(Rows<T> at, int r) {
+    return call.each(Periods.value(), [&]<class T>(At<T> at, int r) {
       T part = 0, whole = 0;
       for (int j = r - Periods.value() + 1; j <= r; ++j) {
         part += at(flow, j);
@@ -101,7 +101,7 @@ Standard::Result Standard::EMV(DataRef data, SetRef OHLCV, Name Alias) {
     const Series high = prices.high(), low = prices.low(), volume = prices.volume();
     const Series moves = momentum(call, medianPrice(call, prices), 1);
     return call.each(
-        2, [&](auto at, int r) { return at(moves, r) / (at(volume, r) / 10000 / (at(high, r) - at(low, r))); });
+        2, [&](auto at, int r) { return at(moves, r) * (at(high, r) - at(low, r)) / (at(volume, r) / 10000); });
   });
 }
 
@@ -119,7 +119,7 @@ Standard::Result Standard::KVO(DataRef data, SetRef OHLCV, Integer FastPeriods, 
   return Method<"KVO">(data, Alias).periods(FastPeriods).periods(SlowPeriods).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series high = prices.high(), low = prices.low(), close = prices.close(), volume = prices.volume();
-    const Series force = call.carried(2, Klinger(), [&]<class T>(Rows<T> at, Klinger& last, int r) {
+    const Series force = call.carried(2, Klinger(), [&]<class T>(At<T> at, Klinger& last, int r) {
       const auto place = [&](int j) { return at(high, j) + at(low, j) + at(close, j); };
       const T now = place(r), before = place(r - 1), range = at(high, r) - at(low, r);
       T path = last.path;
@@ -142,7 +142,7 @@ namespace {
 /// 1000, moved by the price's own rates where the volume went the way of `counts`.
 template <class Counts>
 Series volumeIndex(Call& call, const Series& x, const Series& volume, Counts counts) {
-  return call.recursion(1, noKernel, [&]<class T>(Rows<T> at, const Series& own, int r) {
+  return call.recursion(1, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
     if (r == 1) return T(1000);
     const T before = at(own, r - 1), old = at(x, r - 1);
     if (!counts(at(volume, r), at(volume, r - 1)) || old == T(0)) return before;
@@ -174,7 +174,7 @@ Standard::Result Standard::VOSC(DataRef data, FieldRef Volume, Integer FastPerio
 Standard::Result Standard::PVT(DataRef data, FieldRef Source, FieldRef Volume, Name Alias) {
   return Method<"PVT">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source), volume = call.take(Volume);
-    return call.recursion(1, noKernel, [&]<class T>(Rows<T> at, const Series& own, int r) {
+    return call.recursion(1, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
       if (r == 1) return T(0);
       const T old = at(x, r - 1);
       return at(own, r - 1) + quotient(at(x, r) - old, old) * at(volume, r);
@@ -194,7 +194,7 @@ struct Traded {
 template <class Begins>
 Series averagePrice(Call& call, Prices& prices, Place first, Begins begins) {
   const Series flow = product(call, typicalPrice(call, prices), prices.volume()), volume = prices.volume();
-  return call.carried(first, Traded(), [&]<class T>(Rows<T> at, Traded& sums, int r) {
+  return call.carried(first, Traded(), [&]<class T>(At<T> at, Traded& sums, int r) {
     if (begins(at, r)) sums = {};
     const T part = T(sums.flow) + at(flow, r), whole = T(sums.volume) + at(volume, r);
     sums = {part, whole};

@@ -105,6 +105,7 @@ inline constexpr auto standardBands = std::tuple{
          .columns = {over("", "Periods + 1", "The level."),
                      {.name = Standard::TrendSuffix,
                       .firstRow = "Periods + 1",
+                      .aliased = true,
                       .help = "1 in a rising trend, -1 in a falling one.",
                       .bounds = {-1, 1}}},
          .purpose = Purpose::Trend,

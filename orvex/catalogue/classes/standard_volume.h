@@ -69,10 +69,10 @@ inline constexpr auto standardVolume = std::tuple{
          .arguments = {OHLCV},
          .columns = {below("", "2", "The ease.")},
          .purpose = Purpose::Volume,
-         .guide = {.formula = "(p(r) - p(r - 1)) / (Volume / 10000 / (High - Low)), p = (High + Low) / 2",
+         .guide = {.formula = "(p(r) - p(r - 1)) x (High - Low) / (Volume / 10000), p = (High + Low) / 2",
                    .reading = "Far above 0 the price rises on little volume; it is read through an average of it.",
                    .origin = "Richard Arms, Volume Cycles in the Stock Market, 1983.",
-                   .fails = "where a volume is 0, and where a bar has no range"},
+                   .fails = "where a volume is 0"},
          .levels = {0}}),
     entry<"KVO", &Standard::KVO>(
         {.help = "The difference of two averages of the volume's force along the trend.",
