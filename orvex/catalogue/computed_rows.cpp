@@ -8,6 +8,7 @@
 #include "orvex/averages/average_type.h"
 #include "orvex/data/error.h"
 #include "orvex/data/integer.h"
+#include "orvex/standard/candles.h"
 #include "orvex/standard/parts.h"
 
 namespace orvex::inline ORVEX_COUNTS::catalogue {
@@ -109,6 +110,12 @@ class Evaluation {
       const std::int64_t kind = sum();
       expect(',');
       value = standard::lookback(kind, sum());
+    } else if (name == "candle") {
+      const std::int64_t pattern = sum();
+      if (pattern < 1 || pattern > static_cast<std::int64_t>(standard::CandlePatterns.size())) fail();
+      value = standard::CandlePatterns[static_cast<std::size_t>(pattern) - 1].lookback;
+    } else if (name == "root") {
+      value = static_cast<std::int64_t>(std::sqrt(static_cast<double>(std::max<std::int64_t>(sum(), 0))));
     } else if (name == "root") {
       value = static_cast<std::int64_t>(std::sqrt(static_cast<double>(std::max<std::int64_t>(sum(), 0))));
     } else if (name == "max" || name == "min") {

@@ -26,6 +26,7 @@ RowRange computedRows(const Method& method, const Column& column, int count, std
 ///   average(code, periods)   the first computed row of the moving average of that code
 ///   average(code, periods, first)   the same of a column that is itself computed from row `first` on
 ///   lookback(kind, periods)   how many records after its column's first an average of `Standard` begins
+///   candle(pattern)   how many records a candlestick pattern of `Standard` needs before it ends
 ///   root(a)   the whole part of the square root
 ///   choose(a < b, x, y)      x where the comparison holds, otherwise y
 /// Error 5 for one that is not well-formed or names something else.

@@ -65,6 +65,7 @@ struct Choice {
 
 /// As many as a method may have.
 inline constexpr std::size_t MostArguments = 12;
+inline constexpr std::size_t MostColumns = 9;
 
 struct Argument {
   std::string_view name;
@@ -149,7 +150,7 @@ struct Method {
   std::string_view name{};
   std::string_view help{};
   List<Argument, MostArguments> arguments{};
-  List<Column, 6> columns{};
+  List<Column, MostColumns> columns{};
   /// The errors that the method itself raises, those of its arguments' conversion apart.
   List<Fault, 6> faults{};
   Kind kind = Kind::Method;

@@ -238,4 +238,90 @@ Standard::Result Standard::CHANDELIER(DataRef data, SetRef OHLCV, Integer Period
   });
 }
 
+Standard::Result Standard::ICHIMOKU(DataRef data, SetRef OHLCV, Integer ConversionPeriods, Integer BasePeriods,
+                                    Integer SpanPeriods, Integer Displacement, Name Alias) {
+  return Method<"ICHIMOKU">(data, Alias)
+      .periods(ConversionPeriods)
+      .periods(BasePeriods)
+      .periods(SpanPeriods)
+      .periods(Displacement, 0)
+      .compute([&](Call& call) {
+        Prices prices(call, OHLCV);
+        const Series high = prices.high(), low = prices.low(), close = prices.close();
+        const auto middle = [&](Integer periods) {
+          return middleOf(call, highest(call, high, periods.value()), lowest(call, low, periods.value()));
+        };
+        const int ahead = Displacement.value();
+        const auto displaced = [&](const Series& x) {
+          return call.each(x.first + ahead, [&](auto at, int r) { return at(x, r - ahead); });
+        };
+        const Series conversion = middle(ConversionPeriods), base = middle(BasePeriods);
+        const Series lagging = call.each(
+            1, [&]<class T>(At<T> at, int r) { return r <= call.count() - ahead ? at(close, r + ahead) : T(0); });
+        return std::vector<Named>{{ConversionSuffix, conversion},
+                                  {BaseSuffix, base},
+                                  {SpanASuffix, displaced(middleOf(call, conversion, base))},
+                                  {SpanBSuffix, displaced(middle(SpanPeriods))},
+                                  {LaggingSuffix, lagging}};
+      });
+}
+
+namespace {
+
+/// The extremes of the session so far, and the levels that the one before it gave.
+struct SessionSoFar {
+  double high = 0.0;
+  double low = 0.0;
+  std::array<double, 9> levels{};
+};
+
+/// The levels of a session's high, low and close: the pivot, resistances and supports 1 to 4, 0 for those that the kind
+/// does not have.
+template <class T>
+std::array<T, 9> pivotLevels(int kind, T high, T low, T close) {
+  const T pivot = (high + low + close) / 3, range = high - low, none = 0;
+  if (kind == 0) {
+    return {pivot,         2 * pivot - low,          pivot + range, high + 2 * (pivot - low), none, 2 * pivot - high,
+            pivot - range, low - 2 * (high - pivot), none};
+  }
+  if (kind == 1) {
+    return {pivot, pivot + 0.382 * range, pivot + 0.618 * range, pivot + range,
+            none,  pivot - 0.382 * range, pivot - 0.618 * range, pivot - range,
+            none};
+  }
+  const T step = range * 1.1;
+  return {pivot,
+          close + step / 12,
+          close + step / 6,
+          close + step / 4,
+          close + step / 2,
+          close - step / 12,
+          close - step / 6,
+          close - step / 4,
+          close - step / 2};
+}
+
+}  // namespace
+
+Standard::Result Standard::PIVOTS(DataRef data, SetRef OHLCV, FieldRef Session, Integer PivotKind, Name Alias) {
+  return Method<"PIVOTS">(data, Alias).choice(PivotKind, 0, 2).compute([&](Call& call) {
+    using State = SessionSoFar;
+    Prices prices(call, OHLCV);
+    const Series high = prices.high(), low = prices.low(), close = prices.close(), session = call.take(Session);
+    const auto rows = call.columns<9>(1, State(), [&]<class T>(At<T> at, State& now, int r) {
+      const bool begins = r == 1 || at(session, r) != at(session, r - 1);
+      std::array<T, 9> levels;
+      std::copy(now.levels.begin(), now.levels.end(), levels.begin());
+      if (begins && r > 1) levels = pivotLevels(PivotKind.value(), T(now.high), T(now.low), at(close, r - 1));
+      now.high = begins ? at(high, r) : larger(T(now.high), at(high, r));
+      now.low = begins ? at(low, r) : smaller(T(now.low), at(low, r));
+      std::copy(levels.begin(), levels.end(), now.levels.begin());
+      return levels;
+    });
+    std::vector<Named> named;
+    for (std::size_t i = 0; i < rows.size(); ++i) named.push_back({PivotSuffixes[i], rows[i]});
+    return named;
+  });
+}
+
 }  // namespace orvex::inline ORVEX_COUNTS

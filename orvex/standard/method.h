@@ -67,6 +67,8 @@ class Method {
   using Raises = Reports<name>;
 
  public:
+  /// Of a method without an alias.
+  explicit Method(const std::shared_ptr<Database>& data) : data_(&object(data)) {}
   Method(const std::shared_ptr<Database>& data, InOut<std::string>& Alias) {
     applyDefault(Alias, name.characters);
     alias_ = Alias.get();
@@ -94,17 +96,22 @@ class Method {
     return *this;
   }
   /// 1106 for a number outside `least` to `greatest`.
-  const Method& choice(Integer value, int least, int greatest) const {
-    if (value < least || value > greatest) raise(Raises::choice);
+  const Method& choice(Integer value, int least, std::size_t greatest) const {
+    if (value < least || value > static_cast<int>(greatest)) raise(Raises::choice);
     return *this;
   }
 
   /// The columns that `body(call)` gives, under the alias and what each adds to it.
   template <class Body>
   std::shared_ptr<RecordSet> compute(Body body) const {
+    return evaluate([&](Call& call) { return call.result(alias_, body(call)); });
+  }
+  /// What `body(call)` gives.
+  template <class Body>
+  auto evaluate(Body body) const {
     return trap(Raises::unexpected, [&] {
       Call call(*data_);
-      return call.result(alias_, body(call));
+      return body(call);
     });
   }
 

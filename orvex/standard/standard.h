@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -8,6 +9,7 @@
 #include "orvex/data/field.h"
 #include "orvex/data/in_out.h"
 #include "orvex/data/integer.h"
+#include "orvex/data/note.h"
 #include "orvex/data/record_set.h"
 
 namespace orvex::inline ORVEX_COUNTS {
@@ -58,6 +60,15 @@ class Standard {
   static constexpr std::string_view BullSuffix = " Bull";
   static constexpr std::string_view BearSuffix = " Bear";
 
+  static constexpr std::string_view ConversionSuffix = " Conversion";
+  static constexpr std::string_view BaseSuffix = " Base";
+  static constexpr std::string_view SpanASuffix = " Span A";
+  static constexpr std::string_view SpanBSuffix = " Span B";
+  static constexpr std::string_view LaggingSuffix = " Lagging";
+  /// The pivot, resistances 1 to 4 and supports 1 to 4.
+  static constexpr std::array<std::string_view, 9> PivotSuffixes = {"",    " R1", " R2", " R3", " R4",
+                                                                    " S1", " S2", " S3", " S4"};
+
   /// @name Averages (averages.cpp)
   /// @{
   Result SMA(DataRef data, FieldRef Source, Integer Periods, Name Alias = {});
@@ -89,6 +100,9 @@ class Standard {
                 Name Alias = {});
   Result SUPERTREND(DataRef data, SetRef OHLCV, Integer Periods, double Factor, Name Alias = {});
   Result CHANDELIER(DataRef data, SetRef OHLCV, Integer Periods, double Factor, Name Alias = {});
+  Result ICHIMOKU(DataRef data, SetRef OHLCV, Integer ConversionPeriods, Integer BasePeriods, Integer SpanPeriods,
+                  Integer Displacement, Name Alias = {});
+  Result PIVOTS(DataRef data, SetRef OHLCV, FieldRef Session, Integer PivotKind, Name Alias = {});
   /// @}
 
   /// @name Direction (directional.cpp)
@@ -199,6 +213,14 @@ class Standard {
   Result HT_SINE(DataRef data, FieldRef Source, Name Alias = {});
   Result HT_TRENDMODE(DataRef data, FieldRef Source, Name Alias = {});
   Result HT_TRENDLINE(DataRef data, FieldRef Source, Name Alias = {});
+  /// @}
+
+  /// @name Patterns (patterns.cpp)
+  /// @{
+  Result CANDLE(DataRef data, SetRef OHLCV, Integer Pattern, Name Alias = {});
+  /// A note of the record, of how many patterns end there and of their names, each with its signal. The note alone is
+  /// given: there is no `Alias`.
+  std::shared_ptr<Note> CANDLES(DataRef data, SetRef OHLCV, Integer Period);
   /// @}
 
   /// @name Prices (prices.cpp)

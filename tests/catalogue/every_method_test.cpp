@@ -86,9 +86,11 @@ bool leavesTheCursor(const Class& owner, const Method& method) {
 
 class EveryCausalMethod : public EveryMethod {};
 
-/// Lines through a span that the caller names are drawn over all of it, and a network has seen what it has learnt from.
+/// Lines through a span that the caller names are drawn over all of it, a network has seen what it has learnt from, and
+/// a displaced close is drawn back.
 std::vector<Named> causalCalculations() {
-  const std::set<std::string_view> others = {"TironeLevel", "QuadrantLines", "SpeedResistanceLines", "NeuralIndicator"};
+  const std::set<std::string_view> others = {"TironeLevel", "QuadrantLines", "SpeedResistanceLines", "NeuralIndicator",
+                                             "ICHIMOKU"};
   std::vector<Named> all = calculations();
   std::erase_if(
       all, [&](const Named& named) { return named.method->columns.empty() || others.contains(named.method->name); });

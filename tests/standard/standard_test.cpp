@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -256,6 +258,78 @@ TEST(Standard, TakesThePlaceOfRunsAndMovesTogether) {
   expectVector(levels({10, 11, 13, 19, 30, 60}), {"CRSI", {2, 2, 2}, 0, 4, {100, 100, 100}}, 1e-9);
 }
 
+TEST(Standard, MakesLevelsOfTheSessionBefore) {
+  // A session of two records, high 12, low 8, close 10: the pivot is 10, the range 4.
+  const auto data = bars({{9, 12, 9, 11, 0}, {11, 11, 8, 10, 0}, {10, 10, 10, 10, 0}, {10, 11, 10, 11, 0}});
+  const auto session = field({1, 1, 2, 2});
+  const std::vector<std::vector<double>> levels = {
+      {10, 12, 14, 16, 0, 8, 6, 4, 0},
+      {10, 10 + 0.382 * 4, 10 + 0.618 * 4, 14, 0, 10 - 0.382 * 4, 10 - 0.618 * 4, 6, 0},
+      {10, 10 + 4.4 / 12, 10 + 4.4 / 6, 10 + 1.1, 10 + 2.2, 10 - 4.4 / 12, 10 - 4.4 / 6, 10 - 1.1, 10 - 2.2},
+  };
+  for (int kind = 0; kind < 3; ++kind) {
+    const auto result = Standard().PIVOTS(data, data->getRecordset(), session, kind);
+    for (int i = 0; i < 9; ++i) {
+      const auto column = result->getField(result->getName(i + 1));
+      EXPECT_EQ(column->getValue(2), 0.0) << "before the first session has ended";
+      EXPECT_NEAR(column->getValue(3), levels[kind][i], 1e-12) << kind << ' ' << column->getName();
+      EXPECT_EQ(column->getValue(4), column->getValue(3));
+    }
+  }
+}
+
+TEST(Standard, DrawsTheCloudAheadAndTheCloseBack) {
+  const auto data = levels({2, 4, 8, 6, 10});
+  expectColumns(*Standard().ICHIMOKU(data, data->getRecordset(), 1, 2, 3, 1),
+                {{"ICHIMOKU Conversion", {2, 4, 8, 6, 10}},
+                 {"ICHIMOKU Base", {0, 3, 6, 7, 8}},
+                 {"ICHIMOKU Span A", {0, 0, 3.5, 7, 6.5}},
+                 {"ICHIMOKU Span B", {0, 0, 0, 5, 6}},
+                 {"ICHIMOKU Lagging", {4, 8, 6, 10, 0}}});
+}
+
+TEST(Standard, FindsCandlesAndTellsAllAtARecord) {
+  // Ten bodies of 2 in ranges of 4, then what each case adds.
+  const auto with = [](std::vector<Bar> candles) {
+    std::vector<Bar> series(10, {10, 13, 9, 12, 0});
+    series.insert(series.end(), candles.begin(), candles.end());
+    return bars(series);
+  };
+  struct Case {
+    int pattern;
+    std::vector<Bar> candles;
+    double signal;
+  };
+  const std::vector<Case> cases = {
+      {16, {{10, 12, 8, 10.25, 0}}, 100},  // a doji's body is at most a tenth of the mean range
+      {16, {{10, 12, 8, 10.5, 0}}, 0},
+      {19, {{12, 12, 10, 10, 0}, {9, 13, 9, 13, 0}}, 100},   // a white body around a black one
+      {19, {{12, 12, 10, 10, 0}, {10, 13, 10, 13, 0}}, 80},  // with an end in common
+      {19, {{10, 12, 10, 12, 0}, {13, 13, 9, 9, 0}}, -100},
+      {40, {{10, 15, 10, 15, 0}}, 100},                      // all body
+      {57, {{15, 15, 10, 10, 0}, {9, 12, 9, 12, 0}}, -100},  // into the body, not to its middle
+      {57, {{15, 15, 10, 10, 0}, {9, 13, 9, 13, 0}}, 0},
+      {42,
+       {{10, 15, 10, 15, 0},
+        {17, 17, 16, 16, 0},
+        {15.5, 15.5, 14.5, 14.5, 0},
+        {15, 15, 14, 14, 0},
+        {15, 19, 15, 19, 0}},
+       100},  // a rise held above its middle, and resumed
+  };
+  for (const auto& [pattern, candles, signal] : cases) {
+    const auto data = with(candles);
+    const auto result = Standard().CANDLE(data, data->getRecordset(), pattern);
+    EXPECT_EQ(result->getField("CANDLE")->getValue(data->getRecordCount()), signal) << "pattern " << pattern;
+  }
+  const auto data = with({{10, 12, 8, 10.25, 0}});
+  const auto note = Standard().CANDLES(data, data->getRecordset(), 11);
+  EXPECT_EQ(note->getPeriod(), 11);
+  EXPECT_EQ(note->getNote(), "Doji 100, HighWave 100, LongLeggedDoji 100, RickshawMan 100, SpinningTop 100");
+  EXPECT_EQ(note->getValue(), 5);
+  EXPECT_FAULT(unexpectedError("Standard.CANDLES.UnexpectedError"), Standard().CANDLES(data, data->getRecordset(), 12));
+}
+
 TEST(Standard, ChecksArgumentsInTheirOrderAndComputesNoRowOfALongPeriod) {
   const auto data = levels({1, 2, 3});
   const auto close = data->getRecordset()->getField("Close");
@@ -301,6 +375,14 @@ TEST(Standard, GivesACopyWhereTheDefinitionIsTheColumnItself) {
   const auto lines = Standard().STOCHF(data, data->getRecordset(), 2, 1, 0);
   EXPECT_EQ(lines->getName(1), "STOCHF %K");
   EXPECT_EQ(lines->getName(2), "STOCHF %D");
+}
+
+TEST(Standard, StandsInTheTableOfNames) {
+  std::ifstream page(ORVEX_SOURCE_DIR "/docs/standard.md");
+  const std::string text{std::istreambuf_iterator<char>(page), {}};
+  for (const catalogue::Method* method : catalogue::findClass("Standard")->methods) {
+    EXPECT_NE(text.find("\n| `" + std::string(method->name) + "` |"), std::string::npos) << method->name;
+  }
 }
 
 }  // namespace

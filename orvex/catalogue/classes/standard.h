@@ -7,6 +7,7 @@
 #include "orvex/catalogue/classes/standard_cycles.h"
 #include "orvex/catalogue/classes/standard_directional.h"
 #include "orvex/catalogue/classes/standard_momentum.h"
+#include "orvex/catalogue/classes/standard_patterns.h"
 #include "orvex/catalogue/classes/standard_prices.h"
 #include "orvex/catalogue/classes/standard_statistics.h"
 #include "orvex/catalogue/classes/standard_volatility.h"
@@ -26,7 +27,7 @@ struct Description<Standard> {
   // New families are appended: the order is that of the interface.
   static constexpr auto rows =
       std::tuple_cat(standardAverages, standardBands, standardDirection, standardMomentum, standardVolume,
-                     standardVolatility, standardStatistics, standardCycles, standardPrices);
+                     standardVolatility, standardStatistics, standardCycles, standardPrices, standardPatterns);
 };
 
 }  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -126,6 +126,53 @@ inline constexpr auto standardBands = std::tuple{
                        "Long = max High - Factor x ATR, Short = min Low + Factor x ATR, all over Periods records",
                    .reading = "A close below the long stop ends a long trade, one above the short stop a short one.",
                    .origin = "Chuck LeBeau; told by Alexander Elder, Come Into My Trading Room, 2002."}}),
+    entry<"ICHIMOKU", &Standard::ICHIMOKU>(
+        {.help = "Middles of three spans, two of them drawn ahead as a cloud, and the close drawn back.",
+         .arguments = {OHLCV, count("ConversionPeriods", "How many records the conversion line covers.", 9),
+                       count("BasePeriods", "How many records the base line covers.", 26),
+                       count("SpanPeriods", "How many records the second edge of the cloud covers.", 52),
+                       count("Displacement", "How many records the cloud is drawn ahead and the close back.", 26)},
+         .columns = {over(Standard::ConversionSuffix, "ConversionPeriods", "The quick middle."),
+                     over(Standard::BaseSuffix, "BasePeriods", "The slow middle."),
+                     over(Standard::SpanASuffix, "max(ConversionPeriods, BasePeriods) + Displacement",
+                          "The mean of both, as it was Displacement records before.", Style::BandEdge),
+                     over(Standard::SpanBSuffix, "SpanPeriods + Displacement",
+                          "The slowest middle, as it was Displacement records before.", Style::BandEdge),
+                     {.name = Standard::LaggingSuffix,
+                      .firstRow = "1",
+                      .aliased = true,
+                      .lastRow = "N - Displacement",
+                      .help = "The close of Displacement records later: drawn back, known only then.",
+                      .unit = PriceUnit,
+                      .place = Place::Over}},
+         .purpose = Purpose::Trend,
+         .guide = {.formula =
+                       "middle(P) = (max High + min Low) / 2 over P records; Conversion and Base = middle of theirs; "
+                       "Span A = (Conversion + Base) / 2 and Span B = middle(SpanPeriods), both of record r - "
+                       "Displacement; Lagging = Close(r + Displacement)",
+                   .reading =
+                       "Above the cloud the trend is up, below it down; a cross of Conversion and Base is a signal, "
+                       "the stronger the further from the cloud.",
+                   .origin = "Goichi Hosoda, 1969."}}),
+    entry<"PIVOTS", &Standard::PIVOTS>(
+        {.help = "Levels for a session out of the high, low and close of the one before.",
+         .arguments = {OHLCV,
+                       Sessions,
+                       {.name = "PivotKind", .help = "Whose levels.", .usual = 0.0, .choices = PivotKinds}},
+         .columns = {pivotLevel(0, "The pivot."), pivotLevel(1, "The first resistance."),
+                     pivotLevel(2, "The second resistance."), pivotLevel(3, "The third resistance."),
+                     pivotLevel(4, "The fourth resistance, of Camarilla alone.", "choose(PivotKind < 2, N + 1, 1)"),
+                     pivotLevel(5, "The first support."), pivotLevel(6, "The second support."),
+                     pivotLevel(7, "The third support."),
+                     pivotLevel(8, "The fourth support, of Camarilla alone.", "choose(PivotKind < 2, N + 1, 1)")},
+         .purpose = Purpose::Trend,
+         .guide = {.formula =
+                       "p = (High + Low + Close) / 3 and d = High - Low of the session before. Classic: R1, S1 = 2 p - "
+                       "Low, 2 p - High; R2, S2 = p + and - d; R3, S3 = High + 2 (p - Low), Low - 2 (High - p). "
+                       "Fibonacci: p + and - 0.382 d, 0.618 d, d. Camarilla: Close + and - 1.1 d / 12, / 6, / 4, / "
+                       "2. 0 while the first session lasts",
+                   .reading = "Prices where others have orders: resistance above, support below.",
+                   .origin = "Traders of the Chicago pits; Camarilla: Nick Scott, 1989."}}),
 };
 
 }  // namespace orvex::inline ORVEX_COUNTS::catalogue

@@ -35,6 +35,9 @@ constexpr Argument factor(std::string_view name, std::string_view help, double u
   return {.name = name, .help = help, .usual = usual};
 }
 inline constexpr Argument Volumes{.name = "Volume", .help = "The volumes.", .usual = "Volume"};
+inline constexpr Argument Sessions{
+    .name = "Session", .help = "A column whose change of value begins a session.", .usual = "Date"};
+inline constexpr std::array PivotKinds = {Choice{0, "Classic"}, Choice{1, "Fibonacci"}, Choice{2, "Camarilla"}};
 constexpr Argument sourceOf(std::string_view name, std::string_view usual) {
   return {.name = name, .help = "A column to compute from.", .usual = usual};
 }
@@ -60,6 +63,10 @@ constexpr Column below(std::string_view suffix, std::string_view firstRow, std::
           .unit = unit,
           .bounds = bounds,
           .style = style};
+}
+/// One of the levels of `PIVOTS`.
+constexpr Column pivotLevel(std::size_t index, std::string_view help, std::string_view firstRow = "1") {
+  return over(Standard::PivotSuffixes[index], firstRow, help);
 }
 inline constexpr Bounds Percents{0, 100};
 

@@ -127,8 +127,7 @@ inline constexpr auto standardVolume = std::tuple{
                    .origin = "Common to the field."}}),
     entry<"VWAP", &Standard::VWAP>(
         {.help = "The mean price of what was traded since the session began.",
-         .arguments =
-             {OHLCV, {.name = "Session", .help = "A column whose change of value begins a session.", .usual = "Date"}},
+         .arguments = {OHLCV, Sessions},
          .columns = {over("", "1", "The mean price.")},
          .purpose = Purpose::Volume,
          .guide = {.formula =
