@@ -97,14 +97,9 @@ Standard::Result Standard::RMA(DataRef data, FieldRef Source, Integer Periods, N
 Standard::Result Standard::VWMA(DataRef data, FieldRef Source, FieldRef Volume, Integer Periods, Name Alias) {
   return Method<"VWMA">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source), volume = call.take(Volume);
-    return call.each(Periods.value(), [&]<class T>(At<T> at, int r) {
-      T flow = 0, whole = 0;
-      for (int j = r - Periods.value() + 1; j <= r; ++j) {
-        flow += at(x, j) * at(volume, j);
-        whole += at(volume, j);
-      }
-      return flow / whole;
-    });
+    const Series flow = simple(call, product(call, x, volume), Periods.value());
+    const Series whole = simple(call, volume, Periods.value());
+    return call.each(flow.first, [&](auto at, int r) { return at(flow, r) / at(whole, r); });
   });
 }
 

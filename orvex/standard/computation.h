@@ -38,6 +38,9 @@ struct Series {
   Series from(Place record) const { return {std::max(first, record), rows, column}; }
 };
 
+/// The state of a step that carries nothing.
+struct Nothing {};
+
 /// A result's column, and what its name adds to the alias.
 struct Named {
   std::string_view suffix;

@@ -33,8 +33,6 @@ Series wilderSum(Call& call, const Series& x, int periods) {
   });
 }
 
-struct Nothing {};
-
 /// The sums of the moves and of the true range, as far as they are asked for.
 struct Direction {
   Direction(Call& call, Prices& prices, int periods) {
@@ -153,15 +151,25 @@ Standard::Result Standard::MINUS_DM(DataRef data, SetRef OHLCV, Integer Periods,
 
 namespace {
 
-/// How many records ago the newest highest high and lowest low of this record and the P before it stand.
+/// The records of the newest highest high and lowest low of this record and the P before it.
+struct Extremes {
+  int top = 0;
+  int bottom = 0;
+};
+
 template <class T>
-std::array<int, 2> agesAt(At<T> at, const Series& high, const Series& low, int periods, int r) {
-  int top = r - periods, bottom = top;
-  for (int j = r - periods + 1; j <= r; ++j) {
-    if (at(high, j) >= at(high, top)) top = j;
-    if (at(low, j) <= at(low, bottom)) bottom = j;
-  }
-  return {r - top, r - bottom};
+void follow(At<T> at, const Series& high, const Series& low, int periods, int r, Extremes& extremes) {
+  const auto move = [&](int& holder, auto&& beats) {
+    if (holder >= r - periods) {
+      if (beats(r, holder)) holder = r;
+      return;
+    }
+    holder = r - periods;
+    for (int j = holder + 1; j <= r; ++j)
+      if (beats(j, holder)) holder = j;
+  };
+  move(extremes.top, [&](int a, int b) { return at(high, a) >= at(high, b); });
+  move(extremes.bottom, [&](int a, int b) { return at(low, a) <= at(low, b); });
 }
 
 }  // namespace
@@ -172,9 +180,9 @@ Standard::Result Standard::Aroon(DataRef data, SetRef OHLCV, Integer Periods, Na
     const Series high = prices.high(), low = prices.low();
     const int periods = Periods.value();
     const double share = 100.0 / periods;
-    const auto sides = call.columns<2>(Place{periods} + 1, Nothing(), [&]<class T>(At<T> at, Nothing&, int r) {
-      const auto [top, bottom] = agesAt(at, high, low, periods, r);
-      return std::array{T(share * (periods - bottom)), T(share * (periods - top))};
+    const auto sides = call.columns<2>(Place{periods} + 1, Extremes(), [&]<class T>(At<T> at, Extremes& now, int r) {
+      follow(at, high, low, periods, r, now);
+      return std::array{T(share * (periods - (r - now.bottom))), T(share * (periods - (r - now.top)))};
     });
     return std::vector<Named>{{DownSuffix, sides[0]}, {UpSuffix, sides[1]}};
   });
@@ -186,9 +194,9 @@ Standard::Result Standard::AROONOSC(DataRef data, SetRef OHLCV, Integer Periods,
     const Series high = prices.high(), low = prices.low();
     const int periods = Periods.value();
     const double share = 100.0 / periods;
-    return call.each(Place{periods} + 1, [&]<class T>(At<T> at, int r) {
-      const auto [top, bottom] = agesAt(at, high, low, periods, r);
-      return T(share * (bottom - top));
+    return call.carried(Place{periods} + 1, Extremes(), [&]<class T>(At<T> at, Extremes& now, int r) {
+      follow(at, high, low, periods, r, now);
+      return T(share * (now.top - now.bottom));
     });
   });
 }
@@ -196,16 +204,15 @@ Standard::Result Standard::AROONOSC(DataRef data, SetRef OHLCV, Integer Periods,
 Standard::Result Standard::VORTEX(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"VORTEX">(data, Alias).periods(Periods).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series high = prices.high(), low = prices.low(), range = trueRange(call, prices);
-    const int periods = Periods.value();
-    const auto sides = call.columns<2>(Place{periods} + 1, Nothing(), [&]<class T>(At<T> at, Nothing&, int r) {
-      T up = 0, down = 0, whole = 0;
-      for (int j = r - periods + 1; j <= r; ++j) {
-        up += magnitude(at(high, j) - at(low, j - 1));
-        down += magnitude(at(low, j) - at(high, j - 1));
-        whole += at(range, j);
-      }
-      return std::array{quotient(up, whole), quotient(down, whole)};
+    const Series high = prices.high(), low = prices.low();
+    const auto ways = call.columns<2>(2, Nothing(), [&](auto at, Nothing&, int r) {
+      return std::array{magnitude(at(high, r) - at(low, r - 1)), magnitude(at(low, r) - at(high, r - 1))};
+    });
+    // Means stand for the sums: their shares are the same.
+    const Series up = simple(call, ways[0], Periods.value()), down = simple(call, ways[1], Periods.value());
+    const Series whole = simple(call, trueRange(call, prices), Periods.value());
+    const auto sides = call.columns<2>(whole.first, Nothing(), [&](auto at, Nothing&, int r) {
+      return std::array{quotient(at(up, r), at(whole, r)), quotient(at(down, r), at(whole, r))};
     });
     return std::vector<Named>{{PlusSuffix, sides[0]}, {MinusSuffix, sides[1]}};
   });

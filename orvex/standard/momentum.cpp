@@ -244,18 +244,15 @@ Standard::Result Standard::ULTOSC(DataRef data, SetRef OHLCV, Integer Cycle1, In
         call.each(2, [&]<class T>(At<T> at, int r) { return at(close, r) - smaller(at(low, r), at(close, r - 1)); });
     std::array cycles = {Cycle1.value(), Cycle2.value(), Cycle3.value()};
     std::sort(cycles.begin(), cycles.end());
-    return call.each(Place{cycles[2]} + 1, [&]<class T>(At<T> at, int r) {
-      T pressure = 0, whole = 0;
-      std::array<T, 3> shares;
-      int j = r;
-      for (std::size_t i = 0; i < cycles.size(); ++i) {
-        for (; j > r - cycles[i]; --j) {
-          pressure += at(buying, j);
-          whole += at(range, j);
-        }
-        shares[i] = quotient(pressure, whole);
-      }
-      return 100 * (4 * shares[0] + 2 * shares[1] + shares[2]) / 7;
+    // Means stand for the sums: their share is the same.
+    std::array<Series, 3> pressures, wholes;
+    for (std::size_t i = 0; i < cycles.size(); ++i) {
+      pressures[i] = simple(call, buying, cycles[i]);
+      wholes[i] = simple(call, range, cycles[i]);
+    }
+    return call.each(wholes[2].first, [&](auto at, int r) {
+      const auto share = [&](std::size_t i) { return quotient(at(pressures[i], r), at(wholes[i], r)); };
+      return 100 * (4 * share(0) + 2 * share(1) + share(2)) / 7;
     });
   });
 }

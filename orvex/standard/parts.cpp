@@ -81,11 +81,11 @@ Series kaufman(Call& call, const Series& x, int periods) {
   const Place first = x.first + periods;
   constexpr double slowest = 2.0 / 31.0;
   constexpr double span = 2.0 / 3.0 - 2.0 / 31.0;
+  const Series steps = call.each(x.first + 1, [&](auto at, int r) { return magnitude(at(x, r) - at(x, r - 1)); });
+  const Series mean = simple(call, steps, periods);
   return call.recursion(first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
     const T before = r > first ? at(own, r - 1) : at(x, r - 1);
-    const T move = at(x, r) - at(x, r - periods);
-    T path = 0;
-    for (int j = r - periods + 1; j <= r; ++j) path += magnitude(at(x, j) - at(x, j - 1));
+    const T move = at(x, r) - at(x, r - periods), path = at(mean, r) * periods;
     const T efficiency = path <= move || path == T(0) ? T(1) : magnitude(move / path);
     const T share = efficiency * span + slowest;
     return before + (at(x, r) - before) * (share * share);

@@ -37,24 +37,12 @@ Scatter<T> scatterAt(At<T> at, const Series& x, const Series& y, int periods, in
 /// Below this the field's most used library takes a variance for none.
 constexpr double Least = 1e-14;
 
-/// The least-squares line through the last values, the oldest at 0.
+/// The least-squares line through the last P values, the oldest at 0. A mean w with weights 1 (oldest) to P and the
+/// plain mean m tell all of it: its slope is 6 (w - m) / (P - 1), and it ends at 3 w - 2 m.
 template <class T>
 struct Line {
-  T slope, intercept;
+  T slope, end;
 };
-
-template <class T>
-Line<T> lineAt(At<T> at, const Series& x, int periods, int r) {
-  const double n = periods, positions = n * (n - 1.0) * 0.5, squares = n * (n - 1.0) * (2.0 * n - 1.0) / 6.0;
-  T total = 0, products = 0;
-  for (int i = 0; i < periods; ++i) {
-    const T value = at(x, r - periods + 1 + i);
-    total += value;
-    products += i * value;
-  }
-  const T slope = (n * products - positions * total) / (n * squares - positions * positions);
-  return {slope, (total - slope * positions) / n};
-}
 
 /// The column that `value(line)` makes of each record's line.
 template <Text name, class Value>
@@ -62,7 +50,12 @@ Standard::Result ofLines(const Standard::DataRef& data, const Standard::FieldRef
                          Standard::Name& alias, Value value) {
   return Method<name>(data, alias).periods(periods, 2).compute([&](Call& call) {
     const Series x = call.take(source);
-    return call.each(periods.value(), [&](auto at, int r) { return value(lineAt(at, x, periods.value(), r)); });
+    const Series plain = simple(call, x, periods.value()), rising = weighted(call, x, periods.value());
+    const int last = periods.value() - 1;
+    return call.each(plain.first, [&]<class T>(At<T> at, int r) {
+      const T w = at(rising, r), m = at(plain, r);
+      return value(Line<T>{6 * (w - m) / last, 3 * w - 2 * m});
+    });
   });
 }
 
@@ -93,8 +86,7 @@ Standard::Result Standard::CORREL(DataRef data, FieldRef Source1, FieldRef Sourc
 }
 
 Standard::Result Standard::LINEARREG(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG">(data, Source, Periods, Alias,
-                              [&](const auto& line) { return line.intercept + line.slope * (Periods.value() - 1); });
+  return ofLines<"LINEARREG">(data, Source, Periods, Alias, [&](const auto& line) { return line.end; });
 }
 
 Standard::Result Standard::LINEARREG_SLOPE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
@@ -102,7 +94,8 @@ Standard::Result Standard::LINEARREG_SLOPE(DataRef data, FieldRef Source, Intege
 }
 
 Standard::Result Standard::LINEARREG_INTERCEPT(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG_INTERCEPT">(data, Source, Periods, Alias, [](const auto& line) { return line.intercept; });
+  return ofLines<"LINEARREG_INTERCEPT">(
+      data, Source, Periods, Alias, [&](const auto& line) { return line.end - line.slope * (Periods.value() - 1); });
 }
 
 Standard::Result Standard::LINEARREG_ANGLE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
@@ -111,8 +104,7 @@ Standard::Result Standard::LINEARREG_ANGLE(DataRef data, FieldRef Source, Intege
 }
 
 Standard::Result Standard::TSF(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"TSF">(data, Source, Periods, Alias,
-                        [&](const auto& line) { return line.intercept + line.slope * Periods.value(); });
+  return ofLines<"TSF">(data, Source, Periods, Alias, [](const auto& line) { return line.end + line.slope; });
 }
 
 Standard::Result Standard::ZSCORE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {

@@ -41,14 +41,8 @@ Standard::Result Standard::STDDEV(DataRef data, FieldRef Source, Integer Periods
 Standard::Result Standard::VAR(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"VAR">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source), mean = simple(call, x, Periods.value());
-    return call.each(mean.first, [&]<class T>(At<T> at, int r) {
-      T total = 0;
-      for (int j = 0; j < Periods; ++j) {
-        const T distance = at(x, r - j) - at(mean, r);
-        total += distance * distance;
-      }
-      return total / Periods.value();
-    });
+    const Series root = deviation(call, x, mean, Periods.value(), 1.0);
+    return call.each(root.first, [&](auto at, int r) { return at(root, r) * at(root, r); });
   });
 }
 
@@ -56,16 +50,10 @@ Standard::Result Standard::HV(DataRef data, FieldRef Source, Integer Periods, In
   return Method<"HV">(data, Alias).periods(Periods, 2).periods(PeriodsPerYear).compute([&](Call& call) {
     const Series x = call.take(Source);
     const Series moves = call.each(2, [&](auto at, int r) { return logarithm(at(x, r) / at(x, r - 1)); });
-    const Series mean = simple(call, moves, Periods.value());
-    const double year = std::sqrt(PeriodsPerYear.value());
-    return call.each(mean.first, [&]<class T>(At<T> at, int r) {
-      T total = 0;
-      for (int j = 0; j < Periods; ++j) {
-        const T distance = at(moves, r - j) - at(mean, r);
-        total += distance * distance;
-      }
-      return root(total / (Periods.value() - 1)) * year * 100;
-    });
+    // Of a sample, for a year, in percent.
+    const double sample = Periods.value() / (Periods.value() - 1.0);
+    const double factor = 100 * std::sqrt(sample * PeriodsPerYear.value());
+    return deviation(call, moves, simple(call, moves, Periods.value()), Periods.value(), factor);
   });
 }
 

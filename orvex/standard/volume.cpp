@@ -12,15 +12,14 @@ Standard::Result Standard::MFI(DataRef data, SetRef OHLCV, Integer Periods, Name
   return Method<"MFI">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series price = typicalPrice(call, prices), flow = product(call, price, prices.volume());
-    return call.each(Place{Periods.value()} + 1, [&]<class T>(At<T> at, int r) {
-      T rising = 0, falling = 0;
-      for (int j = r - Periods.value() + 1; j <= r; ++j) {
-        const T now = at(price, j), before = at(price, j - 1);
-        rising += now > before ? at(flow, j) : T(0);
-        falling += now < before ? at(flow, j) : T(0);
-      }
-      return 100 * quotient(rising, rising + falling);
+    const auto sides = call.columns<2>(2, Nothing(), [&]<class T>(At<T> at, Nothing&, int r) {
+      const T now = at(price, r), before = at(price, r - 1), amount = at(flow, r), none = 0;
+      return std::array{now > before ? amount : none, now < before ? amount : none};
     });
+    // Means stand for the sums: their share is the same.
+    const Series rising = simple(call, sides[0], Periods.value()), falling = simple(call, sides[1], Periods.value());
+    return call.each(rising.first,
+                     [&](auto at, int r) { return 100 * quotient(at(rising, r), at(rising, r) + at(falling, r)); });
   });
 }
 
@@ -83,15 +82,9 @@ Standard::Result Standard::OBV(DataRef data, FieldRef Source, FieldRef Volume, N
 Standard::Result Standard::CMF(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"CMF">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series flow = moneyFlowVolume(call, prices), volume = prices.volume();
-    return call.each(Periods.value(), [&]<class T>(At<T> at, int r) {
-      T part = 0, whole = 0;
-      for (int j = r - Periods.value() + 1; j <= r; ++j) {
-        part += at(flow, j);
-        whole += at(volume, j);
-      }
-      return quotient(part, whole);
-    });
+    const Series flow = simple(call, moneyFlowVolume(call, prices), Periods.value());
+    const Series volume = simple(call, prices.volume(), Periods.value());
+    return call.each(flow.first, [&](auto at, int r) { return quotient(at(flow, r), at(volume, r)); });
   });
 }
 
