@@ -25,17 +25,20 @@ Scatter<T> scatterAt(At<T> at, const Series& x, const Series& y, int periods, in
   meanX = meanX / periods;
   meanY = meanY / periods;
   Scatter<T> sums;
+  bool isFlatX = true, isFlatY = true;
   for (int j = r - periods + 1; j <= r; ++j) {
     const T dx = at(x, j) - meanX, dy = at(y, j) - meanY;
     sums.xx += dx * dx;
     sums.xy += dx * dy;
     sums.yy += dy * dy;
+    isFlatX = isFlatX && at(x, j) == at(x, r);
+    isFlatY = isFlatY && at(y, j) == at(y, r);
   }
+  // Equal values lie at their mean, wherever the rounded sum of them does.
+  if (isFlatX) sums.xx = 0;
+  if (isFlatY) sums.yy = 0;
   return sums;
 }
-
-/// Below this the field's most used library takes a variance for none.
-constexpr double Least = 1e-14;
 
 /// The least-squares line through the last P values, the oldest at 0. A mean w with weights 1 (oldest) to P and the
 /// plain mean m tell all of it: its slope is 6 (w - m) / (P - 1), and it ends at 3 w - 2 m.
@@ -69,7 +72,7 @@ Standard::Result Standard::BETA(DataRef data, FieldRef Source1, FieldRef Source2
     const Series x = moves(call.take(Source1)), y = moves(call.take(Source2));
     return call.each(Place{Periods.value()} + 1, [&]<class T>(At<T> at, int r) {
       const Scatter<T> sums = scatterAt(at, x, y, Periods.value(), r);
-      return Periods.value() * sums.xx < T(Least) ? T(0) : sums.xy / sums.xx;
+      return quotient(sums.xy, sums.xx);
     });
   });
 }
@@ -80,7 +83,7 @@ Standard::Result Standard::CORREL(DataRef data, FieldRef Source1, FieldRef Sourc
     return call.each(Periods.value(), [&]<class T>(At<T> at, int r) {
       const Scatter<T> sums = scatterAt(at, x, y, Periods.value(), r);
       const T both = sums.xx * sums.yy;
-      return both < T(Least) ? T(0) : sums.xy / root(both);
+      return quotient(sums.xy, root(both));
     });
   });
 }

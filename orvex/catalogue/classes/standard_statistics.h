@@ -14,7 +14,7 @@ inline constexpr auto standardStatistics = std::tuple{
          .purpose = Purpose::Statistics,
          .guide = {.formula =
                        "the slope of the line through (x, y), x and y the rates of change of Source1 and Source2 over "
-                       "one record, of Periods records; 0 where x hardly varies",
+                       "one record, of Periods records; 0 where x does not vary",
                    .reading = "2: Source2 moves twice as much as Source1.",
                    .origin = "Common in finance."}}),
     entry<"CORREL", &Standard::CORREL>(
@@ -24,7 +24,7 @@ inline constexpr auto standardStatistics = std::tuple{
          .purpose = Purpose::Statistics,
          .guide = {.formula =
                        "the sum of (x - mean) (y - mean) / the root of the product of both sums of squares, over "
-                       "Periods records; 0 where one of them hardly varies",
+                       "Periods records; 0 where one of them does not vary",
                    .reading = "1: they move together; -1: against each other; 0: neither.",
                    .origin = "Karl Pearson, 1895."}}),
     entry<"LINEARREG", &Standard::LINEARREG>(
