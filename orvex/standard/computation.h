@@ -47,6 +47,9 @@ struct Named {
   Series series;
 };
 
+/// What a column is made by that has no kernel.
+inline constexpr auto noRows = [](kernels::Records, double*) { return std::size_t{0}; };
+
 /// Reads columns as numbers of one type.
 template <class T>
 struct At {
@@ -182,9 +185,8 @@ class Call {
 
   template <class Kernel, class Step>
   void eachComputed(Place first, Kernel kernel, Step step) {
-    if (first > count()) return;
-    orvex::eachComputed(
-        static_cast<int>(first), count_, kernel, [&](Integer record) { step(record.value()); }, noYield);
+    eachRecord(
+        first, count_, kernel, [&](Integer record) { step(record.value()); }, noYield);
   }
 
   Integer count_;

@@ -25,7 +25,7 @@ Moves<T> movesAt(At<T> at, const Series& high, const Series& low, int r) {
 /// Wilder's sum: that of the P - 1 values up to record P, and from then on less its own P-th part, plus the value.
 Series wilderSum(Call& call, const Series& x, int periods) {
   const Place first = x.first + std::max(periods - 2, 0);
-  return call.recursion(first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
+  return call.recursion(first, noRows, [&]<class T>(At<T> at, const Series& own, int r) {
     if (r > first) return at(own, r - 1) - at(own, r - 1) / periods + at(x, r);
     T total = 0;
     for (int j = static_cast<int>(x.first); j <= r; ++j) total += at(x, j);
@@ -75,7 +75,7 @@ bool directionalIndex(At<T> at, const Direction& sums, int r, T& index) {
 Series averageIndex(Call& call, Prices& prices, int periods) {
   const Direction sums(call, prices, periods, true);
   const Place first = 2 * Place{periods};
-  return call.recursion(first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
+  return call.recursion(first, noRows, [&]<class T>(At<T> at, const Series& own, int r) {
     T index = 0;
     if (r > first) {
       const T before = at(own, r - 1);
@@ -111,7 +111,7 @@ Standard::Result Standard::DX(DataRef data, SetRef OHLCV, Integer Periods, Name 
     Prices prices(call, OHLCV);
     const Direction sums(call, prices, Periods.value(), true);
     const Place first = Place{Periods.value()} + 1;
-    return call.recursion(first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
+    return call.recursion(first, noRows, [&]<class T>(At<T> at, const Series& own, int r) {
       T index = 0;
       if (!directionalIndex(at, sums, r, index) && r > first) index = at(own, r - 1);
       return index;

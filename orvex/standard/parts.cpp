@@ -83,7 +83,7 @@ Series kaufman(Call& call, const Series& x, int periods) {
   constexpr double span = 2.0 / 3.0 - 2.0 / 31.0;
   const Series steps = call.each(x.first + 1, [&](auto at, int r) { return magnitude(at(x, r) - at(x, r - 1)); });
   const Series mean = simple(call, steps, periods);
-  return call.recursion(first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
+  return call.recursion(first, noRows, [&]<class T>(At<T> at, const Series& own, int r) {
     const T before = r > first ? at(own, r - 1) : at(x, r - 1);
     const T move = at(x, r) - at(x, r - periods), path = at(mean, r) * periods;
     const T efficiency = path <= move || path == T(0) ? T(1) : magnitude(move / path);

@@ -43,7 +43,7 @@ namespace {
 /// The average that begins with its column's first value.
 Series fromFirst(Call& call, const Series& x, int periods) {
   const double factor = 2.0 / (periods + 1.0);
-  return call.recursion(x.first, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
+  return call.recursion(x.first, noRows, [&]<class T>(At<T> at, const Series& own, int r) {
     return r > x.first ? factor * at(x, r) + (1.0 - factor) * at(own, r - 1) : at(x, r);
   });
 }
@@ -135,7 +135,7 @@ namespace {
 /// 1000, moved by the price's own rates where the volume went the way of `counts`.
 template <class Counts>
 Series volumeIndex(Call& call, const Series& x, const Series& volume, Counts counts) {
-  return call.recursion(1, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
+  return call.recursion(1, noRows, [&]<class T>(At<T> at, const Series& own, int r) {
     if (r == 1) return T(1000);
     const T before = at(own, r - 1), old = at(x, r - 1);
     if (!counts(at(volume, r), at(volume, r - 1)) || old == T(0)) return before;
@@ -167,7 +167,7 @@ Standard::Result Standard::VOSC(DataRef data, FieldRef Volume, Integer FastPerio
 Standard::Result Standard::PVT(DataRef data, FieldRef Source, FieldRef Volume, Name Alias) {
   return Method<"PVT">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source), volume = call.take(Volume);
-    return call.recursion(1, noKernel, [&]<class T>(At<T> at, const Series& own, int r) {
+    return call.recursion(1, noRows, [&]<class T>(At<T> at, const Series& own, int r) {
       if (r == 1) return T(0);
       const T old = at(x, r - 1);
       return at(own, r - 1) + quotient(at(x, r) - old, old) * at(volume, r);
