@@ -116,8 +116,6 @@ class Evaluation {
       value = standard::CandlePatterns[static_cast<std::size_t>(pattern) - 1].lookback;
     } else if (name == "root") {
       value = static_cast<std::int64_t>(std::sqrt(static_cast<double>(std::max<std::int64_t>(sum(), 0))));
-    } else if (name == "root") {
-      value = static_cast<std::int64_t>(std::sqrt(static_cast<double>(std::max<std::int64_t>(sum(), 0))));
     } else if (name == "max" || name == "min") {
       value = sum();
       while (take(',')) value = name == "max" ? std::max(value, sum()) : std::min(value, sum());
