@@ -281,8 +281,9 @@ template <class T>
 std::array<T, 9> pivotLevels(int kind, T high, T low, T close) {
   const T pivot = (high + low + close) / 3, range = high - low, none = 0;
   if (kind == 0) {
-    return {pivot,         2 * pivot - low,          pivot + range, high + 2 * (pivot - low), none, 2 * pivot - high,
-            pivot - range, low - 2 * (high - pivot), none};
+    const T third = high + 2 * (pivot - low), thirdBelow = low - 2 * (high - pivot);
+    return {pivot,          2 * pivot - low,  pivot + range, third,      third + range,
+            2 * pivot - high, pivot - range, thirdBelow,    thirdBelow - range};
   }
   if (kind == 1) {
     return {pivot, pivot + 0.382 * range, pivot + 0.618 * range, pivot + range,

@@ -44,6 +44,7 @@ TEST(Names, OfCalculationsStayDifferentWithoutTheirClass) {
     for (const Method* method : owner->methods) {
       if (!catalogue::isCalculation(*owner, *method)) continue;
       EXPECT_TRUE(own.insert(catalogue::snakeCase(method->name)).second) << method->name;
+      if (owner->qualified) continue;
       const auto found = catalogue::findCalculation(catalogue::snakeCase(method->name));
       const auto same = catalogue::findCalculation(method->name);
       ASSERT_TRUE(same) << method->name;

@@ -22,6 +22,7 @@ struct Description<Standard> {
       .help = "The definitions that charts and textbooks use.",
       .classId = Guid("543c3f25-d05d-4b10-a887-eacf9f9fd348"),
       .interfaceId = Guid("22d62633-a1f3-4403-b617-697a5efc1197"),
+      .qualified = true,
   };
 
   // New families are appended: the order is that of the interface.

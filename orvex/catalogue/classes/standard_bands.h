@@ -6,6 +6,9 @@
 
 namespace orvex::inline ORVEX_COUNTS::catalogue {
 
+/// Fibonacci's levels are three.
+inline constexpr std::string_view FourthLevelRow = "choose(PivotKind < 1, 1, choose(PivotKind < 2, N + 1, 1))";
+
 inline constexpr auto standardBands = std::tuple{
     entry<"BBANDS", &Standard::BBANDS>(
         {.help = "An average, and standard deviations above and below it.",
@@ -161,14 +164,14 @@ inline constexpr auto standardBands = std::tuple{
                        {.name = "PivotKind", .help = "Whose levels.", .usual = 0.0, .choices = PivotKinds}},
          .columns = {pivotLevel(0, "The pivot."), pivotLevel(1, "The first resistance."),
                      pivotLevel(2, "The second resistance."), pivotLevel(3, "The third resistance."),
-                     pivotLevel(4, "The fourth resistance, of Camarilla alone.", "choose(PivotKind < 2, N + 1, 1)"),
+                     pivotLevel(4, "The fourth resistance, not of Fibonacci.", FourthLevelRow),
                      pivotLevel(5, "The first support."), pivotLevel(6, "The second support."),
                      pivotLevel(7, "The third support."),
-                     pivotLevel(8, "The fourth support, of Camarilla alone.", "choose(PivotKind < 2, N + 1, 1)")},
+                     pivotLevel(8, "The fourth support, not of Fibonacci.", FourthLevelRow)},
          .purpose = Purpose::Trend,
          .guide = {.formula =
                        "p = (High + Low + Close) / 3 and d = High - Low of the session before. Classic: R1, S1 = 2 p - "
-                       "Low, 2 p - High; R2, S2 = p + and - d; R3, S3 = High + 2 (p - Low), Low - 2 (High - p). "
+                       "Low, 2 p - High; R2, S2 = p + and - d; R3, S3 = High + 2 (p - Low), Low - 2 (High - p); R4, S4 = R3 + d, S3 - d. "
                        "Fibonacci: p + and - 0.382 d, 0.618 d, d. Camarilla: Close + and - 1.1 d / 12, / 6, / 4, / "
                        "2. 0 while the first session lasts",
                    .reading = "Prices where others have orders: resistance above, support below.",

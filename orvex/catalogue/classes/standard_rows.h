@@ -68,6 +68,10 @@ constexpr Column below(std::string_view suffix, std::string_view firstRow, std::
 constexpr Column pivotLevel(std::size_t index, std::string_view help, std::string_view firstRow = "1") {
   return over(Standard::PivotSuffixes[index], firstRow, help);
 }
+/// What every call fails at.
+inline constexpr std::string_view EveryFailure =
+    "where a column is not as long as the series or holds a value that is not finite";
+
 inline constexpr Bounds Percents{0, 100};
 
 /// The row of a method of `Standard`: what it says of itself, and what all of them have: the series first, the alias
@@ -80,6 +84,7 @@ consteval Row<F> entry(Method described) {
   for (const Argument& argument : described.arguments) arguments[arguments.count++] = argument;
   arguments[arguments.count++] = aliasOr(described.name);
   described.arguments = arguments;
+  if (described.guide.fails.empty()) described.guide.fails = EveryFailure;
   bool hasSource = false;
   for (const Argument& argument : arguments) hasSource = hasSource || argument.name == Source.name;
   for (std::size_t i = 0; i < described.columns.size(); ++i) {
