@@ -37,7 +37,6 @@ Every indicator by what it is used for, then every class with its methods. `orve
 - The computed rows of a result column are the records whose every input is itself computed. Rows outside them hold 0,
   or what the formula makes of values that are not computed yet. "Usually" tells the rows for the usual arguments.
 - "Over it" in "drawn" means over the price, or over the column that the method was given.
-- A class that holds data keeps it between calls. The others are calculators: one object serves any number of calls.
 - What differs from the book is told with numbers in [differences.md](differences.md); words are explained in
   [glossary.md](glossary.md).
 )";

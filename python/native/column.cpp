@@ -12,7 +12,7 @@ namespace orvex::python {
 
 namespace {
 
-/// The structures of the Arrow C data interface, as its specification lays them out.
+/// The structures of the Arrow C data interface, as Arrow publishes them.
 struct ArrowSchema {
   const char* format;
   const char* name;
