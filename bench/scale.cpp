@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <vector>
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -69,29 +71,30 @@ int run() {
   all.push_back({"Cycle.Analyze", {}});
   all.push_back({"Oscillator.PrimeNumberOscillator", {}});
   all.push_back({"Bands.PrimeNumberBands", {}});
-  std::vector<std::vector<double>> nanoseconds(all.size());
-  std::vector<int> columns(all.size());
+  std::vector<std::shared_ptr<Database>> series;
   std::vector<double> copies;
   for (const int count : lengths) {
-    const auto data = makeSeries(Prices::Ordinary, count);
-    copies.push_back(copying(*data));
-    for (std::size_t i = 0; i < all.size(); ++i) {
-      const PreparedCall call(all[i], data);
-      columns[i] = columnsOf(call);
-      nanoseconds[i].push_back(nanosecondsOf(count, [&] { return call.run(); }));
-    }
+    series.push_back(makeSeries(Prices::Ordinary, count));
+    copies.push_back(copying(*series.back()));
   }
   fmt::print("{:<52} {:>9} {:>9} {:>9} {:>9} {:>7} {:>7}\n", "ns a record of", "10^4", "10^5", "10^6", "10^7", "10^6",
              "10^7");
   fmt::print("{:<52} {:>9.2f} {:>9.2f} {:>9.2f} {:>9.2f}\n", "a copy of a column", copies[0], copies[1], copies[2],
              copies[3]);
-  for (std::size_t i = 0; i < all.size(); ++i) {
-    const std::vector<double>& ns = nanoseconds[i];
+  for (const Case& one : all) {
+    std::vector<double> ns;
+    int columns = 0;
+    for (const auto& data : series) {
+      const PreparedCall call(one, data);
+      columns = columnsOf(call);
+      ns.push_back(nanosecondsOf(data->getRecordCount().value(), [&] { return call.run(); }));
+    }
     const auto grown = [&](std::size_t length) {
-      return (ns[length] - columns[i] * std::max(0.0, copies[length] - copies[1])) / ns[1];
+      return (ns[length] - columns * std::max(0.0, copies[length] - copies[1])) / ns[1];
     };
-    fmt::print("{:<52} {:>9.2f} {:>9.2f} {:>9.2f} {:>9.2f} {:>7.2f} {:>7.2f}\n", all[i].label(), ns[0], ns[1], ns[2],
+    fmt::print("{:<52} {:>9.2f} {:>9.2f} {:>9.2f} {:>9.2f} {:>7.2f} {:>7.2f}\n", one.label(), ns[0], ns[1], ns[2],
                ns[3], grown(2), grown(3));
+    std::fflush(stdout);
   }
   return 0;
 }
