@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstring>
 
 #include "orvex/data/text.h"
 #include "orvex/prices/number_cell.h"
@@ -289,11 +288,29 @@ std::optional<DateCell> readDigits(Cursor cursor, std::size_t digits) {
   return DateCell{shape, number * unit + fraction, {}, true};
 }
 
+/// The digit at a place of a text; -1 where there is none.
+int digitAt(std::string_view text, std::size_t at) {
+  return isDigit(text[at]) ? text[at] - '0' : -1;
+}
+
 /// The two digits at a place of a text; -1 where one is no digit.
 int twoDigits(std::string_view text, std::size_t at) {
-  const int tens = text[at] - '0';
-  const int ones = text[at + 1] - '0';
-  return tens < 0 || tens > 9 || ones < 0 || ones > 9 ? -1 : tens * 10 + ones;
+  const int tens = digitAt(text, at);
+  const int ones = digitAt(text, at + 1);
+  return tens < 0 || ones < 0 ? -1 : tens * 10 + ones;
+}
+
+/// What stands behind a date: nothing, 09:30 or 09:30:00. Nothing for anything else.
+std::optional<Time> plainTime(std::string_view text) {
+  if (text.empty()) return 0;
+  const bool seconds = text.size() == 9;
+  if (text.size() != 6 && !seconds) return {};
+  if ((text[0] != ' ' && text[0] != 'T') || text[3] != ':' || (seconds && text[6] != ':')) return {};
+  const int hour = twoDigits(text, 1);
+  const int minute = twoDigits(text, 4);
+  const int second = seconds ? twoDigits(text, 7) : 0;
+  if (std::min({hour, minute, second}) < 0 || hour > 23 || minute > 59 || second > 59) return {};
+  return hour * hourLength + minute * minuteLength + second * secondLength;
 }
 
 }  // namespace
@@ -312,37 +329,92 @@ std::optional<DateCell> readDateCell(std::string_view cell) {
   return finish(DateShape::YearFirst, dayTime(year, month, cursor.number(1, 2)), cursor);
 }
 
-std::optional<Time> PlainDates::read(std::string_view text) {
-  const bool timed = text.size() == 16 || text.size() == 19;
-  if (!timed && text.size() != 10) return {};
-  if (std::memcmp(text.data(), month_.data(), month_.size()) != 0 && !takeMonth(text)) return {};
-  const int day = twoDigits(text, 8);
-  if (day < 1 || day > length_) return {};
-  const Time time = start_ + (day - 1) * dayLength;
-  if (!timed) return time;
-  if ((text[10] != ' ' && text[10] != 'T') || text[13] != ':') return {};
-  const bool seconds = text.size() == 19;
-  if (seconds && text[16] != ':') return {};
-  const int hour = twoDigits(text, 11);
-  const int minute = twoDigits(text, 14);
-  const int second = seconds ? twoDigits(text, 17) : 0;
-  if (std::min({hour, minute, second}) < 0 || hour > 23 || minute > 59 || second > 59) return {};
-  return time + hour * hourLength + minute * minuteLength + second * secondLength;
+bool PlainDates::read(std::string_view text, DateCell& date) {
+  date.shape = shape_;
+  date.monthFirst.reset();
+  date.dayFirstHolds = true;
+  switch (shape_) {
+    case DateShape::YearFirst:
+      return readYearFirst(text, date);
+    case DateShape::DayFirst:
+    case DateShape::DayOrMonth:
+      return readYearLast(text, date);
+    case DateShape::Compact:
+      return readCompact(text, date);
+    default:
+      return false;
+  }
 }
 
-bool PlainDates::takeMonth(std::string_view text) {
+bool PlainDates::readYearFirst(std::string_view text, DateCell& date) {
+  if (text.size() < 10) return false;
   const int century = twoDigits(text, 0);
   const int years = twoDigits(text, 2);
-  const int month = twoDigits(text, 5);
-  if (century < 0 || years < 0 || text[4] != '-' || text[7] != '-') return false;
-  const int year = century * 100 + years;
-  const auto start = dayTime(year, month, 1);
-  if (!start) return false;
-  std::copy_n(text.begin(), month_.size(), month_.begin());
-  start_ = *start;
-  length_ = 28;
-  while (dayTime(year, month, length_ + 1)) ++length_;
+  const char between = text[4];
+  if (century < 0 || years < 0 || (between != '-' && between != '/' && between != '.') || text[7] != between)
+    return false;
+  const auto day = dayOf(century * 100 + years, twoDigits(text, 5), twoDigits(text, 8));
+  const auto time = plainTime(text.substr(10));
+  if (!day || !time) return false;
+  date.time = *day + *time;
   return true;
+}
+
+bool PlainDates::readYearLast(std::string_view text, DateCell& date) {
+  constexpr std::size_t shortest = 8;
+  if (text.size() < shortest) return false;
+  std::size_t at = 0;
+  // Days and months have one digit or two without an order that a processor could foresee: no branch tells them apart.
+  const auto number = [&] {
+    const auto one = static_cast<unsigned>(text[at] - '0');
+    const auto two = static_cast<unsigned>(text[at + 1] - '0');
+    const bool both = two < 10;
+    at += both ? 2 : 1;
+    return one < 10 ? static_cast<int>(both ? one * 10 + two : one) : -1;
+  };
+  const int first = number();
+  const char between = text[at++];
+  const int second = number();
+  if (first < 0 || second < 0 || text.size() < at + 5 || text[at] != between) return false;
+  if (shape_ == DateShape::DayFirst ? between != '.' : between != '/' && between != '-') return false;
+  const int century = twoDigits(text, at + 1);
+  const int years = twoDigits(text, at + 3);
+  const auto time = plainTime(text.substr(at + 5));
+  if (century < 0 || years < 0 || !time) return false;
+  const int year = century * 100 + years;
+  const auto dayFirst = dayOf(year, second, first);
+  if (shape_ == DateShape::DayFirst) {
+    date.time = dayFirst.value_or(0) + *time;
+    return dayFirst.has_value();
+  }
+  const auto monthFirst = dayOf(year, first, second);
+  if (!dayFirst && !monthFirst) return false;
+  if (monthFirst) date.monthFirst = *monthFirst + *time;
+  date.dayFirstHolds = dayFirst.has_value();
+  date.time = (dayFirst ? *dayFirst : *monthFirst) + *time;
+  return true;
+}
+
+bool PlainDates::readCompact(std::string_view text, DateCell& date) {
+  if (text.size() != 8) return false;
+  const int century = twoDigits(text, 0);
+  const int years = twoDigits(text, 2);
+  if (century < 18 || century > 21 || years < 0) return false;
+  const auto day = dayOf(century * 100 + years, twoDigits(text, 4), twoDigits(text, 6));
+  if (day) date.time = *day;
+  return day.has_value();
+}
+
+std::optional<Time> PlainDates::dayOf(int year, int month, int day) {
+  if (year < 1 || month < 1 || month > 12 || day < 1) return {};
+  if (year != year_) {
+    for (std::size_t i = 0; i < 12; ++i) months_[i] = *dayTime(year, static_cast<int>(i) + 1, 1);
+    months_[12] = *dayTime(year + 1, 1, 1);
+    year_ = year;
+  }
+  const auto index = static_cast<std::size_t>(month - 1);
+  const Time time = months_[index] + (day - 1) * dayLength;
+  return time < months_[index + 1] ? std::optional(time) : std::nullopt;
 }
 
 std::optional<Time> readTimeCell(std::string_view cell) {

@@ -1,12 +1,11 @@
 #include "orvex/prices/line_reader.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <utility>
 
+#include "orvex/prices/plain_number.h"
 #include "orvex/prices/text_encoding.h"
 
 namespace orvex::inline ORVEX_COUNTS::prices {
@@ -14,39 +13,6 @@ namespace orvex::inline ORVEX_COUNTS::prices {
 namespace {
 
 constexpr double none = std::numeric_limits<double>::quiet_NaN();
-
-bool isDigit(char c) {
-  return static_cast<unsigned char>(c - '0') < 10;
-}
-
-/// Reads a number of digits with at most one decimal sign that a double holds exactly but for one division. False, and
-/// nothing taken, for any other.
-bool takePlainNumber(const char*& from, const char* end, char decimal, double& value) {
-  constexpr std::array powers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  constexpr std::ptrdiff_t exactDigits = 15;
-  const char* at = from;
-  const bool negative = at != end && *at == '-';
-  if (negative) ++at;
-  const char* const first = at;
-  std::uint64_t whole = 0;
-  while (at != end && isDigit(*at)) whole = whole * 10 + static_cast<std::uint64_t>(*at++ - '0');
-  std::ptrdiff_t digits = at - first;
-  if (digits == 0) return false;
-  std::ptrdiff_t fraction = 0;
-  if (at != end && *at == decimal) {
-    const char* const point = at++;
-    while (at != end && isDigit(*at)) whole = whole * 10 + static_cast<std::uint64_t>(*at++ - '0');
-    fraction = at - point - 1;
-    digits += fraction;
-  }
-  if (digits > exactDigits) return false;
-  value = static_cast<double>(whole);
-  // Both are exact, so the one division rounds once, to the nearest double.
-  if (fraction > 0) value /= powers[static_cast<std::size_t>(fraction)];
-  if (negative) value = -value;
-  from = at;
-  return true;
-}
 
 bool isPlain(char c) {
   return static_cast<unsigned char>(c) > ' ' && static_cast<unsigned char>(c) < 0x7F;
@@ -58,8 +24,11 @@ std::string counted(std::size_t count, std::string_view what) {
 
 }  // namespace
 
-LineReader::LineReader(Layout layout)
-    : layout_(std::move(layout)), cells_(layout_.columns.size(), Cell{{}, none, CellKind::Missing}) {
+LineReader::LineReader(Layout layout, std::string_view text)
+    : layout_(std::move(layout)),
+      textEnd_(text.data() + text.size()),
+      cells_(layout_.columns.size(), Cell{{}, none, CellKind::Missing}),
+      plainDates_(layout_.dates) {
   dateColumn_ = layout_.find(Role::Date);
   timeColumn_ = layout_.find(Role::Clock);
   for (const ColumnLayout& column : layout_.columns) {
@@ -88,13 +57,41 @@ const char* LineReader::findDelimiter(const char* at, const char* end) const {
   return std::search(at, end, delimiter.begin(), delimiter.end());
 }
 
+/// Takes the cells from `column` on that need no second look: numbers in full, and texts without blanks or quotation
+/// marks around them. Gives the column of the first that does; `at` is then at the delimiter before it or at the end.
+std::size_t LineReader::takePlainCells(const char*& at, const char* end, std::size_t column) {
+  // In no memory that the cells could share.
+  const char mark = mark_;
+  const char decimal = layout_.decimal;
+  const char* const textEnd = textEnd_;
+  const char* next = at;
+  for (; column < cells_.size(); ++column, ++next) {
+    const char* behind = next;
+    Cell& cell = cells_[column];
+    if (numeric_[column] != 0) {
+      if (!takePlainNumber(behind, textEnd, decimal, cell.number)) break;
+      if (behind != end && *behind != mark) break;
+      cell.kind = CellKind::Number;
+    } else {
+      if (next == end || !isPlain(*next) || *next == '"') break;
+      behind = findDelimiter(next, end);
+      if (behind == next || !isPlain(behind[-1])) break;
+      cell.number = none;
+      cell.kind = CellKind::Text;
+    }
+    cell.text = {next, static_cast<std::size_t>(behind - next)};
+    at = next = behind;
+    if (next == end) return column + 1;
+  }
+  return column;
+}
+
 /// The text of the cell that begins at `at`, which is then at the delimiter behind it or at the end. False for a
 /// quotation mark without its other half.
-bool LineReader::nextCell(const char*& at, const char* end, std::string_view& text, bool& quoted) {
+bool LineReader::nextCell(const char*& at, const char* end, std::string_view& text) {
   const char* start = at;
   while (start != end && (*start == ' ' || (*start == '\t' && mark_ != '\t'))) ++start;
-  quoted = start != end && *start == '"';
-  if (!quoted) {
+  if (start == end || *start != '"') {
     const char* const stop = findDelimiter(at, end);
     text = {at, static_cast<std::size_t>(stop - at)};
     if (!text.empty() && !(isPlain(text.front()) && isPlain(text.back()))) text = trimmed(text);
@@ -151,7 +148,6 @@ LineReader::Outcome LineReader::readNumber(std::size_t column, std::string_view 
 }
 
 LineReader::Outcome LineReader::readDate() {
-  date_.reset();
   dateText_ = {};
   if (dateColumn_ == cells_.size()) return Outcome::Record;
   dateText_ = cells_[dateColumn_].text;
@@ -164,12 +160,14 @@ LineReader::Outcome LineReader::readDate() {
     dateText_ = joined_;
   }
   if (!layout_.hasDates) return Outcome::Record;
-  const auto plain = layout_.dates == DateShape::YearFirst ? plainDates_.read(dayText) : std::nullopt;
-  date_ = plain ? DateCell{DateShape::YearFirst, *plain, {}, true} : readDateCell(dayText);
-  if (!date_ || date_->shape != layout_.dates) {
-    return fail(shown(dayText) + " in column " + shown(layout_.columns[dateColumn_].name) + " is no date like " +
-                    shown(layout_.dateSample) + '.',
-                dateColumn_ + 1);
+  if (!plainDates_.read(dayText, date_)) {
+    const auto date = readDateCell(dayText);
+    if (!date || date->shape != layout_.dates) {
+      return fail(shown(dayText) + " in column " + shown(layout_.columns[dateColumn_].name) + " is no date like " +
+                      shown(layout_.dateSample) + '.',
+                  dateColumn_ + 1);
+    }
+    date_ = *date;
   }
   if (hasTime) {
     const auto time = readTimeCell(cells_[timeColumn_].text);
@@ -178,8 +176,8 @@ LineReader::Outcome LineReader::readDate() {
                       " is no time of the day.",
                   timeColumn_ + 1);
     }
-    date_->time += *time;
-    if (date_->monthFirst) *date_->monthFirst += *time;
+    date_.time += *time;
+    if (date_.monthFirst) *date_.monthFirst += *time;
   }
   return Outcome::Record;
 }
@@ -195,24 +193,17 @@ LineReader::Outcome LineReader::read(std::string_view line) {
   bool anything = false;
   Outcome outcome = Outcome::Record;
   for (std::size_t i = 0;; ++i) {
-    if (fast_ && i < count && numeric_[i] != 0) {
-      const char* behind = at;
-      double value = 0.0;
-      if (takePlainNumber(behind, end, layout_.decimal, value) && (behind == end || *behind == mark_)) {
-        cells_[i] = {{at, static_cast<std::size_t>(behind - at)}, value, CellKind::Number};
-        at = behind;
-        filled = i + 1;
+    if (fast_ && i < count) {
+      const std::size_t behind = takePlainCells(at, end, i);
+      if (behind > i) {
         anything = true;
+        filled = i = behind;
         if (at == end) break;
         ++at;
-        continue;
       }
     }
     std::string_view text;
-    bool quoted = false;
-    if (!nextCell(at, end, text, quoted)) {
-      return fail(std::string(UnclosedQuote), i + 1);
-    }
+    if (!nextCell(at, end, text)) return fail(std::string(UnclosedQuote), i + 1);
     if (i < count) {
       anything = anything || !text.empty();
       filled = i + 1;

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <deque>
-#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,7 +29,8 @@ struct LineProblem {
 /// Reads single lines by a layout. What it cannot read as the layout has it is told, never guessed.
 class LineReader {
  public:
-  explicit LineReader(Layout layout);
+  /// `text` is what the lines are parts of.
+  LineReader(Layout layout, std::string_view text);
 
   const Layout& layout() const noexcept { return layout_; }
 
@@ -41,8 +41,8 @@ class LineReader {
 
   /// One for each column of the layout. The prices are numbers or missing, never texts.
   std::span<const Cell> cells() const noexcept { return cells_; }
-  /// The date with the time beside it. Nothing where the layout has no dates.
-  const std::optional<DateCell>& date() const noexcept { return date_; }
+  /// The date with the time beside it; null where the layout has no dates.
+  const DateCell* date() const noexcept { return layout_.hasDates ? &date_ : nullptr; }
   /// The text of both.
   std::string_view dateText() const noexcept { return dateText_; }
   const LineProblem& problem() const noexcept { return problem_; }
@@ -52,18 +52,20 @@ class LineReader {
 
  private:
   Outcome fail(std::string text, std::size_t cell, bool tooShort = false);
-  bool nextCell(const char*& at, const char* end, std::string_view& text, bool& quoted);
+  std::size_t takePlainCells(const char*& at, const char* end, std::size_t column);
+  bool nextCell(const char*& at, const char* end, std::string_view& text);
   const char* findDelimiter(const char* at, const char* end) const;
   Outcome readNumber(std::size_t column, std::string_view text);
   Outcome readDate();
 
   Layout layout_;
+  const char* textEnd_;
   std::vector<char> numeric_;
   std::vector<Cell> cells_;
   std::deque<std::string> unquoted_;
   std::size_t dateColumn_;
   std::size_t timeColumn_;
-  std::optional<DateCell> date_;
+  DateCell date_{};
   PlainDates plainDates_;
   std::string_view dateText_;
   std::string joined_;

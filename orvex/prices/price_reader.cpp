@@ -54,7 +54,7 @@ struct Storage {
 class Collection {
  public:
   Collection(std::shared_ptr<Storage> storage, const Options& options)
-      : storage_(std::move(storage)), options_(options), reader_(findLayout(storage_->text, options)) {
+      : storage_(std::move(storage)), options_(options), reader_(findLayout(storage_->text, options), storage_->text) {
     const Layout& layout = reader_.layout();
     table_.remarks = layout.remarks;
     table_.storage = storage_;
@@ -115,6 +115,7 @@ class Collection {
     }
     table_.lines.reserve(records);
     if (reader_.layout().hasDates) table_.times.reserve(records);
+    if (reader_.layout().dates == DateShape::DayOrMonth) monthFirst_.reserve(records);
   }
 
   /// A text that stands as long as the table does.
@@ -142,7 +143,7 @@ class Collection {
       }
     }
     if (dateColumn_ != table_.columns.size()) table_.columns[dateColumn_].texts.push_back(kept(reader_.dateText()));
-    if (const auto& date = reader_.date()) addDate(*date, number);
+    if (const DateCell* const date = reader_.date()) addDate(*date, number);
     table_.lines.push_back(number);
     ++table_.count;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 
 #include "orvex/data/database.h"
 #include "orvex/data/text.h"
@@ -36,15 +37,11 @@ struct Seen {
   bool zeros;
 };
 
-/// One look at all bytes, which compilers turn into vector code.
+/// A look at all bytes, which compilers and libraries turn into vector code.
 Seen survey(std::string_view bytes) noexcept {
   unsigned high = 0;
-  unsigned zeros = 0;
-  for (const char c : bytes) {
-    high |= static_cast<unsigned char>(c);
-    zeros |= c == '\0';
-  }
-  return {high < 0x80, zeros != 0};
+  for (const char c : bytes) high |= static_cast<unsigned char>(c);
+  return {high < 0x80, !bytes.empty() && std::memchr(bytes.data(), '\0', bytes.size()) != nullptr};
 }
 
 enum class Order { None, LittleEndian, BigEndian };

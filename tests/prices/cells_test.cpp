@@ -1,11 +1,15 @@
 // What single cells are read as.
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "orvex/prices/column_words.h"
 #include "orvex/prices/date_cell.h"
 #include "orvex/prices/number_cell.h"
+#include "orvex/prices/plain_number.h"
 
 namespace orvex::test {
 namespace {
@@ -96,6 +100,35 @@ TEST(NumberCell, TellsWhichDecimalSignItShows) {
   for (const auto& [cell, evidence] : cases) EXPECT_EQ(prices::decimalEvidence(cell), evidence) << cell;
 }
 
+TEST(PlainNumber, IsWhatAnyNumberIs) {
+  // All lengths of both parts, with what follows a cell near and far, as the decimal sign and as something else.
+  for (std::size_t whole = 0; whole <= 12; ++whole) {
+    for (std::size_t fraction = 0; fraction <= 12; ++fraction) {
+      for (const char* behind : {"", ",", ",1", ",12345678", "\n98765432", ".5,12345678", "/00000000", ":00000000",
+                                 "\xB1\xFF\xFF\xFF\xFF\xFF\xFF\xFF"}) {
+        for (const bool negative : {false, true}) {
+          std::string number = (negative ? "-" : "") + std::string("908172635401").substr(0, whole);
+          if (fraction > 0) number += '.' + std::string("102938475600").substr(0, fraction);
+          const std::string text = number + behind;
+          // A sign at once behind whole digits belongs to the number.
+          const bool longer = fraction == 0 && behind[0] == '.';
+          const char* from = text.data();
+          double value = 0.0;
+          const bool taken = prices::takePlainNumber(from, text.data() + text.size(), '.', value);
+          EXPECT_EQ(taken, whole > 0 && whole + fraction + (longer ? 1 : 0) <= 15) << text;
+          if (!taken) {
+            EXPECT_EQ(from, text.data()) << text;
+            continue;
+          }
+          const std::string cell = number + (longer ? ".5" : "");
+          EXPECT_EQ(from - text.data(), static_cast<std::ptrdiff_t>(cell.size())) << text;
+          EXPECT_EQ(value, std::strtod(cell.c_str(), nullptr)) << text;
+        }
+      }
+    }
+  }
+}
+
 TEST(DateCell, ReadsEveryShape) {
   const struct {
     const char* cell;
@@ -143,19 +176,39 @@ TEST(DateCell, ReadsEveryShape) {
 }
 
 TEST(DateCell, ReadsPlainDatesAlike) {
-  prices::PlainDates plain;
-  for (const char* cell :
-       {"2020-02-28", "2020-02-29", "2020-02-30", "2020-02-00", "2020-02-1x", "2019-02-29", "2020-13-01",
-        "2020-02-28 09:30", "2020-02-28T09:30:15", "2020-02-28 24:00", "2020-02-28 09:60", "2020-02-28 0930",
-        "2020/02/28", "202O-02-28", "1900-02-29", "2000-02-29 23:59:59"}) {
-    const auto read = plain.read(cell);
-    const auto other = prices::readDateCell(cell);
-    if (read) {
-      ASSERT_TRUE(other.has_value()) << cell;
-      EXPECT_EQ(*read, other->time) << cell;
+  const struct {
+    DateShape shape;
+    std::vector<const char*> plain;  // read without the other's help
+    std::vector<const char*> other;
+  } cases[] = {
+      {DateShape::YearFirst,
+       {"2020-02-28", "2020-02-29", "2020/02/28", "2020.02.28", "2020-02-28 09:30", "2020-02-28T09:30:15", "1900-02-28",
+        "2000-02-29 23:59:59", "2000-12-31", "0001-01-01"},
+       {"2020-02-30", "2020-02-00", "2020-02-1x", "2019-02-29", "2020-13-01", "2020-00-01", "2020-02-28 24:00",
+        "2020-02-28 09:60", "2020-02-28 0930", "202O-02-28", "1900-02-29", "2020-02/28", "2020-1-2", "0000-01-01", ""}},
+      {DateShape::DayFirst,
+       {"31.1.2020", "01.12.2020", "29.02.2020 09:30"},
+       {"31.4.2020", "31/1/2020", "3.1.20", "1.1."}},
+      {DateShape::DayOrMonth,
+       {"1/2/2020", "01-02-2020", "13/2/2020", "2/13/2020", "2/29/2020 09:30:01", "12/31/1999"},
+       {"13/13/2020", "2/30/2020", "1.2.2020", "1/2/20", "1/2-2020", "1/2/202O", "//1/2020", "111/2/2020"}},
+      {DateShape::Compact, {"20200229", "18000101"}, {"20190229", "17991231", "22000101", "2020022", "202002291"}},
+  };
+  for (const auto& [shape, plain, other] : cases) {
+    prices::PlainDates dates(shape);
+    for (const char* cell : plain) {
+      prices::DateCell date{};
+      ASSERT_TRUE(dates.read(cell, date)) << cell;
+      const auto expected = prices::readDateCell(cell);
+      ASSERT_TRUE(expected.has_value()) << cell;
+      EXPECT_EQ(date.shape, expected->shape) << cell;
+      EXPECT_EQ(date.time, expected->time) << cell;
+      EXPECT_EQ(date.monthFirst, expected->monthFirst) << cell;
+      EXPECT_EQ(date.dayFirstHolds, expected->dayFirstHolds) << cell;
     }
+    prices::DateCell date{};
+    for (const char* cell : other) EXPECT_FALSE(dates.read(cell, date)) << cell;
   }
-  EXPECT_EQ(plain.read("2020-02-29 09:30"), prices::readDateCell("2020-02-29 09:30")->time);
 }
 
 TEST(DateCell, TakesNothingElseForADate) {
