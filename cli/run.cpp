@@ -104,9 +104,9 @@ std::string explainCause(const std::string& name, const Method& method, const Er
   std::string text = fmt::format("{} could not be computed", name);
   if (error.cause() == error.fault()) return text + '.';
   std::string cause(error.cause().description);
-  if (!cause.empty() && cause.front() >= 'A' && cause.front() <= 'Z') {
-    cause.front() = static_cast<char>(cause.front() - 'A' + 'a');
-  }
+  const auto isCapital = [&](std::size_t at) { return at < cause.size() && cause[at] >= 'A' && cause[at] <= 'Z'; };
+  // A word goes on in small letters; EOF and BOF stay what they are.
+  if (isCapital(0) && !isCapital(1)) cause.front() = static_cast<char>(cause.front() - 'A' + 'a');
   text += fmt::format(": {}", cause);
   if (error.record() != 0) {
     text += fmt::format(" in record {}", error.record());
