@@ -73,7 +73,8 @@ std::shared_ptr<RecordSet> MovingAverage::VariableMovingAverage(std::shared_ptr<
           data->MoveNext();
           const Real k = abs(at(momentum, record) / 100);
           result->setValue(record, (1 - k) * previous + k * at(Source, record));
-        });
+        },
+        {.carried = Carried::rowBefore(*result)});
     // The momentum's warm-up and the recursion's climb from 0 are both hidden.
     blank(*result, 3 * Periods);
     data->MoveFirst();

@@ -4,6 +4,7 @@
 
 #include "orvex/averages/average_type.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/continuation.h"
 #include "orvex/data/object.h"
 
 namespace orvex::inline ORVEX_COUNTS {
@@ -21,10 +22,14 @@ std::shared_ptr<Field> averageOfPart(Integer MA_Type, const std::shared_ptr<Fiel
   const auto part = std::make_shared<Field>();
   part->view(column->rows().part(before, column->values().size() - before), name);
   const auto series = std::make_shared<Database>(part->getRecordCount());
-  const auto average = onPart(first.value(), [&] { return averageColumn(MA_Type, series, part, periods, name); });
+  const auto average = onPart(first.value(), [&] {
+    const Continuation::Part behind(first.value() - 1);
+    return averageColumn(MA_Type, series, part, periods, name);
+  });
   const auto result = makeColumn(count, name, first.value());
-  const auto rows = average->values();
-  std::copy(rows.begin(), rows.end(), result->writableValues().subspan(before).begin());
+  const auto kept = static_cast<std::size_t>(std::max<std::int64_t>(0, keptRows() - (first.value() - 1)));
+  const auto rows = average->values().subspan(kept);
+  std::copy(rows.begin(), rows.end(), result->writableValues().subspan(before + kept).begin());
   return result;
 }
 

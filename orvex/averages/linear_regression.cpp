@@ -81,7 +81,8 @@ std::shared_ptr<RecordSet> LinearRegression::Regression(std::shared_ptr<Database
           intercepts->setValue(record, intercept);
           forecasts->setValue(record, forecast);
           qualities->setValue(record, quality);
-        });
+        },
+        {.carried = Carried(quality)});
     for (const auto& column : {slopes, intercepts, forecasts, qualities}) blank(*column, Periods);
     const auto result = makeRecordSet({slopes, intercepts, forecasts, qualities});
     data->MoveFirst();

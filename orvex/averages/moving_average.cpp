@@ -59,12 +59,14 @@ std::shared_ptr<RecordSet> MovingAverage::ExponentialMovingAverage(std::shared_p
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
     const Real k = Real(2) / (Periods + 1);
-    Real average = 0;
-    for (int row = 1; row <= Periods; ++row) average += at(Source, row);
-    average = average / Periods;
-    // The seed's weights stand the other way round than the recursion's. They are kept as published: every row that
-    // follows depends on them.
-    result->setValue(Periods, (1 - k) * at(Source, Periods + 1) + k * average);
+    if (nextWalkBeginsAnew()) {
+      Real average = 0;
+      for (int row = 1; row <= Periods; ++row) average += at(Source, row);
+      average = average / Periods;
+      // The seed's weights stand the other way round than the recursion's. They are kept as published: every row that
+      // follows depends on them.
+      result->setValue(Periods, (1 - k) * at(Source, Periods + 1) + k * average);
+    }
 
     const Integer first = Periods + 1;
     data->setPosition(first);
@@ -138,16 +140,18 @@ std::shared_ptr<RecordSet> MovingAverage::WellesWilderSmoothing(std::shared_ptr<
     applyDefault(Alias, WellesWilderSmoothingName);
     const Integer count = object(Source).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), 2);
+    const Real factor = count > 1 ? Real(1) / Periods : Real(0);
     eachRecord(
         2, count,
         [&](kernels::Records records) {
-          return kernels::run(&Table::approach, rowsOf(Source), Real(1) / Periods, records,
+          return kernels::run(&Table::approach, rowsOf(Source), factor.value(), records,
                               result->writableValues().data());
         },
         [&](Integer record) {
           const Real previous = at(result, record - 1);
-          result->setValue(record, previous + (at(Source, record) - previous) * (Real(1) / Periods));
-        });
+          result->setValue(record, previous + (at(Source, record) - previous) * factor);
+        },
+        Carried::rowBefore(*result));
     blank(*result, 2 * Periods);
     return makeRecordSet({result});
   });

@@ -158,6 +158,8 @@ struct Method {
   List<double, 3> levels{};
   /// Arguments of a telling call, NAME=VALUE after NAME=VALUE, where the usual ones do not make one.
   std::string_view example{};
+  /// Whether a live series computes all records anew with each change, since a new one may alter the rows of others.
+  bool recomputed = false;
 
   // Taken from the member function.
   Type result = Type::Nothing;

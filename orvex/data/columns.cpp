@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <span>
 
+#include "orvex/data/continuation.h"
+
 namespace orvex::inline ORVEX_COUNTS {
 
 std::shared_ptr<Field> makeColumn(Integer count, std::string_view name) {
@@ -10,6 +12,7 @@ std::shared_ptr<Field> makeColumn(Integer count, std::string_view name) {
 }
 
 std::shared_ptr<Field> makeColumn(Integer count, std::string_view name, std::int64_t first, std::int64_t last) {
+  if (Continuation* const continuation = Continuation::current()) return continuation->column(count, name);
   auto column = std::make_shared<Field>();
   column->initializeToFill(count, name, first, last);
   return column;
@@ -24,7 +27,9 @@ std::shared_ptr<RecordSet> makeRecordSet(std::initializer_list<std::shared_ptr<F
 void blank(Field& column, Integer last) {
   const std::span<double> rows = column.writableValues();
   if (last > rows.size()) raise(Field::setValueFault);
-  if (last > 0) std::fill_n(rows.begin(), last.value(), 0.0);
+  // The last row that is kept may hold what the walk carried.
+  const std::int64_t first = std::max<std::int64_t>(1, keptRows());
+  if (last >= first) std::fill(rows.begin() + (first - 1), rows.begin() + last.value(), 0.0);
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

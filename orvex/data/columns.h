@@ -31,7 +31,8 @@ inline void checkPeriods(Integer periods, int least, Integer count, const Fault&
   if (periods < least || periods > count) raise(fault);
 }
 
-/// A new column of `count` rows, all 0. Error 9 for a count below 1.
+/// A new column of `count` rows, all 0. Error 9 for a count below 1. In a call that goes on with an earlier one it is
+/// that call's, with its rows as far as they stand (continuation.h).
 std::shared_ptr<Field> makeColumn(Integer count, std::string_view name);
 
 /// The same with nothing in rows `first` to `last`, each of which its maker then writes.
@@ -43,7 +44,8 @@ inline std::shared_ptr<Field> makeColumn(Integer count, std::string_view name, s
 /// A new set of the given columns, in this order.
 std::shared_ptr<RecordSet> makeRecordSet(std::initializer_list<std::shared_ptr<Field>> columns);
 
-/// Writes 0 into rows 1 to `last`; a column that is shorter fails at its end.
+/// Writes 0 into rows 1 to `last`, or into those of them that may not be 0 already; a column that is shorter fails at
+/// its end.
 void blank(Field& column, Integer last);
 
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -12,6 +12,12 @@ Error::Error(const Fault& report, const Fault& cause, int record) noexcept
   writeText();
 }
 
+Error Error::ofMemory(const Fault& report) noexcept {
+  Error error(report, faults::OutOfMemory, 0);
+  error.isOfMemory_ = true;
+  return error;
+}
+
 void Error::setRecord(int record) noexcept {
   if (record_ != 0) return;
   record_ = record;
@@ -55,7 +61,9 @@ void raiseReport(const Fault& report) {
   try {
     throw;
   } catch (const Error& error) {
-    throw Error(report, error.cause(), error.record());
+    throw Error(report, error);
+  } catch (const std::bad_alloc&) {
+    throw Error::ofMemory(report);
   } catch (...) {
     throw Error(report, currentFault(), 0);
   }

@@ -29,6 +29,12 @@ class Error : public std::exception {
   explicit Error(const Fault& fault) noexcept : Error(fault, fault, 0) {}
   /// The report of a trap on another fault, that of a record where one is known.
   Error(const Fault& report, const Fault& cause, int record) noexcept;
+  /// The same on another error.
+  Error(const Fault& report, const Error& inner) noexcept : Error(report, inner.cause_, inner.record_) {
+    isOfMemory_ = inner.isOfMemory_;
+  }
+  /// The report of a trap on memory that ran out.
+  static Error ofMemory(const Fault& report) noexcept;
 
   const Fault& fault() const noexcept { return fault_; }
   std::int32_t number() const noexcept { return fault_.number; }
@@ -39,6 +45,8 @@ class Error : public std::exception {
   const Fault& cause() const noexcept { return cause_; }
   /// The record of the caller's series that was being computed; 0 where it was none.
   int record() const noexcept { return record_; }
+  /// Whether it was the system that had no memory: the same call may do another time.
+  bool isOfMemory() const noexcept { return isOfMemory_; }
   /// The description, and in brackets the cause and the record as far as they tell more.
   const char* what() const noexcept override { return text_.data(); }
 
@@ -53,6 +61,7 @@ class Error : public std::exception {
   Fault fault_;
   Fault cause_;
   int record_;
+  bool isOfMemory_ = false;
   std::array<char, 160> text_;
 };
 

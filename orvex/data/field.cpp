@@ -52,6 +52,33 @@ void Field::viewTexts(Rows<std::string_view> texts) {
   texts_ = std::move(all);
 }
 
+void Field::resize(Integer RecordCount) {
+  if (RecordCount < 0) raise(faults::SubscriptOutOfRange);
+  const auto count = static_cast<std::size_t>(RecordCount.value());
+  const std::size_t kept = std::min(values_.size(), count);
+  reserve(RecordCount);
+  if (texts_ != nullptr) texts_->own.resize(count);
+  std::fill(own_ + kept, own_ + count, 0.0);
+  values_ = {own_, count};
+  recordCount_ = RecordCount;
+}
+
+void Field::reserve(Integer RecordCount) {
+  const auto count = static_cast<std::size_t>(std::max(0, RecordCount.value()));
+  if (texts_ != nullptr) {
+    makeTextsOwn();
+    if (count > texts_->own.capacity()) texts_->own.reserve(std::max(count, 2 * values_.size()));
+  }
+  if (own_ != nullptr && count <= room_) return;
+  const std::size_t room = own_ == nullptr ? count : std::max(count, 2 * values_.size());
+  OwnRows rows = newRows(std::max(room, values_.size()));
+  std::copy_n(values_.begin(), values_.size(), rows.values.begin());
+  own_ = rows.values.data();
+  values_ = {own_, values_.size()};
+  room_ = rows.values.size();
+  owner_ = std::move(rows.owner);
+}
+
 Empty Field::destroy() {
   values_ = {};
   own_ = nullptr;
@@ -63,14 +90,12 @@ Empty Field::destroy() {
 void Field::setStrValue(Integer RowIndex, std::string_view Value) {
   trap(setStrValueFault, [&] {
     if (!hasRow(RowIndex)) raise(faults::SubscriptOutOfRange);
-    if (texts_ == nullptr) texts_ = std::make_unique<Texts>();
-    if (texts_->own.empty()) {
-      const auto viewed = texts_->viewed.values;
-      std::vector<std::string> own(viewed.begin(), viewed.end());
-      own.resize(values_.size());
-      texts_->own = std::move(own);
-      texts_->viewed = {};
+    if (texts_ == nullptr) {
+      auto made = std::make_unique<Texts>();
+      made->own.resize(values_.size());
+      texts_ = std::move(made);
     }
+    makeTextsOwn();
     texts_->own[index(RowIndex)] = Value;
   });
 }
@@ -105,12 +130,22 @@ std::string_view Field::text(std::size_t row) const {
   return texts_->viewed.values.empty() ? std::string_view() : texts_->viewed.values[row];
 }
 
+void Field::makeTextsOwn() {
+  if (!texts_->own.empty()) return;
+  const auto viewed = texts_->viewed.values;
+  std::vector<std::string> own(viewed.begin(), viewed.end());
+  own.resize(values_.size());
+  texts_->own = std::move(own);
+  texts_->viewed = {};
+}
+
 void Field::copyRows() {
   if (values_.empty()) return;
   OwnRows copy = newRows(values_.size());
   std::ranges::copy(values_, copy.values.begin());
   values_ = copy.values;
   own_ = copy.values.data();
+  room_ = copy.values.size();
   owner_ = std::move(copy.owner);
 }
 
@@ -118,6 +153,7 @@ void Field::replace(OwnRows rows, std::string_view name) {
   Rows<double> made{rows.values, std::move(rows.owner)};
   view(std::move(made), name);
   own_ = rows.values.data();
+  room_ = rows.values.size();
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

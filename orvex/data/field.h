@@ -51,6 +51,12 @@ class Field {
   void view(Rows<double> rows, std::string_view Name);
   /// Views texts for all rows likewise. Error 9 for another number of them.
   void viewTexts(Rows<std::string_view> texts);
+  /// Makes the rows `RecordCount`, its own from then on: those that are new are 0 and "", the others stay. In a column
+  /// that grows again and again a row costs the same on average. Rows that were handed out before stay as long as they
+  /// were; what is written into the field may show in them.
+  void resize(Integer RecordCount);
+  /// Makes room for as many rows, so that `resize` to no more of them takes no memory.
+  void reserve(Integer RecordCount);
   /// Frees the rows. Name, count and note stay.
   Empty destroy();
 
@@ -101,11 +107,13 @@ class Field {
   static std::size_t index(Integer row) noexcept { return static_cast<std::size_t>(row.value() - 1); }
   bool hasRow(Integer row) const noexcept { return row >= 1 && index(row) < values_.size(); }
   std::string_view text(std::size_t row) const;
+  void makeTextsOwn();
   void copyRows();
   void replace(OwnRows rows, std::string_view name);
 
   std::span<const double> values_;
   double* own_ = nullptr;  // the same rows, where they are the field's own
+  std::size_t room_ = 0;   // for how many rows of its own there is memory
   std::shared_ptr<const void> owner_;
   std::unique_ptr<Texts> texts_;  // made with the first text: most columns never have one
   std::string name_;

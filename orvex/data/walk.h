@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "orvex/data/continuation.h"
 #include "orvex/data/database.h"
 #include "orvex/data/host_events.h"
 #include "orvex/data/integer.h"
@@ -20,12 +21,20 @@
 /// bits, so where one ends and the other begins shows in nothing but time. No pointer into rows outlives the kernel's
 /// call: after every record they yield to the host, which may free them. An error that leaves a step tells its record.
 ///
+/// A call that goes on with an earlier one (continuation.h) walks the records that are new, and the last one before
+/// them anew. What its steps hand on beside their rows is therefore named to the walk (`Carried`); what stands before a
+/// walk is done again, so what costs time there, and what a seed writes, asks `nextWalkBeginsAnew` first.
+///
 /// Their counter is stepped after the last pass too, at the width of the counts: a loop that reaches the greatest count
 /// (32,767 of 16 bits) ends in error 6 after its last record.
 namespace orvex::inline ORVEX_COUNTS {
 
 /// What a loop is given where there is no kernel: every record is stepped.
 inline constexpr auto noKernel = [](kernels::Records) { return std::size_t{0}; };
+
+/// A kernel looks at more than it fills: in a call that goes on with an earlier one, fewer records than these are
+/// stepped.
+inline constexpr int fewRecords = 16;
 
 /// What a loop is given that does not yield to the host.
 inline constexpr YieldHook noYield{};
@@ -46,44 +55,75 @@ class FirstRecord {
 /// The loop that the others are made of: a counter from `first` to `last`, `ahead` records ahead of the record. `pass`
 /// does to the cursor what the step of that record would.
 template <class Kernel, class Step, class Pass>
-void countRecords(Integer first, Integer last, int ahead, Kernel&& kernel, Step&& step, Pass&& pass, YieldHook hook) {
-  if (first > last) return;
-  const auto done = static_cast<int>(kernel(kernels::Records{first.value() - ahead, last.value() - ahead}));
-  Integer counter = first;
-  if (done > 0 && !hook) {
-    counter += done - 1;
-    pass(counter - ahead);
-    ++counter;
-  } else {
-    for (int i = 0; i < done; ++i) {
-      pass(counter - ahead);
-      hook();
-      ++counter;
-    }
+void countRecords(Integer first, Integer last, int ahead, Kernel&& kernel, Step&& step, Pass&& pass, YieldHook hook,
+                  const Carried& carried) {
+  Continuation* const continuation = Continuation::current();
+  if (first > last) {
+    if (continuation != nullptr) continuation->pass();
+    return;
   }
-  try {
-    for (; counter <= last; ++counter) {
-      step(counter - ahead);
-      if (hook) hook();
+  Integer counter = first;
+  // Where there is something to continue, the records up to the last closed one come first, and then the others.
+  Integer end = last;
+  if (continuation != nullptr) [[unlikely]] {
+    const auto records = continuation->enter(first.value() - ahead, last.value() - ahead, carried);
+    counter = records.first + ahead;
+    end = records.closed + ahead;
+    if (counter > first) pass(counter - 1 - ahead);
+  }
+  for (;;) {
+    const bool isLong = continuation == nullptr || std::int64_t{end.value()} - counter.value() + 1 >= fewRecords;
+    if (isLong) {
+      const auto done = static_cast<int>(kernel(kernels::Records{counter.value() - ahead, end.value() - ahead}));
+      if (done > 0 && !hook) {
+        counter += done - 1;
+        pass(counter - ahead);
+        ++counter;
+      } else {
+        for (int i = 0; i < done; ++i) {
+          pass(counter - ahead);
+          hook();
+          ++counter;
+        }
+      }
     }
-  } catch (Error& error) {
-    error.setRecord(counter.value() - ahead);
-    throw;
+    try {
+      for (; counter <= end; ++counter) {
+        step(counter - ahead);
+        if (hook) hook();
+      }
+    } catch (Error& error) {
+      error.setRecord(counter.value() - ahead);
+      throw;
+    }
+    if (continuation == nullptr) return;
+    if (end.value() - ahead == continuation->closed()) continuation->keep(carried);
+    if (end == last) return;
+    end = last;
   }
 }
 
 /// The records first..last of a definition that does not go by the cursor.
 template <class Kernel, class Step>
-void eachRecord(FirstRecord first, Integer last, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook()) {
-  if (first.value() > last.value()) return;
+void eachRecord(FirstRecord first, Integer last, Kernel&& kernel, Step&& step, YieldHook hook = yieldHook(),
+                const Carried& carried = Carried()) {
+  if (first.value() > last.value()) {
+    if (Continuation* const continuation = Continuation::current()) continuation->pass();
+    return;
+  }
   countRecords(
-      first.value(), last, 0, kernel, step, [](Integer) {}, hook);
+      first.value(), last, 0, kernel, step, [](Integer) {}, hook, carried);
+}
+template <class Kernel, class Step>
+void eachRecord(FirstRecord first, Integer last, Kernel&& kernel, Step&& step, const Carried& carried) {
+  eachRecord(first, last, kernel, step, yieldHook(), carried);
 }
 
 struct WalkOptions {
   /// How many records behind its own a step finds the cursor.
   Integer behind = 0;
   YieldHook hook = yieldHook();
+  Carried carried{};
 };
 
 /// The records first..last of a definition that goes by the cursor, which moves to the next record after each step.
@@ -101,7 +141,7 @@ void walk(Database& data, Integer first, Integer last, Kernel&& kernel, Step&& s
         data.setPosition(record - options.behind);
         data.MoveNext();
       },
-      options.hook);
+      options.hook, options.carried);
 }
 
 /// Where a step that places the cursor itself leaves it: on its record or on the next.
@@ -115,7 +155,8 @@ template <class Kernel, class Step>
 void walkSpans(Database& data, Integer first, Integer last, CursorAfter after, Kernel&& kernel, Step&& step) {
   countRecords(
       first, last, 1, kernel, step,
-      [&](Integer record) { data.setPosition(after == CursorAfter::Record ? record : record + 1); }, yieldHook());
+      [&](Integer record) { data.setPosition(after == CursorAfter::Record ? record : record + 1); }, yieldHook(),
+      Carried());
 }
 
 /// Moves the cursor over the `length` records that end at `record`: `begin` with the first of them under it, then

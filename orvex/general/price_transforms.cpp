@@ -107,7 +107,8 @@ std::shared_ptr<RecordSet> General::VolumeROC(std::shared_ptr<Database> data, st
           // Of no volume there is no rate: the last one stands on, on purpose.
           if (prior != 0) rate = (at(Volume, data->getPosition()) - prior) / prior * 100;
           result->setValue(record, rate);
-        });
+        },
+        {.carried = Carried(rate)});
     data->MoveFirst();
     return makeRecordSet({result});
   });

@@ -57,12 +57,12 @@ std::shared_ptr<RecordSet> Index::RelativeStrengthIndex(std::shared_ptr<Database
     const std::int64_t first = std::int64_t{Periods.value()} + 1;
     const auto result = makeColumn(count, Alias.get(), first);
     Move mean;
+    if (first <= count.value() && nextWalkBeginsAnew()) mean = firstMean(Source, Periods);
     eachRecord(
         first, count,
         [&](kernels::Records records) {
           // The means that it begins with are those of the first record itself, or of the one before a later record.
           const bool seeded = records.first == first;
-          if (seeded) mean = firstMean(Source, Periods);
           double means[] = {mean.rise, mean.fall};
           const auto falls = workingRows(count);
           const std::size_t done = kernels::run(&kernels::Table::strength, rowsOf(Source), Periods.value(), records,
@@ -72,9 +72,10 @@ std::shared_ptr<RecordSet> Index::RelativeStrengthIndex(std::shared_ptr<Database
           return done;
         },
         [&](Integer record) {
-          mean = record == first ? firstMean(Source, Periods) : nextMean(mean, moveAt(Source, record), Periods);
+          if (record != first) mean = nextMean(mean, moveAt(Source, record), Periods);
           result->setValue(record, percentage(mean.rise, mean.fall));
-        });
+        },
+        Carried(mean));
     data->MoveFirst();
     return makeRecordSet({result});
   });

@@ -46,7 +46,8 @@ std::shared_ptr<RecordSet> Index::SwingIndex(std::shared_ptr<Database> data, std
           if (range <= 0) return 0;
           const Real move = (close - closeBefore) + 0.5 * (Real(close) - open) + 0.25 * (closeBefore - openBefore);
           return 50 * move / range * (down > up ? down : up) / LimitMoveValue;
-        });
+        },
+        Carried(range));
   });
 }
 

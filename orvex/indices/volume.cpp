@@ -107,7 +107,8 @@ std::shared_ptr<RecordSet> Index::TradeVolumeIndex(std::shared_ptr<Database> dat
           if (direction > 0) return total + at(Volume, record);
           if (direction < 0) return total - at(Volume, record);
           return total;
-        });
+        },
+        Carried(direction));
   });
 }
 

@@ -1,10 +1,9 @@
 #include <algorithm>
-#include <span>
-#include <vector>
 
 #include "orvex/averages/average_of_part.h"
 #include "orvex/averages/average_type.h"
 #include "orvex/data/columns.h"
+#include "orvex/data/continuation.h"
 #include "orvex/data/host_events.h"
 #include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
@@ -61,7 +60,7 @@ ShortAndLong shortAndLong(Integer MA_Type, const std::shared_ptr<Database>& data
 
 /// The highest less the lowest of the `length` values that end at the record.
 Real rangeOfSpan(const SpanExtremes& known, const std::shared_ptr<Field>& source, Integer length, Integer record) {
-  if (record <= known.records.last) {
+  if (record >= known.records.first && record <= known.records.last) {
     const auto index = static_cast<std::size_t>(record.value() - 1);
     return Real(known.highest.rows[index]) - known.lowest.rows[index];
   }
@@ -209,32 +208,49 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
     auto level = averageColumn(MA_Type, data, Source, 2, "Level");
     // The levels are taken together as they come, since there may be thousands of them: a record's sum, largest and
     // smallest. What no number can hold shows where it is used.
-    const std::span<const double> values = level->values();
-    std::vector<double> sums(values.begin(), values.end()), largest = sums, smallest = sums;
-    for (int number = 2; number <= Levels; ++number) {
-      level = averageOfPart(MA_Type, level, first, 2, "Level");
-      first += wait;
-      const double* const value = level->values().data();
-      for (std::size_t i = 0; i < sums.size(); ++i) {
-        sums[i] += value[i];
-        largest[i] = value[i] > largest[i] ? value[i] : largest[i];
-        smallest[i] = value[i] < smallest[i] ? value[i] : smallest[i];
+    const auto sum = makeColumn(count, "Sum", 1), largest = makeColumn(count, "Largest", 1),
+               smallest = makeColumn(count, "Smallest", 1);
+    for (int number = 1; number <= Levels; ++number) {
+      if (number > 1) {
+        level = averageOfPart(MA_Type, level, first, 2, "Level");
+        first += wait;
       }
+      const double* const value = level->values().data();
+      double* const sums = sum->writableValues().data();
+      double* const highs = largest->writableValues().data();
+      double* const lows = smallest->writableValues().data();
+      const auto take = [=](kernels::Records records) {
+        for (std::ptrdiff_t i = records.first - 1; i < records.last; ++i) {
+          sums[i] = number == 1 ? value[i] : sums[i] + value[i];
+          highs[i] = number == 1 || value[i] > highs[i] ? value[i] : highs[i];
+          lows[i] = number == 1 || value[i] < lows[i] ? value[i] : lows[i];
+        }
+        return static_cast<std::size_t>(records.last - records.first) + 1;
+      };
+      eachRecord(
+          1, count, take,
+          [&](Integer record) {
+            take({record.value(), record.value()});
+          },
+          noYield);
     }
 
-    const kernels::Records records =
-        first > count.value() ? kernels::Records{1, 0} : kernels::Records{static_cast<int>(first), count.value()};
+    // Of a few records each looks at its own span.
+    const std::int64_t firstNew = std::max(first, keptRows() + 1);
+    const bool isShort = keptRows() > 0 && count.value() - firstNew < fewRecords;
+    const kernels::Records records = isShort || firstNew > count.value()
+                                         ? kernels::Records{1, 0}
+                                         : kernels::Records{static_cast<int>(firstNew), count.value()};
     const SpanExtremes spans = spanExtremes(rowsOf(Source), rowsOf(Source), Levels, records);
     const auto result = makeColumn(count, Alias.get(), first);
     const auto upper = makeColumn(count, RainbowUpperName, first);
     const auto lower = makeColumn(count, RainbowLowerName, first);
     eachRecord(first, count, noKernel, [&](Integer record) {
-      const auto index = static_cast<std::size_t>(record.value() - 1);
       const Real range = rangeOfSpan(spans, Source, Levels, record);
       Real place = 0, width = 0, below = 0;
       if (range != 0) {
-        place = 100 * (at(Source, record) - Real(sums[index]) / Levels) / range;
-        width = 100 * (Real(largest[index]) - smallest[index]) / range;
+        place = 100 * (at(Source, record) - at(sum, record) / Levels) / range;
+        width = 100 * (at(largest, record) - at(smallest, record)) / range;
         below = -width;
       }
       result->setValue(record, place);

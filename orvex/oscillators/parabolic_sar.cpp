@@ -54,7 +54,7 @@ std::shared_ptr<RecordSet> Oscillator::ParabolicSAR(std::shared_ptr<Database> da
            }
            result->setValue(record, trend.stop);
          },
-         {.behind = 1});
+         {.behind = 1, .carried = Carried(trend)});
     data->MoveFirst();
     return makeRecordSet({result});
   });

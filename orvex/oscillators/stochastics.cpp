@@ -114,15 +114,16 @@ std::shared_ptr<RecordSet> Oscillator::UltimateOscillator(std::shared_ptr<Databa
     const Integer longest = std::max({Cycle1, Cycle2, Cycle3});
     const auto result = makeColumn(count, Alias.get(), longest.value() + 1LL);
     const auto kernel = [&](kernels::Records records) -> std::size_t {
-      if (records.first < 2) return 0;
+      if (longest < 1 || records.first <= longest.value()) return 0;
       const auto pressures = workingRows(count, 2);
       double* const buying = pressures.get();
       double* const range = buying + count.value();
       const auto rows = static_cast<std::size_t>(count.value());
-      const kernels::Records bars{2, records.last};
+      // From the first bar of the first record's longest cycle on.
+      const kernels::Records bars{records.first - longest.value() + 1, records.last};
       const std::size_t done = kernels::run(&kernels::Table::buyingPressure,
                                             kernels::Bars{high.rows(), low.rows(), close.rows()}, bars, buying, range);
-      const kernels::Records known{records.first, 1 + static_cast<int>(done)};
+      const kernels::Records known{records.first, bars.first - 1 + static_cast<int>(done)};
       return kernels::run(&kernels::Table::ultimate, kernels::Source{buying, rows}, kernels::Source{range, rows},
                           kernels::Cycles{{Cycle1.value(), Cycle2.value(), Cycle3.value()}}, known,
                           result->writableValues().data());

@@ -186,7 +186,8 @@ struct Description<Index> {
                                    "later than the book's; where it is 0 the sum ends, and what it reached goes into "
                                    "the row before. The seed of the averages is the house's.",
                      .fails = "where Periods is below 1 or above N / 2, and where there are fewer than 10 records"},
-           .levels = {26.5, 27}}),
+           .levels = {26.5, 27},
+           .recomputed = true}),
       row<&Index::ChaikinMoneyFlow>(
           {.name = Index::ChaikinMoneyFlowName,
            .help = "Where prices close within their ranges, with volume.",

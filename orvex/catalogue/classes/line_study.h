@@ -37,7 +37,8 @@ struct Description<LineStudy> {
                      .origin = "The numbers: Leonardo of Pisa, Liber Abaci, 1202. The marks are Orvex's own.",
                      .difference = "Fibonacci time zones stand f records after the start. Here the index moves the "
                                    "mark on too: 0, 2, 4, 7, 11, 17, 26, ... records after it.",
-                     .fails = "where the span leaves the column"}}),
+                     .fails = "where the span leaves the column"},
+           .recomputed = true}),
       row<&LineStudy::TironeLevel>(
           {.name = "TironeLevel",
            .help = "The thirds and the middle of a span's range.",
@@ -70,7 +71,8 @@ struct Description<LineStudy> {
                      .origin = "John C. Tirone.",
                      .difference = "The levels are those of the whole span at each of its records, the later ones "
                                    "included: a study of what was, no signal.",
-                     .fails = "where the span is not within 2 .. N"}}),
+                     .fails = "where the span is not within 2 .. N"},
+           .recomputed = true}),
       row<&LineStudy::QuadrantLines>(
           {.name = "QuadrantLines",
            .help = "The quarters of a span's range.",
@@ -117,7 +119,8 @@ struct Description<LineStudy> {
                 .origin = "The field's common form; no single author.",
                 .difference = "The lines are those of the whole span at each of its records, the later ones included: "
                               "a study of what was, no signal.",
-                .fails = "where a value is not finite"}}),
+                .fails = "where a value is not finite"},
+           .recomputed = true}),
       row<&LineStudy::SpeedResistanceLines>(
           {.name = "SpeedResistanceLines",
            .help = "A line through a span's extremes, and two that move slower.",
@@ -149,7 +152,8 @@ struct Description<LineStudy> {
                      .reading = "A correction is expected to end at the two-thirds line; one that breaks it, at the "
                                 "one-third line; below that the trend is over.",
                      .origin = "Edson Gould, 1960s.",
-                     .fails = "where both extremes stand on one record, and where a price is missing or not finite"}}),
+                     .fails = "where both extremes stand on one record, and where a price is missing or not finite"},
+           .recomputed = true}),
       row<&LineStudy::TrendLinePenetration>(
           {.name = LineStudy::TrendLinePenetrationName,
            .help = "1 where a column breaks through a line upwards, -1 downwards.",

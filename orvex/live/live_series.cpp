@@ -1,0 +1,528 @@
+#include "orvex/live/live_series.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <optional>
+#include <span>
+
+#include "orvex/catalogue/call_on_values.h"
+#include "orvex/catalogue/computed_rows.h"
+#include "orvex/catalogue/usual.h"
+#include "orvex/data/columns.h"
+#include "orvex/data/continuation.h"
+#include "orvex/data/host_events.h"
+#include "orvex/data/text.h"
+
+namespace orvex::inline ORVEX_COUNTS {
+
+using catalogue::Method;
+using catalogue::RowRange;
+using catalogue::Type;
+using catalogue::Value;
+
+namespace {
+
+/// Keeps the host's hook out of the calls of a change: from inside a yield it could change the series under way.
+class WithoutYields {
+ public:
+  WithoutYields() noexcept : hook_(yieldHook()) { setYieldHook({}); }
+  WithoutYields(const WithoutYields&) = delete;
+  WithoutYields& operator=(const WithoutYields&) = delete;
+  ~WithoutYields() { setYieldHook(hook_); }
+
+ private:
+  YieldHook hook_;
+};
+
+/// Whether the usual value of an argument is an expression of the record count.
+bool followsCount(const catalogue::Argument& argument) {
+  return argument.usual.given && !argument.usual.text.empty() && argument.type == Type::Integer;
+}
+
+std::shared_ptr<Database> recordsOf(int count) {
+  auto data = std::make_shared<Database>(count);
+  data->MoveFirst();
+  return data;
+}
+
+}  // namespace
+
+/// A kept call. A change prepares all of them, each after those that it takes columns of, and then commits them all.
+class LiveSeries::Kept final : public LiveResult {
+ public:
+  /// What a column comes from: the prices, or a column of another kept call.
+  struct Source {
+    std::size_t argument;
+    std::shared_ptr<Field> price;
+    std::shared_ptr<Kept> kept;
+    std::size_t column;
+  };
+
+  Kept(Found found, std::vector<Value> given, std::vector<Source> sources, std::optional<double> notComputed)
+      : LiveResult(*found.method),
+        notComputed_(notComputed),
+        object_(found.owner->create()),
+        given_(std::move(given)),
+        sources_(std::move(sources)) {
+    // A span of no records, or of fewer, makes some definitions look at records that are still to come.
+    const auto looksAhead = [](const Value& value) {
+      const auto* number = std::get_if<Integer>(&value);
+      return number != nullptr && *number < 1;
+    };
+    continues_ = !method().recomputed && std::none_of(given_.begin(), given_.end(), looksAhead) &&
+                 std::all_of(sources_.begin(), sources_.end(),
+                             [](const Source& source) { return source.kept == nullptr || source.kept->continues_; });
+  }
+
+  bool takes(const Kept* other) const {
+    return std::any_of(sources_.begin(), sources_.end(),
+                       [&](const Source& source) { return source.kept.get() == other; });
+  }
+
+  /// Computes the result over `count` records of the prices, to be shown when it is committed. Only memory that runs
+  /// out leaves it as an exception.
+  void prepare(const std::shared_ptr<RecordSet>& prices, int count) {
+    next_.isPrepared = true;
+    next_.error.reset();
+    next_.count = count;
+    try {
+      const WithoutYields silence;
+      compute(prices, count);
+    } catch (const Error& error) {
+      continuation_.rollBack();
+      if (error.isOfMemory()) throw std::bad_alloc();
+      next_.error = error;
+    }
+  }
+
+  void commit() noexcept {
+    next_.isPrepared = false;
+    error_ = next_.error;
+    if (error_) return;
+    if (next_.isContinued) {
+      continuation_.commit();
+      columnsMade_ = continuation_.columnCount();
+      if (!next_.shown.empty()) columns_.swap(next_.shown);
+      for (std::size_t i = 0; i < columns_.size(); ++i) showRows(*columns_[i], *next_.columns[i], next_.computed[i]);
+    } else {
+      for (std::size_t i = 0; i < next_.columns.size(); ++i) hideRows(*next_.columns[i], next_.computed[i], 0);
+      columns_.swap(next_.columns);
+      columnsMade_ = 0;
+    }
+    next_.shown.clear();
+    computed_.swap(next_.computed);
+    count_ = next_.count;
+  }
+
+  void rollBack() noexcept {
+    next_.isPrepared = false;
+    next_.shown.clear();
+    continuation_.rollBack();
+  }
+
+ private:
+  /// What the change under way has made.
+  struct Next {
+    bool isPrepared = false;
+    bool isContinued = false;
+    std::optional<Error> error;
+    int count = 0;
+    std::int64_t kept = 0;                        // rows of the columns that are as before
+    std::vector<std::shared_ptr<Field>> columns;  // of the part that was computed
+    int before = 0;                               // the records before that part
+    std::vector<std::shared_ptr<Field>> shown;    // the columns to be shown, where there are none yet
+    std::vector<RowRange> computed;
+  };
+
+  /// The rows of a source and the records before the first of them; its own error where it has failed.
+  struct SourceRows {
+    const Field& field;
+    int before;
+    RowRange computed;
+  };
+  static SourceRows rowsOf(const Source& source) {
+    const Kept& kept = *source.kept;
+    const auto& error = kept.next_.isPrepared ? kept.next_.error : kept.error_;
+    if (error) throw Error(*error);
+    if (!kept.next_.isPrepared) return {*kept.columns_[source.column], 0, kept.computed_[source.column]};
+    const int before = kept.next_.isContinued ? kept.next_.before : 0;
+    return {*kept.next_.columns[source.column], before, kept.next_.computed[source.column]};
+  }
+
+  void compute(const std::shared_ptr<RecordSet>& prices, int count) {
+    RowRange part{1, count};
+    for (const Source& source : sources_) {
+      if (source.kept == nullptr) continue;
+      const RowRange computed = rowsOf(source).computed;
+      part.first = std::max(part.first, computed.first);
+      part.last = std::min(part.last, computed.last);
+    }
+    arguments_ = given_;
+    next_.isContinued = continues_ && part.first <= part.last;
+    if (next_.isContinued) {
+      computeContinued(prices, part, count);
+    } else {
+      computeAnew(prices, count);
+    }
+  }
+
+  void computeContinued(const std::shared_ptr<RecordSet>& prices, RowRange part, int count) {
+    const int records = part.last - part.first + 1;
+    if (next_.before != part.first - 1) continuation_.reset();
+    next_.before = part.first - 1;
+    const bool isWhole = records == count;
+    const auto bind = [&](const Field& column, int before) {
+      auto piece = std::make_shared<Field>();
+      piece->view(
+          column.rows().part(static_cast<std::size_t>(next_.before - before), static_cast<std::size_t>(records)),
+          column.name());
+      return piece;
+    };
+    for (const Source& source : sources_) {
+      Value& argument = arguments_[source.argument];
+      if (source.kept != nullptr) {
+        const SourceRows rows = rowsOf(source);
+        argument = bind(rows.field, rows.before);
+      } else {
+        argument = isWhole ? source.price : bind(*source.price, 0);
+      }
+    }
+    std::shared_ptr<RecordSet> set = prices;
+    if (!isWhole) {
+      set = std::make_shared<RecordSet>();
+      for (const std::shared_ptr<Field>& field : prices->fields()) set->addField(bind(*field, 0));
+    }
+    bindObjects(set, records);
+    continuation_.begin(records);
+    next_.kept = continuation_.keptRows();
+    {
+      const Continuation::Scope scope(continuation_);
+      takeColumns(onPart(part.first, [&] { return method().invoke(object_.get(), arguments_); }));
+    }
+    findComputed(records);
+    if (columns_.empty()) {
+      for (const auto& column : next_.columns) {
+        next_.shown.push_back(std::make_shared<Field>());
+        next_.shown.back()->initialize(count, column->name());
+      }
+    } else {
+      for (const auto& column : columns_) column->reserve(count);
+    }
+  }
+
+  void computeAnew(const std::shared_ptr<RecordSet>& prices, int count) {
+    for (std::size_t i = 0; i < arguments_.size(); ++i) {
+      const catalogue::Argument& argument = method().arguments[i];
+      if (std::holds_alternative<catalogue::Missing>(arguments_[i]) && followsCount(argument)) {
+        arguments_[i] = catalogue::usualOf(argument, count);
+      }
+    }
+    for (const Source& source : sources_) {
+      arguments_[source.argument] = source.kept == nullptr ? source.price : withGaps(rowsOf(source), count);
+    }
+    bindObjects(prices, count);
+    next_.computed.clear();
+    if (std::any_of(sources_.begin(), sources_.end(), [](const Source& source) { return source.kept != nullptr; })) {
+      catalogue::ValuedCall called = catalogue::callOnValues(method(), object_.get(), arguments_);
+      takeColumns(std::move(called.result));
+      next_.computed = std::move(called.computed);
+      return;
+    }
+    takeColumns(catalogue::call(method(), object_.get(), arguments_));
+    for (const catalogue::Column& column : method().columns) {
+      next_.computed.push_back(catalogue::computedRows(method(), column, count, arguments_));
+    }
+  }
+
+  void bindObjects(const std::shared_ptr<RecordSet>& prices, int count) {
+    for (std::size_t i = 0; i < arguments_.size(); ++i) {
+      if (method().arguments[i].type == Type::Database) arguments_[i] = recordsOf(count);
+      if (method().arguments[i].type == Type::RecordSet) arguments_[i] = prices;
+    }
+  }
+
+  void takeColumns(const Value& result) {
+    const auto fields = std::get<std::shared_ptr<RecordSet>>(result)->fields();
+    next_.columns.assign(fields.begin(), fields.end());
+  }
+
+  /// A source as a column of the whole series, without values where it is not computed.
+  static std::shared_ptr<Field> withGaps(const SourceRows& source, int count) {
+    auto column = std::make_shared<Field>();
+    if (count == 0) return column;
+    column->initialize(count, source.field.name());
+    const auto rows = column->writableValues();
+    std::fill(rows.begin(), rows.end(), std::numeric_limits<double>::quiet_NaN());
+    const auto [first, last] = source.computed;
+    if (first <= last) {
+      const auto computed = source.field.values().subspan(static_cast<std::size_t>(first - 1 - source.before));
+      std::copy_n(computed.begin(), last - first + 1, rows.begin() + (first - 1));
+    }
+    return column;
+  }
+
+  /// The computed rows of a continued call. Expressions are evaluated again only where the record count is in them.
+  void findComputed(int records) {
+    const auto columns = std::span(method().columns.begin(), method().columns.size());
+    if (firstRows_.empty()) {
+      for (const catalogue::Column& column : columns) {
+        firstRows_.push_back(catalogue::evaluateRow(column.firstRow, method(), records, arguments_));
+      }
+    }
+    next_.computed.clear();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      const std::int64_t last = columns[i].lastRow == "N"
+                                    ? records
+                                    : catalogue::evaluateRow(columns[i].lastRow, method(), records, arguments_);
+      const std::int64_t end = std::int64_t{records} + 1;
+      next_.computed.push_back({static_cast<int>(std::clamp(firstRows_[i], std::int64_t{1}, end)) + next_.before,
+                                static_cast<int>(std::clamp(last, std::int64_t{0}, end - 1)) + next_.before});
+    }
+  }
+
+  void showRows(Field& shown, const Field& column, RowRange computed) const noexcept {
+    shown.resize(next_.count);
+    const auto to = shown.writableValues().begin() + next_.before;
+    const std::span<const double> rows = column.values();
+    std::copy(rows.begin() + next_.kept, rows.end(), to + next_.kept);
+    if (next_.kept == 0) std::fill(shown.writableValues().begin(), to, 0.0);
+    std::fill(to + static_cast<std::ptrdiff_t>(rows.size()), shown.writableValues().end(), 0.0);
+    hideRows(shown, computed, next_.kept == 0 ? 0 : next_.before + next_.kept);
+  }
+
+  /// Puts what stands for rows that are not computed into those behind the first `kept`.
+  void hideRows(Field& shown, RowRange computed, std::int64_t kept) const noexcept {
+    if (!notComputed_) return;
+    const auto rows = shown.writableValues();
+    const auto count = static_cast<std::int64_t>(rows.size());
+    const std::int64_t first = std::min<std::int64_t>(computed.first - 1, count);
+    if (kept < first) std::fill(rows.begin() + kept, rows.begin() + first, *notComputed_);
+    const std::int64_t behind = std::max(std::max<std::int64_t>(computed.last, first), kept);
+    if (behind < count) std::fill(rows.begin() + behind, rows.end(), *notComputed_);
+  }
+
+  std::optional<double> notComputed_;
+  std::shared_ptr<void> object_;
+  std::vector<Value> given_;  // each of its argument's type; `Missing` for those that each change binds
+  std::vector<Source> sources_;
+  bool continues_;
+  Continuation continuation_;
+  std::vector<Value> arguments_;
+  std::vector<std::int64_t> firstRows_;
+  Next next_;
+};
+
+LiveSeries::LiveSeries(double notComputed)
+    : columns_{{{std::make_shared<Field>(), &PriceRecord::open, &PriceRows::open},
+                {std::make_shared<Field>(), &PriceRecord::high, &PriceRows::high},
+                {std::make_shared<Field>(), &PriceRecord::low, &PriceRows::low},
+                {std::make_shared<Field>(), &PriceRecord::close, &PriceRows::close},
+                {std::make_shared<Field>(), &PriceRecord::volume, &PriceRows::volume}}},
+      dates_(std::make_shared<Field>()),
+      prices_(std::make_shared<RecordSet>()),
+      notComputed_(notComputed) {
+  dates_->setName(Database::DateName);
+  prices_->addField(dates_);
+  for (std::size_t i = 0; i < columns_.size(); ++i) {
+    columns_[i].field->setName(Database::PriceNames[i]);
+    prices_->addField(columns_[i].field);
+  }
+}
+
+LiveSeries::LiveSeries(const PriceRows& prices, double notComputed) : LiveSeries(notComputed) {
+  const auto hasRows = [&](const PriceField& column) { return !(prices.*column.rows).values.empty(); };
+  if (std::none_of(columns_.begin(), columns_.end(), hasRows)) raise(faults::SubscriptOutOfRange);
+  for (PriceField& column : columns_) {
+    if (hasRows(column)) continue;
+    prices_->removeField(column.field->name());
+    column.field = nullptr;
+  }
+  append(prices);
+}
+
+LiveSeries::~LiveSeries() = default;
+
+template <class Write>
+void LiveSeries::change(Integer count, Write&& write) {
+  const int countBefore = count_;
+  const auto row = static_cast<std::size_t>(std::max(0, countBefore - 1));
+  std::optional<PriceRecord> revised;
+  std::string date;
+  const auto takeBack = [&] {
+    for (const auto& kept : kept_) kept->rollBack();
+    dates_->resize(countBefore);
+    for (const PriceField& column : columns_) {
+      if (column.field != nullptr) column.field->resize(countBefore);
+    }
+    if (revised) setRecord(row, *revised);
+  };
+  try {
+    if (count == countBefore) {
+      date = dates_->getStrValue(countBefore);
+      revised.emplace().date = date;
+      for (const PriceField& column : columns_) {
+        if (column.field != nullptr) (*revised).*column.value = column.field->values()[row];
+      }
+    }
+    dates_->reserve(count);
+    for (const PriceField& column : columns_) {
+      if (column.field != nullptr) column.field->reserve(count);
+    }
+    dates_->resize(count);
+    for (const PriceField& column : columns_) {
+      if (column.field != nullptr) column.field->resize(count);
+    }
+    write();
+    for (const auto& kept : kept_) kept->prepare(prices_, count.value());
+  } catch (const Error& error) {
+    takeBack();
+    if (error.isOfMemory()) throw std::bad_alloc();
+    throw;
+  } catch (...) {
+    takeBack();
+    throw;
+  }
+  count_ = count.value();
+  for (const auto& kept : kept_) kept->commit();
+}
+
+void LiveSeries::setRecord(std::size_t row, const PriceRecord& record) {
+  for (const PriceField& column : columns_) {
+    if (column.field != nullptr) column.field->writableValues()[row] = record.*column.value;
+  }
+  const int number = static_cast<int>(row) + 1;
+  if (!record.date.empty() || !dates_->getStrValue(number).empty()) dates_->setStrValue(number, record.date);
+}
+
+void LiveSeries::append(const PriceRecord& record) {
+  change(Integer(std::int64_t{count_} + 1), [&] { setRecord(static_cast<std::size_t>(count_), record); });
+}
+
+void LiveSeries::append(const PriceRows& records) {
+  std::size_t count = records.dates.values.size();
+  for (const PriceField& column : columns_) {
+    const std::size_t rows = (records.*column.rows).values.size();
+    if (column.field == nullptr) continue;
+    if (count == 0) count = rows;
+    if (rows != count) raise(faults::SubscriptOutOfRange);
+  }
+  if (count == 0) return;
+  const auto before = static_cast<std::size_t>(count_);
+  change(Integer(before + count), [&] {
+    for (const PriceField& column : columns_) {
+      if (column.field == nullptr) continue;
+      const auto rows = (records.*column.rows).values;
+      std::copy(rows.begin(), rows.end(), column.field->writableValues().subspan(before).begin());
+    }
+    int row = count_;
+    for (const std::string_view date : records.dates.values) dates_->setStrValue(++row, date);
+  });
+}
+
+void LiveSeries::revise(const PriceRecord& record) {
+  if (count_ == 0) raise(faults::SubscriptOutOfRange);
+  change(count_, [&] { setRecord(static_cast<std::size_t>(count_ - 1), record); });
+}
+
+LiveSeries::Found LiveSeries::find(std::string_view method) {
+  const std::size_t dot = method.find('.');
+  if (dot == std::string_view::npos) {
+    const auto found = catalogue::findCalculation(method);
+    if (!found) raise(faults::InvalidCall);
+    return {found->owner, found->method};
+  }
+  const catalogue::Class* owner = catalogue::findClass(method.substr(0, dot));
+  if (owner == nullptr) raise(faults::InvalidCall);
+  return {owner, catalogue::findMethod(*owner, method.substr(dot + 1))};
+}
+
+std::shared_ptr<const LiveResult> LiveSeries::keep(std::string_view name, const std::vector<Argument>& arguments) {
+  const Found found = find(name);
+  if (found.method == nullptr) raise(faults::InvalidCall);
+  std::vector<const LiveValue*> values(found.method->arguments.size(), nullptr);
+  for (const Argument& argument : arguments) {
+    const auto* const named =
+        std::find_if(found.method->arguments.begin(), found.method->arguments.end(),
+                     [&](const catalogue::Argument& one) { return equalNames(one.name, argument.first); });
+    if (named == found.method->arguments.end()) raise(faults::InvalidCall);
+    values[static_cast<std::size_t>(named - found.method->arguments.begin())] = &argument.second;
+  }
+  return keep(found, values);
+}
+
+std::shared_ptr<const LiveResult> LiveSeries::keep(Found found, const std::vector<LiveValue>& arguments) {
+  std::vector<const LiveValue*> values;
+  auto next = arguments.begin();
+  for (const catalogue::Argument& argument : found.method->arguments) {
+    const bool bound = argument.type == Type::Database || argument.type == Type::RecordSet;
+    values.push_back(bound || next == arguments.end() ? nullptr : &*next++);
+  }
+  if (next != arguments.end()) raise(faults::InvalidCall);
+  return keep(found, values);
+}
+
+std::shared_ptr<LiveSeries::Kept> LiveSeries::findKept(const LiveResult* result) const {
+  const auto found = std::find_if(kept_.begin(), kept_.end(), [&](const auto& kept) { return kept.get() == result; });
+  if (found == kept_.end()) raise(faults::InvalidCall);
+  return *found;
+}
+
+std::shared_ptr<const LiveResult> LiveSeries::keep(Found found, const std::vector<const LiveValue*>& arguments) {
+  constexpr Fault notOptional{449, faults::Library, "Argument not optional"};
+  if (found.method == nullptr || !catalogue::isCalculation(*found.owner, *found.method) ||
+      found.method->result != Type::RecordSet) {
+    raise(faults::InvalidCall);
+  }
+  std::vector<Value> given(arguments.size());
+  std::vector<Kept::Source> sources;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const catalogue::Argument& argument = found.method->arguments[i];
+    const auto* const number = arguments[i] == nullptr ? nullptr : std::get_if<double>(&arguments[i]->value());
+    const auto* const text = arguments[i] == nullptr ? nullptr : std::get_if<std::string>(&arguments[i]->value());
+    const auto* const column = arguments[i] == nullptr ? nullptr : std::get_if<LiveColumn>(&arguments[i]->value());
+    if (argument.type == Type::Database || argument.type == Type::RecordSet) {
+      if (arguments[i] != nullptr) raise(faults::TypeMismatch);
+    } else if (argument.type == Type::Field) {
+      if (number != nullptr) raise(faults::TypeMismatch);
+      if (column != nullptr) {
+        std::shared_ptr<Kept> kept = findKept(column->result.get());
+        if (column->column >= kept->method().columns.size()) raise(faults::SubscriptOutOfRange);
+        sources.push_back({i, nullptr, std::move(kept), column->column});
+        continue;
+      }
+      const std::string_view usual = argument.usual.given ? argument.usual.text : argument.name;
+      const std::string_view name = text != nullptr ? std::string_view(*text) : usual;
+      const Integer index = prices_->getIndex(name);
+      sources.push_back({i, prices_->fields()[static_cast<std::size_t>(index.value() - 1)], nullptr, 0});
+    } else if (text != nullptr) {
+      const auto code = catalogue::readChoice(argument, *text);
+      given[i] = catalogue::coerce(code ? Value(std::int32_t{*code}) : Value(*text), argument.type);
+    } else if (number != nullptr) {
+      given[i] = catalogue::coerce(*number, argument.type);
+    } else if (column != nullptr) {
+      raise(faults::TypeMismatch);
+    } else if (!followsCount(argument)) {
+      given[i] = argument.optional ? catalogue::defaultOf(argument) : catalogue::usualOf(argument, 0);
+      if (std::holds_alternative<catalogue::Missing>(given[i])) raise(notOptional);
+    }
+  }
+  kept_.reserve(kept_.size() + 1);
+  auto kept = std::make_shared<Kept>(found, std::move(given), std::move(sources),
+                                     notComputed_ == 0.0 ? std::nullopt : std::optional(notComputed_));
+  kept->prepare(prices_, count_);
+  kept->commit();
+  kept_.push_back(kept);
+  return kept;
+}
+
+void LiveSeries::drop(const std::shared_ptr<const LiveResult>& result) {
+  const std::shared_ptr<Kept> kept = findKept(result.get());
+  if (std::any_of(kept_.begin(), kept_.end(), [&](const auto& other) { return other->takes(kept.get()); })) {
+    raise(faults::InvalidCall);
+  }
+  std::erase(kept_, kept);
+}
+
+}  // namespace orvex::inline ORVEX_COUNTS

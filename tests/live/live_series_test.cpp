@@ -1,0 +1,410 @@
+// What holds for every method that is kept on a live series: whatever is appended and revised, its result is that of a
+// fresh call on the same prices.
+#include "orvex/live/live_series.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <optional>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "orvex/catalogue/call_on_values.h"
+#include "orvex/catalogue/usual.h"
+#include "orvex/kernels/kernels.h"
+#include "tests/support/series.h"
+
+namespace orvex::test {
+namespace {
+
+using catalogue::Class;
+using catalogue::Method;
+using catalogue::RowRange;
+using catalogue::Type;
+using catalogue::Value;
+using kernels::Level;
+
+/// How many sequences of changes of each method; more of them by name.
+int sequencesOfEach() {
+  const char* const wanted = std::getenv("ORVEX_SEQUENCES");
+  return wanted != nullptr ? std::atoi(wanted) : 1000;
+}
+
+struct Named {
+  const Class* owner;
+  const Method* method;
+
+  std::string name() const { return std::string(owner->name).append(".").append(method->name); }
+};
+
+void PrintTo(const Named& named, std::ostream* out) {
+  *out << named.name();
+}
+
+/// The methods that return columns.
+std::vector<Named> columnMethods() {
+  std::vector<Named> all;
+  for (const Class* owner : catalogue::classes()) {
+    for (const Method* method : owner->methods) {
+      if (catalogue::isCalculation(*owner, *method) && method->result == Type::RecordSet) {
+        all.push_back({owner, method});
+      }
+    }
+  }
+  return all;
+}
+
+/// The prices as a caller has them, to compare with.
+struct Prices {
+  std::vector<Bar> bars;
+
+  std::shared_ptr<Database> database() const {
+    std::array<std::vector<double>, 5> columns;
+    for (const Bar& bar : bars) {
+      const double values[] = {bar.open, bar.high, bar.low, bar.close, bar.volume};
+      for (std::size_t i = 0; i < columns.size(); ++i) columns[i].push_back(values[i]);
+    }
+    auto data = std::make_shared<Database>();
+    const auto rows = [](const std::vector<double>& column) { return Rows<double>{column, nullptr}; };
+    data->OpenDatabaseByRows({.open = rows(columns[0]),
+                              .high = rows(columns[1]),
+                              .low = rows(columns[2]),
+                              .close = rows(columns[3]),
+                              .volume = rows(columns[4])});
+    return data;
+  }
+
+  void appendTo(LiveSeries& series, std::size_t first) const {
+    const Prices added{{bars.begin() + static_cast<std::ptrdiff_t>(first), bars.end()}};
+    const auto set = added.database()->getRecordset();
+    const auto rows = [&](std::string_view name) { return set->getField(name)->rows(); };
+    series.append({.open = rows(Database::OpenName),
+                   .high = rows(Database::HighName),
+                   .low = rows(Database::LowName),
+                   .close = rows(Database::CloseName),
+                   .volume = rows(Database::VolumeName)});
+  }
+};
+
+PriceRecord recordOf(const Bar& bar) {
+  return {bar.open, bar.high, bar.low, bar.close, bar.volume};
+}
+
+/// What a call has given.
+struct Given {
+  std::optional<Error> error;
+  std::vector<std::string> names;
+  std::vector<std::vector<double>> rows;
+  std::vector<RowRange> computed;
+};
+
+/// A call by the texts and numbers of its arguments, which may take the first column of another.
+struct Call {
+  Named method;
+  std::vector<Value> values;  // one for each argument: a number, a text, the name of a price column, or `Missing`
+  const Call* source = nullptr;
+
+  std::shared_ptr<const LiveResult> keep(LiveSeries& series, const std::shared_ptr<const LiveResult>& taken) const {
+    std::vector<LiveSeries::Argument> arguments;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      const std::string_view name = method.method->arguments[i].name;
+      if (const auto* whole = std::get_if<Integer>(&values[i])) arguments.emplace_back(name, whole->value());
+      if (const auto* real = std::get_if<double>(&values[i])) arguments.emplace_back(name, *real);
+      if (const auto* text = std::get_if<std::string>(&values[i])) {
+        if (*text == "taken") {
+          arguments.emplace_back(name, taken);
+        } else {
+          arguments.emplace_back(name, *text);
+        }
+      }
+    }
+    return series.keep(method.name(), arguments);
+  }
+
+  /// The result of a fresh call.
+  Given on(const Prices& prices) const {
+    Given given;
+    std::optional<Given> taken;
+    if (source != nullptr) {
+      taken = source->on(prices);
+      if (taken->error) {
+        given.error = taken->error;
+        return given;
+      }
+    }
+    const int count = static_cast<int>(prices.bars.size());
+    const auto data = count == 0 ? std::make_shared<Database>(0) : prices.database();
+    if (count == 0) data->MoveFirst();
+    std::vector<Value> arguments = values;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+      const catalogue::Argument& argument = method.method->arguments[i];
+      if (argument.type == Type::Database) arguments[i] = data;
+      if (argument.type == Type::RecordSet) arguments[i] = count == 0 ? empty() : data->getRecordset();
+      if (argument.type == Type::Field) arguments[i] = column(std::get<std::string>(values[i]), data, taken);
+      if (std::holds_alternative<catalogue::Missing>(arguments[i])) {
+        arguments[i] = catalogue::usualOf(argument, count);
+      }
+    }
+    try {
+      const auto object = method.owner->create();
+      Value result;
+      if (taken) {
+        catalogue::ValuedCall called = catalogue::callOnValues(*method.method, object.get(), arguments);
+        result = called.result;
+        given.computed = called.computed;
+      } else {
+        result = catalogue::call(*method.method, object.get(), arguments);
+        for (const catalogue::Column& one : method.method->columns) {
+          given.computed.push_back(catalogue::computedRows(*method.method, one, count, arguments));
+        }
+      }
+      for (const auto& field : std::get<std::shared_ptr<RecordSet>>(result)->fields()) {
+        given.names.push_back(field->getName());
+        given.rows.emplace_back(field->values().begin(), field->values().end());
+      }
+    } catch (const Error& error) {
+      given.error = error;
+    }
+    return given;
+  }
+
+ private:
+  static std::shared_ptr<RecordSet> empty() {
+    auto set = std::make_shared<RecordSet>();
+    for (const std::string_view name : Database::PriceNames) set->addField(none(name));
+    return set;
+  }
+  static std::shared_ptr<Field> none(std::string_view name) {
+    auto field = std::make_shared<Field>();
+    field->setName(name);
+    return field;
+  }
+
+  /// A price column, or the first one that was taken, without values where it is not computed.
+  static std::shared_ptr<Field> column(const std::string& name, const std::shared_ptr<Database>& data,
+                                       const std::optional<Given>& taken) {
+    if (data->getRecordCount() == 0) return none(name);
+    if (name != "taken") return data->getRecordset()->getField(name);
+    auto made = field(taken->rows[0], taken->names[0]);
+    for (int row = 1; row <= data->getRecordCount(); ++row) {
+      if (!taken->computed[0].contains(row)) made->setValue(row, notANumber);
+    }
+    return made;
+  }
+};
+
+class Chance {
+ public:
+  explicit Chance(unsigned seed) : generator_(seed) {}
+
+  int below(int count) { return static_cast<int>(generator_() % static_cast<unsigned>(count)); }
+  bool once(int in) { return below(in) == 0; }
+  template <class T>
+  T of(std::initializer_list<T> options) {
+    return options.begin()[below(static_cast<int>(options.size()))];
+  }
+
+ private:
+  std::mt19937 generator_;
+};
+
+/// Bars of one kind: a walk in cents, few different values, one value, nothing, and now and then what is no price.
+class Bars {
+ public:
+  /// What is not a number at the beginning or the end of a column has another meaning to a call on a kept column.
+  Bars(Chance& chance, bool undefined)
+      : chance_(chance), kind_(chance.below(8)), odd_(chance.of({0, 0, 0, 40, 10})), undefined_(undefined) {}
+
+  Bar next() {
+    Bar bar{value(), value(), value(), value(), chance_.once(kind_ < 3 ? 4 : 50) ? 0.0 : 100.0 * chance_.below(50)};
+    if (kind_ != 7) {
+      bar.high = std::max({bar.open, bar.high, bar.low, bar.close});
+      bar.low = std::min({bar.open, bar.high, bar.low, bar.close});
+    }
+    if (odd_ > 0 && chance_.once(odd_)) {
+      double* const values[] = {&bar.open, &bar.high, &bar.low, &bar.close, &bar.volume};
+      *values[chance_.below(5)] =
+          chance_.of({infinity, -infinity, undefined_ ? notANumber : infinity, 1e300, 0.0, -0.0, -3.0});
+    }
+    return bar;
+  }
+
+ private:
+  double value() {
+    walk_ += chance_.below(201) - 100;
+    switch (kind_) {
+      case 0:
+        return chance_.below(4);
+      case 1:
+        return chance_.once(4) ? 8.25 : 8.0;
+      case 2:
+        return chance_.once(30) ? 1.0 : 0.0;
+      default:
+        return walk_ / 100.0;
+    }
+  }
+
+  Chance& chance_;
+  int kind_;
+  int odd_;
+  bool undefined_;
+  int walk_ = 9000;
+};
+
+Call randomCall(Chance& chance, const Named& named, bool takes) {
+  Call call{named, {}};
+  for (const catalogue::Argument& argument : named.method->arguments) {
+    Value value = catalogue::Missing{};
+    switch (argument.type) {
+      case Type::Field:
+        value =
+            takes && chance.once(2) ? std::string("taken") : chance.of<std::string>({"Close", "High", "Low", "Volume"});
+        break;
+      case Type::Integer:
+        value = Integer(chance.once(6) ? chance.of({-3, -1, 0, 25, 60, 1000}) : chance.of({1, 2, 3, 4, 5, 7, 9, 14}));
+        if (argument.name == "Epochs") value = Integer(chance.of({0, 1, 2}));
+        if (argument.usual.given && chance.once(4)) value = catalogue::Missing{};
+        break;
+      case Type::Double:
+        value = chance.of({0.02, 0.2, 0.5, 0.65, 1.0, 2.0, 5.0, 0.0, -1.0, 150.0});
+        break;
+      case Type::String:
+        value = chance.of<std::string>({"", "x", "Close", "CMO", "Slope", "RSquared", "Forecast", "Temp", "MA", "EMA"});
+        break;
+      default:
+        break;
+    }
+    call.values.push_back(value);
+  }
+  return call;
+}
+
+bool sameBits(std::span<const double> a, std::span<const double> b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](double x, double y) {
+    return std::bit_cast<std::uint64_t>(x) == std::bit_cast<std::uint64_t>(y);
+  });
+}
+
+/// Expects of a kept result what a fresh call gives, or where that fails the error and what was there `before`.
+void expectSame(const LiveResult& kept, const Given& fresh, Given& before) {
+  ASSERT_EQ(kept.error().has_value(), fresh.error.has_value())
+      << (fresh.error ? fresh.error->what() : kept.error()->what());
+  if (fresh.error) {
+    EXPECT_EQ(kept.error()->fault(), fresh.error->fault());
+    EXPECT_STREQ(kept.error()->what(), fresh.error->what());
+    EXPECT_EQ(kept.error()->record(), fresh.error->record());
+  } else {
+    before = fresh;
+  }
+  ASSERT_EQ(kept.columns().size(), before.rows.size());
+  for (std::size_t i = 0; i < before.rows.size(); ++i) {
+    const Field& column = *kept.columns()[i];
+    EXPECT_EQ(column.getName(), before.names[i]);
+    EXPECT_EQ(kept.computed()[i].first, before.computed[i].first) << before.names[i];
+    EXPECT_EQ(kept.computed()[i].last, before.computed[i].last) << before.names[i];
+    EXPECT_EQ(static_cast<std::size_t>(kept.count()), before.rows[i].size());
+    if (sameBits(column.values(), before.rows[i])) continue;
+    const auto rows = column.values();
+    ASSERT_EQ(rows.size(), before.rows[i].size()) << before.names[i];
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+      EXPECT_EQ(std::bit_cast<std::uint64_t>(rows[row]), std::bit_cast<std::uint64_t>(before.rows[i][row]))
+          << before.names[i] << ", record " << row + 1 << ": " << rows[row] << " instead of " << before.rows[i][row];
+      if (testing::Test::HasFailure()) return;
+    }
+  }
+}
+
+std::string describe(const Call& call) {
+  std::string text = call.method.name();
+  for (std::size_t i = 0; i < call.values.size(); ++i) {
+    const Value& value = call.values[i];
+    text.append(" ").append(call.method.method->arguments[i].name).append("=");
+    if (!std::holds_alternative<catalogue::Missing>(value)) {
+      text += std::get<std::string>(catalogue::coerce(value, Type::String));
+    }
+  }
+  return call.source == nullptr ? text : text + " of " + describe(*call.source);
+}
+
+class EveryKeptMethod : public testing::TestWithParam<Named> {
+ protected:
+  void TearDown() override { kernels::setLevel(kernels::widestLevel()); }
+};
+
+/// Makes a sequence of changes; tells how many of the results were no errors.
+int followChanges(const Named& named, unsigned seed) {
+  Chance chance(seed);
+  static const std::vector<Named> sources = columnMethods();
+  const Level level = chance.of({Level::Off, Level::Baseline, Level::Avx2, Level::Avx512});
+  const Level freshLevel = chance.of({Level::Off, Level::Avx512});
+  const bool takes = chance.once(3) && named.method->arguments.size() > 1;
+  Call source =
+      randomCall(chance, sources[static_cast<std::size_t>(chance.below(static_cast<int>(sources.size())))], false);
+  Call call = randomCall(chance, named, takes);
+  const bool taken = std::any_of(call.values.begin(), call.values.end(), [](const Value& value) {
+    const auto* text = std::get_if<std::string>(&value);
+    return text != nullptr && *text == "taken";
+  });
+  if (taken) call.source = &source;
+
+  Bars bars(chance, !taken);
+  Prices prices;
+  const int begin = chance.of({0, 0, 1, 2, 5, 20, 40, 70});
+  for (int i = 0; i < begin; ++i) prices.bars.push_back(bars.next());
+  kernels::setLevel(level);
+  LiveSeries series;
+  if (begin > 0) prices.appendTo(series, 0);
+  const auto keptSource = taken ? source.keep(series, nullptr) : nullptr;
+  const auto kept = call.keep(series, keptSource);
+  Given before;
+  int succeeded = 0;
+  std::string changes = "began with " + std::to_string(begin);
+  for (int change = 0; change < 10; ++change) {
+    kernels::setLevel(freshLevel);
+    const Given fresh = call.on(prices);
+    kernels::setLevel(level);
+    SCOPED_TRACE("sequence " + std::to_string(seed) + ": " + describe(call) + "; " + changes);
+    expectSame(*kept, fresh, before);
+    if (testing::Test::HasFailure()) return 0;
+    if (!fresh.error) ++succeeded;
+    const int what = chance.below(6);
+    if (what == 0) {
+      const std::size_t first = prices.bars.size();
+      const int added = chance.of({2, 3, 20, 45});
+      for (int i = 0; i < added; ++i) prices.bars.push_back(bars.next());
+      prices.appendTo(series, first);
+      changes += ", added " + std::to_string(added);
+    } else if (what <= 2 && !prices.bars.empty()) {
+      prices.bars.back() = bars.next();
+      series.revise(recordOf(prices.bars.back()));
+      changes += ", revised";
+    } else {
+      prices.bars.push_back(bars.next());
+      series.append(recordOf(prices.bars.back()));
+      changes += ", added 1";
+    }
+  }
+  return succeeded;
+}
+
+TEST_P(EveryKeptMethod, GivesWhatAFreshCallGives) {
+  std::mt19937 generator(16);
+  int succeeded = 0;
+  for (int i = 0; i < sequencesOfEach() && !HasFailure(); ++i) {
+    succeeded += followChanges(GetParam(), static_cast<unsigned>(generator()));
+  }
+  EXPECT_GT(succeeded, sequencesOfEach() / 2) << "too few results to tell anything";
+}
+
+std::string nameOf(const testing::TestParamInfo<Named>& info) {
+  return std::string(info.param.owner->name) + "_" + std::string(info.param.method->name);
+}
+
+INSTANTIATE_TEST_SUITE_P(Catalogue, EveryKeptMethod, testing::ValuesIn(columnMethods()), nameOf);
+
+}  // namespace
+}  // namespace orvex::test
