@@ -100,22 +100,6 @@ bool isWhole(Type type) {
   return type == Type::Integer || type == Type::Long;
 }
 
-Value bindText(const Argument& argument, const std::string& text) {
-  if (const std::optional<int> code = readChoice(argument, text)) return catalogue::coerce(*code, argument.type);
-  try {
-    // Automation rounds a fraction. Here it is more likely a slip than a wish.
-    if (isWhole(argument.type)) {
-      const double number = std::get<double>(catalogue::coerce(text, Type::Double));
-      if (number != std::floor(number)) raise(faults::TypeMismatch);
-    }
-    return catalogue::coerce(text, argument.type);
-  } catch (const Error& error) {
-    const std::string wanted =
-        argument.choices.empty() ? demand(argument.type) : fmt::format("one of {}", listChoices(argument));
-    throw Failure(error, fmt::format("{}={}: it must be {}.", argument.name, text, wanted));
-  }
-}
-
 /// The words of a usual value: a column's name, or a number as the caller would write it.
 std::string usualText(const Argument& argument, int count) {
   return std::get<std::string>(catalogue::coerce(catalogue::usualOf(argument, count), Type::String));
@@ -143,6 +127,43 @@ std::optional<Value> bindUnnamed(const Argument& argument, const PriceFile* file
 }
 
 }  // namespace
+
+catalogue::Value bindText(const Argument& argument, const std::string& text) {
+  if (const std::optional<int> code = readChoice(argument, text)) return catalogue::coerce(*code, argument.type);
+  try {
+    // Automation rounds a fraction. Here it is more likely a slip than a wish.
+    if (isWhole(argument.type)) {
+      const double number = std::get<double>(catalogue::coerce(text, Type::Double));
+      if (number != std::floor(number)) raise(faults::TypeMismatch);
+    }
+    return catalogue::coerce(text, argument.type);
+  } catch (const Error& error) {
+    const std::string wanted =
+        argument.choices.empty() ? demand(argument.type) : fmt::format("one of {}", listChoices(argument));
+    throw Failure(error, fmt::format("{}={}: it must be {}.", argument.name, text, wanted));
+  }
+}
+
+const catalogue::Method& findRunnable(const Target& target) {
+  const catalogue::Class& owner = *target.owner;
+  if (owner.holdsState) {
+    throw UsageError(
+        fmt::format("{0} is a class whose objects hold data between calls; a single call of one shows nothing, so it "
+                    "is not run. \"orvex describe {0}\" tells what it does.",
+                    owner.name));
+  }
+  if (target.methods.empty()) {
+    std::vector<std::string> names;
+    for (const catalogue::Method* method : owner.methods) names.emplace_back(method->name);
+    throw UsageError(fmt::format("{0} is a class; name one of its methods as {0}.METHOD. It has {1}.", owner.name,
+                                 enumerate(names)));
+  }
+  for (const catalogue::Method* method : target.methods) {
+    if (catalogue::isCalculation(owner, *method)) return *method;
+  }
+  throw UsageError(
+      fmt::format("{} is a property, which computes nothing by itself.", fullName(owner, *target.methods.front())));
+}
 
 CallWords readWords(const std::vector<std::string>& words) {
   CallWords result;

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/names.h"
 #include "cli/price_file.h"
 #include "orvex/catalogue/description.h"
 
@@ -24,6 +25,13 @@ struct CallWords {
 
 /// Tells the file from the arguments. UsageError for a second file.
 CallWords readWords(const std::vector<std::string>& words);
+
+/// The method that a target names, to be run by itself. UsageError for a class, a property and an object's method.
+const catalogue::Method& findRunnable(const Target& target);
+
+/// A number or a text as the value of an argument, or the name of one of its codes. Failure 13 for what is none and 6
+/// for a number that does not fit.
+catalogue::Value bindText(const catalogue::Argument& argument, const std::string& text);
 
 /// Tells whether a method computes from a price file.
 bool needsFile(const catalogue::Method& method);

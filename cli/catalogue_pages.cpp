@@ -111,6 +111,7 @@ std::string describeMethod(const Class& owner, const Method& method) {
     return computed.find("average(") != std::string::npos || computed.find('\\') != std::string::npos;
   };
   if (std::any_of(method.columns.begin(), method.columns.end(), hasFunction)) text += fmt::format("\n{}", RowFunctions);
+  if (!liveOf(method).empty()) text += fmt::format("\nIn a live series (orvex follow)\n  {}\n", liveOf(method));
   section("Errors", faultRows(method));
   if (catalogue::isCalculation(owner, method)) section("Run", {{exampleCall(owner, method)}});
   if (owner.holdsState) text += fmt::format("\n{}\n", stateNote);
@@ -148,6 +149,7 @@ Json methodJson(const Class& owner, const Method& method) {
           {"arguments", arguments},
           {"result", typeName(method.result)},
           {"columns", columns},
+          {"recomputed", method.recomputed},
           {"errors", faults}};
 }
 

@@ -99,6 +99,12 @@ std::string abbreviationsOf(const Method& method) {
   return fmt::format("{}", fmt::join(method.abbreviations, " or "));
 }
 
+std::string_view liveOf(const Method& method) {
+  if (method.kind != Kind::Method || method.result != Type::RecordSet || method.columns.empty()) return {};
+  return method.recomputed ? "A record that is added or revised has all records computed anew."
+                           : "A record that is added or revised is computed, and none of those before.";
+}
+
 std::string descriptionOf(const Fault& fault) {
   return fault.description.empty() ? "that of the fault that was met" : std::string(fault.description);
 }

@@ -37,6 +37,9 @@ std::vector<std::pair<std::string_view, std::string>> guideOf(const catalogue::M
 /// "RSI", "PPO or APO"; empty where the field has no short name.
 std::string abbreviationsOf(const catalogue::Method& method);
 
+/// What a live series computes of it when a record is added or revised; empty for a method that it does not keep.
+std::string_view liveOf(const catalogue::Method& method);
+
 /// What the functions in such rows mean.
 inline constexpr std::string_view RowFunctions =
     R"(average(code, P) is the first computed row of the moving average of that code: P + 1 for 1, 2 and 6, 2 * P + 1 for

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "cli/catalogue_pages.h"
 #include "cli/failure.h"
+#include "cli/follow.h"
 #include "cli/names.h"
 #include "cli/output.h"
 #include "cli/reference.h"
@@ -20,6 +22,8 @@
 
 namespace orvex::cli {
 namespace {
+
+using namespace std::string_literals;
 
 constexpr int failed = 1;
 constexpr int misused = 2;
@@ -34,6 +38,7 @@ class Program {
     addList();
     addDescribe();
     addRun();
+    addFollow();
     addPage("idl", "Print the interface definition of the automation server.", automation::interfaceDefinition);
     addPage("manifest", "Print the manifest that makes the automation server usable without registration.",
             automation::registrationFreeManifest);
@@ -49,7 +54,7 @@ class Program {
 
   int main(int argc, char** argv) {
     try {
-      app_.parse(argc, argv);
+      parse(argc, argv);
     } catch (const CLI::Success& asked) {
       std::ostringstream text;
       app_.exit(asked, text);
@@ -62,6 +67,15 @@ class Program {
   }
 
  private:
+  void parse(int argc, char** argv) {
+    std::vector<std::string> words(argv + 1, argv + argc);
+    // What ends the options elsewhere stands between two calls there.
+    if (!words.empty() && words.front() == "follow")
+      std::replace(words.begin(), words.end(), "--"s, std::string(NextCall));
+    std::reverse(words.begin(), words.end());
+    app_.parse(std::move(words));
+  }
+
   int runCommand() {
     try {
       Sink sink;
@@ -137,9 +151,32 @@ class Program {
         "A file whose name looks like an option or an argument is written with its folder: ./-x.csv, ./a=b.csv.");
   }
 
-  /// The options that tell how a price file is to be read, and which of its records.
-  void addReading(CLI::App& command) {
-    prices::Options& reading = run_.reading;
+  void addFollow() {
+    addCommand("follow", "Compute methods on records as they come.", [this](Sink& sink) {
+      follow_.format = format_ == "json" ? Format::Json : Format::Csv;
+      follow(follow_, sink);
+    });
+    CLI::App* command = app_.get_subcommand("follow");
+    command
+        ->add_option("METHOD [NAME=VALUE ...] [-- METHOD ...]", follow_.words,
+                     "The methods, each with its arguments behind it, and FILE, if it is not the standard input.")
+        ->required()
+        ->option_text(" ");
+    command->add_option("--format", format_, "How to print: csv or json, a line for each record.")
+        ->check(CLI::IsMember({"csv", "json"}))
+        ->option_text("csv|json");
+    addLayout(*command, follow_.reading);
+    command->footer(
+        "Each record that comes makes a row. A record with the date of the last one is that one revised, and its row "
+        "is\n"
+        "printed again. A method takes a column of one before it by name: SimpleMovingAverage Alias=Mean -- Momentum "
+        "Source=Mean. A file "
+        "is\n"
+        "watched until Ctrl-C. What needs all records before the first row, such as newest first, is refused.");
+  }
+
+  /// The options that tell how the lines of a price file are to be read.
+  static void addLayout(CLI::App& command, prices::Options& reading) {
     command
         .add_option("--delimiter", reading.delimiter,
                     "What stands between the columns of the file, if it is to be told.")
@@ -160,6 +197,12 @@ class Program {
             "--columns", [&reading](const std::string& text) { reading.columns = columnsOf(text); },
             "Which columns of the file are Date, Open, High, Low, Close or Volume, by their names or numbers.")
         ->option_text("Close=NAME,...");
+  }
+
+  /// The options that tell how a price file is to be read, and which of its records.
+  void addReading(CLI::App& command) {
+    prices::Options& reading = run_.reading;
+    addLayout(command, reading);
     command
         .add_option_function<std::string>(
             "--order",
@@ -297,6 +340,7 @@ class Program {
   std::string format_;
   std::string warmup_;
   RunOptions run_;
+  FollowOptions follow_;
 };
 
 }  // namespace

@@ -118,27 +118,6 @@ void showTable(Sink& sink, const ShownColumns& result) {
   sink.print(showWritten(result.written));
 }
 
-std::string csvCell(const std::string& text) {
-  const bool plain =
-      text.find_first_of(",\"\r\n;\t") == std::string::npos && !text.starts_with(' ') && !text.ends_with(' ');
-  if (plain) return text;
-  std::string quoted = "\"";
-  for (const char c : text) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + '"';
-}
-
-std::string csvLine(const Cells& cells) {
-  std::string line;
-  for (const std::string& cell : cells) {
-    if (&cell != &cells.front()) line += ',';
-    line += csvCell(cell);
-  }
-  return line + '\n';
-}
-
 void showCsv(Sink& sink, const ShownColumns& result) {
   Cells names;
   for (const ShownColumn& column : result.columns) names.push_back(column.field->getName());
@@ -214,6 +193,27 @@ std::string andWritten(const std::vector<Written>& written) {
 }
 
 }  // namespace
+
+std::string csvCell(const std::string& text) {
+  const bool plain =
+      text.find_first_of(",\"\r\n;\t") == std::string::npos && !text.starts_with(' ') && !text.ends_with(' ');
+  if (plain) return text;
+  std::string quoted = "\"";
+  for (const char c : text) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + '"';
+}
+
+std::string csvLine(const Cells& cells) {
+  std::string line;
+  for (const std::string& cell : cells) {
+    if (&cell != &cells.front()) line += ',';
+    line += csvCell(cell);
+  }
+  return line + '\n';
+}
 
 void showColumns(Sink& sink, const ShownColumns& result, Format format) {
   switch (format) {

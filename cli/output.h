@@ -39,6 +39,10 @@ struct ShownColumns {
   std::optional<Integer> position;  // where the call left the cursor of the price series
 };
 
+/// A text as a cell of CSV, and a line of them.
+std::string csvCell(const std::string& text);
+std::string csvLine(const std::vector<std::string>& cells);
+
 /// The table is rounded to be read by people, and alone shows the numbers of the records. The other formats have every
 /// digit that matters.
 void showColumns(Sink& sink, const ShownColumns& result, Format format);

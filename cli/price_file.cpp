@@ -1,75 +1,21 @@
 #include "cli/price_file.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <filesystem>
 #include <limits>
 #include <memory>
 #include <string_view>
 
 #include "cli/failure.h"
+#include "cli/input_file.h"
 #include "orvex/data/columns.h"
 #include "orvex/prices/price_reader.h"
 
 namespace orvex::cli {
 
 namespace {
-
-/// An open file that is closed with the object.
-class Input {
- public:
-  explicit Input(const std::string& path)
-      : number_(path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (number_ < 0) raise(faultOf(path));
-    if (fstat(number_, &status_) == 0 && S_ISDIR(status_.st_mode)) {
-      close();
-      raise(faults::FileAccess);
-    }
-  }
-  ~Input() { close(); }
-  Input(const Input&) = delete;
-  Input& operator=(const Input&) = delete;
-
-  /// All bytes to the end, from a pipe too.
-  std::string bytes() const {
-    constexpr std::size_t piece = std::size_t{1} << 20;
-    std::string all;
-    std::size_t size = 0;
-    if (S_ISREG(status_.st_mode)) all.resize(static_cast<std::size_t>(status_.st_size) + 1);
-    for (;;) {
-      if (size == all.size()) all.resize(std::max(piece, 2 * size));
-      const ssize_t got = ::read(number_, all.data() + size, all.size() - size);
-      if (got < 0 && errno == EINTR) continue;
-      if (got < 0) raise(faults::DeviceError);
-      if (got == 0) break;
-      size += static_cast<std::size_t>(got);
-    }
-    all.resize(size);
-    return all;
-  }
-
- private:
-  static const Fault& faultOf(const std::string& path) {
-    const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-    std::error_code ignored;
-    if (errno != ENOENT && errno != ENOTDIR) return faults::FileAccess;
-    return folder.empty() || std::filesystem::is_directory(folder, ignored) ? faults::FileNotFound
-                                                                            : faults::PathNotFound;
-  }
-
-  void close() const {
-    if (number_ > STDERR_FILENO) ::close(number_);
-  }
-
-  int number_;
-  struct stat status_ {};
-};
 
 bool isGzip(std::string_view bytes) {
   return bytes.starts_with("\x1F\x8B");
@@ -149,7 +95,7 @@ std::vector<std::string> PriceFile::columnNames() const {
 PriceFile readPriceFile(const std::string& path, const prices::Options& options) {
   const std::string name = path == "-" ? "standard input" : path;
   try {
-    std::string bytes = Input(path).bytes();
+    std::string bytes = InputFile(path).bytes();
     if (isGzip(bytes)) bytes = unpacked(bytes);
     return fileOf(name, std::make_shared<prices::PriceTable>(prices::read(std::move(bytes), options)));
   } catch (const prices::ReadError& error) {

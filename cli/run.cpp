@@ -60,27 +60,6 @@ std::uintmax_t sizeOf(const std::string& path) {
   return none ? 0 : size;
 }
 
-const Method& findRunnable(const Target& target) {
-  const Class& owner = *target.owner;
-  if (owner.holdsState) {
-    throw UsageError(
-        fmt::format("{0} is a class whose objects hold data between calls; a single call of one shows nothing, so it "
-                    "is not run. \"orvex describe {0}\" tells what it does.",
-                    owner.name));
-  }
-  if (target.methods.empty()) {
-    std::vector<std::string> names;
-    for (const Method* method : owner.methods) names.emplace_back(method->name);
-    throw UsageError(fmt::format("{0} is a class; name one of its methods as {0}.METHOD. It has {1}.", owner.name,
-                                 enumerate(names)));
-  }
-  for (const Method* method : target.methods) {
-    if (catalogue::isCalculation(owner, *method)) return *method;
-  }
-  throw UsageError(
-      fmt::format("{} is a property, which computes nothing by itself.", fullName(owner, *target.methods.front())));
-}
-
 void checkOptions(const std::string& name, const Method& method, const CallWords& words, bool everyRecord,
                   const RunOptions& options) {
   if (words.file && !needsFile(method)) {

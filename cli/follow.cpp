@@ -1,0 +1,463 @@
+#include "cli/follow.h"
+
+#include <fmt/format.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <csignal>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "cli/binding.h"
+#include "cli/failure.h"
+#include "cli/input_file.h"
+#include "cli/names.h"
+#include "cli/values.h"
+#include "orvex/data/text.h"
+#include "orvex/live/live_series.h"
+#include "orvex/prices/line_reader.h"
+#include "orvex/prices/read_error.h"
+#include "orvex/prices/text_encoding.h"
+
+namespace orvex::cli {
+
+namespace {
+
+using catalogue::Method;
+using catalogue::Type;
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void interrupt(int) {
+  interrupted = 1;
+}
+
+/// An interrupt ends the wait for more, and a closed pipe is an error of the write.
+void takeSignals() {
+  struct sigaction action {};
+  action.sa_handler = &interrupt;
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+  action.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &action, nullptr);
+}
+
+/// Lines as they come. A file is waited for at its end; the standard input ends.
+class GrowingLines {
+ public:
+  explicit GrowingLines(const std::string& path) : input_(path), grows_(path != "-") {}
+
+  /// The next line, without its end; `beforeWait` is run before more is waited for. False at the end.
+  template <class BeforeWait>
+  bool next(std::string& line, BeforeWait beforeWait) {
+    for (;;) {
+      const std::size_t end = text_.find('\n', begin_);
+      if (end != std::string::npos) {
+        take(line, end);
+        begin_ = end + 1;
+        return true;
+      }
+      text_.erase(0, begin_);
+      begin_ = 0;
+      beforeWait();
+      if (!read()) break;
+    }
+    if (text_.empty() || interrupted != 0) return false;
+    take(line, text_.size());
+    text_.clear();
+    return true;
+  }
+
+ private:
+  void take(std::string& line, std::size_t end) {
+    line.assign(text_, begin_, end - begin_);
+    if (line.ends_with('\r')) line.pop_back();
+    if (isFirst_ && line.starts_with("\xEF\xBB\xBF")) line.erase(0, 3);
+    isFirst_ = false;
+  }
+
+  bool read() {
+    constexpr std::size_t piece = 65536;
+    constexpr int wait = 5;  // milliseconds between two looks at a file
+    while (interrupted == 0) {
+      const std::size_t size = text_.size();
+      text_.resize(size + piece);
+      const ssize_t got = ::read(input_.number(), text_.data() + size, piece);
+      text_.resize(size + static_cast<std::size_t>(std::max<ssize_t>(0, got)));
+      if (got > 0) return true;
+      if (got < 0 && errno != EINTR) raise(faults::DeviceError);
+      if (got == 0 && !grows_) return false;
+      if (got == 0) poll(nullptr, 0, wait);
+    }
+    return false;
+  }
+
+  InputFile input_;
+  bool grows_;
+  bool isFirst_ = true;
+  std::string text_;
+  std::size_t begin_ = 0;
+};
+
+/// A call of the command line.
+struct Followed {
+  const catalogue::Class* owner;
+  const Method* method;
+  std::string name;
+  std::vector<NamedText> arguments;
+  std::string alias;
+  std::shared_ptr<const LiveResult> result;
+  bool hasSucceeded = false;
+  bool isReported = false;  // its error, since it has succeeded last
+
+  std::string columnName(std::size_t column) const { return catalogue::columnName(method->columns[column], alias); }
+};
+
+std::string aliasOf(const Method& method, const std::vector<NamedText>& given) {
+  for (const catalogue::Argument& argument : method.arguments) {
+    if (argument.name != "Alias") continue;
+    for (const NamedText& one : given) {
+      if (equalNames(one.name, argument.name) && !one.value.empty()) return one.value;
+    }
+    return std::string(argument.otherwise.text);
+  }
+  return {};
+}
+
+class Following {
+ public:
+  Following(const FollowOptions& options, Sink& sink) : options_(options), sink_(sink) {
+    std::vector<std::string> words;
+    for (const std::string& word : options.words) {
+      if (word != NextCall) {
+        words.push_back(word);
+        continue;
+      }
+      addCall(words);
+      words.clear();
+    }
+    addCall(words);
+    checkColumnNames();
+  }
+
+  void run() {
+    GrowingLines lines(file_.value_or("-"));
+    std::string line;
+    const auto flush = [&] { sink_.flush(); };
+    while (lines.next(line, flush)) {
+      ++number_;
+      if (reader_) {
+        read(line);
+      } else {
+        learn(line);
+      }
+    }
+    if (!reader_ && !beginning_.empty() && interrupted == 0) {
+      findReader();
+      for (const std::string& record : records_) read(record);
+    }
+    sink_.flush();
+    if (interrupted == 0) reportErrors(true);
+  }
+
+ private:
+  void addCall(const std::vector<std::string>& words) {
+    if (words.empty()) throw UsageError("there is no method; \"orvex list\" names them all.");
+    const Target target = findTarget(words.front());
+    const Method& method = findRunnable(target);
+    Followed call{target.owner, &method, fullName(*target.owner, method), {}, {}, nullptr};
+    CallWords rest = readWords({words.begin() + 1, words.end()});
+    if (rest.file && file_) {
+      throw UsageError(fmt::format("\"{}\" would be a second file after \"{}\"; arguments are written NAME=VALUE.",
+                                   *rest.file, *file_));
+    }
+    if (rest.file) file_ = rest.file;
+    if (method.result != Type::RecordSet) {
+      throw UsageError(fmt::format("{} returns no columns, so there is nothing to follow.", call.name));
+    }
+    checkNames(*target.owner, method, rest.arguments);
+    call.arguments = std::move(rest.arguments);
+    call.alias = aliasOf(method, call.arguments);
+    calls_.push_back(std::move(call));
+  }
+
+  void checkColumnNames() const {
+    std::vector<std::string> names{std::string(Database::DateName)};
+    for (const Followed& call : calls_) {
+      for (std::size_t i = 0; i < call.method->columns.size(); ++i) {
+        const std::string name = call.columnName(i);
+        if (std::any_of(names.begin(), names.end(), [&](const auto& other) { return equalNames(name, other); })) {
+          throw UsageError(fmt::format("there would be two columns called \"{}\".{}", name,
+                                       call.alias.empty() ? "" : " Give one of them another name with Alias=NAME."));
+        }
+        names.push_back(name);
+      }
+    }
+  }
+
+  [[noreturn]] void fail(const prices::ReadError& error, std::size_t line) const {
+    throw Failure(error.fault(), line == 0 ? fmt::format("no prices could be read. {}", error.what())
+                                           : fmt::format("line {}: {}", line, error.what()));
+  }
+
+  /// Collects lines until it is certain how they are to be read.
+  void learn(const std::string& line) {
+    constexpr std::size_t most = 200;
+    beginning_ += line + '\n';
+    records_.push_back(line);
+    if (records_.size() < most) {
+      try {
+        if (!isCertain()) return;
+      } catch (const prices::ReadError&) {
+        return;  // more lines may tell
+      }
+    }
+    findReader();
+    std::vector<std::string> known = std::move(records_);
+    number_ = 0;
+    for (const std::string& record : known) {
+      ++number_;
+      read(record);
+    }
+  }
+
+  bool isCertain() const {
+    return records_.size() >= prices::findLayout(prices::textOf(beginning_), options_.reading).firstRecordLine;
+  }
+
+  void findReader() {
+    try {
+      reader_.emplace(prices::findLayout(prices::textOf(beginning_), options_.reading), place_);
+    } catch (const prices::ReadError& error) {
+      fail(error, error.line());
+    }
+    const prices::Layout& layout = reader_->layout();
+    for (const std::string& remark : layout.remarks) complain(remark);
+    const prices::Role roles[] = {prices::Role::Open, prices::Role::High, prices::Role::Low, prices::Role::Close,
+                                  prices::Role::Volume};
+    for (std::size_t i = 0; i < places_.size(); ++i) places_[i] = layout.find(roles[i]);
+    hasDates_ = layout.find(prices::Role::Date) < layout.columns.size();
+    number_ = records_.size();
+  }
+
+  void read(const std::string& line) {
+    if (number_ < reader_->layout().firstRecordLine) return;
+    // The reader takes lines that are parts of one text, in which they end.
+    if (line.size() >= place_.size()) {
+      throw Failure(Database::loadFault(faults::OutOfMemory.description),
+                    fmt::format("line {}: it is longer than {} bytes.", number_, place_.size()));
+    }
+    std::copy(line.begin(), line.end(), place_.begin());
+    place_[line.size()] = '\n';
+    switch (reader_->read({place_.data(), line.size()})) {
+      case prices::LineReader::Outcome::Blank:
+        return;
+      case prices::LineReader::Outcome::Problem:
+        throw Failure(Database::loadFault(faults::TypeMismatch.description),
+                      fmt::format("line {}: {}", number_, reader_->problem().text));
+      case prices::LineReader::Outcome::Record:
+        take();
+    }
+  }
+
+  void take() {
+    PriceRecord record;
+    double* const values[] = {&record.open, &record.high, &record.low, &record.close, &record.volume};
+    const auto cells = reader_->cells();
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+      if (places_[i] < cells.size()) *values[i] = cells[places_[i]].number;
+    }
+    if (hasDates_) record.date = reader_->dateText();
+    checkOrder();
+    const bool revises = series_ && hasDates_ && !record.date.empty() && record.date == lastDate_;
+    if (!series_) {
+      begin(record);
+    } else if (revises) {
+      series_->revise(record);
+    } else {
+      series_->append(record);
+    }
+    if (!revises) lastDate_ = record.date;
+    print();
+    reportErrors(false);
+  }
+
+  void checkOrder() {
+    const prices::DateCell* date = reader_->date();
+    if (date == nullptr || date->shape == prices::DateShape::DayOrMonth) return;
+    if (lastTime_ && date->time < *lastTime_) {
+      throw Failure(
+          Database::loadFault(faults::TypeMismatch.description),
+          fmt::format("line {}: its date, {}, is before that of the record before, {}. Records are followed as "
+                      "they come, the oldest first.",
+                      number_, reader_->dateText(), lastDate_));
+    }
+    lastTime_ = date->time;
+  }
+
+  void begin(const PriceRecord& record) {
+    PriceRows rows;
+    const double* const values[] = {&record.open, &record.high, &record.low, &record.close, &record.volume};
+    Rows<double> PriceRows::*const columns[] = {&PriceRows::open, &PriceRows::high, &PriceRows::low, &PriceRows::close,
+                                                &PriceRows::volume};
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+      if (places_[i] < reader_->layout().columns.size()) rows.*columns[i] = {{values[i], 1}, nullptr};
+    }
+    if (hasDates_) rows.dates = {{&record.date, 1}, nullptr};
+    series_.emplace(rows);
+    for (Followed& call : calls_) keep(call);
+    printHeader();
+  }
+
+  void keep(Followed& call) {
+    std::vector<LiveSeries::Argument> arguments;
+    for (const NamedText& given : call.arguments) {
+      const auto argument = std::find_if(call.method->arguments.begin(), call.method->arguments.end(),
+                                         [&](const auto& one) { return equalNames(one.name, given.name); });
+      if (argument->type == Type::Field) {
+        arguments.emplace_back(argument->name, columnNamed(given.value, call));
+      } else if (argument->type == Type::String) {
+        arguments.emplace_back(argument->name, given.value);
+      } else {
+        const catalogue::Value number = catalogue::coerce(bindText(*argument, given.value), Type::Double);
+        arguments.emplace_back(argument->name, std::get<double>(number));
+      }
+    }
+    try {
+      call.result = series_->keep(call.name, arguments);
+    } catch (const Error& error) {
+      throw Failure(error, fmt::format("{} cannot be followed on these prices: {}. They have {}.", call.name,
+                                       error.what(), enumerate(columnNames(&call))));
+    }
+  }
+
+  /// The columns that a call can take.
+  std::vector<std::string> columnNames(const Followed* before) const {
+    std::vector<std::string> names;
+    for (const auto& field : series_->prices()->fields()) {
+      if (field->name() != Database::DateName) names.push_back(field->getName());
+    }
+    for (const Followed& call : calls_) {
+      if (&call == before) break;
+      for (std::size_t i = 0; i < call.method->columns.size(); ++i) names.push_back(call.columnName(i));
+    }
+    return names;
+  }
+
+  /// A price column, or a column of a call that stands before.
+  LiveValue columnNamed(const std::string& name, const Followed& taker) const {
+    for (const std::string_view price : Database::PriceNames) {
+      if (equalNames(price, name) && series_->prices()->isValidField(price)) return std::string(price);
+    }
+    for (const Followed& call : calls_) {
+      if (&call == &taker) break;
+      for (std::size_t i = 0; i < call.method->columns.size(); ++i) {
+        if (equalNames(call.columnName(i), name)) return LiveColumn{call.result, i};
+      }
+    }
+    const std::vector<std::string> names = columnNames(&taker);
+    throw Failure(RecordSet::getIndexFault, fmt::format("{}: there is no column \"{}\"; there are {}.{}", taker.name,
+                                                        name, enumerate(names), didYouMean(name, names)));
+  }
+
+  void printHeader() {
+    if (options_.format == Format::Json) return;
+    std::vector<std::string> names;
+    if (hasDates_) names.emplace_back(Database::DateName);
+    for (const Followed& call : calls_) {
+      for (std::size_t i = 0; i < call.method->columns.size(); ++i) names.push_back(call.columnName(i));
+    }
+    sink_.print(csvLine(names));
+  }
+
+  void print() {
+    std::string& out = sink_.text();
+    const bool asJson = options_.format == Format::Json;
+    bool isFirst = true;
+    const auto begin = [&] {
+      if (!isFirst) out += ',';
+      isFirst = false;
+    };
+    if (asJson) out += '{';
+    if (hasDates_) {
+      begin();
+      out += asJson ? fmt::format(R"("{}":{})", Database::DateName, jsonText(lastDate_)) : csvCell(lastDate_);
+    }
+    const int count = series_->count();
+    for (const Followed& call : calls_) {
+      for (std::size_t i = 0; i < call.method->columns.size(); ++i) {
+        begin();
+        if (asJson) out += jsonText(call.columnName(i)) + ':';
+        if (!call.result->error() && call.result->computed()[i].contains(count)) {
+          appendNumber(out, call.result->last(i));
+        } else if (asJson) {
+          out += "null";
+        }
+      }
+    }
+    out += asJson ? "}\n" : "\n";
+    sink_.pass();
+  }
+
+  /// Tells of each call that fails after it has had values; at the end of each that has none. Until then there may be
+  /// too few records yet.
+  void reportErrors(bool atEnd) {
+    const Followed* failed = nullptr;
+    for (Followed& call : calls_) {
+      if (call.result == nullptr) continue;
+      const auto& error = call.result->error();
+      if (!error) {
+        call.hasSucceeded = true;
+        call.isReported = false;
+        continue;
+      }
+      if (atEnd) failed = &call;
+      if (!call.hasSucceeded || call.isReported || atEnd) continue;
+      call.isReported = true;
+      complain(fmt::format("{} could not be computed with line {}: {}", call.name, number_, error->what()));
+    }
+    if (failed == nullptr) return;
+    throw Failure(*failed->result->error(),
+                  fmt::format("{} {}.", failed->name,
+                              failed->hasSucceeded ? "could not be computed to the last record"
+                                                   : "has no row: too few records, or an argument that is none"));
+  }
+
+  const FollowOptions& options_;
+  Sink& sink_;
+  std::vector<Followed> calls_;
+  std::optional<std::string> file_;
+
+  std::string beginning_;
+  std::vector<std::string> records_;
+  std::string place_ = std::string(std::size_t{1} << 20, '\n');  // where the reader finds a line
+  std::optional<prices::LineReader> reader_;
+  std::array<std::size_t, 5> places_{};  // of the prices among the columns of a line
+  bool hasDates_ = false;
+  std::size_t number_ = 0;  // of the line
+
+  std::optional<LiveSeries> series_;
+  std::string lastDate_;
+  std::optional<prices::Time> lastTime_;
+};
+
+}  // namespace
+
+void follow(const FollowOptions& options, Sink& sink) {
+  takeSignals();
+  try {
+    Following(options, sink).run();
+  } catch (const WriteError&) {
+    // Whoever read has gone: there is nobody to tell.
+    if (errno != EPIPE) throw;
+    sink.text().clear();
+  }
+}
+
+}  // namespace orvex::cli

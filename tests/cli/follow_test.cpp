@@ -1,0 +1,187 @@
+// Follows records as they come, as users of the built program do.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+struct Ended {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+/// The program while it runs: what is written to it and what it has printed so far.
+class Follower {
+ public:
+  explicit Follower(std::vector<std::string> words) {
+    words.insert(words.begin(), {ORVEX_PROGRAM, "follow"});
+    std::vector<char*> arguments;
+    for (std::string& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    for (auto* ends : {&in_, &out_, &err_}) EXPECT_EQ(pipe2(ends->data(), O_CLOEXEC), 0);
+    process_ = fork();
+    if (process_ == 0) {
+      dup2(in_[0], 0);
+      dup2(out_[1], 1);
+      dup2(err_[1], 2);
+      execv(ORVEX_PROGRAM, arguments.data());
+      _exit(127);
+    }
+    close(in_[0]);
+    close(out_[1]);
+    close(err_[1]);
+  }
+  ~Follower() {
+    if (process_ > 0) end();
+  }
+  Follower(const Follower&) = delete;
+  Follower& operator=(const Follower&) = delete;
+
+  void write(const std::string& text) const {
+    EXPECT_EQ(::write(in_[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  }
+  /// The next line that it prints; waits for it.
+  std::string line() const {
+    std::string text;
+    for (char c = 0; read(out_[0], &c, 1) == 1 && c != '\n';) text += c;
+    return text;
+  }
+  void interrupt() const { kill(process_, SIGINT); }
+  void closeOutput() {
+    close(out_[0]);
+    out_[0] = -1;
+  }
+  /// Ends its input and waits for it.
+  Ended end() {
+    close(in_[1]);
+    Ended ended{};
+    if (out_[0] >= 0) ended.out = rest(out_[0]);
+    ended.err = rest(err_[0]);
+    int status = 0;
+    waitpid(process_, &status, 0);
+    process_ = 0;
+    ended.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return ended;
+  }
+
+ private:
+  static std::string rest(int from) {
+    std::string text;
+    for (char c = 0; read(from, &c, 1) == 1;) text += c;
+    close(from);
+    return text;
+  }
+
+  std::array<int, 2> in_{}, out_{}, err_{};
+  pid_t process_ = 0;
+};
+
+const std::string header = "Date,Open,High,Low,Close,Volume\n";
+
+TEST(Follow, PrintsEachRowAsItsRecordComesAndAgainWhenItIsRevised) {
+  Follower follower({"SimpleMovingAverage", "Periods=2", "Alias=Mean", "--", "General.HighMinusLow", "Alias=Range"});
+  follower.write(header + "2020-01-01,1,3,1,2,10\n");
+  EXPECT_EQ(follower.line(), "Date,Mean,Range");
+  EXPECT_EQ(follower.line(), "2020-01-01,,2");
+  follower.write("2020-01-02,1,4,1,4,10\n2020-01-03,1,5,1,6,10\n");
+  EXPECT_EQ(follower.line(), "2020-01-02,,3");
+  EXPECT_EQ(follower.line(), "2020-01-03,5,4");
+  follower.write("2020-01-03,1,9,1,7,10\n");
+  EXPECT_EQ(follower.line(), "2020-01-03,5.5,8");
+  // The last line need not be ended.
+  follower.write("2020-01-04,1,9,1,8,10");
+  const Ended ended = follower.end();
+  EXPECT_EQ(ended.out, "2020-01-04,7.5,8\n");
+  EXPECT_EQ(ended.status, 0) << ended.err;
+}
+
+TEST(Follow, PrintsJsonAndTakesTheColumnOfAMethodBefore) {
+  Follower follower({"SimpleMovingAverage", "Periods=1", "Alias=Mean", "--", "General.PriceROC", "Source=mean",
+                     "Periods=1", "--format", "json"});
+  follower.write(header);
+  const std::vector<std::pair<int, json>> rows = {{2, nullptr}, {4, nullptr}, {5, 25.0}, {10, 100.0}};
+  int day = 0;
+  for (const auto& [close, rate] : rows) {
+    follower.write("2020-01-0" + std::to_string(++day) + ",1,1,1," + std::to_string(close) + ",1\n");
+    const json row = json::parse(follower.line());
+    EXPECT_EQ(row["Date"], "2020-01-0" + std::to_string(day));
+    EXPECT_EQ(row["PriceROC"], rate) << row;
+  }
+  EXPECT_EQ(follower.end().status, 0);
+}
+
+TEST(Follow, WatchesAFileUntilItIsInterrupted) {
+  const fs::path path = fs::path(testing::TempDir()) / ("orvex_follow_" + std::to_string(getpid()) + ".csv");
+  std::ofstream(path) << header << "2020-01-01,1,3,1,2,10\n";
+  Follower follower({"General.HighMinusLow", path.string()});
+  EXPECT_EQ(follower.line(), "Date,HighMinusLow");
+  EXPECT_EQ(follower.line(), "2020-01-01,2");
+  std::ofstream(path, std::ios::app) << "2020-01-02,1,9,";
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  std::ofstream(path, std::ios::app) << "1,2,10\n";
+  EXPECT_EQ(follower.line(), "2020-01-02,8");
+  follower.interrupt();
+  const Ended ended = follower.end();
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.out + ended.err, "");
+  fs::remove(path);
+}
+
+TEST(Follow, EndsQuietlyWhereNobodyReads) {
+  Follower follower({"General.HighMinusLow"});
+  follower.write(header + "2020-01-01,1,3,1,2,10\n");
+  EXPECT_EQ(follower.line(), "Date,HighMinusLow");
+  follower.closeOutput();
+  follower.write("2020-01-02,1,3,1,2,10\n");
+  const Ended ended = follower.end();
+  EXPECT_EQ(ended.status, 0);
+  EXPECT_EQ(ended.err, "");
+}
+
+TEST(Follow, TellsWhatIsNoCallAndWhatIsNoRecord) {
+  const std::string record = "2020-01-02,1,3,1,2,10\n";
+  const struct {
+    std::vector<std::string> words;
+    std::string input;
+    int status;
+    std::string told;
+  } cases[] = {
+      {{"Cycle.Analyze"}, "", 2, "returns no columns"},
+      {{"General.HHV", "--"}, "", 2, "no method"},
+      {{"General.HHV", "Perids=3"}, "", 2, "Periods"},
+      {{"General.HHV", "--", "General.HHV"}, "", 2, "two columns called \"HHV\""},
+      {{"General.HHV", "a.csv", "--", "General.LLV", "b.csv"}, "", 2, "second file"},
+      {{"General.HHV", "High=Hihg"}, header + record, 1, "Did you mean High"},
+      {{"General.HighMinusLow"}, header + record + "2020-01-03,1,x,1,2,10\n", 1, "line 3: "},
+      {{"General.HighMinusLow"}, header + record + "2020-01-01,1,3,1,2,10\n", 1, "the oldest first"},
+      {{"General.PriceROC", "Periods=1"},
+       header + "2020-01-01,1,3,1,0,10\n2020-01-02,1,3,1,2,10\n",
+       1,
+       "Division by zero in record 2"},
+      {{"General.HighMinusLow"}, "", 0, ""},
+  };
+  for (const auto& one : cases) {
+    Follower follower(one.words);
+    follower.write(one.input);
+    const Ended ended = follower.end();
+    EXPECT_EQ(ended.status, one.status) << one.words.front() << '\n' << ended.err;
+    EXPECT_NE(ended.err.find(one.told), std::string::npos) << ended.err;
+  }
+}
+
+}  // namespace
