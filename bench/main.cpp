@@ -138,6 +138,7 @@ int run(int argc, char** argv) {
   const std::map<std::string_view, kernels::Level> levels = {{"--level=off", kernels::Level::Off},
                                                              {"--level=baseline", kernels::Level::Baseline},
                                                              {"--level=avx2", kernels::Level::Avx2},
+                                                             {"--level=avx2-fma", kernels::Level::Avx2Fma},
                                                              {"--level=avx512", kernels::Level::Avx512}};
   bool table = true;
   std::vector<char*> options;
@@ -166,7 +167,7 @@ int run(int argc, char** argv) {
   int count = static_cast<int>(options.size());
   benchmark::Initialize(&count, options.data());
   if (benchmark::ReportUnrecognizedArguments(count, options.data())) {
-    fmt::print(stderr, "usage: orvex_bench [--level=off|baseline|avx2|avx512] [--benchmark_... options]\n");
+    fmt::print(stderr, "usage: orvex_bench [--level=off|baseline|avx2|avx2-fma|avx512] [--benchmark_... options]\n");
     return 2;
   }
   if (!table) {

@@ -20,7 +20,7 @@ Level widestLevel() noexcept {
 #ifdef ORVEX_X86_VARIANTS
   __builtin_cpu_init();
   if (__builtin_cpu_supports("avx512f")) return Level::Avx512;
-  if (__builtin_cpu_supports("avx2")) return Level::Avx2;
+  if (__builtin_cpu_supports("avx2")) return __builtin_cpu_supports("fma") ? Level::Avx2Fma : Level::Avx2;
 #endif
   return Level::Baseline;
 }
@@ -38,6 +38,8 @@ const Table* active() noexcept {
 #ifdef ORVEX_X86_VARIANTS
     case Level::Avx512:
       return &avx512::table;
+    case Level::Avx2Fma:
+      return &avx2_fma::table;
     case Level::Avx2:
       return &avx2::table;
 #endif

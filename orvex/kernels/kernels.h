@@ -265,7 +265,8 @@ struct Table {
 };
 
 /// The instruction sets that there are variants for, from none to the widest.
-enum class Level { Off, Baseline, Avx2, Avx512 };
+enum class Level { Off, Baseline, Avx2, Avx2Fma, Avx512 };
+inline constexpr Level allLevels[] = {Level::Off, Level::Baseline, Level::Avx2, Level::Avx2Fma, Level::Avx512};
 
 /// The widest level that this processor has.
 Level widestLevel() noexcept;

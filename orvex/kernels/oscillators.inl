@@ -9,6 +9,7 @@
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
+#include "orvex/kernels/quotients.inl"
 
 namespace {
 
@@ -145,6 +146,7 @@ void placesOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t fir
     });
   }
   const std::ptrdiff_t shift = window - k;
+  const Divisor periods(static_cast<double>(window));
   eachBlock<4>(first, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     const P n = P::all(static_cast<double>(window));
@@ -156,7 +158,7 @@ void placesOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t fir
                              P::load(places + oldest));
       // The row's own value is beaten only by a better one.
       const P best = choose(older, newer, newer, older);
-      (choose(P::load(x + at), best, place, n) / n * P::all(100.0)).store(out + at);
+      (choose(P::load(x + at), best, place, n) / periods * P::all(100.0)).store(out + at);
     }
   });
 }
@@ -275,6 +277,7 @@ std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles,
   if (shortest < 1) return 0;
   const std::ptrdiff_t count = least(present(buying, records, longest - 1), present(range, records, longest - 1));
   const std::ptrdiff_t first = records.first - 1;
+  const Divisor seven(7.0);
   // Loads, not additions, are what it waits for, and every load of eight lanes would lie in two cache lines.
   constexpr int lanes = widestLanes < 4 ? widestLanes : 4;
   eachBlock<2, lanes>(first, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
@@ -302,7 +305,7 @@ std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles,
         const P sum = ranged[cycle][i];
         pressure[order[cycle]] = bought[cycle][i] / sum * (P::all(1.0) + (sum - sum));
       }
-      ((pressure[0] * P::all(4.0) + pressure[1] * P::all(2.0) + pressure[2]) / P::all(7.0) * P::all(100.0))
+      ((pressure[0] * P::all(4.0) + pressure[1] * P::all(2.0) + pressure[2]) / seven * P::all(100.0))
           .store(out + row + i * Lanes);
     }
   });

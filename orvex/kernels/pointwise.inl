@@ -6,6 +6,7 @@
 
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
+#include "orvex/kernels/quotients.inl"
 
 namespace {
 
@@ -95,8 +96,9 @@ std::size_t medianPrice(Source high, Source low, Records records, double* out) {
 std::size_t typicalPrice(Source high, Source low, Source close, Records records, double* out) {
   const std::ptrdiff_t count =
       least(present(high, records, 0), least(present(low, records, 0), present(close, records, 0)));
+  const Divisor three(3.0);
   return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
-    return (P::load(high.rows + row) + P::load(low.rows + row) + P::load(close.rows + row)) / P::all(3.0);
+    return (P::load(high.rows + row) + P::load(low.rows + row) + P::load(close.rows + row)) / three;
   });
 }
 

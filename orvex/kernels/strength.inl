@@ -6,6 +6,7 @@
 #include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
+#include "orvex/kernels/quotients.inl"
 #include "orvex/kernels/recursions.inl"
 
 namespace {
@@ -33,10 +34,11 @@ std::size_t strength(Source source, int window, Records records, int known, doub
   rows[1][-1] = means[1];
   const double kept = window - 1;
   const double all = window;
+  const Divisor periods(all);
   recur(source.rows + known, rows, from + count - known, all, [=](auto& mean, auto now, auto then) {
     const auto zero = spread(0.0, now);
-    mean[0] = (mean[0] * spread(kept, now) + larger(now - then, zero)) / spread(all, now);
-    mean[1] = (mean[1] * spread(kept, now) + larger(then - now, zero)) / spread(all, now);
+    mean[0] = (mean[0] * spread(kept, now) + larger(now - then, zero)) / periods;
+    mean[1] = (mean[1] * spread(kept, now) + larger(then - now, zero)) / periods;
   });
   means[0] = out[from + count - 1];
   means[1] = scratch[from + count - 1];
@@ -57,6 +59,7 @@ std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records
   const std::ptrdiff_t count = least(least(provable(bars.high, records, window), provable(bars.low, records, window)),
                                      least(provable(bars.close, records, window), provable(volume, records, window)));
   if (count == 0) return 0;
+  const Divisor three(3.0);
   constexpr std::ptrdiff_t piece = 512;
   double prices[piece + 1];
   const std::ptrdiff_t end = records.first - 1 + count;
@@ -68,7 +71,7 @@ std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records
       ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
         const std::ptrdiff_t row = start - 1 + i + k * Lanes;
         const P sum = P::load(bars.high.rows + row) + P::load(bars.low.rows + row) + P::load(bars.close.rows + row);
-        (sum / P::all(3.0)).store(prices + i + k * Lanes);
+        (sum / three).store(prices + i + k * Lanes);
       }
     });
     eachBlock<4>(0, rows, [=, &prices]<int Lanes, int Count>(std::ptrdiff_t i) {

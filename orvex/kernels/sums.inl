@@ -5,6 +5,7 @@
 
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
+#include "orvex/kernels/quotients.inl"
 
 namespace {
 
@@ -80,6 +81,7 @@ std::size_t channel(Source prices, Source averages, int window, Records records,
   const std::ptrdiff_t count = least(provable(prices, records, window - 1), provable(averages, records, 0));
   const double* const x = prices.rows;
   const double* const average = averages.rows;
+  const Divisor length(window);
   eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P center[Count];
@@ -94,7 +96,7 @@ std::size_t channel(Source prices, Source averages, int window, Records records,
     const P zero = P::all(0.0);
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
       const std::ptrdiff_t at = row + i * Lanes;
-      const P divisor = P::all(0.015) * (sum[i] / P::all(static_cast<double>(window)));
+      const P divisor = P::all(0.015) * (sum[i] / length);
       const P price = P::load(x + at);
       whereGreater(divisor, zero, (price - center[i]) / divisor, zero).store(out + at);
       const P repeated = whereEqual(price, P::load(x + at - 1), P::all(1.0), zero);

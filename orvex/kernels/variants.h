@@ -11,6 +11,9 @@ extern const Table table;
 namespace avx2 {
 extern const Table table;
 }
+namespace avx2_fma {
+extern const Table table;
+}
 namespace avx512 {
 extern const Table table;
 }

@@ -6,6 +6,7 @@
 
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
+#include "orvex/kernels/quotients.inl"
 
 namespace {
 
@@ -13,13 +14,14 @@ std::size_t mean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
   const double* const x = source.rows;
+  const Divisor length(window);
   eachBlock<8>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P sum[Count] = {};
     for (std::ptrdiff_t j = 0; j < window; ++j) {
       ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + P::load(x + row + i * Lanes - j);
     }
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / P::all(window)).store(out + row + i * Lanes);
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / length).store(out + row + i * Lanes);
   });
   return static_cast<std::size_t>(count);
 }
@@ -30,6 +32,7 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
   if (count == 0) return 0;
   double total = 0.0;
   for (int weight = 1; weight <= window; ++weight) total += weight;
+  const Divisor weights(total);
   const double* const x = source.rows;
   eachBlock<8>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
@@ -38,7 +41,7 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
       const P weight = P::all(static_cast<double>(window - j));
       ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + weight * P::load(x + row + i * Lanes - j);
     }
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / P::all(total)).store(out + row + i * Lanes);
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / weights).store(out + row + i * Lanes);
   });
   return static_cast<std::size_t>(count);
 }
@@ -50,6 +53,7 @@ std::size_t regression(Source source, int window, Records records, double* quali
   const std::ptrdiff_t count = provable(source, records, window - 1);
   if (count == 0) return 0;
   const double n = window;
+  const Divisor length(n);
   double sumX = 0.0;
   double sumXX = 0.0;
   for (int x = 1; x <= window; ++x) {
@@ -57,6 +61,7 @@ std::size_t regression(Source source, int window, Records records, double* quali
     sumXX += static_cast<double>(x) * x;
   }
   const double qXX = sumXX - sumX * sumX / n;
+  const Divisor width(qXX);
   // Half the window, a tie to the even number.
   const int center = window % 4 == 3 ? window / 2 + 1 : window / 2;
   const double* const y = source.rows;
@@ -78,9 +83,9 @@ std::size_t regression(Source source, int window, Records records, double* quali
     }
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
       const std::ptrdiff_t at = row + i * Lanes;
-      const P qXY = sumXY[i] - P::all(sumX) * sumY[i] / P::all(n);
-      const P qYY = sumYY[i] - sumY[i] * sumY[i] / P::all(n);
-      const P slope = qXY / P::all(qXX);
+      const P qXY = sumXY[i] - P::all(sumX) * sumY[i] / length;
+      const P qYY = sumYY[i] - sumY[i] * sumY[i] / length;
+      const P slope = qXY / width;
       const P intercept = P::all(1.0 / n) * sumY[i] - P::all(center) * slope;
       slope.store(out.slope + at);
       intercept.store(out.intercept + at);
@@ -105,6 +110,7 @@ std::size_t deviation(Source source, Source center, int window, int lag, double 
   const std::ptrdiff_t count =
       least(provable(source, records, static_cast<std::ptrdiff_t>(window) - 1 + lag), provable(center, records, 0));
   const double* const x = source.rows;
+  const Divisor length(window);
   eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P sum[Count] = {};
@@ -117,7 +123,7 @@ std::size_t deviation(Source source, Source center, int window, int lag, double 
       }
     }
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-      (P::all(factor) * root(sum[i] / P::all(window))).store(out + row + i * Lanes);
+      (P::all(factor) * root(sum[i] / length)).store(out + row + i * Lanes);
     }
   });
   return static_cast<std::size_t>(count);

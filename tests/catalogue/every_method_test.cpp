@@ -123,7 +123,7 @@ TEST_P(EveryMethod, HasOneResultAtEveryLevelAndUnderEveryHost) {
     std::vector<int> expectedPositions;
     const Outcome expected = outcomeAt(Level::Off, bytes, GetParam(), &expectedPositions);
     EXPECT_EQ(outcomeAt(Level::Off, bytes, GetParam()), expected);
-    for (const Level level : {Level::Baseline, Level::Avx2, Level::Avx512}) {
+    for (const Level level : kernels::allLevels) {
       std::vector<int> positions;
       EXPECT_EQ(outcomeAt(level, bytes, GetParam(), &positions), expected) << "level " << static_cast<int>(level);
       EXPECT_EQ(positions, expectedPositions);

@@ -59,7 +59,7 @@ TEST(Recursions, StretchesSideBySideAreOneChain) {
           return run(world, call, owner.create().get());
         };
         const Outcome expected = outcome(Level::Off);
-        for (const Level level : {Level::Baseline, Level::Avx2, Level::Avx512}) {
+        for (const Level level : kernels::allLevels) {
           EXPECT_EQ(outcome(level), expected) << "level " << static_cast<int>(level);
         }
       }

@@ -55,8 +55,7 @@ std::uint64_t digestOf(const catalogue::Class& owner, const catalogue::Method& m
 }  // namespace
 
 int main() {
-  for (const auto level :
-       {kernels::Level::Off, kernels::Level::Baseline, kernels::Level::Avx2, kernels::Level::Avx512}) {
+  for (const auto level : kernels::allLevels) {
     if (level > kernels::widestLevel()) continue;
     kernels::setLevel(level);
     for (const catalogue::Class* owner : catalogue::classes()) {

@@ -39,7 +39,7 @@ class MisbehavingHost {
 
   int run() {
     using kernels::Level;
-    kernels::setLevel(choices_.of<Level>({Level::Off, Level::Baseline, Level::Avx2, Level::Avx512}));
+    kernels::setLevel(choices_.of<Level>({Level::Off, Level::Baseline, Level::Avx2, Level::Avx2Fma, Level::Avx512}));
     setYieldHook({[](void* self) { static_cast<MisbehavingHost*>(self)->misbehave(); }, this});
     for (int i = 0; i < 8 && !choices_.exhausted(); ++i) callOne();
     return calls_;

@@ -1,0 +1,2 @@
+#define ORVEX_VARIANT avx2_fma
+#include "orvex/kernels/variant.inl"

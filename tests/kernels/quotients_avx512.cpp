@@ -1,0 +1,2 @@
+#define ORVEX_VARIANT avx512
+#include "tests/kernels/quotients.inl"

@@ -1,0 +1,2 @@
+#define ORVEX_VARIANT baseline
+#include "tests/kernels/quotients.inl"
