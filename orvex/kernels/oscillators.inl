@@ -253,12 +253,6 @@ std::size_t buyingPressure(Bars bars, Records records, double* buying, double* r
   return static_cast<std::size_t>(count);
 }
 
-/// A number that is part of a type, so that a loop from it on unrolls.
-template <int number>
-struct From {
-  static constexpr int value = number;
-};
-
 std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles, Records records, double* out) {
   // From the shortest to the longest: the records that cycles share are read once.
   int order[] = {0, 1, 2};
@@ -295,9 +289,9 @@ std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles,
         }
       }
     };
-    add(1 - longest, 1 - middle, From<2>());
-    add(1 - middle, 1 - shortest, From<1>());
-    add(1 - shortest, 1, From<0>());
+    add(1 - longest, 1 - middle, Constant<2>());
+    add(1 - middle, 1 - shortest, Constant<1>());
+    add(1 - shortest, 1, Constant<0>());
     ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
       P pressure[3];
       for (int cycle = 0; cycle < 3; ++cycle) {

@@ -103,6 +103,46 @@ struct Pack {
 };
 #endif
 
+// Of two of the widest packs the first halves, or the second ones, lane by lane in turn.
+using WidestPack = Pack<widestLanes>;
+#if defined(__AVX512F__)
+WidestPack interleaveFirst(WidestPack a, WidestPack b) {
+  return {__builtin_shufflevector(a.v, b.v, 0, 8, 1, 9, 2, 10, 3, 11)};
+}
+WidestPack interleaveSecond(WidestPack a, WidestPack b) {
+  return {__builtin_shufflevector(a.v, b.v, 4, 12, 5, 13, 6, 14, 7, 15)};
+}
+#elif defined(__AVX2__)
+WidestPack interleaveFirst(WidestPack a, WidestPack b) {
+  return {__builtin_shufflevector(a.v, b.v, 0, 4, 1, 5)};
+}
+WidestPack interleaveSecond(WidestPack a, WidestPack b) {
+  return {__builtin_shufflevector(a.v, b.v, 2, 6, 3, 7)};
+}
+#else
+WidestPack interleaveFirst(WidestPack a, WidestPack b) {
+  a.v[1] = b.v[0];
+  return a;
+}
+WidestPack interleaveSecond(WidestPack a, WidestPack b) {
+  b.v[0] = a.v[1];
+  return b;
+}
+#endif
+
+/// Lane j of pack i becomes lane i of pack j.
+void transpose(WidestPack (&square)[widestLanes]) {
+  constexpr int half = widestLanes / 2;
+  ORVEX_UNROLL for (int step = 1; step < widestLanes; step *= 2) {
+    WidestPack mixed[widestLanes];
+    ORVEX_UNROLL for (int i = 0; i < half; ++i) {
+      mixed[2 * i] = interleaveFirst(square[i], square[i + half]);
+      mixed[2 * i + 1] = interleaveSecond(square[i], square[i + half]);
+    }
+    ORVEX_UNROLL for (int i = 0; i < widestLanes; ++i) square[i] = mixed[i];
+  }
+}
+
 /// Rows that lie `stride` apart, one a lane.
 template <class P>
 P gather(const double* from, std::ptrdiff_t stride) {
@@ -157,6 +197,21 @@ Pack<Lanes> wholePart(Pack<Lanes> a) {
 template <int Lanes>
 Pack<Lanes> magnitude(Pack<Lanes> a) {
   return larger(a, Pack<Lanes>::all(0.0) - a);
+}
+
+/// A number that is part of a type, so that what is chosen by it is chosen when it is compiled.
+template <int number>
+struct Constant {
+  static constexpr int value = number;
+};
+
+/// `body(Constant<i>())` for i from `From` to below `To`, each written out by itself.
+template <int From, int To, class Body>
+inline void unroll(const Body& body) {
+  if constexpr (From < To) {
+    body(Constant<From>());
+    unroll<From + 1, To>(body);
+  }
 }
 
 /// Runs `body.template operator()<Lanes, Count>(i)` for blocks of Lanes x Count rows from row `from` (counted from 0)

@@ -1,5 +1,4 @@
-// Kernels over a window of records: summed directly, each record in its own order of operations, many records side by
-// side. Running sums would be faster still and would drift.
+// Kernels over a window of records of one column.
 #pragma once
 
 #include <cstddef>
@@ -7,21 +6,19 @@
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/quotients.inl"
+#include "orvex/kernels/sliding.inl"
 
 namespace {
 
 std::size_t mean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
-  const double* const x = source.rows;
   const Divisor length(window);
-  eachBlock<8>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
-    using P = Pack<Lanes>;
-    P sum[Count] = {};
-    for (std::ptrdiff_t j = 0; j < window; ++j) {
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + P::load(x + row + i * Lanes - j);
-    }
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / length).store(out + row + i * Lanes);
+  slide<8>({source.rows, nullptr, out}, window, 40, records.first - 1, count, [=]<class Block>(const Block& block) {
+    using P = typename Block::P;
+    P sum[Block::count] = {};
+    block.newestFirst(window, [&](int i, std::ptrdiff_t, P value) { sum[i] = sum[i] + value; });
+    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum[i] / length);
   });
   return static_cast<std::size_t>(count);
 }
@@ -33,15 +30,12 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
   double total = 0.0;
   for (int weight = 1; weight <= window; ++weight) total += weight;
   const Divisor weights(total);
-  const double* const x = source.rows;
-  eachBlock<8>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
-    using P = Pack<Lanes>;
-    P sum[Count] = {};
-    for (std::ptrdiff_t j = 0; j < window; ++j) {
-      const P weight = P::all(static_cast<double>(window - j));
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) sum[i] = sum[i] + weight * P::load(x + row + i * Lanes - j);
-    }
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i)(sum[i] / weights).store(out + row + i * Lanes);
+  slide<8>({source.rows, nullptr, out}, window, 80, records.first - 1, count, [=]<class Block>(const Block& block) {
+    using P = typename Block::P;
+    P sum[Block::count] = {};
+    block.newestFirst(
+        window, [&](int i, std::ptrdiff_t age, P value) { sum[i] = sum[i] + block.number(window - age) * value; });
+    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum[i] / weights);
   });
   return static_cast<std::size_t>(count);
 }
@@ -109,22 +103,18 @@ std::size_t deviation(Source source, Source center, int window, int lag, double 
   if (window < 1 || lag < 0 || !isHandled(factor)) return 0;
   const std::ptrdiff_t count =
       least(provable(source, records, static_cast<std::ptrdiff_t>(window) - 1 + lag), provable(center, records, 0));
-  const double* const x = source.rows;
   const Divisor length(window);
-  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
-    using P = Pack<Lanes>;
-    P sum[Count] = {};
-    P middle[Count];
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i) middle[i] = P::load(center.rows + row + i * Lanes);
-    for (std::ptrdiff_t j = 0; j < window; ++j) {
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-        const P distance = P::load(x + row + i * Lanes - lag - j) - middle[i];
-        sum[i] = sum[i] + distance * distance;
-      }
-    }
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-      (P::all(factor) * root(sum[i] / length)).store(out + row + i * Lanes);
-    }
+  const SlidingColumns columns = {source.rows - lag, center.rows, out};
+  slide<4>(columns, window, 60, records.first - 1, count, [=]<class Block>(const Block& block) {
+    using P = typename Block::P;
+    P sum[Block::count] = {};
+    P middle[Block::count];
+    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) middle[i] = block.center(i);
+    block.newestFirst(window, [&](int i, std::ptrdiff_t, P value) {
+      const P distance = value - middle[i];
+      sum[i] = sum[i] + distance * distance;
+    });
+    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, P::all(factor) * root(sum[i] / length));
   });
   return static_cast<std::size_t>(count);
 }

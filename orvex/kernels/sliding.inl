@@ -1,0 +1,160 @@
+// Windows that slide over a column: each record's is gone through directly and in its own order of operations, many
+// records side by side. Running sums would be faster still and would drift.
+//
+// What a processor can do here is add; what it waits for are loads, since every value is needed by as many windows as
+// it is in, and each time from another lane. So, where windows are long, the records are cut into as many stretches as
+// a pack has lanes, and a pack holds one record of each: a window is then a row of whole packs, and each of them is
+// loaded once for all windows of a block that it is in. Other records go one after the other in the lanes.
+//
+// An example with two lanes and the records 1 to 8: the stretches are 1 2 3 4 and 5 6 7 8, the packs (1 5), (2 6),
+// (3 7) and (4 8), and the sums of two records, (2 6) + (1 5), (3 7) + (2 6), (4 8) + (3 7), load no pack anew.
+#pragma once
+
+#include <cstddef>
+
+#include "orvex/kernels/pack.inl"
+#include "orvex/kernels/provable.inl"
+
+namespace {
+
+/// Rows are addressed from 0. `center` is read at the record's own row alone; null where a kernel has none.
+struct SlidingColumns {
+  const double* values;
+  const double* center;
+  double* out;
+};
+
+constexpr std::ptrdiff_t longestSliding = 256;
+
+/// Whole numbers as doubles, at hand for every lane.
+struct WholeNumbers {
+  double values[longestSliding + 1];
+
+  constexpr WholeNumbers() : values() {
+    for (int i = 0; i <= longestSliding; ++i) values[i] = i;
+  }
+};
+constexpr WholeNumbers wholeNumbers;
+
+/// `Count` packs of records one after the other. What a kernel does with a block is the same for this and the next.
+template <class P_, int Count>
+struct SideBySide {
+  using P = P_;
+  static constexpr int count = Count;
+
+  const SlidingColumns& columns;
+  std::ptrdiff_t row;
+
+  P center(int i) const { return P::load(columns.center + row + i * P::lanes); }
+  void fill(int i, P value) const { value.store(columns.out + row + i * P::lanes); }
+  /// A number up to the length of the window, in all lanes.
+  static P number(std::ptrdiff_t whole) { return P::all(static_cast<double>(whole)); }
+
+  /// `visit(i, age, value)` for each pack of records i and each value of its window, the newest (of age 0) first.
+  template <class Visit>
+  void newestFirst(std::ptrdiff_t window, Visit visit) const {
+    for (std::ptrdiff_t age = 0; age < window; ++age) {
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) visit(i, age, P::load(columns.values + row + i * P::lanes - age));
+    }
+  }
+};
+
+/// `Count` packs of records of which each has one of every stretch.
+template <int Count>
+struct InStretches {
+  using P = WidestPack;
+  static constexpr int count = Count;
+
+  const P* values;  // that of the first of the records, behind those before it
+  const P* centers;
+  P* out;
+
+  P center(int i) const { return centers[i]; }
+  void fill(int i, P value) const { out[i] = value; }
+  static P number(std::ptrdiff_t whole) { return P::all(wholeNumbers.values[whole]); }
+
+  // The packs in their order, each for all the windows that it is in: at both ends these are not all.
+  template <class Visit>
+  void newestFirst(std::ptrdiff_t window, Visit visit) const {
+    unroll<1, Count>([&](auto back) {
+      constexpr int at = Count - back.value;
+      visitSome<at, Count>(at, visit);
+    });
+    for (std::ptrdiff_t at = 0; at > Count - 1 - window; --at) visitSome<0, Count>(at, visit);
+    unroll<1, Count>([&](auto back) {
+      constexpr int end = Count - back.value;
+      visitSome<0, end>(end - window, visit);
+    });
+  }
+
+ private:
+  /// The windows of the records `First` to below `End`.
+  template <int First, int End, class Visit>
+  void visitSome(std::ptrdiff_t at, const Visit& visit) const {
+    const P value = values[at];
+    unroll<First, End>([&](auto i) { visit(i.value, i.value - at, value); });
+  }
+};
+
+/// Packs of the rows from `x` on, `stretch` rows from lane to lane: `count` of them, a multiple of the lanes.
+void packStretches(const double* x, std::ptrdiff_t stretch, std::ptrdiff_t count, WidestPack* packs) {
+  for (std::ptrdiff_t i = 0; i < count; i += widestLanes) {
+    WidestPack square[widestLanes];
+    ORVEX_UNROLL for (int lane = 0; lane < widestLanes; ++lane) square[lane] = WidestPack::load(x + lane * stretch + i);
+    transpose(square);
+    ORVEX_UNROLL for (int k = 0; k < widestLanes; ++k) packs[i + k] = square[k];
+  }
+}
+
+void unpackStretches(const WidestPack* packs, std::ptrdiff_t stretch, std::ptrdiff_t count, double* x) {
+  for (std::ptrdiff_t i = 0; i < count; i += widestLanes) {
+    WidestPack square[widestLanes];
+    ORVEX_UNROLL for (int k = 0; k < widestLanes; ++k) square[k] = packs[i + k];
+    transpose(square);
+    ORVEX_UNROLL for (int lane = 0; lane < widestLanes; ++lane) square[lane].store(x + lane * stretch + i);
+  }
+}
+
+/// Fills rows from `first` (counted from 0) on, as many as make stretches of whole blocks; their number. REQUIRES: a
+/// window no shorter than a block.
+template <class Kernel>
+std::ptrdiff_t slideInStretches(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t first,
+                                std::ptrdiff_t count, const Kernel& kernel) {
+  constexpr int block = 8;
+  constexpr std::ptrdiff_t piece = 64;
+  static_assert(block % widestLanes == 0 && piece % block == 0);
+  const std::ptrdiff_t before = window - 1;
+  const std::ptrdiff_t stretch = count / widestLanes / block * block;
+  if (window > longestSliding || stretch < 2 * window) return 0;
+  WidestPack values[longestSliding - 1 + piece];
+  WidestPack centers[piece];
+  WidestPack out[piece];
+  for (std::ptrdiff_t i = 0; i < before; ++i) {
+    values[i] = gather<WidestPack>(columns.values + first - before + i, stretch);
+  }
+  for (std::ptrdiff_t done = 0; done < stretch; done += piece) {
+    const std::ptrdiff_t rows = least(piece, stretch - done);
+    packStretches(columns.values + first + done, stretch, rows, values + before);
+    if (columns.center != nullptr) packStretches(columns.center + first + done, stretch, rows, centers);
+    for (std::ptrdiff_t i = 0; i < rows; i += block) {
+      kernel(InStretches<block>{values + before + i, centers + i, out + i});
+    }
+    unpackStretches(out, stretch, rows, columns.out + first + done);
+    for (std::ptrdiff_t i = 0; i < before; ++i) values[i] = values[i + rows];
+  }
+  return stretch * widestLanes;
+}
+
+/// Runs `kernel(block)` for `count` rows from `first` (counted from 0) on, with the window of records that ends at
+/// each. `longEnough` is the shortest window that pays, as measured, for the turning of columns into packs and back;
+/// `Count` is how many packs the registers hold side by side.
+template <int Count, class Kernel>
+void slide(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t longEnough, std::ptrdiff_t first,
+           std::ptrdiff_t count, Kernel kernel) {
+  const std::ptrdiff_t done = window < longEnough ? 0 : slideInStretches(columns, window, first, count, kernel);
+  eachBlock<Count>(first + done, count - done, [&]<int Lanes, int Packs>(std::ptrdiff_t row) {
+    kernel(SideBySide<Pack<Lanes>, Packs>{columns, row});
+  });
+}
+
+}  // namespace
