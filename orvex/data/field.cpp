@@ -31,14 +31,13 @@ void Field::view(Rows<double> rows, std::string_view Name) {
     return replace(std::move(copy), Name);
   }
   std::string name(Name);
-  auto note = std::make_shared<Note>();
   values_ = rows.values;
   own_ = nullptr;
   owner_ = std::move(rows.owner);
   texts_ = nullptr;
   name_ = std::move(name);
   recordCount_ = count;
-  note_ = std::move(note);
+  note_.renew();
 }
 
 void Field::viewTexts(Rows<std::string_view> texts) {

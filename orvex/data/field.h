@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "orvex/data/attached_note.h"
 #include "orvex/data/binding_slot.h"
 #include "orvex/data/error.h"
 #include "orvex/data/integer.h"
@@ -34,9 +35,9 @@ class Field {
   Field& operator=(const Field&) = delete;
 
   /// Attaches `NewNote` itself, not a copy.
-  void setNote(std::shared_ptr<Note> NewNote) { note_ = std::move(NewNote); }
+  void setNote(std::shared_ptr<Note> NewNote) { note_.set(std::move(NewNote)); }
   /// The attached note, or nothing where `initialize` never ran and none was set.
-  std::shared_ptr<Note> getNote() const { return note_; }
+  std::shared_ptr<Note> getNote() const { return note_.get(); }
 
   /// The count that `initialize` was given last, after `destroy` too.
   Integer getRecordCount() const { return recordCount_; }
@@ -118,7 +119,7 @@ class Field {
   std::unique_ptr<Texts> texts_;  // made with the first text: most columns never have one
   std::string name_;
   Integer recordCount_;
-  std::shared_ptr<Note> note_;
+  AttachedNote note_;
 };
 
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -46,6 +46,19 @@ TEST(Field, StartsOverWhenInitialisedAgain) {
   EXPECT_EQ(column.getNote(), note);
 }
 
+TEST(Field, HasOneNoteHoweverOftenItIsAskedFor) {
+  Field column;
+  EXPECT_EQ(column.getNote(), nullptr);
+  column.initialize(2, "X");
+  const auto note = column.getNote();
+  ASSERT_NE(note, nullptr);
+  EXPECT_EQ(column.getNote(), note);
+  column.destroy();
+  EXPECT_EQ(column.getNote(), note);
+  column.setNote(nullptr);
+  EXPECT_EQ(column.getNote(), nullptr);
+}
+
 TEST(Field, HandsOutCopiesFrom1On) {
   Field column;
   EXPECT_FALSE(column.getDoubleArray().exists());

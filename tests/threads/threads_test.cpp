@@ -53,5 +53,23 @@ TEST(Threads, MayShareColumnsThatNobodyWritesTo) {
   }
 }
 
+TEST(Threads, GetTheSameNoteOfAColumnWhichIsMadeWhenItIsAskedFor) {
+  for (int round = 0; round < 200; ++round) {
+    Field column;
+    column.initialize(1, "X");
+    std::vector<std::shared_ptr<Note>> notes(4);
+    {
+      std::vector<std::jthread> threads;
+      for (auto& note : notes) {
+        threads.emplace_back([&] { note = column.getNote(); });
+      }
+    }
+    for (const auto& note : notes) {
+      ASSERT_NE(note, nullptr);
+      EXPECT_EQ(note, notes.front());
+    }
+  }
+}
+
 }  // namespace
 }  // namespace orvex::test
