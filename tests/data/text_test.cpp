@@ -27,6 +27,8 @@ TEST(Names, AreComparedWithoutRegardToCase) {
       {"ΑΒΓΩΆ", "αβγωά", true},
       {"АБВЯЁЂ", "абвяёђ", true},
       {"×", "÷", false},
+      {"@[", "`{", false},
+      {"ſ", "S", true},
       {"ẞ", "ß", true},
       {"А", "A", false},  // Cyrillic and Latin
       {"日本", "日本", true},
