@@ -1,6 +1,7 @@
 #include "orvex/catalogue/computed_rows.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
 
@@ -12,22 +13,25 @@ namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 namespace {
 
-/// Reads and evaluates an expression in one pass.
-class Evaluation {
- public:
-  Evaluation(std::string_view expression, const Method& method, int count, std::span<const Value> arguments)
-      : rest_(expression), method_(method), count_(count), arguments_(arguments) {}
+[[noreturn]] void fail() {
+  raise(faults::InvalidCall);
+}
 
-  std::int64_t whole() {
-    const std::int64_t value = sum();
+}  // namespace
+
+/// Reads an expression in one pass; what is read leaves its value on the stack.
+class RowExpression::Reader {
+ public:
+  Reader(std::string_view expression, const Method& method, std::vector<Step>& steps)
+      : rest_(expression), method_(method), steps_(steps) {}
+
+  void whole() {
+    sum();
     skipBlanks();
     if (!rest_.empty()) fail();
-    return value;
   }
 
  private:
-  [[noreturn]] static void fail() { raise(faults::InvalidCall); }
-
   void skipBlanks() { rest_.remove_prefix(std::min(rest_.find_first_not_of(' '), rest_.size())); }
 
   bool take(char c) {
@@ -40,107 +44,190 @@ class Evaluation {
     if (!take(c)) fail();
   }
 
-  std::int64_t sum() {
-    std::int64_t value = product();
+  void push(Operation operation, std::int64_t operand = 0) {
+    if (++waiting_ > Depth) fail();
+    steps_.push_back({operation, operand});
+  }
+  /// What takes `taken` values from the stack and leaves one.
+  void apply(Operation operation, std::size_t taken = 2) {
+    waiting_ -= taken - 1;
+    steps_.push_back({operation});
+  }
+
+  void sum() {
+    product();
     for (;;) {
       if (take('+')) {
-        value += product();
+        product();
+        apply(Operation::Add);
       } else if (take('-')) {
-        value -= product();
+        product();
+        apply(Operation::Subtract);
       } else {
-        return value;
+        return;
       }
     }
   }
 
-  std::int64_t product() {
-    std::int64_t value = operand();
+  void product() {
+    operand();
     for (;;) {
       if (take('*')) {
-        value *= operand();
+        operand();
+        apply(Operation::Multiply);
       } else if (take('\\')) {
-        const std::int64_t divisor = operand();
-        if (divisor == 0) fail();
-        value /= divisor;
+        operand();
+        apply(Operation::Divide);
       } else {
-        return value;
+        return;
       }
     }
   }
 
-  std::int64_t operand() {
+  void operand() {
     skipBlanks();
     if (take('(')) {
-      const std::int64_t value = sum();
+      sum();
       expect(')');
-      return value;
+      return;
     }
     std::int64_t number = 0;
     const auto [end, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), number);
     if (error == std::errc()) {
       rest_.remove_prefix(static_cast<std::size_t>(end - rest_.data()));
-      return number;
+      push(Operation::Number, number);
+      return;
     }
     const std::size_t length = std::min(rest_.find_first_of(" ()+-*\\,<"), rest_.size());
     const std::string_view name = rest_.substr(0, length);
     rest_.remove_prefix(length);
-    return take('(') ? function(name) : variable(name);
+    if (take('(')) {
+      function(name);
+    } else {
+      variable(name);
+    }
   }
 
-  std::int64_t function(std::string_view name) {
-    std::int64_t value = 0;
+  void function(std::string_view name) {
     if (name == "choose") {
-      const std::int64_t a = sum();
-      expect('<');
-      const std::int64_t b = sum();
-      expect(',');
-      const std::int64_t x = sum();
-      expect(',');
-      const std::int64_t y = sum();
-      value = a < b ? x : y;
+      sum();
+      for (const char mark : {'<', ',', ','}) {
+        expect(mark);
+        sum();
+      }
+      apply(Operation::Choose, 4);
     } else if (name == "average") {
-      const std::int64_t code = sum();
+      sum();
       expect(',');
-      const std::int64_t periods = sum();
-      value = firstAverageRow(static_cast<int>(code), periods, take(',') ? sum() : 1);
+      sum();
+      if (take(',')) {
+        sum();
+      } else {
+        push(Operation::Number, 1);
+      }
+      apply(Operation::Average, 3);
     } else if (name == "max" || name == "min") {
-      value = sum();
-      while (take(',')) value = name == "max" ? std::max(value, sum()) : std::min(value, sum());
+      sum();
+      while (take(',')) {
+        sum();
+        apply(name == "max" ? Operation::Greater : Operation::Less);
+      }
     } else {
       fail();
     }
     expect(')');
-    return value;
   }
 
-  std::int64_t variable(std::string_view name) const {
-    if (name == "N") return count_;
-    for (std::size_t i = 0; i < arguments_.size(); ++i) {
-      const auto* number = std::get_if<Integer>(&arguments_[i]);
-      if (number != nullptr && method_.arguments[i].name == name) return number->value();
+  void variable(std::string_view name) {
+    if (name == "N") return push(Operation::Count);
+    for (std::size_t i = 0; i < method_.arguments.size(); ++i) {
+      if (method_.arguments[i].name == name) return push(Operation::Argument, static_cast<std::int64_t>(i));
     }
     fail();
   }
 
   std::string_view rest_;
   const Method& method_;
-  int count_;
-  std::span<const Value> arguments_;
+  std::vector<Step>& steps_;
+  std::size_t waiting_ = 0;
 };
 
-}  // namespace
+RowExpression::RowExpression(std::string_view expression, const Method& method) {
+  Reader(expression, method, steps_).whole();
+}
 
-std::int64_t evaluateRow(std::string_view expression, const Method& method, int count,
-                         std::span<const Value> arguments) {
-  return Evaluation(expression, method, count, arguments).whole();
+std::int64_t RowExpression::operator()(int count, std::span<const Value> arguments) const {
+  std::array<std::int64_t, Depth> stack{};
+  std::int64_t* end = stack.data();
+  const auto argument = [&](std::int64_t place) -> std::int64_t {
+    const auto* number = std::get_if<Integer>(&arguments[static_cast<std::size_t>(place)]);
+    if (number == nullptr) fail();
+    return number->value();
+  };
+  for (const Step& step : steps_) {
+    switch (step.operation) {
+      case Operation::Number:
+        *end++ = step.operand;
+        break;
+      case Operation::Count:
+        *end++ = count;
+        break;
+      case Operation::Argument:
+        *end++ = argument(step.operand);
+        break;
+      case Operation::Add:
+        --end;
+        end[-1] += *end;
+        break;
+      case Operation::Subtract:
+        --end;
+        end[-1] -= *end;
+        break;
+      case Operation::Multiply:
+        --end;
+        end[-1] *= *end;
+        break;
+      case Operation::Divide:
+        --end;
+        if (*end == 0) fail();
+        end[-1] /= *end;
+        break;
+      case Operation::Greater:
+        --end;
+        end[-1] = std::max(end[-1], *end);
+        break;
+      case Operation::Less:
+        --end;
+        end[-1] = std::min(end[-1], *end);
+        break;
+      case Operation::Average:
+        end -= 2;
+        end[-1] = firstAverageRow(static_cast<int>(end[-1]), end[0], end[1]);
+        break;
+      case Operation::Choose:
+        end -= 3;
+        end[-1] = end[-1] < end[0] ? end[1] : end[2];
+        break;
+    }
+  }
+  return stack[0];
+}
+
+RowRange ColumnRows::operator()(int count, std::span<const Value> arguments) const {
+  const std::int64_t end = std::int64_t{count} + 1;
+  const std::int64_t first = first_(count, arguments);
+  const std::int64_t last = last_(count, arguments);
+  return {static_cast<int>(std::clamp(first, std::int64_t{1}, end)),
+          static_cast<int>(std::clamp(last, std::int64_t{0}, end - 1))};
 }
 
 RowRange computedRows(const Method& method, const Column& column, int count, std::span<const Value> arguments) {
-  const std::int64_t end = std::int64_t{count} + 1;
-  const std::int64_t first = evaluateRow(column.firstRow, method, count, arguments);
-  const std::int64_t last = evaluateRow(column.lastRow, method, count, arguments);
-  return {static_cast<int>(std::clamp(first, std::int64_t{1}, end)),
-          static_cast<int>(std::clamp(last, std::int64_t{0}, end - 1))};
+  return ColumnRows(method, column)(count, arguments);
+}
+
+std::int64_t evaluateRow(std::string_view expression, const Method& method, int count,
+                         std::span<const Value> arguments) {
+  return RowExpression(expression, method)(count, arguments);
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS::catalogue

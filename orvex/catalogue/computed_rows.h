@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "orvex/catalogue/description.h"
 
@@ -17,16 +18,53 @@ struct RowRange {
   bool contains(int row) const { return first <= row && row <= last; }
 };
 
-/// The rows first..last of a column, cut to 1..`count`, for a call with these arguments (each of its argument's type).
-RowRange computedRows(const Method& method, const Column& column, int count, std::span<const Value> arguments);
-
-/// The value of an expression of whole numbers: names of arguments that are whole numbers, N, numbers, + - * (and \ for
-/// whole division), parentheses, and the functions
+/// An expression of whole numbers, read once for any number of calls of its method: names of arguments that are whole
+/// numbers, N, numbers, + - * (and \ for whole division), parentheses, and the functions
 ///   max(a, b, ...), min(a, b, ...)
 ///   average(code, periods)   the first computed row of the moving average of that code
 ///   average(code, periods, first)   the same of a column that is itself computed from row `first` on
 ///   choose(a < b, x, y)      x where the comparison holds, otherwise y
-/// Error 5 for one that is not well-formed or names something else.
+class RowExpression {
+ public:
+  /// Error 5 for one that is not well-formed or names something else.
+  RowExpression(std::string_view expression, const Method& method);
+
+  /// Its value for a call with these arguments, N being `count`. Error 5 for an argument that is no whole number.
+  std::int64_t operator()(int count, std::span<const Value> arguments) const;
+
+ private:
+  class Reader;
+
+  enum class Operation { Number, Count, Argument, Add, Subtract, Multiply, Divide, Greater, Less, Average, Choose };
+  /// What is done with the values that stand on a stack, as they are found in the expression.
+  struct Step {
+    Operation operation;
+    std::int64_t operand = 0;  // the number, or the place of the argument
+  };
+  /// More values than any expression leaves waiting.
+  static constexpr std::size_t Depth = 16;
+
+  std::vector<Step> steps_;
+};
+
+/// The computed rows of a column, read once for any number of calls of its method.
+class ColumnRows {
+ public:
+  ColumnRows(const Method& method, const Column& column)
+      : first_(column.firstRow, method), last_(column.lastRow, method) {}
+
+  /// The rows first..last, cut to 1..`count`, of a call with these arguments (each of its argument's type).
+  RowRange operator()(int count, std::span<const Value> arguments) const;
+
+ private:
+  RowExpression first_;
+  RowExpression last_;
+};
+
+/// The same for a single call.
+RowRange computedRows(const Method& method, const Column& column, int count, std::span<const Value> arguments);
+
+/// The value of an expression for a single call.
 std::int64_t evaluateRow(std::string_view expression, const Method& method, int count,
                          std::span<const Value> arguments);
 

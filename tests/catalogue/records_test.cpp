@@ -146,5 +146,31 @@ TEST(ComputedRows, BeginWhereEveryInputIsComputed) {
   }
 }
 
+TEST(RowExpressions, AreWorkedOutAsTheyRead) {
+  const catalogue::Method& called = method("Bands.BollingerBands");
+  const std::vector<Value> arguments = argumentsOf(called, {{"Periods", 5}, {"StandardDeviations", 2}, {"MA_Type", 3}});
+  const struct {
+    std::string_view text;
+    std::int64_t value;
+  } cases[] = {
+      {"N", count},
+      {" Periods +1 ", 6},
+      {"2 + 3 * Periods - 4", 13},
+      {"(2 + 3) * Periods", 25},
+      {"20 - 3 - 2", 15},
+      {"N \\ Periods \\ 3", 2},
+      {"max(Periods, 7, 3) - min(9, Periods)", 2},
+      {"choose(Periods < 5, 1, 2) + 10 * choose(MA_Type < 4, 1, 2)", 12},
+      {"average(1, Periods) + 100 * average(1, Periods, 11)", 6 + 100 * 15},
+  };
+  for (const auto& [text, value] : cases)
+    EXPECT_EQ(catalogue::evaluateRow(text, called, count, arguments), value) << text;
+
+  for (const std::string_view text : {"", "N N", "Periods +", "(N", "max(1, 2", "mean(1)", "Period", "average(1)",
+                                      "choose(1, 2, 3)", "1 \\ 0", "Source"}) {
+    EXPECT_FAULT(faults::InvalidCall, catalogue::evaluateRow(text, called, count, arguments)) << text;
+  }
+}
+
 }  // namespace
 }  // namespace orvex::test
