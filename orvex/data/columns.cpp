@@ -19,9 +19,7 @@ std::shared_ptr<Field> makeColumn(Integer count, std::string_view name, std::int
 }
 
 std::shared_ptr<RecordSet> makeRecordSet(std::initializer_list<std::shared_ptr<Field>> columns) {
-  auto recordset = std::make_shared<RecordSet>();
-  for (const std::shared_ptr<Field>& column : columns) recordset->addField(column);
-  return recordset;
+  return std::make_shared<RecordSet>(std::vector<std::shared_ptr<Field>>(columns));
 }
 
 void blank(Field& column, Integer last) {

@@ -29,6 +29,8 @@ class RecordSet {
   static constexpr Fault getNameFault = outOfBounds("Recordset.getName.ArrayOutOfBounds");
 
   RecordSet() = default;
+  /// A set of these fields, in this order.
+  explicit RecordSet(std::vector<std::shared_ptr<Field>> fields) : fields_(std::move(fields)) {}
   RecordSet(const RecordSet&) = delete;
   RecordSet& operator=(const RecordSet&) = delete;
 
