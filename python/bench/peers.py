@@ -67,7 +67,6 @@ def pairs(p: dict[str, Any]) -> dict[str, tuple[Callable[[], Any], Callable[[], 
     import orvex as ox
 
     h, l, c, v = (p[name] for name in ("high", "low", "close", "volume"))  # noqa: E741
-    hlc = {"high": h, "low": l, "close": c}
     return {
         "SMA 20": (lambda: ox.simple_moving_average(c, 20), lambda: talib.SMA(c, 20)),
         "EMA 20": (lambda: ox.exponential_moving_average(c, 20), lambda: talib.EMA(c, 20)),
@@ -86,15 +85,18 @@ def pairs(p: dict[str, Any]) -> dict[str, tuple[Callable[[], Any], Callable[[], 
         "HHV 20": (lambda: ox.hhv(high=h, periods=20), lambda: talib.MAX(h, 20)),
         "LLV 20": (lambda: ox.llv(low=l, periods=20), lambda: talib.MIN(l, 20)),
         "MEDPRICE": (lambda: ox.median_price(high=h, low=l), lambda: talib.MEDPRICE(h, l)),
-        "TYPPRICE": (lambda: ox.typical_price(**hlc), lambda: talib.TYPPRICE(h, l, c)),
-        "WCLPRICE": (lambda: ox.weighted_close(**hlc), lambda: talib.WCLPRICE(h, l, c)),
-        "TRANGE": (lambda: ox.true_range(**hlc), lambda: talib.TRANGE(h, l, c)),
-        "ATR 14": (lambda: ox.average_true_range(**hlc), lambda: talib.ATR(h, l, c, 14)),
-        "CCI 20": (lambda: ox.commodity_channel_index(**hlc, periods=20), lambda: talib.CCI(h, l, c, 20)),
-        "WILLR 14": (lambda: ox.williams_pct_r(**hlc, periods=14), lambda: talib.WILLR(h, l, c, 14)),
-        "ULTOSC": (lambda: ox.ultimate_oscillator(**hlc), lambda: talib.ULTOSC(h, l, c)),
+        "TYPPRICE": (lambda: ox.typical_price(high=h, low=l, close=c), lambda: talib.TYPPRICE(h, l, c)),
+        "WCLPRICE": (lambda: ox.weighted_close(high=h, low=l, close=c), lambda: talib.WCLPRICE(h, l, c)),
+        "TRANGE": (lambda: ox.true_range(high=h, low=l, close=c), lambda: talib.TRANGE(h, l, c)),
+        "ATR 14": (lambda: ox.average_true_range(high=h, low=l, close=c), lambda: talib.ATR(h, l, c, 14)),
+        "CCI 20": (
+            lambda: ox.commodity_channel_index(high=h, low=l, close=c, periods=20),
+            lambda: talib.CCI(h, l, c, 20),
+        ),
+        "WILLR 14": (lambda: ox.williams_pct_r(high=h, low=l, close=c, periods=14), lambda: talib.WILLR(h, l, c, 14)),
+        "ULTOSC": (lambda: ox.ultimate_oscillator(high=h, low=l, close=c), lambda: talib.ULTOSC(h, l, c)),
         "MFI 14": (
-            lambda: ox.money_flow_index(**hlc, volume=v, periods=14),
+            lambda: ox.money_flow_index(high=h, low=l, close=c, volume=v, periods=14),
             lambda: talib.MFI(h, l, c, v, 14),
         ),
         "OBV": (lambda: ox.on_balance_volume(c, v), lambda: talib.OBV(c, v)),
@@ -102,7 +104,7 @@ def pairs(p: dict[str, Any]) -> dict[str, tuple[Callable[[], Any], Callable[[], 
         "MACD": (lambda: ox.macd(c), lambda: talib.MACD(c)),
         "BBANDS 20": (lambda: ox.bollinger_bands(c, 20, 2), lambda: talib.BBANDS(c, 20, 2.0, 2.0)),
         "STOCH 14 3 3": (
-            lambda: ox.stochastic_oscillator(**hlc, k_periods=14, k_slowing_periods=3, d_periods=3),
+            lambda: ox.stochastic_oscillator(high=h, low=l, close=c, k_periods=14, k_slowing_periods=3, d_periods=3),
             lambda: talib.STOCH(h, l, c, 14, 3, 0, 3, 0),
         ),
         "AROON 14": (
@@ -110,7 +112,7 @@ def pairs(p: dict[str, Any]) -> dict[str, tuple[Callable[[], Any], Callable[[], 
             lambda: (talib.AROON(h, l, 14), talib.AROONOSC(h, l, 14)),
         ),
         "DMS 14": (
-            lambda: ox.directional_movement_system(**hlc, periods=14),
+            lambda: ox.directional_movement_system(high=h, low=l, close=c, periods=14),
             lambda: (
                 talib.ADX(h, l, c, 14),
                 talib.ADXR(h, l, c, 14),

@@ -1,6 +1,6 @@
 #include "native/column.h"
 
-#include <bit>
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <new>
@@ -42,7 +42,11 @@ constexpr std::int64_t ArrowNullable = 2;
 
 struct ColumnObject {
   PyObject_HEAD ResultColumn column;
+  std::string name;
 };
+
+/// Copying so many rows into an array that owns them costs less than an object that keeps the library's for it.
+constexpr std::size_t CopiedRows = 512;
 
 PyTypeObject* columnType = nullptr;
 
@@ -50,9 +54,14 @@ ResultColumn& columnOf(PyObject* self) {
   return reinterpret_cast<ColumnObject*>(self)->column;
 }
 
+std::string& titleOf(PyObject* self) {
+  return reinterpret_cast<ColumnObject*>(self)->name;
+}
+
 void freeColumn(PyObject* self) {
   PyTypeObject* type = Py_TYPE(self);
   columnOf(self).~ResultColumn();
+  std::destroy_at(&titleOf(self));
   type->tp_free(self);
   Py_DECREF(type);
 }
@@ -123,11 +132,11 @@ ArrowArray exportRows(const ResultColumn& column) {
   return array;
 }
 
-ArrowSchema exportType(const ResultColumn& column) {
+ArrowSchema exportType(const std::string& title) {
   ArrowSchema schema{};
-  auto* name = new char[column.name.size() + 1];
-  column.name.copy(name, column.name.size());
-  name[column.name.size()] = '\0';
+  auto* name = new char[title.size() + 1];
+  title.copy(name, title.size());
+  name[title.size()] = '\0';
   schema.format = "g";
   schema.name = name;
   schema.flags = ArrowNullable;
@@ -152,7 +161,7 @@ PyObject* capsuleOf(Structure structure, const char* name) {
 }
 
 PyObject* arrow(PyObject* self, PyObject*, PyObject*) {
-  PyObject* schema = capsuleOf(exportType(columnOf(self)), "arrow_schema");
+  PyObject* schema = capsuleOf(exportType(titleOf(self)), "arrow_schema");
   if (schema == nullptr) return nullptr;
   PyObject* array = capsuleOf(exportRows(columnOf(self)), "arrow_array");
   if (array == nullptr) {
@@ -163,7 +172,7 @@ PyObject* arrow(PyObject* self, PyObject*, PyObject*) {
 }
 
 PyObject* nameOf(PyObject* self, void*) {
-  const std::string& name = columnOf(self).name;
+  const std::string& name = titleOf(self);
   return PyUnicode_DecodeUTF8(name.data(), static_cast<Py_ssize_t>(name.size()), "replace");
 }
 
@@ -205,14 +214,23 @@ int addColumnType(PyObject* module) {
   return columnType == nullptr ? -1 : PyModule_AddType(module, columnType);
 }
 
-PyObject* newColumn(ResultColumn column) {
+PyObject* newColumn(std::string name, ResultColumn column) {
   PyObject* self = columnType->tp_alloc(columnType, 0);
-  if (self != nullptr) new (&columnOf(self)) ResultColumn(std::move(column));
+  if (self == nullptr) return nullptr;
+  new (&columnOf(self)) ResultColumn(std::move(column));
+  new (&titleOf(self)) std::string(std::move(name));
   return self;
 }
 
 PyObject* newArray(ResultColumn column) {
-  return arrayOf(newColumn(std::move(column)));
+  const std::span<const double> rows = column.rows.values;
+  if (rows.size() > CopiedRows) return arrayOf(newColumn({}, std::move(column)));
+  auto length = static_cast<npy_intp>(rows.size());
+  PyObject* array = PyArray_SimpleNew(1, &length, NPY_DOUBLE);
+  if (array != nullptr) {
+    std::ranges::copy(rows, static_cast<double*>(PyArray_DATA(reinterpret_cast<PyArrayObject*>(array))));
+  }
+  return array;
 }
 
 }  // namespace orvex::python

@@ -2,6 +2,8 @@
 
 #include <Python.h>
 
+#include <string>
+
 #include "native/computation.h"
 
 /// Columns of results as objects of Python, whose rows arrays view without a copy.
@@ -14,7 +16,7 @@ namespace orvex::python {
 int addColumnType(PyObject* module);
 
 /// A new reference, or null with an exception set.
-PyObject* newColumn(ResultColumn column);
+PyObject* newColumn(std::string name, ResultColumn column);
 
 /// A NumPy array of the rows, a new reference; null with an exception set on failure.
 PyObject* newArray(ResultColumn column);

@@ -1,6 +1,7 @@
 #include "native/computation.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -20,20 +21,71 @@ using catalogue::Value;
 
 constexpr double NotComputed = std::numeric_limits<double>::quiet_NaN();
 
-std::shared_ptr<Field> viewColumn(Span rows, std::string_view name) {
-  auto column = std::make_shared<Field>();
-  // The caller keeps the rows, and the column does not outlive the call.
-  column->view({rows, std::shared_ptr<const void>(std::shared_ptr<void>(), rows.data())}, name);
-  return column;
+/// A reference to what lives on the stack for longer than whoever is handed it.
+template <class T>
+std::shared_ptr<T> borrowed(T& object) {
+  return {std::shared_ptr<void>(), &object};
 }
 
-std::shared_ptr<RecordSet> viewPrices(const Request& request) {
-  auto set = std::make_shared<RecordSet>();
-  for (std::size_t i = 0; i < PriceCount; ++i) {
-    if (request.prices[i]) set->addField(viewColumn(*request.prices[i], Database::PriceNames[i]));
+/// Room for so many fields where it stands. An array of optional ones would be filled with zeros first, which takes
+/// as long as a whole column of a short series.
+template <std::size_t Capacity>
+class Fields {
+ public:
+  Fields() = default;
+  Fields(const Fields&) = delete;
+  Fields& operator=(const Fields&) = delete;
+  ~Fields() { std::destroy_n(at(0), count_); }
+
+  Field& add() {
+    Field* const made = std::construct_at(at(count_));
+    ++count_;
+    return *made;
   }
-  return set;
-}
+
+ private:
+  Field* at(std::size_t place) { return reinterpret_cast<Field*>(room_) + place; }
+
+  alignas(Field) std::byte room_[Capacity * sizeof(Field)];
+  std::size_t count_ = 0;
+};
+
+/// The objects that a method takes in place of columns in memory. They live as long as its call.
+class Objects {
+ public:
+  explicit Objects(const Request& request) : request_(request) {}
+
+  std::shared_ptr<Database> series() {
+    data_.emplace(static_cast<std::int64_t>(request_.count));
+    data_->MoveFirst();
+    return borrowed(*data_);
+  }
+
+  std::shared_ptr<Field> column(std::size_t argument) {
+    return view(request_.columns[argument], request_.function->method->arguments[argument].name);
+  }
+
+  std::shared_ptr<RecordSet> prices() {
+    std::vector<std::shared_ptr<Field>> fields;
+    fields.reserve(PriceCount);
+    for (std::size_t i = 0; i < PriceCount; ++i) {
+      if (request_.prices[i]) fields.push_back(view(*request_.prices[i], Database::PriceNames[i]));
+    }
+    return borrowed(set_.emplace(std::move(fields)));
+  }
+
+ private:
+  std::shared_ptr<Field> view(Span rows, std::string_view name) {
+    Field& field = fields_.add();
+    field.view({rows, std::shared_ptr<const void>(std::shared_ptr<void>(), rows.data())}, name);
+    return borrowed(field);
+  }
+
+  const Request& request_;
+  std::optional<Database> data_;
+  Fields<MostArguments + PriceCount> fields_;
+  std::optional<RecordSet> set_;
+};
 
 /// The rows in which every column of the request has begun and none has ended.
 RowRange rowsWithValues(const Request& request) {
@@ -65,16 +117,15 @@ Value usualValue(const Argument& argument, RowRange part) {
 
 Result withoutValues(const Request& request) {
   Result result;
-  for (const catalogue::Column& column : request.function->method->columns) {
-    OwnRows rows = newRows(request.count);
-    std::ranges::fill(rows.values, request.keepWarmUp ? 0.0 : NotComputed);
-    result.columns.push_back({columnTitle(*request.function, column), std::move(rows), {1, 0}});
+  for (std::size_t i = 0; i < request.function->method->columns.size(); ++i) {
+    result.columns[i].rows = newRows(request.count);
+    std::ranges::fill(result.columns[i].rows.values, request.keepWarmUp ? 0.0 : NotComputed);
   }
   return result;
 }
 
 ResultColumn takeColumn(Field& column, RowRange computed, bool keepWarmUp) {
-  ResultColumn taken{column.getName(), column.releaseRows(), computed};
+  ResultColumn taken{column.releaseRows(), computed};
   if (!keepWarmUp) {
     const std::span<double> rows = taken.rows.values;
     const auto first = std::min(rows.size(), static_cast<std::size_t>(std::max(0, computed.first - 1)));
@@ -100,9 +151,9 @@ std::array<std::vector<double>, PriceCount> trialPrices() {
   return prices;
 }
 
-bool computes(const Request& request) {
+bool computes(Request request) {
   try {
-    compute(request);
+    compute(std::move(request));
     return true;
   } catch (const Refusal&) {
     return false;
@@ -113,8 +164,7 @@ bool computes(const Request& request) {
 
 std::array<bool, PriceCount> findPricesRead(const Function& function) {
   static const auto prices = trialPrices();
-  Request request;
-  request.function = &function;
+  Request request(function);
   request.count = prices[0].size();
   std::array<bool, PriceCount> read{};
   for (std::size_t i = 0; i < PriceCount; ++i) request.prices[i] = prices[i];
@@ -133,53 +183,48 @@ std::array<bool, PriceCount> findPricesRead(const Function& function) {
   return read;
 }
 
-Result compute(const Request& request) {
+Result compute(Request&& request) {
   const Function& function = *request.function;
   const catalogue::Method& method = *function.method;
-  const bool onRows = std::ranges::any_of(function.parameters, [](const Parameter& one) {
-    return one.kind == Parameter::Kind::Column || one.kind == Parameter::Kind::Prices;
-  });
   const RowRange part = rowsWithValues(request);
-  if (onRows && part.first > part.last && function.makesColumns()) return withoutValues(request);
+  if (function.takesColumns && part.first > part.last && function.makesColumns()) return withoutValues(request);
 
-  std::array<Value, MostArguments> values;
-  const std::span<Value> arguments = std::span(values).first(method.arguments.size());
-  std::copy_n(request.values.begin(), arguments.size(), arguments.begin());
+  Objects objects(request);
+  const std::span<Value> arguments = std::span(request.values).first(method.arguments.size());
   try {
     for (std::size_t i = 0; i < arguments.size(); ++i) {
       const Argument& argument = method.arguments[i];
       if (argument.type == Type::Database) {
-        auto data = std::make_shared<Database>(static_cast<std::int64_t>(request.count));
-        data->MoveFirst();
-        arguments[i] = std::move(data);
+        arguments[i] = objects.series();
       } else if (argument.type == Type::RecordSet) {
-        arguments[i] = viewPrices(request);
+        arguments[i] = objects.prices();
       } else if (argument.type == Type::Field) {
-        arguments[i] = viewColumn(request.columns[i], argument.name);
+        arguments[i] = objects.column(i);
       } else if (std::holds_alternative<Missing>(arguments[i])) {
         arguments[i] = usualValue(argument, part);
       }
     }
-    catalogue::ValuedCall outcome;
+    Value returned;
+    std::array<RowRange, MostColumns> computed{};
     if (part.first == 1 && part.last == static_cast<int>(request.count)) {
       // The usual case, whose arguments are of their types already.
-      outcome.result = method.invoke(function.object.get(), arguments);
-      for (const catalogue::Column& column : method.columns) {
-        outcome.computed.push_back(catalogue::computedRows(method, column, part.last, arguments));
+      returned = method.invoke(function.object.get(), arguments);
+      for (std::size_t i = 0; i < method.columns.size(); ++i) {
+        computed[i] = function.computedRows[i](part.last, arguments);
       }
     } else {
-      outcome = catalogue::callOnValues(method, function.object.get(), arguments);
+      catalogue::ValuedCall outcome = catalogue::callOnValues(method, function.object.get(), arguments);
+      returned = std::move(outcome.result);
+      std::ranges::copy(outcome.computed, computed.begin());
     }
     Result result;
-    const auto* set = std::get_if<std::shared_ptr<RecordSet>>(&outcome.result);
-    if (set == nullptr) {
-      result.value = std::move(outcome.result);
+    if (!function.makesColumns()) {
+      result.value = std::move(returned);
       return result;
     }
-    const auto fields = (*set)->fields();
-    result.columns.reserve(fields.size());
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-      result.columns.push_back(takeColumn(*fields[i], outcome.computed[i], request.keepWarmUp));
+    const auto fields = std::get<std::shared_ptr<RecordSet>>(returned)->fields();
+    for (std::size_t i = 0; i < method.columns.size(); ++i) {
+      result.columns[i] = takeColumn(*fields[i], computed[i], request.keepWarmUp);
     }
     return result;
   } catch (const Error& error) {

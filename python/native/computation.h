@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <optional>
 #include <span>
-#include <string>
-#include <vector>
 
 #include "native/functions.h"
 #include "orvex/catalogue/call_on_values.h"
@@ -16,13 +14,16 @@
 namespace orvex::python {
 
 inline constexpr std::size_t MostArguments = decltype(catalogue::Method::arguments)::capacity;
+inline constexpr std::size_t MostColumns = decltype(catalogue::Method::columns)::capacity;
 inline constexpr std::size_t PriceCount = Database::PriceNames.size();
 
 using Span = std::span<const double>;
 
 /// What a function is called with. The columns are of one length and stand still until the call returns.
 struct Request {
-  const Function* function = nullptr;
+  explicit Request(const Function& called) : function(&called) {}
+
+  const Function* function;
   std::size_t count = 0;
   std::array<Span, MostArguments> columns{};  // of the arguments that are columns
   std::array<std::optional<Span>, PriceCount> prices{};
@@ -30,15 +31,15 @@ struct Request {
   bool keepWarmUp = false;  // leaves in rows that are not computed what the library has there, in place of NaN
 };
 
+/// The rows of a result column, whose name is its function's to tell.
 struct ResultColumn {
-  std::string name;
   OwnRows rows;
-  catalogue::RowRange computed;
+  catalogue::RowRange computed{1, 0};
 };
 
-/// Columns, or one value: a note, a number or a truth.
+/// Columns, as many as the method has, or one value: a note, a number or a truth.
 struct Result {
-  std::vector<ResultColumn> columns;
+  std::array<ResultColumn, MostColumns> columns;
   catalogue::Value value;
 };
 
@@ -48,9 +49,9 @@ struct Refusal {
   std::optional<catalogue::Gap> gap;  // the row that has no value and is to blame
 };
 
-/// Makes the call. Rows are skipped and told as `callOnValues` has it; where no row has values, columns have none
-/// either. Throws a Refusal.
-Result compute(const Request& request);
+/// Makes the call, which uses the request up. Rows are skipped and told as `callOnValues` has it; where no row has
+/// values, columns have none either. Throws a Refusal.
+Result compute(Request&& request);
 
 /// The prices without which the method of a function fails, found by trying: of a set it takes what it wants, and no
 /// description says what that is.

@@ -5,6 +5,8 @@
 
 #include <limits>
 #include <new>
+#include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -125,35 +127,59 @@ bool readArguments(const Function& function, const Given& given, Request& reques
   return true;
 }
 
-/// Null with an exception set where the call fails.
-PyObject* resultOf(FunctionObject& callee, Result result, bool asColumns) {
-  if (!callee.function->makesColumns()) return newValue(result.value);
-  if (result.columns.size() == 1 && !asColumns) return newArray(std::move(result.columns.front()));
-  nb::object columns = nb::steal(PyTuple_New(static_cast<Py_ssize_t>(result.columns.size())));
-  if (!columns.is_valid()) return nullptr;
-  for (std::size_t i = 0; i < result.columns.size(); ++i) {
-    PyObject* column = asColumns ? newColumn(std::move(result.columns[i])) : newArray(std::move(result.columns[i]));
-    if (column == nullptr) return nullptr;
-    PyTuple_SET_ITEM(columns.ptr(), static_cast<Py_ssize_t>(i), column);
+/// The name that the caller gave to the result's columns; empty where it gave none.
+std::string aliasOf(const Request& request) {
+  for (const Parameter& parameter : request.function->parameters) {
+    if (parameter.kind != Kind::Alias) continue;
+    const auto* alias = std::get_if<std::string>(&request.values[parameter.argument]);
+    if (alias != nullptr) return *alias;
   }
-  if (asColumns) return columns.release().ptr();
+  return {};
+}
+
+/// Null with an exception set where the call fails.
+PyObject* arraysOf(FunctionObject& callee, Result& result) {
+  const std::size_t count = callee.function->method->columns.size();
+  if (count == 1) return newArray(std::move(result.columns[0]));
   if (callee.resultType == nullptr) {
     callee.resultType = helper("orvex._results", "result_type")(callee.index).release().ptr();
   }
-  // A subclass of tuple, whose own constructor takes the values one by one.
-  const nb::object arguments = nb::make_tuple(columns);
-  return PyTuple_Type.tp_new(reinterpret_cast<PyTypeObject*>(callee.resultType), arguments.ptr(), nullptr);
+  // A subclass of tuple, whose own constructor would take the values one by one.
+  auto* type = reinterpret_cast<PyTypeObject*>(callee.resultType);
+  nb::object arrays = nb::steal(type->tp_alloc(type, static_cast<Py_ssize_t>(count)));
+  if (!arrays.is_valid()) return nullptr;
+  for (std::size_t i = 0; i < count; ++i) {
+    PyObject* array = newArray(std::move(result.columns[i]));
+    if (array == nullptr) return nullptr;
+    PyTuple_SET_ITEM(arrays.ptr(), static_cast<Py_ssize_t>(i), array);
+  }
+  return arrays.release().ptr();
 }
 
-PyObject* computeFor(FunctionObject& callee, const Request& request, bool asColumns) {
+/// Null with an exception set where the call fails.
+PyObject* columnsOf(const Function& function, Result& result, std::string_view alias) {
+  const auto& columns = function.method->columns;
+  nb::object made = nb::steal(PyTuple_New(static_cast<Py_ssize_t>(columns.size())));
+  if (!made.is_valid()) return nullptr;
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    PyObject* column = newColumn(columnTitle(function, columns[i], alias), std::move(result.columns[i]));
+    if (column == nullptr) return nullptr;
+    PyTuple_SET_ITEM(made.ptr(), static_cast<Py_ssize_t>(i), column);
+  }
+  return made.release().ptr();
+}
+
+PyObject* computeFor(FunctionObject& callee, Request& request, bool asColumns) {
+  const Function& function = *callee.function;
   try {
-    if (request.count < ReleasesLockFrom) return resultOf(callee, compute(request), asColumns);
-    Result result;
-    {
-      nb::gil_scoped_release others;
-      result = compute(request);
-    }
-    return resultOf(callee, std::move(result), asColumns);
+    std::string alias;
+    if (asColumns) alias = aliasOf(request);
+    std::optional<nb::gil_scoped_release> others;
+    if (request.count >= ReleasesLockFrom) others.emplace();
+    Result result = compute(std::move(request));
+    others.reset();
+    if (!function.makesColumns()) return newValue(result.value);
+    return asColumns ? columnsOf(function, result, alias) : arraysOf(callee, result);
   } catch (const Refusal& refusal) {
     setRefusal(*callee.function, refusal);
   } catch (nb::python_error& error) {
@@ -186,8 +212,7 @@ PyObject* call(PyObject* object, PyObject* const* arguments, std::size_t flags, 
   FunctionObject& callee = self(object);
   const auto count = static_cast<std::size_t>(PyVectorcall_NARGS(flags));
   Given given{};
-  Request request;
-  request.function = callee.function;
+  Request request(*callee.function);
   if (matchArguments(callee, arguments, count, keywords, given) && readArguments(*callee.function, given, request)) {
     return computeFor(callee, request, false);
   }
@@ -197,8 +222,7 @@ PyObject* call(PyObject* object, PyObject* const* arguments, std::size_t flags, 
 PyObject* columns(PyObject* object, PyObject* const* arguments, Py_ssize_t count, PyObject* keywords) {
   FunctionObject& callee = self(object);
   Given given{};
-  Request request;
-  request.function = callee.function;
+  Request request(*callee.function);
   if (matchArguments(callee, arguments, static_cast<std::size_t>(count), keywords, given) &&
       readArguments(*callee.function, given, request)) {
     return computeFor(callee, request, true);

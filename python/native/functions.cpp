@@ -44,10 +44,13 @@ void addParameters(std::vector<Parameter>& parameters, const Argument& argument,
 }
 
 Function describe(const catalogue::Class& owner, const catalogue::Method& method, const std::shared_ptr<void>& object) {
-  Function function{&owner, &method, catalogue::snakeCase(method.name), std::string(), {}, object};
+  Function function{&owner, &method, catalogue::snakeCase(method.name), {}, {}, {}, object};
   for (std::size_t i = 0; i < method.arguments.size(); ++i) {
     addParameters(function.parameters, method.arguments[i], i);
   }
+  function.takesColumns = std::ranges::any_of(
+      function.parameters, [](const Parameter& one) { return one.kind == Kind::Column || one.kind == Kind::Prices; });
+  for (const catalogue::Column& column : method.columns) function.computedRows.emplace_back(method, column);
   if (function.makesColumns()) {
     function.parameters.push_back({Kind::By, "by", 0, true});
     function.parameters.push_back({Kind::WarmUp, "warmup", 0, true});
@@ -101,9 +104,11 @@ std::string attributeName(std::string_view name) {
   return text;
 }
 
-std::string columnTitle(const Function& function, const catalogue::Column& column) {
+std::string columnTitle(const Function& function, const catalogue::Column& column, std::string_view alias) {
   for (const Argument& argument : function.method->arguments) {
-    if (argument.type == Type::String) return catalogue::columnName(column, argument.otherwise.text);
+    if (argument.type == Type::String) {
+      return catalogue::columnName(column, alias.empty() ? argument.otherwise.text : alias);
+    }
   }
   return std::string(column.name);
 }

@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "orvex/catalogue/computed_rows.h"
 #include "orvex/catalogue/description.h"
 
 /// The library's calculations as functions of Python: names, parameters and what stands for one that is left out.
@@ -36,7 +38,9 @@ struct Function {
   std::string name;    // snake_case
   std::string module;  // within the package; empty for the package itself
   std::vector<Parameter> parameters;
-  std::shared_ptr<void> object;  // a calculator, which any number of calls may share
+  std::vector<catalogue::ColumnRows> computedRows;  // of each column of the result
+  std::shared_ptr<void> object;                     // a calculator, which any number of calls may share
+  bool takesColumns = false;
 
   bool makesColumns() const { return method->result == catalogue::Type::RecordSet; }
 };
@@ -44,8 +48,8 @@ struct Function {
 /// All of them, in the order of the catalogue.
 const std::vector<Function>& functions();
 
-/// The name of a column of the result, with the default name where it follows the alias.
-std::string columnTitle(const Function& function, const catalogue::Column& column);
+/// The name of a column of the result, with the default name where it follows the alias and none is given.
+std::string columnTitle(const Function& function, const catalogue::Column& column, std::string_view alias = {});
 
 /// Such a name as that of an attribute: "DI+" becomes "di_plus", "%K" becomes "k".
 std::string attributeName(std::string_view name);

@@ -92,7 +92,7 @@ class GroupRun::Worker {
       }
     });
     try {
-      const Result result = compute(request);
+      const Result result = compute(std::move(request));
       for (std::size_t c = 0; c < study.results.size(); ++c) {
         spread(result.columns[c].rows.values, study.results[c], first);
       }

@@ -43,12 +43,11 @@ nb::tuple makeGroups(nb::handle codes, std::size_t count) {
 
 /// A study of run_groups: a function and its plain arguments by name, on columns of `rows` rows.
 Study readStudy(nb::handle function, nb::dict arguments, std::size_t rows, nb::list results) {
-  const auto index = nb::cast<std::size_t>(function.attr("index"));
-  Study study;
-  study.request.function = &functions().at(index);
+  const Function& called = functions().at(nb::cast<std::size_t>(function.attr("index")));
+  Study study{Request(called), {}};
   study.request.count = rows;
-  const catalogue::Method& method = *study.request.function->method;
-  for (const Parameter& parameter : study.request.function->parameters) {
+  const catalogue::Method& method = *called.method;
+  for (const Parameter& parameter : called.parameters) {
     const nb::object name = nb::str(parameter.name.c_str());
     if (!arguments.contains(name)) continue;
     const nb::object value = arguments[name];
