@@ -87,7 +87,7 @@ make_environment() {
     local mark
     mark=$(sha256sum "$2")
     if [[ $(cat "$1/made-of" 2>/dev/null) != "$mark" ]]; then
-        say "Installing $(grep -c '^[^#]' "$2") Python packages into $1"
+        say "Installing $(grep -c '^[[:alnum:]]' "$2") Python packages into $1"
         rm -rf "$1"
         "${PYTHON:-python3}" -m venv "$1"
         "$1/bin/pip" install -q --disable-pip-version-check -r "$2" ||
