@@ -3,16 +3,19 @@
 from __future__ import annotations
 
 import os
+import re
 import signal
 import time
 from collections.abc import Iterator
 from functools import partial
+from pathlib import Path
 from typing import Any
 
 import dask
 import dask.dataframe as dd
 import numpy as np
 import pandas as pd
+import psutil
 import pytest
 from conftest import make_symbols
 from distributed import Client, LocalCluster
@@ -85,6 +88,50 @@ def test_on_a_cluster_with_warnings(table: pd.DataFrame, cluster: Client) -> Non
         time.sleep(0.5)  # it comes by way of the scheduler
     with pytest.warns(ox.SymbolWarning):
         same(result, ox.relative_strength_index(damaged, by="symbol"))
+
+
+LARGE_ROWS = 600_000
+
+
+def make_large_part(number: int, on_index: bool) -> pd.DataFrame:
+    """Return a partition of 30 symbols, without needing more memory than it takes."""
+    index = np.arange(LARGE_ROWS)
+    close = 1000.0 + index * 7 % 11 - index * 5 % 13
+    names = np.repeat(pd.array([f"S{number:02}{symbol:02}" for symbol in range(30)], dtype="str"), LARGE_ROWS // 30)
+    prices = {name: close.copy() for name in ("open", "high", "low", "close", "volume")}
+    part = pd.DataFrame({"symbol": names, **prices}, copy=False)
+    return part.set_index("symbol") if on_index else part
+
+
+def forget_peak() -> int:
+    """Return the bytes that this process holds; from now on its peak is counted anew."""
+    Path("/proc/self/clear_refs").write_text("5")
+    return psutil.Process().memory_info().rss
+
+
+def peak() -> int:
+    """Return the most bytes that this process has held."""
+    status = Path("/proc/self/status").read_text()
+    return 1024 * int(re.findall(r"VmHWM:\s*(\d+) kB", status)[0])
+
+
+@pytest.mark.measures
+@pytest.mark.parametrize("on_index", [True, False], ids=["divisions", "shuffle"])
+def test_a_worker_needs_three_times_its_largest_partition(cluster: Client, on_index: bool) -> None:
+    parts = 6
+    divisions = [f"S{number:02}00" for number in range(parts)] + [f"S{parts:02}"] if on_index else None
+
+    frame = dd.from_map(
+        make_large_part, range(parts), on_index=on_index, meta=make_large_part(0, on_index), divisions=divisions
+    )
+    rows = ox.macd(frame, by="symbol").map_partitions(len, meta=("rows", int))
+    size = int(make_large_part(0, on_index).memory_usage(deep=True).sum())
+    before = cluster.run(forget_peak)
+    assert cluster.compute(rows).result(timeout=300).sum() == parts * LARGE_ROWS
+    after = cluster.run(peak)
+    assert len(after) == 2
+    for worker, most in after.items():
+        assert most - before[worker] < 3 * size, (most - before[worker]) / size
 
 
 def make_part(number: int, seconds: float = 0.3) -> pd.DataFrame:

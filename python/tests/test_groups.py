@@ -164,6 +164,7 @@ def test_progress_shows_from_a_second_on(monkeypatch: pytest.MonkeyPatch, capsys
     assert "symbols" in capsys.readouterr().err
 
 
+@pytest.mark.measures
 @pytest.mark.parametrize("symbols", [4000, 1])
 def test_an_interrupt_ends_it_at_once(symbols: int) -> None:
     """Many symbols, or a single long one: within half a second, with no thread left."""

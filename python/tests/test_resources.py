@@ -20,6 +20,7 @@ import orvex as ox
 from orvex import _native
 
 
+@pytest.mark.measures
 @pytest.mark.parametrize(
     ("call", "times"),
     [
@@ -125,6 +126,7 @@ def test_a_subinterpreter_is_refused() -> None:
     assert told.startswith("refused:")
 
 
+@pytest.mark.measures
 def test_importing_is_quick() -> None:
     """At most 60 ms beyond NumPy, the best of five; nothing but NumPy is imported."""
     best = min(
