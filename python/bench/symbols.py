@@ -14,8 +14,9 @@ import os
 import statistics
 import time
 import warnings
-from collections.abc import Callable
+from collections.abc import Callable, Iterator
 from functools import partial
+from itertools import count
 from typing import Any
 
 import numpy as np
@@ -51,10 +52,10 @@ TWENTY: dict[str, Callable[..., Any]] = {
 def make_part(number: int, symbols: int) -> pd.DataFrame:
     """Return the rows of some symbols, those of each together."""
     random = np.random.default_rng(number)
-    count = symbols * ROWS
+    rows = symbols * ROWS
     close = np.round(1000 + random.normal(scale=0.5, size=(symbols, ROWS)).cumsum(axis=1), 2).ravel()
-    high = np.round(close + random.uniform(0.01, 1, count), 2)
-    low = np.round(close - random.uniform(0.01, 1, count), 2)
+    high = np.round(close + random.uniform(0.01, 1, rows), 2)
+    low = np.round(close - random.uniform(0.01, 1, rows), 2)
     names = [f"S{number:03}{symbol:04}" for symbol in range(symbols)]
     return pd.DataFrame(
         {
@@ -63,7 +64,7 @@ def make_part(number: int, symbols: int) -> pd.DataFrame:
             "high": high,
             "low": low,
             "close": close,
-            "volume": random.integers(1_000, 100_000, count).astype(float),
+            "volume": random.integers(1_000, 100_000, rows).astype(float),
         }
     )
 
@@ -137,7 +138,7 @@ def measure_cluster(symbols: int) -> None:
         distributed.LocalCluster(n_workers=2, threads_per_worker=1, processes=True, dashboard_address=None) as cluster,
         distributed.Client(cluster) as client,
     ):
-        meta = make_part(0, 1).iloc[:0].astype({"symbol": "object"})
+        meta = make_part(0, 1).iloc[:0].astype({"symbol": "str"})
         make = partial(_make_plain, symbols=each)
         frame = dd.from_map(make, range(parts), meta=meta).persist()
         _ = len(frame)
@@ -150,17 +151,21 @@ def measure_cluster(symbols: int) -> None:
         _ = len(indexed)
         for title, table in (("index with divisions", indexed), ("shuffled", frame)):
             lazy = ox.indicators(table, TWENTY, by="symbol")
-            seconds = best(partial(_run, client, lazy), 3)
+            seconds = best(partial(_run, client, lazy, count()), 3)
             print(f"two workers  {parts * each / seconds:>10.0f}   {title}")
 
 
-def _run(client: Any, lazy: Any) -> None:
-    """Compute on the workers and leave the result there."""
-    client.compute(lazy.map_partitions(len)).result()
+def _rows(part: pd.DataFrame, number: int) -> pd.Series[int]:
+    return pd.Series([len(part), number])
+
+
+def _run(client: Any, lazy: Any, numbers: Iterator[int]) -> None:
+    """Compute on the workers, and what no call before has asked for: a cluster may still have that."""
+    client.compute(lazy.map_partitions(_rows, next(numbers), meta=(None, int))).result()
 
 
 def _make_plain(number: int, symbols: int) -> pd.DataFrame:
-    return make_part(number, symbols).astype({"symbol": "object"})
+    return make_part(number, symbols).astype({"symbol": "str"})
 
 
 def _make_indexed(number: int, symbols: int) -> pd.DataFrame:
