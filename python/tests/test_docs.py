@@ -11,7 +11,7 @@ from conftest import ROOT
 from nbclient import NotebookClient
 
 
-@pytest.mark.parametrize("page", ["docs/python.md", "README.md"])
+@pytest.mark.parametrize("page", ["docs/python.md", "docs/scale.md", "README.md"])
 def test_each_block_runs(page: str, monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]) -> None:
     """In one namespace, in their order, as a reader would type them, in the repository's folder."""
     monkeypatch.chdir(ROOT)
