@@ -30,6 +30,8 @@ import polars as pl
 PACKAGE = """from orvex._errors import OrvexError as OrvexError
 from orvex._errors import SymbolWarning as SymbolWarning
 from orvex._groups import indicators as indicators
+from orvex._live import Kept as Kept
+from orvex._live import Live as Live
 from orvex._reader import read as read
 from orvex._results import Note as Note
 

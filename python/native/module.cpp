@@ -13,6 +13,7 @@
 #include "native/column.h"
 #include "native/function_object.h"
 #include "native/groups.h"
+#include "native/live.h"
 #include "native/reader.h"
 
 namespace nb = nanobind;
@@ -148,6 +149,7 @@ NB_MODULE(_native, module) {
   }
   module.attr("FUNCTIONS") = allFunctions();
   addReader(module);
+  addLive(module);
   module.def(
       "describe", [](std::size_t index) { return describe(functions().at(index)); },
       "The description of a function as plain data.");

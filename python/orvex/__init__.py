@@ -20,7 +20,12 @@ def catalogue() -> list[dict[str, object]]:
 
 
 # What is imported when it is asked for: calls with plain arrays need none of it.
-_LATER = {"indicators": "orvex._groups", "read": "orvex._reader"}
+_LATER = {
+    "Kept": "orvex._live",
+    "Live": "orvex._live",
+    "indicators": "orvex._groups",
+    "read": "orvex._reader",
+}
 
 __all__ = ["Note", "OrvexError", "SymbolWarning", "catalogue"]
 __all__.extend(_LATER)
