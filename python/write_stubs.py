@@ -9,13 +9,14 @@ import importlib.util
 import inspect
 import sys
 import textwrap
-from collections.abc import Mapping
+from collections.abc import Mapping, Sequence
 from pathlib import Path
 from typing import Any
 
 import _native  # type: ignore[import-not-found]
 
 HERE = Path(__file__).parent
+_WIDTH = 100
 HEAD = """# Made from the catalogue by write_stubs.py when the package is built.
 from collections.abc import Mapping, Sequence
 from typing import Any, Literal, NamedTuple, Protocol, SupportsIndex, TypeAlias, overload
@@ -105,7 +106,7 @@ def annotate(parameter: Mapping[str, Any], column: str | None, frame: str, *, fi
     return 'Literal["warn", "raise"]'
 
 
-def parameters(function: Mapping[str, Any], docs: Any, column: str | None, frame: str) -> str:
+def parameters(function: Mapping[str, Any], docs: Any, column: str | None, frame: str) -> list[str]:
     """Return the parameters of a function as the stub has them."""
     by_name = {parameter["name"]: parameter for parameter in function["parameters"]}
     parts: list[str] = []
@@ -118,7 +119,15 @@ def parameters(function: Mapping[str, Any], docs: Any, column: str | None, frame
         if parameter.default is not inspect.Parameter.empty:
             text += f" = {parameter.default!r}"
         parts.append(text)
-    return ", ".join(parts)
+    return parts
+
+
+def write_head(name: str, arguments: Sequence[str], returned: str) -> str:
+    """Return the line with which the stub of a function begins, or as many lines as are read with ease."""
+    line = f"def {name}({', '.join(arguments)}) -> {returned}:"
+    if len(line) <= _WIDTH:
+        return line
+    return f"def {name}(\n" + "".join(f"    {argument},\n" for argument in arguments) + f") -> {returned}:"
 
 
 def write_function(function: Mapping[str, Any], docs: Any) -> str:
@@ -127,7 +136,7 @@ def write_function(function: Mapping[str, Any], docs: Any) -> str:
     body = textwrap.indent('"""' + docs.docstring(function).replace("\\", "\\\\") + '\n"""', "    ")
     if not function["columns"]:
         arguments = parameters(function, docs, "_Column", "_Prices")
-        return f"def {name}({arguments}) -> {VALUES[function['returns']]}:\n{body}\n"
+        return f"{write_head(name, arguments, VALUES[function['returns']])}\n{body}\n"
     several = len(function["columns"]) > 1
     result = "".join(part.capitalize() for part in name.split("_")) + "Result"
     text = ""
@@ -138,7 +147,7 @@ def write_function(function: Mapping[str, Any], docs: Any) -> str:
         last = place == len(KINDS) - 1
         returned = more.format(results=result) if several else one
         arguments = parameters(function, docs, column, frame)
-        text += f"@overload\ndef {name}({arguments}) -> {returned}:" + (f"\n{body}\n" if last else " ...\n")
+        text += f"@overload\n{write_head(name, arguments, returned)}" + (f"\n{body}\n" if last else " ...\n")
     return text
 
 
