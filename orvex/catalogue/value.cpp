@@ -1,8 +1,8 @@
 #include "orvex/catalogue/value.h"
 
 #include <array>
-#include <charconv>
 
+#include "orvex/data/double_digits.h"
 #include "orvex/data/error.h"
 #include "orvex/data/number_text.h"
 #include "orvex/data/real.h"
@@ -39,10 +39,7 @@ struct ToText {
   std::string operator()(bool value) const { return value ? "True" : "False"; }
   std::string operator()(Integer value) const { return std::to_string(value.value()); }
   std::string operator()(std::int32_t value) const { return std::to_string(value); }
-  std::string operator()(double value) const {
-    std::array<char, 32> buffer{};
-    return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr};
-  }
+  std::string operator()(double value) const { return shortestText(value); }
   std::string operator()(const std::string& text) const { return text; }
   template <class Other>
   std::string operator()(const Other&) const {

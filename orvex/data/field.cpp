@@ -27,7 +27,7 @@ void Field::view(Rows<double> rows, std::string_view Name) {
   const Integer count = rows.values.size();
   if (rows.owner == nullptr) {
     OwnRows copy = newRows(rows.values.size());
-    std::ranges::copy(rows.values, copy.values.begin());
+    std::copy(rows.values.begin(), rows.values.end(), copy.values.begin());
     return replace(std::move(copy), Name);
   }
   std::string name(Name);
@@ -141,7 +141,7 @@ void Field::makeTextsOwn() {
 void Field::copyRows() {
   if (values_.empty()) return;
   OwnRows copy = newRows(values_.size());
-  std::ranges::copy(values_, copy.values.begin());
+  std::copy(values_.begin(), values_.end(), copy.values.begin());
   values_ = copy.values;
   own_ = copy.values.data();
   room_ = copy.values.size();

@@ -1,13 +1,11 @@
 #include "orvex/data/number_text.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <system_error>
 
+#include "orvex/data/double_digits.h"
 #include "orvex/data/error.h"
 
 namespace orvex::inline ORVEX_COUNTS {
@@ -29,7 +27,7 @@ bool isDigit(char c) {
 /// last digit weighs 10^exponent.
 double nearest(const char* from, const char* digitsEnd, const char* to, std::int64_t exponent) {
   double value = 0.0;
-  if (std::from_chars(from, to, value).ec == std::errc()) return value;
+  if (nearestDouble({from, static_cast<std::size_t>(to - from)}, value)) return value;
   // Out of range: below it where the first digit that is not 0 weighs less than 1.
   const char* const lead = std::find_if(from, digitsEnd, [](char c) { return c != '0' && c != '.'; });
   if (exponent + std::count_if(lead, digitsEnd, isDigit) <= 0) return 0.0;
@@ -88,9 +86,7 @@ NumberText readNumber(std::string_view text) {
 
 double numberFromSingle(float single) {
   if (!std::isfinite(single)) return double{single};
-  std::array<char, 32> buffer{};
-  const char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), single).ptr;
-  return numberFromText({buffer.data(), static_cast<std::size_t>(end - buffer.data())});
+  return numberFromText(shortestText(single));
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

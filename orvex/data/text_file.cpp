@@ -130,7 +130,7 @@ TextFile::TextFile(const std::string& path, std::size_t mostLines) {
   Survey seen;
   // Room for nearly every price file at once. What is not read into is never touched.
   std::size_t room = std::size_t{1} << 22;
-  auto bytes = std::make_unique_for_overwrite<char[]>(room);
+  std::unique_ptr<char[]> bytes(new char[room]);
   std::size_t size = 0;
   for (;;) {
     const std::size_t got = std::fread(bytes.get() + size, 1, room - size, file.get());
@@ -140,7 +140,7 @@ TextFile::TextFile(const std::string& path, std::size_t mostLines) {
     if (seen.lineEnds() > mostLines) raise(faults::Overflow);
     size += got;
     if (size < room) break;
-    auto more = std::make_unique_for_overwrite<char[]>(2 * room);
+    std::unique_ptr<char[]> more(new char[2 * room]);
     std::memcpy(more.get(), bytes.get(), size);
     bytes = std::move(more);
     room *= 2;

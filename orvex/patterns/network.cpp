@@ -1,9 +1,9 @@
 #include "orvex/patterns/network.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 
 namespace orvex::inline ORVEX_COUNTS {
 
@@ -22,7 +22,9 @@ double exponentialMinusOne(double x) {
   constexpr int terms = 14;
   double series = 1.0;
   for (int n = terms; n >= 2; --n) series = 1.0 + f / n * series;
-  const double power = std::bit_cast<double>(static_cast<std::uint64_t>(1023 + k) << 52);
+  const std::uint64_t powerBits = static_cast<std::uint64_t>(1023 + k) << 52;
+  double power = 0.0;
+  std::memcpy(&power, &powerBits, sizeof power);
   return power * (f * series) + (power - 1.0);
 }
 

@@ -1,7 +1,6 @@
 #include "tests/support/calls.h"
 
 #include <algorithm>
-#include <bit>
 #include <limits>
 #include <ostream>
 #include <sstream>
@@ -19,7 +18,7 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double undefined = std::numeric_limits<double>::quiet_NaN();
 
 std::uint64_t bitsOf(double value) {
-  return std::bit_cast<std::uint64_t>(value);
+  return __builtin_bit_cast(std::uint64_t, value);
 }
 
 /// Prices in cents, few different values, signed zeros, huge ones, ...
@@ -237,7 +236,7 @@ std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
   if (outcome.fault) out << ", error " << outcome.fault->number << ' ' << outcome.fault->source;
   for (const auto& [name, bits] : outcome.columns) {
     out << "\n  " << name << ':';
-    for (const std::uint64_t bit : bits) out << ' ' << std::bit_cast<double>(bit);
+    for (const std::uint64_t bit : bits) out << ' ' << __builtin_bit_cast(double, bit);
   }
   return out;
 }
