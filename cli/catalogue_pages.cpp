@@ -9,6 +9,7 @@
 #include "cli/binding.h"
 #include "cli/facts.h"
 #include "cli/values.h"
+#include "orvex/catalogue/names.h"
 
 namespace orvex::cli {
 
@@ -118,23 +119,43 @@ std::string describeMethod(const Class& owner, const Method& method) {
   return text;
 }
 
+/// The name of a result column where the caller asks for no other.
+std::string plainTitle(const Method& method, const Column& column) {
+  const auto alias = std::find_if(method.arguments.begin(), method.arguments.end(),
+                                  [](const Argument& argument) { return argument.type == catalogue::Type::String; });
+  return catalogue::columnName(column, alias == method.arguments.end() ? "" : alias->otherwise.text);
+}
+
 Json methodJson(const Class& owner, const Method& method) {
   Json arguments = Json::array();
   for (const Argument& argument : method.arguments) {
-    Json one = {{"name", argument.name},
-                {"type", typeName(argument.type)},
-                {"help", argument.help},
-                {"optional", argument.optional},
-                {"written", argument.written}};
+    Json one = {{"name", argument.name},           {"key", catalogue::snakeCase(argument.name)},
+                {"type", typeName(argument.type)}, {"help", argument.help},
+                {"optional", argument.optional},   {"written", argument.written},
+                {"record", argument.record}};
     if (argument.optional) one["default"] = Json::parse(jsonValue(defaultOf(argument)));
+    if (argument.usual.given && !argument.usual.text.empty()) one["usual"] = argument.usual.text;
+    if (argument.usual.given && argument.usual.text.empty()) one["usual"] = argument.usual.number;
+    for (const catalogue::Choice& choice : argument.choices) {
+      one["choices"].push_back({{"code", choice.code}, {"name", choice.name}});
+    }
     arguments.push_back(one);
   }
   Json columns = Json::array();
   for (const Column& column : method.columns) {
+    // Bounds that there are not are null in JSON, which has no infinity.
     columns.push_back({{"name", column.name},
                        {"aliased", column.aliased},
+                       {"title", plainTitle(method, column)},
+                       {"key", catalogue::snakeCase(plainTitle(method, column))},
                        {"firstRow", column.firstRow},
-                       {"lastRow", column.lastRow}});
+                       {"lastRow", column.lastRow},
+                       {"help", column.help},
+                       {"unit", column.unit},
+                       {"low", column.bounds.low},
+                       {"high", column.bounds.high},
+                       {"place", nameOf(column.place)},
+                       {"style", nameOf(column.style)}});
   }
   Json faults = Json::array();
   for (const Fault& fault : method.faults) {
@@ -142,10 +163,21 @@ Json methodJson(const Class& owner, const Method& method) {
   }
   return {{"class", owner.name},
           {"name", method.name},
+          {"key", catalogue::snakeCase(method.name)},
+          {"module", owner.qualified ? catalogue::snakeCase(owner.name) : ""},
           {"kind", kindOf(method)},
           {"help", method.help},
           {"runnable", catalogue::isCalculation(owner, method)},
           {"signature", signatureOf(method)},
+          {"purpose", nameOf(method.purpose)},
+          {"abbreviations", std::vector(method.abbreviations.begin(), method.abbreviations.end())},
+          {"guide",
+           {{"formula", method.guide.formula},
+            {"reading", method.guide.reading},
+            {"origin", method.guide.origin},
+            {"difference", method.guide.difference},
+            {"fails", method.guide.fails}}},
+          {"levels", std::vector(method.levels.begin(), method.levels.end())},
           {"arguments", arguments},
           {"result", typeName(method.result)},
           {"columns", columns},
@@ -154,6 +186,16 @@ Json methodJson(const Class& owner, const Method& method) {
 }
 
 }  // namespace
+
+std::string calculationsJson() {
+  Json methods = Json::array();
+  for (const Class* owner : catalogue::classes()) {
+    for (const Method* method : owner->methods) {
+      if (catalogue::isCalculation(*owner, *method)) methods.push_back(methodJson(*owner, *method));
+    }
+  }
+  return methods.dump();
+}
 
 std::string listPage(PageFormat format) {
   if (format == PageFormat::Json) {

@@ -15,4 +15,7 @@ std::string listPage(PageFormat format);
 /// A class with its methods, or a method with its arguments, result columns and errors.
 std::string describePage(const Target& target, PageFormat format);
 
+/// What `describePage` tells in JSON of every method that computes something by itself, in a list.
+std::string calculationsJson();
+
 }  // namespace orvex::cli

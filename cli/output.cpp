@@ -6,7 +6,9 @@
 #include <cmath>
 #include <iterator>
 
+#include "cli/price_file.h"
 #include "cli/values.h"
+#include "orvex/catalogue/call_on_values.h"
 
 namespace orvex::cli {
 
@@ -215,6 +217,16 @@ std::string csvLine(const Cells& cells) {
   return line + '\n';
 }
 
+std::vector<ShownColumn> columnsOf(const PriceFile& file) {
+  std::vector<ShownColumn> columns;
+  for (const FileColumn& column : file.columns) {
+    const bool texts = column.textLine.has_value();
+    const catalogue::RowRange all{1, column.field->getRecordCount().value()};
+    columns.push_back({column.field, texts, texts ? all : catalogue::valuedRows(column.field->values())});
+  }
+  return columns;
+}
+
 void showColumns(Sink& sink, const ShownColumns& result, Format format) {
   switch (format) {
     case Format::Table:
@@ -251,17 +263,19 @@ std::string showValue(const catalogue::Value& value, const std::vector<Written>&
   return (text != nullptr ? *text : json) + '\n' + (format == Format::Table ? showWritten(written) : "");
 }
 
+std::string errorMembers(const Error& error) {
+  const auto told = [](const Fault& fault) {
+    return fmt::format(R"("number":{},"source":{},"description":{})", fault.number, jsonText(std::string(fault.source)),
+                       jsonText(std::string(fault.description)));
+  };
+  std::string members = told(error.fault());
+  if (!(error.cause() == error.fault())) members += fmt::format(R"(,"cause":{{{}}})", told(error.cause()));
+  if (error.record() != 0) members += fmt::format(R"(,"record":{})", error.record());
+  return members;
+}
+
 std::string showError(const Error& error, const std::string& explanation) {
-  std::string inner;
-  if (!(error.cause() == error.fault())) {
-    inner += fmt::format(R"(,"cause":{{"number":{},"source":{},"description":{}}})", error.cause().number,
-                         jsonText(std::string(error.cause().source)), jsonText(std::string(error.cause().description)));
-  }
-  if (error.record() != 0) inner += fmt::format(R"(,"record":{})", error.record());
-  return fmt::format(R"({{"error":{{"number":{},"source":{},"description":{}{},"explanation":{}}}}})", error.number(),
-                     jsonText(std::string(error.source())), jsonText(std::string(error.description())), inner,
-                     jsonText(explanation)) +
-         '\n';
+  return fmt::format(R"({{"error":{{{},"explanation":{}}}}})", errorMembers(error), jsonText(explanation)) + '\n';
 }
 
 }  // namespace orvex::cli

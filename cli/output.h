@@ -43,6 +43,11 @@ struct ShownColumns {
 std::string csvCell(const std::string& text);
 std::string csvLine(const std::vector<std::string>& cells);
 
+struct PriceFile;
+
+/// All columns of a price file, rows without a value left empty.
+std::vector<ShownColumn> columnsOf(const PriceFile& file);
+
 /// The table is rounded to be read by people, and alone shows the numbers of the records. The other formats have every
 /// digit that matters.
 void showColumns(Sink& sink, const ShownColumns& result, Format format);
@@ -50,5 +55,8 @@ std::string showNote(const Note& note, const std::vector<Written>& written, Form
 std::string showValue(const catalogue::Value& value, const std::vector<Written>& written, Format format);
 /// An error as JSON, in the library's words and in a reader's.
 std::string showError(const Error& error, const std::string& explanation);
+/// The members of such an object that tell the error in the library's words: what was reported and, where that is more,
+/// what was met first and in which record.
+std::string errorMembers(const Error& error);
 
 }  // namespace orvex::cli

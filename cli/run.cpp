@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "cli/binding.h"
+#include "cli/call.h"
 #include "cli/facts.h"
 #include "cli/failure.h"
 #include "cli/names.h"
@@ -78,76 +79,6 @@ void checkOptions(const std::string& name, const Method& method, const CallWords
   }
 }
 
-/// What went wrong inside a method, in which record, and when it does.
-std::string explainCause(const std::string& name, const Method& method, const Error& error, const PriceFile* file) {
-  std::string text = fmt::format("{} could not be computed", name);
-  if (error.cause() == error.fault()) return text + '.';
-  std::string cause(error.cause().description);
-  const auto isCapital = [&](std::size_t at) { return at < cause.size() && cause[at] >= 'A' && cause[at] <= 'Z'; };
-  // A word goes on in small letters; EOF and BOF stay what they are.
-  if (isCapital(0) && !isCapital(1)) cause.front() = static_cast<char>(cause.front() - 'A' + 'a');
-  text += fmt::format(": {}", cause);
-  if (error.record() != 0) {
-    text += fmt::format(" in record {}", error.record());
-    const bool dated =
-        file != nullptr && file->dates != nullptr && error.record() <= file->dates->getRecordCount().value();
-    if (dated) text += fmt::format(" ({})", file->dates->getStrValue(error.record()));
-  }
-  text += '.';
-  if (!method.guide.fails.empty()) text += fmt::format(" Fails {}.", method.guide.fails);
-  return text;
-}
-
-/// What may lie behind an error that a method reports in its general words only.
-std::string explain(const std::string& name, const Method& method, std::span<const Value> arguments,
-                    const PriceFile* file, const Error& error) {
-  std::string text = explainCause(name, method, error, file);
-  if (const auto gap = catalogue::findGap(arguments)) {
-    text += fmt::format(" {} has no value in record {}, and values before and behind it.", gap->column, gap->row);
-  }
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const catalogue::Argument& argument = method.arguments[i];
-    const auto* code = std::get_if<Integer>(&arguments[i]);
-    if (argument.choices.empty() || code == nullptr) continue;
-    const bool known = std::any_of(argument.choices.begin(), argument.choices.end(),
-                                   [&](const auto& choice) { return choice.code == code->value(); });
-    if (!known) text += fmt::format(" {} is one of {}.", argument.name, listChoices(argument));
-  }
-  if (file != nullptr) {
-    std::vector<std::string> lacking;
-    for (const std::string_view price : Database::PriceNames) {
-      if (!file->prices->isValidField(std::string(price))) lacking.emplace_back(price);
-    }
-    const bool takesPrices = std::any_of(method.arguments.begin(), method.arguments.end(),
-                                         [](const auto& argument) { return argument.type == Type::RecordSet; });
-    if (takesPrices && !lacking.empty()) {
-      text += fmt::format(" It takes prices by name, and \"{}\" has no numbers for {}.", file->name,
-                          enumerate(lacking, "or"));
-    }
-    const int count = file->data->getRecordCount().value();
-    for (const Column& column : method.columns) {
-      const RowRange rows = catalogue::computedRows(method, column, count, arguments);
-      if (rows.first <= rows.last) continue;
-      text += fmt::format(" With these arguments its first value would stand in record {}, and \"{}\" has {}.",
-                          catalogue::evaluateRow(column.firstRow, method, count, arguments), file->name,
-                          counted(count, "record"));
-      break;
-    }
-  }
-  return text + fmt::format(" \"orvex describe {}\" tells what it takes and when it fails.", name);
-}
-
-/// The one argument that is a record, where the method answers with a note about it: it may be "all".
-const catalogue::Argument* askedRecord(const Method& method) {
-  const catalogue::Argument* asked = nullptr;
-  for (const catalogue::Argument& argument : method.arguments) {
-    if (!argument.record) continue;
-    if (asked != nullptr) return nullptr;
-    asked = &argument;
-  }
-  return method.result == Type::Note ? asked : nullptr;
-}
-
 std::vector<Written> findWritten(const Method& method, std::span<const Value> before, std::span<const Value> after) {
   std::vector<Written> written;
   for (std::size_t i = 0; i < after.size(); ++i) {
@@ -183,16 +114,12 @@ void remarkOnRecords(const RecordSet& result, const Method& method, const catalo
 ShownColumns beginWithFile(const PriceFile* file, const RunOptions& options) {
   ShownColumns shown;
   if (file == nullptr) return shown;
-  const auto add = [&](const std::shared_ptr<Field>& field, bool texts) {
-    const RowRange all{1, field->getRecordCount().value()};
-    shown.columns.push_back({field, texts, texts ? all : catalogue::valuedRows(field->values())});
-  };
   if (options.append) {
-    for (const FileColumn& column : file->columns) add(column.field, column.textLine.has_value());
+    shown.columns = columnsOf(*file);
   } else if (file->dates != nullptr && options.format == Format::Json) {
     shown.dates = file->dates;
   } else if (file->dates != nullptr) {
-    add(file->dates, true);
+    shown.columns.push_back({file->dates, true, {1, file->dates->getRecordCount().value()}});
   }
   return shown;
 }
@@ -229,22 +156,6 @@ ShownColumns selectColumns(const RecordSet& result, const Method& method, const 
   chooseRecords(shown, count, options);
   return shown;
 }
-
-/// A call that is ready to be made, with what its errors are explained by.
-struct Call {
-  const Class& owner;
-  const Method& method;
-  std::string name;
-  const PriceFile* file;
-
-  catalogue::ValuedCall operator()(std::span<Value> arguments) const {
-    try {
-      return catalogue::callOnValues(method, owner.create().get(), arguments);
-    } catch (const Error& error) {
-      throw Failure(error, explain(name, method, arguments, file, error));
-    }
-  }
-};
 
 /// The notes of the call at each record, as a column of texts and one of values.
 void runEveryRecord(Sink& sink, const Call& call, const BoundCall& bound, const catalogue::Argument& record,

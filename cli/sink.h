@@ -16,6 +16,14 @@ class WriteError : public std::runtime_error {
 /// What a command prints, on its way to the standard output: a long result is never in memory as a whole.
 class Sink {
  public:
+  Sink() = default;
+  /// One that keeps everything in `text` and writes nothing.
+  static Sink keeping() {
+    Sink sink;
+    sink.keeps_ = true;
+    return sink;
+  }
+
   /// The text that is written next, to append to.
   std::string& text() { return text_; }
 
@@ -23,7 +31,7 @@ class Sink {
 
   /// Writes what has come together, where that is worth it. To be called from time to time.
   void pass() {
-    if (text_.size() >= worthWriting) write();
+    if (!keeps_ && text_.size() >= worthWriting) write();
   }
 
   /// Writes everything. WriteError where that fails.
@@ -41,6 +49,7 @@ class Sink {
   }
 
   std::string text_;
+  bool keeps_ = false;
 };
 
 }  // namespace orvex::cli
