@@ -1,0 +1,92 @@
+// What the library knows of its calculations. The module tells it in JSON; these are its types.
+
+export interface Choice {
+  readonly code: number;
+  readonly name: string;
+}
+
+export interface Argument {
+  /** Its name in the catalogue: `ShortCycle`. */
+  readonly name: string;
+  /** Its name in snake_case: `short_cycle`. */
+  readonly key: string;
+  readonly type: "Database" | "RecordSet" | "Field" | "Integer" | "Long" | "Double" | "String" | "Boolean";
+  readonly help: string;
+  readonly optional: boolean;
+  readonly written: boolean;
+  /** It is a record of the series, so that the call can be made for each. */
+  readonly record: boolean;
+  readonly default?: number | string | boolean;
+  /** What people take unless they know better: a number, the name of a price column, an expression of the count N. */
+  readonly usual?: number | string;
+  /** What its codes mean, where it is one. */
+  readonly choices?: readonly Choice[];
+}
+
+export interface Column {
+  /** Its name, or what follows the alias in it. */
+  readonly name: string;
+  readonly aliased: boolean;
+  /** Its name where nothing else is asked for. */
+  readonly title: string;
+  /** The same in snake_case. */
+  readonly key: string;
+  readonly firstRow: string;
+  readonly lastRow: string;
+  readonly help: string;
+  readonly unit: string;
+  readonly low: number | null;
+  readonly high: number | null;
+  readonly place: "Pane" | "Over" | "Apart";
+  readonly style: "Line" | "Bars" | "Dots" | "Marks" | "BandEdge";
+}
+
+export interface Fault {
+  readonly number: number;
+  readonly source: string;
+  readonly description: string;
+}
+
+export interface Guide {
+  readonly formula: string;
+  readonly reading: string;
+  readonly origin: string;
+  readonly difference: string;
+  readonly fails: string;
+}
+
+/** One calculation: `Oscillator.MACD`. */
+export interface Calculation {
+  readonly class: string;
+  readonly name: string;
+  /** Its name in snake_case: `macd`. */
+  readonly key: string;
+  /** The part of the package in which it is found: that of its class where it has a name that another bears already. */
+  readonly module: string;
+  readonly help: string;
+  readonly signature: string;
+  readonly purpose: string;
+  readonly abbreviations: readonly string[];
+  readonly guide: Guide;
+  /** The heights of the lines that guide the eye in its pane. */
+  readonly levels: readonly number[];
+  readonly arguments: readonly Argument[];
+  readonly result: string;
+  readonly columns: readonly Column[];
+  readonly errors: readonly Fault[];
+}
+
+export function fullName(calculation: Calculation): string {
+  return `${calculation.class}.${calculation.name}`;
+}
+
+/** `short_cycle` becomes `shortCycle`, "di+" `diPlus`, "%K" `percentK`, "quadrant 75" `quadrant75`. */
+export function camelCase(key: string): string {
+  const words = key
+    .replace(/%/g, "percent ")
+    .replace(/\+$/, " plus")
+    .replace(/-$/, " minus")
+    .split(/[^A-Za-z0-9]+/)
+    .filter(Boolean);
+  return words.map((word, i) => (i === 0 ? word.charAt(0).toLowerCase() : word.charAt(0).toUpperCase()) + word.slice(1)).join("");
+}

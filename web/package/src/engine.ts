@@ -1,0 +1,383 @@
+// The library as it is called from JavaScript, with the catalogue's own names.
+import { type Argument, type Calculation, fullName } from "./catalogue.js";
+import { type Exports, instantiate } from "./module.js";
+
+/** One value a record. What is not computed, or was never there, is NaN: at the beginning and at the end of it. */
+export type Values = Float64Array | readonly number[];
+
+/** Columns by name; `Open`, `High`, `Low`, `Close` and `Volume` are found whatever the case of their letters. */
+export interface Columns {
+  readonly [name: string]: Values | undefined;
+}
+
+export interface ResultColumn {
+  readonly name: string;
+  /** NaN in the rows that are not computed. */
+  readonly values: Float64Array;
+  /** The computed rows, counted from 1; none where `first` is above `last`. */
+  readonly first: number;
+  readonly last: number;
+}
+
+export interface Note {
+  readonly record: number;
+  readonly value: number;
+  readonly text: string;
+}
+
+/** What came of a call: columns, a note or a plain value. */
+export interface Outcome {
+  readonly columns: readonly ResultColumn[];
+  readonly note?: Note;
+  readonly value?: number | string | boolean;
+}
+
+/** A call that failed. The library has made nothing then, and may be called again. */
+export class OrvexError extends Error {
+  override readonly name = "OrvexError";
+  constructor(
+    message: string,
+    /** The number by which the library knows the error. */
+    readonly number: number,
+    /** What raised it. */
+    readonly source: string,
+    /** The library's own words. */
+    readonly description: string,
+    /** The record at which it happened, from 1, where it happened at one. */
+    readonly record?: number,
+    /** What went wrong there, where that is more than the description says. */
+    readonly reason?: string,
+  ) {
+    super(message);
+  }
+}
+
+const TYPE_MISMATCH = 13;
+const NAME_UNKNOWN = 1110;
+const OUT_OF_MEMORY = 7;
+
+function refuse(message: string, number = TYPE_MISMATCH): never {
+  throw new OrvexError(message, number, "Orvex", message);
+}
+
+/** A column of a price file: numbers, NaN where there are none, or texts. */
+export interface PriceColumn {
+  readonly name: string;
+  readonly values: Float64Array | readonly string[];
+}
+
+/** What a price file holds, the oldest record first. */
+export interface PriceTable {
+  readonly count: number;
+  /** In the order of the file, under the names of the six price columns where they are these. */
+  readonly columns: readonly PriceColumn[];
+  /** Seconds since 1970; none where the dates were not read as such. */
+  readonly times: Float64Array;
+  /** What was decided and is not certain. */
+  readonly remarks: readonly string[];
+}
+
+export interface ReadOptions {
+  /** One character. Found out where it is left out, and so are the others. */
+  readonly delimiter?: string | undefined;
+  readonly decimal?: "." | "," | undefined;
+  /** Records that are not in the order of their dates: newest first is turned round and anything else refused, or all is kept. */
+  readonly order?: "check" | "keep" | undefined;
+  /** A record without a price between others: refused, left out, or given the price of the record before. */
+  readonly missing?: "refuse" | "skip" | "previous" | undefined;
+}
+
+interface Failure {
+  number: number;
+  source: string;
+  description: string;
+  /** What was met first, and in which record. */
+  cause?: { description: string };
+  record?: number;
+  gap?: { column: string; record: number };
+}
+
+interface TableReply {
+  count: number;
+  remarks: string[];
+  columns: { name: string; texts?: string[] }[];
+  error?: Failure & { line: number };
+}
+
+interface Reply {
+  each?: { period: number; value: number; text: string }[];
+  columns?: { name: string; rows: number; first: number; last: number }[];
+  note?: { period: number; value: number; text: string };
+  value?: number | string | boolean;
+  error?: Failure;
+}
+
+const encoder = new TextEncoder();
+const decoder = new TextDecoder();
+
+const isWhole = (argument: Argument): boolean => argument.type === "Integer" || argument.type === "Long";
+
+export function isValues(value: unknown): value is Values {
+  return value instanceof Float64Array || Array.isArray(value);
+}
+
+/** The column of that name, whatever the case of its letters. */
+export function findColumn(columns: Columns, name: string): Values | undefined {
+  const found = Object.keys(columns).find((each) => each.toLowerCase() === name.toLowerCase());
+  return found === undefined ? undefined : columns[found];
+}
+
+export class Engine {
+  /** All calculations, in the order of the library. */
+  readonly calculations: readonly Calculation[];
+
+  private constructor(private readonly exports: Exports) {
+    this.calculations = JSON.parse(this.text(exports.orvex_catalogue())) as Calculation[];
+  }
+
+  static async start(module: WebAssembly.Module): Promise<Engine> {
+    return new Engine(await instantiate(module));
+  }
+
+  /** The calculation of that name, `Oscillator.MACD` or, of the house, `MACD`, whatever the case of its letters. */
+  find(name: string): Calculation | undefined {
+    const wanted = name.toLowerCase();
+    return (
+      this.calculations.find((each) => fullName(each).toLowerCase() === wanted) ??
+      this.calculations.find((each) => each.module === "" && each.name.toLowerCase() === wanted)
+    );
+  }
+
+  /**
+   * Calls a calculation.
+   * @param prices the columns of the series, as many records each.
+   * @param given its arguments by the catalogue's names: numbers, texts, names of choices; a column, or the name of one.
+   *   What is left out is as usual.
+   */
+  call(calculation: Calculation, prices: Columns, given: Readonly<Record<string, unknown>> = {}): Outcome {
+    for (const name of Object.keys(given)) {
+      if (!calculation.arguments.some((argument) => argument.name === name)) {
+        const names = calculation.arguments.map((argument) => argument.name).join(", ");
+        refuse(`${fullName(calculation)} has no argument "${name}"; it has ${names}`);
+      }
+    }
+    return this.make(calculation, prices, given, (call) => {
+      const reply = this.reply(calculation, this.exports.orvex_call_run(call));
+      return {
+        columns: (reply.columns ?? []).map(({ name, rows, first, last }, i) => {
+          const values = this.doubles(this.exports.orvex_call_rows(call, i), rows).slice();
+          return { name, first, last, values: values.fill(NaN, 0, first - 1).fill(NaN, last) };
+        }),
+        ...(reply.note && { note: { record: reply.note.period, value: reply.note.value, text: reply.note.text } }),
+        ...(reply.value !== undefined && { value: reply.value }),
+      };
+    });
+  }
+
+  /**
+   * Calls a calculation that returns a note once for each record.
+   * @param record the argument that is the record.
+   * @returns the notes of those records in which it found something.
+   */
+  callEach(calculation: Calculation, record: Argument, prices: Columns, given: Readonly<Record<string, unknown>> = {}): Note[] {
+    const place = calculation.arguments.indexOf(record);
+    return this.make(calculation, prices, { ...given, [record.name]: 1 }, (call) =>
+      this.reply(calculation, this.exports.orvex_call_run_each(call, place)).each!.map(({ period, value, text }) => ({
+        record: period,
+        value,
+        text,
+      })),
+    );
+  }
+
+  /** Reads a price file as people have them, finding out how it is written. An OrvexError tells what it does not understand. */
+  readPrices(file: Uint8Array | string, options: ReadOptions = {}): PriceTable {
+    const words = [options.delimiter ?? "", options.decimal ?? "", options.order ?? "", options.missing ?? ""].join("\n");
+    const bytes = typeof file === "string" ? encoder.encode(file) : file;
+    const table = this.withText(words, (chosen, chosenSize) =>
+      this.withBytes(bytes, (address, size) => this.exports.orvex_read(address, size, chosen, chosenSize)),
+    );
+    try {
+      const reply = JSON.parse(this.text(this.exports.orvex_read_reply(table))) as TableReply;
+      const { error } = reply;
+      if (error) {
+        const where = error.line > 0 ? `line ${error.line}: ` : "";
+        throw new OrvexError(where + error.description, error.number, error.source, error.description);
+      }
+      const columns = reply.columns.map(({ name, texts }, i) => ({
+        name,
+        values: texts ?? this.doubles(this.exports.orvex_read_numbers(table, i), reply.count).slice(),
+      }));
+      const times = this.exports.orvex_read_times(table);
+      return {
+        count: reply.count,
+        columns,
+        times: times === 0 ? new Float64Array() : this.doubles(times, reply.count).slice(),
+        remarks: reply.remarks,
+      };
+    } finally {
+      this.exports.orvex_read_end(table);
+    }
+  }
+
+  /** Columns of equal length as comma-separated values, to the byte as the command line prints them; NaN is left empty. */
+  csv(columns: readonly PriceColumn[]): string {
+    const count = columns[0]?.values.length ?? 0;
+    const table = this.exports.orvex_table_begin(count);
+    try {
+      for (const { name, values } of columns) {
+        if (values.length !== count) refuse(`${name} has ${values.length} records, and another column ${count}`);
+        if (values instanceof Float64Array) this.giveNumbers(table, name, values);
+        else this.giveTexts(table, name, values);
+      }
+      return this.text(this.exports.orvex_table_csv(table));
+    } finally {
+      this.exports.orvex_table_end(table);
+    }
+  }
+
+  private giveNumbers(table: number, name: string, values: Float64Array): void {
+    let first = 0;
+    let last = values.length;
+    while (first < last && Number.isNaN(values[first])) ++first;
+    while (last > first && Number.isNaN(values[last - 1])) --last;
+    const rows = this.withText(name, (text, size) => this.exports.orvex_table_numbers(table, text, size, first + 1, last));
+    if (rows === 0) return;
+    this.doubles(rows, values.length).set(values);
+  }
+
+  private giveTexts(table: number, name: string, texts: readonly string[]): void {
+    const encoded = texts.map((text) => encoder.encode(text));
+    const all = new Uint8Array(encoded.reduce((total, each) => total + each.length, 0));
+    let end = 0;
+    for (const each of encoded) {
+      all.set(each, end);
+      end += each.length;
+    }
+    const sizes = new Uint8Array(Uint32Array.from(encoded, (each) => each.length).buffer);
+    this.withText(name, (text, size) =>
+      this.withBytes(all, (bytes) => this.withBytes(sizes, (lengths) => this.exports.orvex_table_texts(table, text, size, bytes, lengths))),
+    );
+  }
+
+  /** Builds a call, makes it and clears it away. */
+  private make<T>(calculation: Calculation, prices: Columns, given: Readonly<Record<string, unknown>>, run: (call: number) => T): T {
+    const inputs = this.inputs(calculation, prices, given);
+    const count = inputs.reduce((longest, input) => Math.max(longest, input.values.length), 0);
+    for (const { name, values } of inputs) {
+      if (values.length !== count) refuse(`${name} has ${values.length} records, and another column ${count}`);
+    }
+    const call = this.exports.orvex_call_begin(this.calculations.indexOf(calculation), count);
+    try {
+      for (const input of inputs) this.giveColumn(call, input);
+      calculation.arguments.forEach((argument, i) => {
+        const value = given[argument.name];
+        if (value !== undefined && argument.type !== "Field") this.giveValue(call, i, argument, value);
+      });
+      return run(call);
+    } finally {
+      this.exports.orvex_call_end(call);
+    }
+  }
+
+  private reply(calculation: Calculation, address: number): Reply {
+    const reply = JSON.parse(this.text(address)) as Reply;
+    if (reply.error) throw failure(calculation, reply.error);
+    return reply;
+  }
+
+  private doubles(address: number, count: number): Float64Array<ArrayBuffer> {
+    return new Float64Array(this.exports.memory.buffer as ArrayBuffer, address, count);
+  }
+
+  /** The columns that a call reads: those of its arguments, and the prices where it takes them all. */
+  private inputs(calculation: Calculation, prices: Columns, given: Readonly<Record<string, unknown>>): Input[] {
+    const inputs: Input[] = [];
+    calculation.arguments.forEach((argument, i) => {
+      if (argument.type === "RecordSet") {
+        for (const name of PRICE_NAMES) {
+          const values = findColumn(prices, name);
+          if (values) inputs.push({ name, values });
+        }
+      } else if (argument.type === "Field") {
+        const value = given[argument.name] ?? argument.usual ?? argument.name;
+        if (isValues(value)) {
+          inputs.push({ argument: i, name: argument.name, values: value });
+        } else {
+          const values = findColumn(prices, String(value));
+          if (!values) refuse(`${argument.name}: there is no column "${String(value)}"`, NAME_UNKNOWN);
+          inputs.push({ argument: i, name: String(value), values });
+        }
+      }
+    });
+    return inputs;
+  }
+
+  private giveColumn(call: number, { argument, name, values }: Input): void {
+    const rows = this.withText(name, (text, size) =>
+      argument === undefined
+        ? this.exports.orvex_call_price(call, text, size, values.length)
+        : this.exports.orvex_call_column(call, argument, text, size, values.length),
+    );
+    if (rows === 0) refuse("Out of memory", OUT_OF_MEMORY);
+    this.doubles(rows, values.length).set(values);
+  }
+
+  private giveValue(call: number, place: number, argument: Argument, value: unknown): void {
+    if (argument.type === "String") {
+      if (typeof value !== "string") refuse(`${argument.name} must be a text`);
+      this.withText(value, (text, size) => this.exports.orvex_call_text(call, place, text, size));
+      return;
+    }
+    const choice = argument.choices?.find((each) => each.name.toLowerCase() === String(value).toLowerCase());
+    const number = choice ? choice.code : typeof value === "boolean" ? Number(value) : value;
+    if (typeof number !== "number") {
+      const names = argument.choices?.map((each) => `${each.code} ${each.name}`).join(", ");
+      refuse(`${argument.name} must be ${names ? `one of ${names}` : "a number"}`);
+    }
+    if (isWhole(argument) && !Number.isInteger(number)) refuse(`${argument.name} must be a whole number, not ${number}`);
+    this.exports.orvex_call_number(call, place, number);
+  }
+
+  /** The text that the module gave last. */
+  private text(address: number): string {
+    return decoder.decode(new Uint8Array(this.exports.memory.buffer, address, this.exports.orvex_text_size()));
+  }
+
+  /** Hands a text to the module for as long as `use` takes. */
+  private withText<T>(text: string, use: (address: number, size: number) => T): T {
+    return this.withBytes(encoder.encode(text), use);
+  }
+
+  private withBytes<T>(bytes: Uint8Array, use: (address: number, size: number) => T): T {
+    const room = this.exports.orvex_allocate(bytes.length + 1);
+    if (room === 0) refuse("Out of memory", OUT_OF_MEMORY);
+    try {
+      new Uint8Array(this.exports.memory.buffer, room, bytes.length).set(bytes);
+      return use(room, bytes.length);
+    } finally {
+      this.exports.orvex_release(room);
+    }
+  }
+}
+
+interface Input {
+  argument?: number;
+  name: string;
+  values: Values;
+}
+
+const PRICE_NAMES = ["Open", "High", "Low", "Close", "Volume"];
+
+/** The library's words, and what is known of what lies behind them. */
+function failure(calculation: Calculation, error: Failure): OrvexError {
+  const { gap, cause } = error;
+  const record = error.record ?? gap?.record;
+  // A word goes on in small letters; EOF and BOF stay what they are.
+  const met = cause?.description.replace(/^[A-Z](?![A-Z])/, (letter) => letter.toLowerCase());
+  const reason = gap ? `${gap.column} has no value in record ${gap.record}, and values before and behind it` : met;
+  const where = gap || record === undefined ? "" : ` in record ${record}`;
+  const fails = reason !== undefined && calculation.guide.fails ? ` Fails ${calculation.guide.fails}.` : "";
+  const text = `${fullName(calculation)}: ${reason ?? error.description}${where}.${fails} (${error.number}, ${error.source})`;
+  return new OrvexError(text, error.number, error.source, error.description, record, reason);
+}

@@ -1,0 +1,87 @@
+// Technical analysis of price series: `const { macd } = await load(); macd(close, { shortCycle: 12 })`.
+import { type Calculation, camelCase } from "./catalogue.js";
+import { type Columns, Engine, isValues, type Outcome } from "./engine.js";
+import type { Functions, Modules } from "./generated.js";
+
+export type { Argument, Calculation, Choice, Column, Fault, Guide } from "./catalogue.js";
+export { camelCase, fullName } from "./catalogue.js";
+export type { Columns, Note, Outcome, ResultColumn, Values } from "./engine.js";
+export { Engine, OrvexError } from "./engine.js";
+export type * from "./generated.js";
+
+/** All calculations as functions, and what they are made of. */
+export type Orvex = Functions & Modules & { readonly engine: Engine };
+
+type Source = BufferSource | WebAssembly.Module | Response | URL;
+
+async function compile(source: Source): Promise<WebAssembly.Module> {
+  if (source instanceof WebAssembly.Module) return source;
+  if (source instanceof URL) {
+    if (source.protocol === "file:" && "process" in globalThis) {
+      const files = (await import("node:fs/promises")) as typeof import("node:fs/promises");
+      return WebAssembly.compile(await files.readFile(source));
+    }
+    return compile(await fetch(source));
+  }
+  if (typeof Response !== "undefined" && source instanceof Response) {
+    return WebAssembly.compile(await source.arrayBuffer());
+  }
+  return WebAssembly.compile(source as BufferSource);
+}
+
+/** The columns of a call as its callers write it: one after the other, or all prices in one object. */
+function bind(engine: Engine, calculation: Calculation): (...words: unknown[]) => unknown {
+  const columns = calculation.arguments.filter((argument) => argument.type === "Field" || argument.type === "RecordSet");
+  const options = new Map(calculation.arguments.map((argument) => [camelCase(argument.key), argument.name]));
+  return (...words) => {
+    const given: Record<string, unknown> = {};
+    let prices: Columns = {};
+    let at = 0;
+    for (const argument of columns) {
+      const word = words[at];
+      if (isValues(word) && argument.type === "Field") {
+        given[argument.name] = word;
+        ++at;
+      } else if (at === 0 && typeof word === "object" && word !== null && !isValues(word)) {
+        // One object of prices serves all that follow.
+        prices = word as Columns;
+        ++at;
+        break;
+      } else {
+        const wanted = argument.type === "Field" ? "a column of numbers" : "an object of prices";
+        throw new TypeError(`${camelCase(calculation.key)}: ${wanted} is wanted for ${argument.name}`);
+      }
+    }
+    for (const [key, value] of Object.entries((words[at] ?? {}) as object)) {
+      const name = options.get(key);
+      if (name === undefined) {
+        throw new TypeError(`${camelCase(calculation.key)} has no option "${key}"; it has ${[...options.keys()].join(", ")}`);
+      }
+      given[name] = value as unknown;
+    }
+    return shape(calculation, engine.call(calculation, prices, given));
+  };
+}
+
+/** One column by itself, several by name, a note or a value as it is. */
+function shape(calculation: Calculation, outcome: Outcome): unknown {
+  if (calculation.result !== "RecordSet") return outcome.note ?? outcome.value;
+  if (calculation.columns.length === 1) return outcome.columns[0]!.values;
+  return Object.fromEntries(outcome.columns.map((column, i) => [camelCase(calculation.columns[i]!.key), column.values]));
+}
+
+/**
+ * Starts the library.
+ * @param source the module, or where it is; the file beside this one unless told otherwise.
+ */
+export async function load(source: Source = new URL("./orvex.wasm", import.meta.url)): Promise<Orvex> {
+  const engine = await Engine.start(await compile(source));
+  const library: Record<string, unknown> = { engine };
+  for (const calculation of engine.calculations) {
+    const name = camelCase(calculation.key);
+    const module = calculation.module;
+    const home = module ? ((library[module] ??= {}) as Record<string, unknown>) : library;
+    home[name] ??= bind(engine, calculation);
+  }
+  return library as unknown as Orvex;
+}
