@@ -165,6 +165,18 @@ const catalogue::Method& findRunnable(const Target& target) {
       fmt::format("{} is a property, which computes nothing by itself.", fullName(owner, *target.methods.front())));
 }
 
+std::vector<std::vector<std::string>> splitCalls(const std::vector<std::string>& words) {
+  std::vector<std::vector<std::string>> calls(1);
+  for (const std::string& word : words) {
+    if (word == NextCall) {
+      calls.emplace_back();
+    } else {
+      calls.back().push_back(word);
+    }
+  }
+  return calls;
+}
+
 CallWords readWords(const std::vector<std::string>& words) {
   CallWords result;
   for (const std::string& word : words) {

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/names.h"
@@ -22,6 +23,13 @@ struct CallWords {
   std::optional<std::string> file;
   std::vector<NamedText> arguments;
 };
+
+/// What stands between two calls of the words, where the command line has "--": the reader of options keeps that to
+/// itself.
+inline constexpr std::string_view NextCall = "\x1F";
+
+/// The words of each call.
+std::vector<std::vector<std::string>> splitCalls(const std::vector<std::string>& words);
 
 /// Tells the file from the arguments. UsageError for a second file.
 CallWords readWords(const std::vector<std::string>& words);

@@ -133,16 +133,7 @@ std::string aliasOf(const Method& method, const std::vector<NamedText>& given) {
 class Following {
  public:
   Following(const FollowOptions& options, Sink& sink) : options_(options), sink_(sink) {
-    std::vector<std::string> words;
-    for (const std::string& word : options.words) {
-      if (word != NextCall) {
-        words.push_back(word);
-        continue;
-      }
-      addCall(words);
-      words.clear();
-    }
-    addCall(words);
+    for (const auto& words : splitCalls(options.words)) addCall(words);
     checkColumnNames();
   }
 

@@ -9,9 +9,6 @@
 
 namespace orvex::cli {
 
-/// What stands between two calls of the words, where the command line has "--".
-inline constexpr std::string_view NextCall = "\x1F";
-
 struct FollowOptions {
   std::vector<std::string> words;  // METHOD [FILE] [NAME=VALUE ...], and after `NextCall` the next one
   Format format = Format::Csv;     // CSV or JSON

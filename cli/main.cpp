@@ -8,7 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "cli/binding.h"
 #include "cli/catalogue_pages.h"
+#include "cli/chart.h"
 #include "cli/failure.h"
 #include "cli/follow.h"
 #include "cli/names.h"
@@ -39,6 +41,7 @@ class Program {
     addDescribe();
     addRun();
     addFollow();
+    addChart();
     addPage("idl", "Print the interface definition of the automation server.", automation::interfaceDefinition);
     addPage("manifest", "Print the manifest that makes the automation server usable without registration.",
             automation::registrationFreeManifest);
@@ -70,7 +73,7 @@ class Program {
   void parse(int argc, char** argv) {
     std::vector<std::string> words(argv + 1, argv + argc);
     // What ends the options elsewhere stands between two calls there.
-    if (!words.empty() && words.front() == "follow")
+    if (!words.empty() && (words.front() == "follow" || words.front() == "chart"))
       std::replace(words.begin(), words.end(), "--"s, std::string(NextCall));
     std::reverse(words.begin(), words.end());
     app_.parse(std::move(words));
@@ -173,6 +176,31 @@ class Program {
         "Source=Mean. A file "
         "is\n"
         "watched until Ctrl-C. What needs all records before the first row, such as newest first, is refused.");
+  }
+
+  void addChart() {
+    addPage("chart", "Write a page with a chart of prices and studies.", [this] {
+      chart_.reading = run_.reading;
+      return chart(chart_);
+    });
+    CLI::App* command = app_.get_subcommand("chart");
+    command
+        ->add_option("FILE", chart_.words,
+                     "A price file, then a method with its NAME=VALUE arguments, and \"--\" before each further one.")
+        ->required()
+        ->option_text("[METHOD [NAME=VALUE ...]] [-- METHOD ...]");
+    command
+        ->add_option("-o,--output", chart_.output,
+                     "The page; FILE with the ending .html in this folder if it is not told, \"-\" to print it.")
+        ->option_text("PAGE");
+    command->add_flag("--open", chart_.open, "Show the page in the browser.");
+    addReading(*command);
+    command->footer(
+        "The page is one file with everything in it: it works without a network, and what is in it stays in it.\n"
+        "A method is computed from columns of the file, or from those of a method before it:\n\n"
+        "  orvex chart prices.csv Bands.BollingerBands Periods=20 -- Oscillator.MACD\n"
+        "  orvex chart prices.csv Index.RelativeStrengthIndex -- \\\n"
+        "    MovingAverage.SimpleMovingAverage Source=RelativeStrengthIndex Periods=9");
   }
 
   /// The options that tell how the lines of a price file are to be read.
@@ -341,6 +369,7 @@ class Program {
   std::string warmup_;
   RunOptions run_;
   FollowOptions follow_;
+  ChartOptions chart_;
 };
 
 }  // namespace
