@@ -28,7 +28,9 @@ import pandas as pd
 import polars as pl
 
 """
-PACKAGE = """from orvex._errors import OrvexError as OrvexError
+PACKAGE = """from orvex._chart import Chart as Chart
+from orvex._chart import chart as chart
+from orvex._errors import OrvexError as OrvexError
 from orvex._errors import SymbolWarning as SymbolWarning
 from orvex._groups import indicators as indicators
 from orvex._live import Kept as Kept

@@ -21,6 +21,8 @@ def catalogue() -> list[dict[str, object]]:
 
 # What is imported when it is asked for: calls with plain arrays need none of it.
 _LATER = {
+    "Chart": "orvex._chart",
+    "chart": "orvex._chart",
     "Kept": "orvex._live",
     "Live": "orvex._live",
     "indicators": "orvex._groups",
