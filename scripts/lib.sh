@@ -18,6 +18,8 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
     wine_packages=(wine64)
     python_packages=(python3-dev python3-venv)
     bare_packages=(debootstrap git ca-certificates)
+    web_packages=(emscripten node-acorn python3-venv)
+    web_test_packages=(chromium fonts-dejavu-core)
 }
 
 say() {
@@ -94,6 +96,37 @@ make_environment() {
             fail "pip could not install the packages; its messages are above" "Check the settings: pip config list"
         echo "$mark" >"$1/made-of"
     fi
+}
+
+# Puts a Node that is new enough, with its npm, first in the path: the system's, or else one of PyPI's.
+use_node() {
+    local folder=$root/build/node major
+    major=$(node -p 'process.versions.node.split(".")[0]' 2>/dev/null || echo 0)
+    if ((major < 20)) || ! command -v npm >/dev/null; then
+        make_environment "$folder" web/node.txt
+        export PATH=$folder/bin:$PATH
+    fi
+}
+
+# The packages that web/package-lock.json names, in web/node_modules; those that are there already stay.
+install_node_packages() {
+    local mark made=web/node_modules/.made-of
+    mark=$(cat web/package.json web/package-lock.json | sha256sum)
+    [[ $(cat "$made" 2>/dev/null) != "$mark" ]] || return 0
+    say "Installing the packages of web/package-lock.json"
+    npm --prefix web ci --silent ||
+        fail "npm could not install the packages" "Check the settings: npm config list; its messages: npm --prefix web ci"
+    echo "$mark" >"$made"
+}
+
+# build_web TARGET...: the WebAssembly modules of these names; of orvex_web, in build/web, the npm package and the studio.
+build_web() {
+    use_node
+    cmake --preset wasm >/dev/null
+    cmake --build --preset wasm --target "$@"
+    install_node_packages
+    node web/build.mjs package
+    node web/build.mjs studio
 }
 
 # build_for_coverage TARGET...: in build/coverage.
