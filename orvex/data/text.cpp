@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <iterator>
 
 namespace orvex::inline ORVEX_COUNTS {
@@ -144,6 +145,16 @@ bool equalNames(std::string_view a, std::string_view b) noexcept {
     b.remove_prefix(second.length);
   }
   return a.empty() && b.empty();
+}
+
+std::size_t hashOfName(std::string_view name) {
+  std::u32string letters;
+  while (!name.empty()) {
+    const Decoded first = decode(name);
+    letters += smallLetter(first.character);
+    name.remove_prefix(first.length);
+  }
+  return std::hash<std::u32string>()(letters);
 }
 
 bool isUtf8(std::string_view bytes) noexcept {

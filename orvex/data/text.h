@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@ namespace orvex::inline ORVEX_COUNTS {
 /// Tells whether two names are the same but for the case of Latin, Greek and Cyrillic letters. Both are UTF-8; bytes
 /// that are not stand for themselves.
 bool equalNames(std::string_view a, std::string_view b) noexcept;
+
+/// A number that equal names share, for tables of names.
+std::size_t hashOfName(std::string_view name);
 
 bool isUtf8(std::string_view bytes) noexcept;
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <unordered_map>
 #include <utility>
 
 #include "orvex/data/text.h"
@@ -114,11 +115,12 @@ void nameColumns(Layout& layout, const std::vector<CellText>& cells, const std::
 
 /// The names that more than one further column bears are told: the first of them is found by it.
 void remarkOnDoubledNames(Layout& layout) {
-  const auto& columns = layout.columns;
-  for (auto column = columns.begin(); column != columns.end(); ++column) {
-    const auto same = [&](const ColumnLayout& one) { return equalNames(one.name, column->name); };
-    if (column->role == Role::Other && !column->name.empty() && std::count_if(columns.begin(), column, same) == 1) {
-      layout.remarks.push_back("More than one column is called " + shown(column->name) + "; the first one is taken.");
+  std::unordered_map<std::string_view, int, decltype(&hashOfName), decltype(&equalNames)> seen(
+      layout.columns.size(), &hashOfName, &equalNames);
+  for (const ColumnLayout& column : layout.columns) {
+    const int before = seen[column.name]++;
+    if (column.role == Role::Other && !column.name.empty() && before == 1) {
+      layout.remarks.push_back("More than one column is called " + shown(column.name) + "; the first one is taken.");
     }
   }
 }
