@@ -210,22 +210,27 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
     // smallest. What no number can hold shows where it is used.
     const auto sum = makeColumn(count, "Sum", 1), largest = makeColumn(count, "Largest", 1),
                smallest = makeColumn(count, "Smallest", 1);
+    double* const sums = sum->writableValues().data();
+    double* const highs = largest->writableValues().data();
+    double* const lows = smallest->writableValues().data();
     for (int number = 1; number <= Levels; ++number) {
       if (number > 1) {
         level = averageOfPart(MA_Type, level, first, 2, "Level");
         first += wait;
       }
       const double* const value = level->values().data();
-      double* const sums = sum->writableValues().data();
-      double* const highs = largest->writableValues().data();
-      double* const lows = smallest->writableValues().data();
       const auto take = [=](kernels::Records records) {
-        for (std::ptrdiff_t i = records.first - 1; i < records.last; ++i) {
-          sums[i] = number == 1 ? value[i] : sums[i] + value[i];
-          highs[i] = number == 1 || value[i] > highs[i] ? value[i] : highs[i];
-          lows[i] = number == 1 || value[i] < lows[i] ? value[i] : lows[i];
+        const std::ptrdiff_t from = records.first - 1, to = records.last;
+        if (number == 1) {
+          for (double* const rows : {sums, highs, lows}) std::copy(value + from, value + to, rows + from);
+        } else {
+          for (std::ptrdiff_t i = from; i < to; ++i) {
+            sums[i] += value[i];
+            highs[i] = value[i] > highs[i] ? value[i] : highs[i];
+            lows[i] = value[i] < lows[i] ? value[i] : lows[i];
+          }
         }
-        return static_cast<std::size_t>(records.last - records.first) + 1;
+        return static_cast<std::size_t>(to - from);
       };
       eachRecord(
           1, count, take,
@@ -246,11 +251,12 @@ std::shared_ptr<RecordSet> Oscillator::RainbowOscillator(std::shared_ptr<Databas
     const auto upper = makeColumn(count, RainbowUpperName, first);
     const auto lower = makeColumn(count, RainbowLowerName, first);
     eachRecord(first, count, noKernel, [&](Integer record) {
+      const auto index = static_cast<std::size_t>(record.value() - 1);
       const Real range = rangeOfSpan(spans, Source, Levels, record);
       Real place = 0, width = 0, below = 0;
       if (range != 0) {
-        place = 100 * (at(Source, record) - at(sum, record) / Levels) / range;
-        width = 100 * (at(largest, record) - at(smallest, record)) / range;
+        place = 100 * (at(Source, record) - Real(sums[index]) / Levels) / range;
+        width = 100 * (Real(highs[index]) - lows[index]) / range;
         below = -width;
       }
       result->setValue(record, place);
