@@ -110,7 +110,9 @@ std::optional<Value> bindUnnamed(const Argument& argument, const PriceFile* file
   if (argument.type == Type::Database && file != nullptr) return file->data;
   if (argument.type == Type::RecordSet && file != nullptr) return file->prices;
   if (argument.optional) return catalogue::Missing{};
-  const auto take = [&](const std::string& text) { usual += fmt::format(" {}={}", argument.name, text); };
+  const auto take = [&](const std::string& text) {
+    usual += fmt::format(" {}={}{}", argument.name, text, argument.usual.example ? " (an example)" : "");
+  };
   if (argument.type == Type::Field) {
     if (file == nullptr) return std::nullopt;
     for (const std::string_view name : {argument.name, argument.usual.text}) {

@@ -22,7 +22,9 @@ namespace {
 
 std::string usualTextOf(const Argument& argument) {
   if (!argument.usual.given) return {};
-  return argument.usual.text.empty() ? fmt::to_string(argument.usual.number) : std::string(argument.usual.text);
+  const std::string value =
+      argument.usual.text.empty() ? fmt::to_string(argument.usual.number) : std::string(argument.usual.text);
+  return argument.usual.example ? fmt::format("{} (an example)", value) : value;
 }
 
 }  // namespace

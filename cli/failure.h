@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cstddef>
 #include <cstdio>
 #include <stdexcept>
 #include <string>
@@ -23,14 +24,21 @@ class Failure : public std::exception {
  public:
   Failure(const Error& error, std::string explanation) : error_(error), explanation_(std::move(explanation)) {}
   Failure(const Fault& fault, std::string explanation) : Failure(Error(fault), std::move(explanation)) {}
+  /// Of a file that could not be read: the line and its cell, from 1; 0 where the matter lies in none.
+  Failure(const Fault& fault, std::string explanation, std::size_t line, std::size_t cell)
+      : error_(fault), explanation_(std::move(explanation)), line_(line), cell_(cell) {}
 
   const Error& error() const noexcept { return error_; }
   const std::string& explanation() const noexcept { return explanation_; }
+  std::size_t line() const noexcept { return line_; }
+  std::size_t cell() const noexcept { return cell_; }
   const char* what() const noexcept override { return explanation_.c_str(); }
 
  private:
   Error error_;
   std::string explanation_;
+  std::size_t line_ = 0;
+  std::size_t cell_ = 0;
 };
 
 /// Tells something on the standard error.

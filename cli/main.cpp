@@ -336,10 +336,10 @@ class Program {
     return false;
   }
 
-  static void printError(const Error& error, const std::string& explanation) {
+  static void printError(const Failure& failure) {
     try {
       Sink sink;
-      sink.print(showError(error, explanation));
+      sink.print(showError(failure));
       sink.flush();
     } catch (const WriteError& unwritten) {
       complain(unwritten.what());
@@ -349,7 +349,7 @@ class Program {
   /// A mistake in how the program was called, for people and, where they asked for it, for programs.
   static int refuse(const std::string& explanation, bool asJson) {
     complain(explanation);
-    if (asJson) printError(Error(faults::InvalidCall), explanation);
+    if (asJson) printError(Failure(faults::InvalidCall, explanation));
     return misused;
   }
 
@@ -358,7 +358,7 @@ class Program {
     const Error& error = failure.error();
     complain(failure.explanation());
     complain(fmt::format("error {}, {}: {}", error.number(), error.source(), error.description()));
-    if (format_ == "json") printError(error, failure.explanation());
+    if (format_ == "json") printError(failure);
     return failed;
   }
 

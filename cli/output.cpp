@@ -274,8 +274,13 @@ std::string errorMembers(const Error& error) {
   return members;
 }
 
-std::string showError(const Error& error, const std::string& explanation) {
-  return fmt::format(R"({{"error":{{{},"explanation":{}}}}})", errorMembers(error), jsonText(explanation)) + '\n';
+std::string showError(const Failure& failure) {
+  std::string place;
+  if (failure.line() != 0) place += fmt::format(R"(,"line":{})", failure.line());
+  if (failure.cell() != 0) place += fmt::format(R"(,"cell":{})", failure.cell());
+  return fmt::format(R"({{"error":{{{}{},"explanation":{}}}}})", errorMembers(failure.error()), place,
+                     jsonText(failure.explanation())) +
+         '\n';
 }
 
 }  // namespace orvex::cli

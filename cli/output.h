@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "cli/failure.h"
 #include "cli/sink.h"
 #include "orvex/catalogue/computed_rows.h"
 #include "orvex/catalogue/value.h"
-#include "orvex/data/error.h"
 #include "orvex/data/field.h"
 #include "orvex/data/note.h"
 
@@ -53,8 +53,8 @@ std::vector<ShownColumn> columnsOf(const PriceFile& file);
 void showColumns(Sink& sink, const ShownColumns& result, Format format);
 std::string showNote(const Note& note, const std::vector<Written>& written, Format format);
 std::string showValue(const catalogue::Value& value, const std::vector<Written>& written, Format format);
-/// An error as JSON, in the library's words and in a reader's.
-std::string showError(const Error& error, const std::string& explanation);
+/// An error as JSON, in the library's words and in a reader's, with the line and the cell of a file that it lies in.
+std::string showError(const Failure& failure);
 /// The members of such an object that tell the error in the library's words: what was reported and, where that is more,
 /// what was met first and in which record.
 std::string errorMembers(const Error& error);

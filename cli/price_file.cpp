@@ -99,9 +99,10 @@ PriceFile readPriceFile(const std::string& path, const prices::Options& options)
     if (isGzip(bytes)) bytes = unpacked(bytes);
     return fileOf(name, std::make_shared<prices::PriceTable>(prices::read(std::move(bytes), options)));
   } catch (const prices::ReadError& error) {
-    throw Failure(error.fault(), error.line() == 0
-                                     ? fmt::format("no prices could be read from \"{}\". {}", name, error.what())
-                                     : fmt::format("line {} of \"{}\": {}", error.line(), name, error.what()));
+    throw Failure(error.fault(),
+                  error.line() == 0 ? fmt::format("no prices could be read from \"{}\". {}", name, error.what())
+                                    : fmt::format("line {} of \"{}\": {}", error.line(), name, error.what()),
+                  error.line(), error.cell());
   } catch (const Error& error) {
     throw Failure(Database::loadFault(error.description()), fmt::format("no prices could be read from \"{}\".", name));
   }

@@ -32,10 +32,14 @@ Every indicator by what it is used for, then every class with its methods. `orve
 - The time of a call grows in proportion to N; `Cycle.Analyze` takes N log N. The prime methods look at as many whole
   numbers a record as lie between its price and the next prime, some 20 for prices near 2,000,000,000.
 - The usual value of an argument is what people take unless they know better. Command line, Python and browser take it
-  for an argument that is left out; C++ and automation have to be given it.
+  for an argument that is left out; C++ and automation have to be given it. Those marked as an
+  example are no custom of the field and let a call be tried: a limit move, a tick, the column to compare with.
 - A class that holds data keeps it between calls. The others are calculators: one object serves any number of calls.
 - The computed rows of a result column are the records whose every input is itself computed. Rows outside them hold 0,
   or what the formula makes of values that are not computed yet. "Usually" tells the rows for the usual arguments.
+- Where a page says that a method fails, the whole call ends in an error and there is no result. What it tells first are
+  errors of its own; whatever else goes wrong is 1105 "An unexpected error has occured", a text that hosts know and that
+  stays as it is. The command line says what lay behind it, and in which record.
 - "Over it" in "drawn" means over the price, or over the column that the method was given.
 - What differs from the book is told with numbers in [differences.md](differences.md); words are explained in
   [glossary.md](glossary.md).

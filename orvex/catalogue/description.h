@@ -50,12 +50,19 @@ struct Usual {
   double number = 0.0;
   std::string_view text{};
   bool given = false;
+  /// No custom of the field: it lets a call be tried, and depends on the market or the question.
+  bool example = false;
 
   constexpr Usual() = default;
   constexpr Usual(double value) : number(value), given(true) {}
   constexpr Usual(std::string_view value) : text(value), given(true) {}
   constexpr Usual(const char* value) : text(value), given(true) {}
 };
+
+constexpr Usual asExample(Usual value) {
+  value.example = true;
+  return value;
+}
 
 /// One of the codes that an argument may be.
 struct Choice {

@@ -198,6 +198,11 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
     EXPECT_NE(asCsv.err.find(told), std::string::npos) << arguments << '\n' << asCsv.err;
     EXPECT_NE(asCsv.err.find(fault.description), std::string::npos) << asCsv.err;
   }
+  // Where a file is at fault, programs are told the place as numbers.
+  const json wide = json::parse(orvex("run --format json " + mean + "wide.csv Source=Close Periods=2").out)["error"];
+  EXPECT_EQ(wide["line"], 4);
+  EXPECT_EQ(wide["cell"], 3);
+  EXPECT_FALSE(wide.contains("record"));
 }
 
 TEST_F(CommandLine, TakesUsualValuesForWhatIsLeftOut) {

@@ -28,7 +28,7 @@ struct Description<Bands> {
                          MA_Type},
            .columns = {{.name = Bands::BollingerMedianName,
                         .firstRow = AverageRow,
-                        .help = "The average.",
+                        .help = "The average, as the middle band.",
                         .unit = SourceUnit,
                         .place = Place::Over},
                        {.name = Bands::BollingerTopName,

@@ -220,7 +220,7 @@ struct Description<General> {
           {.name = "CorrelationAnalysis",
            .help = "How unlike the movements of two columns are.",
            .arguments = {{.name = "Source1", .help = "A column.", .usual = "Close"},
-                         {.name = "Source2", .help = "The other, at least as long.", .usual = "Volume"}},
+                         {.name = "Source2", .help = "The other, at least as long.", .usual = asExample("Volume")}},
            .faults = {General::CorrelationAnalysisFault},
            .purpose = Purpose::Statistics,
            .guide =

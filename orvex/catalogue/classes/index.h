@@ -18,8 +18,9 @@ struct Description<Index> {
   };
 
   static constexpr Argument Volume{.name = "Volume", .help = "The column of volumes.", .usual = "Volume"};
-  static constexpr Argument LimitMoveValue{
-      .name = "LimitMoveValue", .help = "The most that the price can move in a period, above 0.", .usual = 3};
+  static constexpr Argument LimitMoveValue{.name = "LimitMoveValue",
+                                           .help = "The most that the price can move in a period, above 0.",
+                                           .usual = asExample(3)};
 
   static constexpr auto rows = std::tuple{
       row<&Index::OnBalanceVolume>(
@@ -90,7 +91,7 @@ struct Description<Index> {
                          Volume,
                          {.name = "MinTickValue",
                           .help = "A move up to this size keeps the direction; 0 or more.",
-                          .usual = 0.05},
+                          .usual = asExample(0.05)},
                          aliasOr(Index::TradeVolumeIndexName)},
            .columns = {{.firstRow = "2", .aliased = true, .help = "The total.", .unit = VolumeUnit}},
            .faults = {Index::TradeVolumeIndexTickFault, Index::TradeVolumeIndexFault},
@@ -120,7 +121,7 @@ struct Description<Index> {
            .help = "One column divided by another; -987654321 where both are equal.",
            .arguments = {Data,
                          {.name = "Source1", .help = "The column to measure.", .usual = "Close"},
-                         {.name = "Source2", .help = "The column to measure it by.", .usual = "Open"},
+                         {.name = "Source2", .help = "The column to measure it by.", .usual = asExample("Open")},
                          aliasOr(Index::ComparativeRelativeStrengthName)},
            .columns = {{.firstRow = "1", .aliased = true, .help = "The ratio; -987654321 where both are equal."}},
            .faults = {Index::ComparativeRelativeStrengthFault},
@@ -190,29 +191,32 @@ struct Description<Index> {
            .recomputed = true}),
       row<&Index::ChaikinMoneyFlow>(
           {.name = Index::ChaikinMoneyFlowName,
-           .help = "Where prices close within their ranges, with volume.",
+           .help = "Where prices close within their ranges, quiet records counting most.",
            .arguments = {Data, OHLCV, Periods.usually(21), aliasOr(Index::ChaikinMoneyFlowName)},
            .columns = {{.firstRow = "Periods + 1",
                         .aliased = true,
-                        .help = "The flow; its size follows the size of volumes."}},
+                        .help = "The flow; of equal volumes -Periods^2 to Periods^2, of unequal ones beyond."}},
            .faults = {Index::ChaikinMoneyFlowFault},
            .purpose = Purpose::Volume,
            .abbreviations = {"CMF"},
-           .guide = {.formula = "flow x (total of Volume), with flow = the sum of ((Close - Low) - (High - Close)) / "
-                                "((High - Low) x Volume) over Periods records",
-                     .reading = "Above 0 prices close in the upper half of their ranges. Only the sign and the "
-                                "direction can be read: the scale is that of the volumes.",
-                     .origin = "Under the name of Marc Chaikin's indicator of the 1980s.",
-                     .difference =
-                         "Chaikin multiplies each record's place in its range by its volume and divides the sum by the "
-                         "total volume: -1 to 1. Here each place is divided by its volume and the total multiplies, so "
-                         "that quiet records count most. It is another indicator under his name.",
-                     .fails = "where the total volume of Periods records is 0 (a file without volumes), and where "
-                              "Periods is below 1 or above N"},
+           .guide =
+               {.formula = "flow x (total of Volume), with flow = the sum of ((Close - Low) - (High - Close)) / "
+                           "((High - Low) x Volume) over the Periods records that end at r; a record without a "
+                           "range or a volume adds nothing",
+                .reading = "Above 0 mostly the quiet records close in the upper half of their ranges. Sign and "
+                           "direction can be read; volumes that are all doubled change nothing.",
+                .origin = "Orvex's own, under the name of Marc Chaikin's indicator of the 1980s.",
+                .difference =
+                    "Chaikin multiplies each record's place in its range by its volume and divides the sum by the "
+                    "total volume: -1 to 1. Here each place is divided by its volume and the total multiplies, so "
+                    "that quiet records count most: another indicator. The first row is Periods + 1, one later than it "
+                    "could be.",
+                .fails = "where the total volume of Periods records is 0 (a file without volumes), and where "
+                         "Periods is below 1 or above N"},
            .levels = {0}}),
       row<&Index::RelativeStrengthIndex>(
           {.name = Index::RelativeStrengthIndexName,
-           .help = "Wilder's share of the rises in all movement, in percent.",
+           .help = "The rises as a share of all movement, smoothed as Wilder does, in percent.",
            .arguments = {Data, Source, Periods.usually(14), aliasOr(Index::RelativeStrengthIndexName)},
            .columns = {{.firstRow = "Periods + 1",
                         .aliased = true,
@@ -225,13 +229,15 @@ struct Description<Index> {
            .guide =
                {.formula =
                     "row r = 100 x mean rise / (mean rise + mean fall), 50 where both are 0; the means begin as those "
-                    "of the first Periods moves and go on as (mean x (Periods - 1) + the record's) / Periods",
+                    "of the first Periods moves and go on as (mean x (Periods - 1) + the record's rise or fall) / "
+                    "Periods",
                 .reading = "Above 70 a market is called overbought, below 30 oversold; in a strong trend it stays "
                            "there for long. A new high of the price without one of the index is Wilder's warning of a "
-                           "turn. The fewer Periods, the wider it swings; Wilder's are 14.",
+                           "turn. The fewer Periods, the wider it swings; Wilder took 14.",
                 .origin = "J. Welles Wilder, New Concepts in Technical Trading Systems, 1978.",
-                .difference = "The values are Wilder's. Without a fall his quotient has none; here that is 100, and 50 "
-                              "where nothing moved.",
+                .difference =
+                    "The values are Wilder's. Without a fall his formula divides by 0; here that is 100, and 50 "
+                    "where nothing moved.",
                 .fails = "where a value is not finite"},
            .levels = {30, 70}}),
       row<&Index::MoneyFlowIndex>(

@@ -149,18 +149,21 @@ struct Description<LineStudy> {
            .guide = {.formula = "from the earlier extreme of the span (record a, the highest High or the lowest Low) a "
                                 "line through the later one, at record b: origin + move x (r - a) / (b - a), and the "
                                 "same with move x 2 / 3 and move / 3",
-                     .reading = "A correction is expected to end at the two-thirds line; one that breaks it, at the "
-                                "one-third line; below that the trend is over.",
+                     .reading =
+                         "A correction is expected to end at the two-thirds line; one that breaks it, at the "
+                         "one-third line; below that a rise is over. Of a fall the lines lie the other way round. "
+                         "Rows before the later extreme use it too: a study of what was, no signal.",
                      .origin = "Edson Gould, 1960s.",
                      .fails = "where both extremes stand on one record, and where a price is missing or not finite"},
            .recomputed = true}),
       row<&LineStudy::TrendLinePenetration>(
           {.name = LineStudy::TrendLinePenetrationName,
            .help = "1 where a column breaks through a line upwards, -1 downwards.",
-           .arguments = {Data,
-                         {.name = "TrendLine", .help = "The line: 0 where it is not drawn.", .usual = "Open"},
-                         Source,
-                         aliasOr(LineStudy::TrendLinePenetrationName)},
+           .arguments =
+               {Data,
+                {.name = "TrendLine", .help = "The line: 0 where it is not drawn.", .usual = asExample("Open")},
+                Source,
+                aliasOr(LineStudy::TrendLinePenetrationName)},
            .columns = {{.firstRow = "2",
                         .aliased = true,
                         .help = "The crossing.",

@@ -90,7 +90,7 @@ struct Description<Oscillator> {
                         .bounds = {0, 100}},
                        {.name = Oscillator::RangeSumName,
                         .firstRow = "2 * Periods + 1",
-                        .help = "The smoothed sum of the average true range.",
+                        .help = "The average true range, smoothed once more.",
                         .unit = PriceUnit,
                         .bounds = {.low = 0},
                         .place = Place::Apart},
@@ -109,27 +109,30 @@ struct Description<Oscillator> {
            .abbreviations = {"DMS", "ADX", "DMI"},
            .guide = {.formula = "DI+ and DI- = the smoothed rises and falls x 100 / TRSum; DX = |DI- - DI+| / (DI- + "
                                 "DI+) x 100; ADX = ((Periods - 1) x ADX(r - 1) + DX(r)) / Periods; ADXR = the mean of "
-                                "ADX(r) and ADX(r - 1); all but TRSum in whole numbers",
+                                "ADX(r) and ADX(r - 1). The directions and DX are cut to whole numbers, ADX and ADXR "
+                                "rounded; TRSum is the average true range, smoothed as the rises and falls are",
                      .reading = "ADX above 25 tells of a trend, below 20 of none; it does not tell which way. DI+ "
                                 "above DI- is a rising market; their cross is Wilder's signal.",
                      .origin = "J. Welles Wilder, New Concepts in Technical Trading Systems, 1978.",
-                     .difference = "Directions and indices are cut or rounded to whole numbers. The range is averaged "
-                                   "before it is summed; sums and ADX climb from 0 where Wilder begins with the first "
-                                   "Periods values; the rating looks one record back where his looks back Periods.",
+                     .difference = "All but TRSum are whole numbers. The range is averaged before it is smoothed. The "
+                                   "smoothings climb from 0 at record 1 and ADX from 0 at record Periods, where Wilder "
+                                   "begins with the first Periods values: of an ADX of 14 periods a third still lacks "
+                                   "in its first row and a hundredth some 50 rows later. The rating looks one record "
+                                   "back where his looks back Periods.",
                      .fails = "where Periods is below 1 or above N / 2, and where a price is missing or not finite"},
            .levels = {20, 25}}),
       row<&Oscillator::Aroon>(
           {.name = "Aroon",
-           .help = "How long ago the highest high and the lowest low stand.",
+           .help = "How long ago the highest high and the lowest low were made.",
            .arguments = {Data, OHLCV, Periods.usually(25)},
            .columns = {{.name = Oscillator::AroonUpName,
                         .firstRow = "Periods + 1",
-                        .help = "100 less the age of the highest high.",
+                        .help = "100 of a highest high in the record itself, 0 of one Periods records ago.",
                         .unit = PercentUnit,
                         .bounds = {0, 100}},
                        {.name = Oscillator::AroonDownName,
                         .firstRow = "Periods + 1",
-                        .help = "100 less the age of the lowest low.",
+                        .help = "100 of a lowest low in the record itself, 0 of one Periods records ago.",
                         .unit = PercentUnit,
                         .bounds = {0, 100}},
                        {.name = Oscillator::AroonOscillatorName,
@@ -145,7 +148,7 @@ struct Description<Oscillator> {
                      .reading = "Up near 100 and Down near 0: a rising trend, which makes new highs. Both low: no "
                                 "trend. Their cross comes early.",
                      .origin = "Tushar Chande, Technical Analysis of Stocks & Commodities, September 1995.",
-                     .difference = "Of equal extremes the one of the record itself counts and otherwise the oldest; "
+                     .difference = "Of equal extremes that of the record itself counts, and otherwise the oldest; "
                                    "other programs take the newest.",
                      .fails = "where Periods is below 1, and where a price is missing or not finite"},
            .levels = {30, 70}}),
@@ -213,13 +216,14 @@ struct Description<Oscillator> {
            .faults = {Oscillator::WilliamsPctRFault},
            .purpose = Purpose::Momentum,
            .abbreviations = {"%R", "WILLR", "WPR"},
-           .guide = {.formula =
-                         "row r = (highest High - Close) / (highest High - lowest Low) x -100 over Periods records",
-                     .reading =
-                         "Above -20 overbought, below -80 oversold: the stochastic turned round and not smoothed.",
+           .guide = {.formula = "row r = (highest High - Close) / (highest High - lowest Low) x -100 over the Periods "
+                                "records that end at r",
+                     .reading = "Above -20 overbought, below -80 oversold: the unsmoothed %K of the stochastic, less "
+                                "100.",
                      .origin = "Larry Williams, How I Made One Million Dollars, 1973.",
-                     .difference = "The last record is never computed: take it from the record before, or from the "
-                                   "unsmoothed %K less 100. The first row is Periods + 1, one later than it could be.",
+                     .difference = "The last record is never computed and holds 0, which is no reading: take the "
+                                   "unsmoothed %K less 100 for it. The first row is Periods + 1, one later than it "
+                                   "could be.",
                      .fails = "where the highest and the lowest price of a span are equal, and where a price is "
                               "missing or not finite"},
            .levels = {-80, -20}}),
@@ -492,7 +496,7 @@ struct Description<Oscillator> {
            .levels = {0}}),
       row<&Oscillator::MACD>(
           {.name = Oscillator::MACDName,
-           .help = "The difference of two exponential averages, its average, and their difference.",
+           .help = "The difference of two exponential averages, its average as a signal, and the distance of both.",
            .arguments = {Data,
                          Source,
                          ShortCycle,
@@ -519,12 +523,14 @@ struct Description<Oscillator> {
            .abbreviations = {"MACD"},
            .guide = {.formula = "the exponential average over ShortCycle records less that over LongCycle; Signal = "
                                 "its exponential average over SignalPeriods; Histogram = the line - Signal",
-                     .reading = "Buy where the line rises above its signal, sell where it falls below; above 0 the "
-                                "trend is up. A histogram that shrinks warns of the cross. 12, 26 and 9 are Appel's.",
+                     .reading =
+                         "A rise of the line above its signal is taken for a buy, a fall below it for a sell; above 0 "
+                         "the trend is up. A histogram that shrinks warns of the cross. 12, 26 and 9 are Appel's.",
                      .origin = "Gerald Appel, The Moving Average Convergence-Divergence Trading Method, 1979; the "
                                "histogram: Thomas Aspray, 1986.",
-                     .difference = "That of the house's exponential average: its seed, and first rows one record "
-                                   "later. After some LongCycle records more nothing of it is seen.",
+                     .difference = "As with MovingAverage.ExponentialMovingAverage the averages begin with another "
+                                   "value, and first rows one record later. A seventh of that is left after LongCycle "
+                                   "records more, less than a hundredth after three times as many.",
                      .fails = "where the series is too short for the averages, and where a value is not finite"},
            .levels = {0}}),
       row<&Oscillator::VolumeOscillator>(
