@@ -13,17 +13,16 @@ enum class Prices {
   NearBillion,  // whole numbers near 1,000,000,000
 };
 
-/// One line of the table: a method with its arguments, and what the peers need for the same.
+/// One line of the table: a method with its arguments.
 struct Case {
   std::string method;                            // "Class.Method"
   std::map<std::string, std::string> arguments;  // by name, as texts; the usual values for the rest
-  double peers = 0.0;                            // as a multiple of the yardstick; 0 where there is no such figure
   Prices prices = Prices::Ordinary;
 
   std::string label() const;
 };
 
-/// The cases with figures to compare with, then every other method of the catalogue that makes columns.
+/// The cases with arguments of their own, then every other method of the catalogue that makes columns.
 std::vector<Case> cases();
 
 }  // namespace orvex::bench

@@ -1,10 +1,12 @@
-// Times every method of the catalogue on 32,765 records, the making of its result included, and prints the medians as
-// multiples of a yardstick that runs among them: a plain running sum over 20 records. Multiples are what can be
-// compared between machines. With any --benchmark_... option it is an ordinary Google Benchmark program instead.
+// Times every method of the catalogue on 32,765 records, the making of its result included, and prints the medians
+// beside two yardsticks that run among them: a plain running sum over 20 records, which waits for itself, and a copy of
+// a column, which is bound by what memory gives. Beside the output of an earlier build it prints the ratio to that, for
+// one machine. With any --benchmark_... option it is an ordinary Google Benchmark program instead.
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -20,13 +22,15 @@
 #include "bench/cases.h"
 #include "bench/prepared_call.h"
 #include "bench/series.h"
+#include "orvex/data/rows.h"
 #include "orvex/kernels/kernels.h"
 #include "orvex/prices/price_reader.h"
 
 namespace orvex::bench {
 namespace {
 
-constexpr const char* yardstickLabel = "yardstick";
+constexpr const char* yardstickLabel = "a running sum";
+constexpr const char* copyLabel = "a copy of a column";
 constexpr const char* countLinesLabel = "counting lines";
 constexpr const char* loadLabel = "Database.OpenDataBase";
 constexpr const char* readLabel = "the reader of price files";
@@ -44,6 +48,16 @@ void yardstick(benchmark::State& state) {
       out[i] = total / 20;
     }
     benchmark::DoNotOptimize(out.data());
+    benchmark::ClobberMemory();
+  }
+}
+
+void copy(benchmark::State& state) {
+  const auto close = series(Prices::Ordinary)->getRecordset()->getField("Close");
+  for (auto _ : state) {
+    const OwnRows rows = newRows(close->values().size());
+    std::memcpy(rows.values.data(), close->values().data(), close->values().size_bytes());
+    benchmark::DoNotOptimize(rows.values.data());
     benchmark::ClobberMemory();
   }
 }
@@ -108,15 +122,32 @@ class Medians : public benchmark::BenchmarkReporter {
   std::map<std::string, std::string> failures;
 };
 
-bool printTable(const std::vector<Case>& all, const Medians& medians) {
-  const double unit = medians.nanoseconds.at(yardstickLabel);
-  fmt::print("yardstick: {:.2f} ns a record\n\n{:<52} {:>10} {:>10} {:>10}\n", unit / RecordCount, "", "ns/record",
-             "multiple", "peers");
-  for (const Case& one : all) {
-    const auto found = medians.nanoseconds.find(one.label());
+constexpr std::size_t labelWidth = 52;
+
+/// The nanoseconds of every line of an earlier output, by label.
+std::map<std::string, double> readBase(const std::string& path) {
+  std::map<std::string, double> base;
+  std::ifstream file(path);
+  for (std::string line; std::getline(file, line);) {
+    if (line.size() <= labelWidth) continue;
+    const std::size_t end = line.find_last_not_of(' ', labelWidth - 1);
+    const double nanoseconds = std::strtod(line.c_str() + labelWidth, nullptr);
+    if (end != std::string::npos && nanoseconds > 0.0) base[line.substr(0, end + 1)] = nanoseconds;
+  }
+  return base;
+}
+
+bool printTable(const std::vector<Case>& all, const Medians& medians, const std::map<std::string, double>& base) {
+  fmt::print("{:<{}} {:>10} {:>10}\n", "", labelWidth, "ns/record", base.empty() ? "" : "of base");
+  std::vector<std::string> labels = {yardstickLabel, copyLabel};
+  for (const Case& one : all) labels.push_back(one.label());
+  for (const std::string& label : labels) {
+    const auto found = medians.nanoseconds.find(label);
     if (found == medians.nanoseconds.end()) continue;
-    fmt::print("{:<52} {:>10.2f} {:>10.2f} {:>10}\n", one.label(), found->second / RecordCount, found->second / unit,
-               one.peers > 0.0 ? fmt::format("{:.2f}", one.peers) : "");
+    const double nanoseconds = found->second / RecordCount;
+    const auto before = base.find(label);
+    fmt::print("{:<{}} {:>10.3f} {:>10}\n", label, labelWidth, nanoseconds,
+               before == base.end() ? "" : fmt::format("{:.2f}", nanoseconds / before->second));
   }
   const double count = medians.nanoseconds.at(countLinesLabel);
   const double loading = medians.nanoseconds.at(loadLabel);
@@ -141,11 +172,19 @@ int run(int argc, char** argv) {
                                                              {"--level=avx2-fma", kernels::Level::Avx2Fma},
                                                              {"--level=avx512", kernels::Level::Avx512}};
   bool table = true;
+  std::map<std::string, double> base;
   std::vector<char*> options;
   for (int i = 0; i < argc; ++i) {
     const auto level = levels.find(argv[i]);
     if (level != levels.end()) {
       kernels::setLevel(level->second);
+    } else if (std::string_view(argv[i]).starts_with("--base=")) {
+      const std::string path = argv[i] + std::strlen("--base=");
+      base = readBase(path);
+      if (base.empty()) {
+        fmt::print(stderr, "orvex_bench: \"{}\" is no output of this program\n", path);
+        return 2;
+      }
     } else {
       options.push_back(argv[i]);
     }
@@ -158,6 +197,7 @@ int run(int argc, char** argv) {
 
   const std::vector<Case> all = cases();
   benchmark::RegisterBenchmark(yardstickLabel, yardstick);
+  benchmark::RegisterBenchmark(copyLabel, copy);
   for (const Case& one : all) {
     benchmark::RegisterBenchmark(one.label().c_str(), [&one](benchmark::State& state) { indicator(state, one); });
   }
@@ -167,7 +207,9 @@ int run(int argc, char** argv) {
   int count = static_cast<int>(options.size());
   benchmark::Initialize(&count, options.data());
   if (benchmark::ReportUnrecognizedArguments(count, options.data())) {
-    fmt::print(stderr, "usage: orvex_bench [--level=off|baseline|avx2|avx2-fma|avx512] [--benchmark_... options]\n");
+    fmt::print(
+        stderr,
+        "usage: orvex_bench [--level=off|baseline|avx2|avx2-fma|avx512] [--base=FILE] [--benchmark_... options]\n");
     return 2;
   }
   if (!table) {
@@ -176,7 +218,7 @@ int run(int argc, char** argv) {
   }
   Medians medians;
   benchmark::RunSpecifiedBenchmarks(&medians);
-  return printTable(all, medians) ? 0 : 1;
+  return printTable(all, medians, base) ? 0 : 1;
 }
 
 }  // namespace
