@@ -191,7 +191,7 @@ struct Description<Index> {
            .recomputed = true}),
       row<&Index::ChaikinMoneyFlow>(
           {.name = Index::ChaikinMoneyFlowName,
-           .help = "Where prices close within their ranges, quiet records counting most.",
+           .help = "Where prices close within their ranges, with volume.",
            .arguments = {Data, OHLCV, Periods.usually(21), aliasOr(Index::ChaikinMoneyFlowName)},
            .columns = {{.firstRow = "Periods + 1",
                         .aliased = true,
@@ -216,7 +216,7 @@ struct Description<Index> {
            .levels = {0}}),
       row<&Index::RelativeStrengthIndex>(
           {.name = Index::RelativeStrengthIndexName,
-           .help = "The rises as a share of all movement, smoothed as Wilder does, in percent.",
+           .help = "Wilder's share of the rises in all movement, in percent.",
            .arguments = {Data, Source, Periods.usually(14), aliasOr(Index::RelativeStrengthIndexName)},
            .columns = {{.firstRow = "Periods + 1",
                         .aliased = true,

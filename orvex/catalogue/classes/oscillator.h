@@ -123,7 +123,7 @@ struct Description<Oscillator> {
            .levels = {20, 25}}),
       row<&Oscillator::Aroon>(
           {.name = "Aroon",
-           .help = "How long ago the highest high and the lowest low were made.",
+           .help = "How long ago the highest high and the lowest low stand.",
            .arguments = {Data, OHLCV, Periods.usually(25)},
            .columns = {{.name = Oscillator::AroonUpName,
                         .firstRow = "Periods + 1",
@@ -496,7 +496,7 @@ struct Description<Oscillator> {
            .levels = {0}}),
       row<&Oscillator::MACD>(
           {.name = Oscillator::MACDName,
-           .help = "The difference of two exponential averages, its average as a signal, and the distance of both.",
+           .help = "The difference of two exponential averages, its average, and their difference.",
            .arguments = {Data,
                          Source,
                          ShortCycle,
