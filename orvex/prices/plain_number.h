@@ -57,21 +57,26 @@ inline PlainNumber shortNumber(const char* at, char decimal) noexcept {
   return {joinDigits(digits, length - 1), length - 1, length - 1 - whole, length};
 }
 
-inline PlainNumber numberOfAnyLength(const char* at, const char* end, char decimal) noexcept {
+/// More digits than these a double may not hold exactly.
+inline constexpr std::size_t exactDigits = 15;
+
+/// The same digit by digit; one of none where there are more than `exactDigits`.
+inline PlainNumber longNumber(const char* at, const char* end, char decimal) noexcept {
   PlainNumber number;
   const char* const first = at;
   const auto takeDigits = [&] {
-    const char* const start = at;
-    for (; at != end && isDigit(*at); ++at) number.digits = number.digits * 10 + static_cast<std::uint64_t>(*at - '0');
-    return static_cast<std::size_t>(at - start);
+    const std::size_t before = number.count;
+    for (; at != end && isDigit(*at) && number.count <= exactDigits; ++at, ++number.count) {
+      number.digits = number.digits * 10 + static_cast<std::uint64_t>(*at - '0');
+    }
+    return number.count - before;
   };
-  number.count = takeDigits();
-  if (number.count == 0) return {};
+  if (takeDigits() == 0) return {};
   if (at != end && *at == decimal) {
     ++at;
     number.fraction = takeDigits();
-    number.count += number.fraction;
   }
+  if (number.count > exactDigits) return {};
   number.length = static_cast<std::size_t>(at - first);
   return number;
 }
@@ -81,7 +86,6 @@ inline PlainNumber numberOfAnyLength(const char* at, const char* end, char decim
 inline bool takePlainNumber(const char*& from, const char* end, char decimal, double& value) noexcept {
   static constexpr std::array powers = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  constexpr std::size_t exactDigits = 15;
   const char* at = from;
   const bool negative = at != end && *at == '-';
   if (negative) ++at;
@@ -90,8 +94,8 @@ inline bool takePlainNumber(const char*& from, const char* end, char decimal, do
   if constexpr (std::endian::native == std::endian::little) {
     if (end - at >= 8) number = shortNumber(at, decimal);
   }
-  if (number.count == 0) number = numberOfAnyLength(at, end, decimal);
-  if (number.count == 0 || number.count > exactDigits) return false;
+  if (number.count == 0) number = longNumber(at, end, decimal);
+  if (number.count == 0) return false;
   // Both are exact, so the one division rounds once, to the nearest double.
   value = static_cast<double>(static_cast<std::int64_t>(number.digits)) / powers[number.fraction];
   if (negative) value = -value;
