@@ -1,6 +1,8 @@
 #include "orvex/data/columns.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <span>
 
 #include "orvex/data/continuation.h"
@@ -26,7 +28,7 @@ void blank(Field& column, Integer last) {
   const std::span<double> rows = column.writableValues();
   if (last > rows.size()) raise(Field::setValueFault);
   // The last row that is kept may hold what the walk carried.
-  const std::int64_t first = std::max<std::int64_t>(1, keptRows());
+  const auto first = static_cast<std::ptrdiff_t>(std::max<std::int64_t>(1, keptRows()));
   if (last >= first) std::fill(rows.begin() + (first - 1), rows.begin() + last.value(), 0.0);
 }
 

@@ -286,7 +286,8 @@ class LiveSeries::Kept final : public LiveResult {
     shown.resize(next_.count);
     const auto to = shown.writableValues().begin() + next_.before;
     const std::span<const double> rows = column.values();
-    std::copy(rows.begin() + next_.kept, rows.end(), to + next_.kept);
+    const auto kept = static_cast<std::ptrdiff_t>(next_.kept);
+    std::copy(rows.begin() + kept, rows.end(), to + kept);
     if (next_.kept == 0) std::fill(shown.writableValues().begin(), to, 0.0);
     std::fill(to + static_cast<std::ptrdiff_t>(rows.size()), shown.writableValues().end(), 0.0);
     hideRows(shown, computed, next_.kept == 0 ? 0 : next_.before + next_.kept);
@@ -296,10 +297,11 @@ class LiveSeries::Kept final : public LiveResult {
   void hideRows(Field& shown, RowRange computed, std::int64_t kept) const noexcept {
     if (!notComputed_) return;
     const auto rows = shown.writableValues();
-    const auto count = static_cast<std::int64_t>(rows.size());
-    const std::int64_t first = std::min<std::int64_t>(computed.first - 1, count);
-    if (kept < first) std::fill(rows.begin() + kept, rows.begin() + first, *notComputed_);
-    const std::int64_t behind = std::max(std::max<std::int64_t>(computed.last, first), kept);
+    const auto count = static_cast<std::ptrdiff_t>(rows.size());
+    const auto from = static_cast<std::ptrdiff_t>(kept);
+    const std::ptrdiff_t first = std::min<std::ptrdiff_t>(computed.first - 1, count);
+    if (from < first) std::fill(rows.begin() + from, rows.begin() + first, *notComputed_);
+    const std::ptrdiff_t behind = std::max({static_cast<std::ptrdiff_t>(computed.last), first, from});
     if (behind < count) std::fill(rows.begin() + behind, rows.end(), *notComputed_);
   }
 
