@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <random>
 #include <vector>
 
 #include "orvex/kernels/kernels.h"
@@ -66,7 +67,7 @@ void appendHardNumerators(std::uint64_t divisor, std::vector<double>& x) {
   constexpr std::uint64_t least = std::uint64_t{1} << 52;
   for (int shift = 1; shift <= 17; ++shift) {
     const std::uint64_t scale = inverse((std::uint64_t{1} << shift) % divisor, divisor);
-    for (const std::uint64_t rest : {std::uint64_t{1}, std::uint64_t{2}, divisor - 1, divisor - 2}) {
+    for (const std::uint64_t rest : {std::uint64_t{1}, std::uint64_t{2}, divisor - 1, 2 * divisor - 2}) {
       const std::uint64_t residue = rest % divisor * scale % divisor;
       const std::uint64_t first = least - least % divisor + residue + divisor;
       x.push_back(static_cast<double>(first));
@@ -123,13 +124,7 @@ TEST(Quotients, OfAwkwardNumbers) {
 }
 
 TEST(Quotients, OfRandomNumbers) {
-  std::uint64_t state = 1;
-  const auto next = [&] {
-    state ^= state << 13;
-    state ^= state >> 7;
-    state ^= state << 17;
-    return state;
-  };
+  std::mt19937_64 next(1);
   for (int round = 0; round < 2000; ++round) {
     std::vector<double> x(256);
     for (double& value : x) value = std::ldexp(static_cast<double>(next() >> 11), static_cast<int>(next() % 400) - 253);
