@@ -19,10 +19,6 @@ constexpr std::uint64_t greatestExactWhole = std::uint64_t{1} << 53;
 // Past this many digits a 64-bit total could have wrapped.
 constexpr std::ptrdiff_t digitsThatFit = 19;
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 /// The nearest double to the well-formed number from..to without its sign, whose digits end at `digitsEnd` and whose
 /// last digit weighs 10^exponent.
 double nearest(const char* from, const char* digitsEnd, const char* to, std::int64_t exponent) {

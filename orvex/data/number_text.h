@@ -7,6 +7,10 @@
 
 namespace orvex::inline ORVEX_COUNTS {
 
+constexpr bool isDigit(char c) noexcept {
+  return c >= '0' && c <= '9';
+}
+
 /// A number at the beginning of a text, and how much of the text it takes.
 struct NumberText {
   double value = 0.0;

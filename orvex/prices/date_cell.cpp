@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "orvex/data/number_text.h"
 #include "orvex/data/text.h"
 #include "orvex/prices/number_cell.h"
 
@@ -13,10 +14,6 @@ namespace {
 
 constexpr Time minuteLength = 60 * secondLength;
 constexpr Time hourLength = 60 * minuteLength;
-
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 /// Days since 1970-01-01 in the Gregorian calendar, counted in eras of 400 years that begin in March.
 std::int64_t daysOf(int year, int month, int day) {

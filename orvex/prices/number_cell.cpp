@@ -19,10 +19,6 @@ constexpr std::string_view currencies[] = {"$", "\xE2\x82\xAC", "\xC2\xA3", "\xC
 constexpr std::string_view missing[] = {"null", "nil", "none", "n/a", "#n/a",         "na",
                                         "n.a.", "nan", "-",    "--",  "\xE2\x80\x93", "\xE2\x80\x94"};
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 /// Takes one of the texts from the beginning or the end.
 template <std::size_t N>
 bool takeFront(std::string_view& text, const std::string_view (&of)[N]) {

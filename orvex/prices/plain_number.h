@@ -6,13 +6,9 @@
 #include <cstdint>
 #include <cstring>
 
-#include "orvex/data/counts.h"
+#include "orvex/data/number_text.h"
 
 namespace orvex::inline ORVEX_COUNTS::prices {
-
-constexpr bool isDigit(char c) {
-  return static_cast<unsigned char>(c - '0') < 10;
-}
 
 /// The number of at most eight digits, the first in the lowest byte and bytes of 0 behind the last.
 inline std::uint64_t joinDigits(std::uint64_t word, std::size_t count) noexcept {
