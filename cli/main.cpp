@@ -170,12 +170,10 @@ class Program {
         ->option_text("csv|json");
     addLayout(*command, follow_.reading);
     command->footer(
-        "Each record that comes makes a row. A record with the date of the last one is that one revised, and its row "
-        "is\n"
-        "printed again. A method takes a column of one before it by name: SimpleMovingAverage Alias=Mean -- Momentum "
-        "Source=Mean. A file "
-        "is\n"
-        "watched until Ctrl-C. What needs all records before the first row, such as newest first, is refused.");
+        "Each record that comes makes a row. A record with the date of the last one is that one revised, and its row\n"
+        "is printed again. A method takes a column of one before it by name: SimpleMovingAverage Alias=Mean --\n"
+        "Momentum Source=Mean. A file is watched until Ctrl-C. What needs all records before the first row, such as\n"
+        "newest first, is refused.");
   }
 
   void addChart() {

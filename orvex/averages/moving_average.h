@@ -92,8 +92,7 @@ class MovingAverage {
 
   /// row r = (1 - k) x row (r - 1) + k x Source(r) from row 1 = 0, k = |CMO(r) / 100| of `Oscillator::CMO` over 9
   /// records. P sets no length here, only how many rows are set to 0: 1 to 3P. Computed rows: max(3P, 9) + 1 to N; up
-  /// to row 9 there is no momentum, and the average stays 0. P > N / 3 fails; a P of 0 or
-  /// below sets no row to 0.
+  /// to row 9 there is no momentum, and the average stays 0. P > N / 3 fails; a P of 0 or below sets no row to 0.
   std::shared_ptr<RecordSet> VariableMovingAverage(std::shared_ptr<Database> data, std::shared_ptr<Field> Source,
                                                    Integer Periods, InOut<std::string> Alias = {});
 
