@@ -13,9 +13,8 @@
 /// in which whoever writes such a page puts, for `null`, one JSON object:
 ///
 ///     {"name": "prices.csv",                  what the page calls the prices
-///      "prices": "Date,Open,High,...\n...",   comma-separated values with a header line, oldest first; a cell without
-///      a
-///                                             value is empty
+///      "prices": "Date,Open,High,...\n...",   comma-separated values with a header line, oldest first; a
+///                                             cell without a value is empty
 ///      "studies": [{"method": "Oscillator.MACD",
 ///                   "arguments": {"Source": "Close", "ShortCycle": 12}}]}
 ///
