@@ -8,7 +8,7 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
 # shellcheck disable=SC2034
 {
     build_packages=(g++ cmake ninja-build ccache libcli11-dev nlohmann-json3-dev libfmt-dev zlib1g-dev)
-    native_test_packages=(libgtest-dev libbenchmark-dev pkg-config)
+    native_test_packages=(libgtest-dev libbenchmark-dev pkg-config gcc python3)
     sanitize_packages=(clang libclang-rt-14-dev)
     coverage_packages=(llvm)
     format_packages=(clang-format)

@@ -26,6 +26,12 @@ bool isCalculation(const Class& owner, const Method& method) {
 }
 
 std::optional<Calculation> findCalculation(std::string_view name) {
+  if (const std::size_t point = name.find('.'); point != std::string_view::npos) {
+    const Class* owner = findClass(name.substr(0, point));
+    const Method* method = owner == nullptr ? nullptr : findMethod(*owner, name.substr(point + 1));
+    if (method == nullptr || !isCalculation(*owner, *method)) return std::nullopt;
+    return Calculation{owner, method};
+  }
   for (const Class* owner : classes()) {
     const Method* method = owner->qualified ? nullptr : findMethod(*owner, name);
     if (method != nullptr && isCalculation(*owner, *method)) return Calculation{owner, method};

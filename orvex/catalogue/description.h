@@ -223,8 +223,8 @@ struct Calculation {
 
 bool isCalculation(const Class& owner, const Method& method);
 
-/// The first calculation of that name, in the order of the classes that are not `qualified`; nothing for an unknown
-/// one.
+/// The calculation of that name: of the class before a point, or the first in the order of the classes that are not
+/// `qualified`. Nothing for an unknown one.
 std::optional<Calculation> findCalculation(std::string_view name);
 
 /// The number by which automation calls a method: its place in the interface, from 1. The parts of a property share

@@ -429,20 +429,13 @@ void LiveSeries::revise(const PriceRecord& record) {
 }
 
 LiveSeries::Found LiveSeries::find(std::string_view method) {
-  const std::size_t dot = method.find('.');
-  if (dot == std::string_view::npos) {
-    const auto found = catalogue::findCalculation(method);
-    if (!found) raise(faults::InvalidCall);
-    return {found->owner, found->method};
-  }
-  const catalogue::Class* owner = catalogue::findClass(method.substr(0, dot));
-  if (owner == nullptr) raise(faults::InvalidCall);
-  return {owner, catalogue::findMethod(*owner, method.substr(dot + 1))};
+  const auto found = catalogue::findCalculation(method);
+  if (!found) raise(faults::InvalidCall);
+  return {found->owner, found->method};
 }
 
 std::shared_ptr<const LiveResult> LiveSeries::keep(std::string_view name, const std::vector<Argument>& arguments) {
   const Found found = find(name);
-  if (found.method == nullptr) raise(faults::InvalidCall);
   std::vector<const LiveValue*> values(found.method->arguments.size(), nullptr);
   for (const Argument& argument : arguments) {
     const auto* const named =
