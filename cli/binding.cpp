@@ -11,6 +11,7 @@
 #include "cli/names.h"
 #include "orvex/catalogue/usual.h"
 #include "orvex/data/text.h"
+#include "orvex/prices/sessions.h"
 
 namespace orvex::cli {
 
@@ -64,7 +65,27 @@ const FileColumn* findColumn(const PriceFile& file, std::string_view name) {
   return found == file.columns.end() ? nullptr : &*found;
 }
 
+/// Sessions out of the file's dates; nothing where neither they nor a length of session is named.
+std::shared_ptr<Field> bindSessions(const PriceFile& file, const Argument& argument, const std::string& name) {
+  const FileColumn* column = findColumn(file, name);
+  const bool byDates = column != nullptr && column->field == file.dates;
+  const auto length = byDates ? prices::SessionLength::Day : prices::sessionNamed(name);
+  if (!length || (column != nullptr && !byDates)) return nullptr;
+  if (file.times.empty()) {
+    throw Failure(faults::TypeMismatch,
+                  fmt::format("{}={}: \"{}\" has no dates that could be read, so a column of numbers must tell where "
+                              "sessions begin: {}=COLUMN.",
+                              argument.name, name, file.name, argument.name));
+  }
+  auto sessions = std::make_shared<Field>();
+  sessions->view({prices::sessionsOf(file.times, *length), nullptr}, argument.name);
+  return sessions;
+}
+
 Value bindColumn(const PriceFile& file, const Argument& argument, const std::string& name) {
+  if (argument.session) {
+    if (const auto sessions = bindSessions(file, argument, name)) return sessions;
+  }
   const FileColumn* column = findColumn(file, name);
   if (column == nullptr) {
     const std::vector<std::string> names = file.columnNames();

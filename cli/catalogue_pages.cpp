@@ -4,6 +4,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <array>
 #include <nlohmann/json.hpp>
 
 #include "cli/binding.h"
@@ -20,6 +21,9 @@ using catalogue::Class;
 using catalogue::Column;
 using catalogue::Method;
 using Json = nlohmann::ordered_json;
+
+/// What is not plain in an expression of computed rows.
+constexpr std::array<std::string_view, 5> RowWords = {"average(", "lookback(", "candle(", "root(", "\\"};
 
 constexpr std::string_view stateNote = "Its objects hold data between calls, so its methods are not run from here.";
 
@@ -93,7 +97,7 @@ std::string describeMethod(const Class& owner, const Method& method) {
     if (!rows.empty()) text += fmt::format("\n{}\n{}", title, aligned(rows));
   };
   if (!method.abbreviations.empty()) text += fmt::format("Also called {}.\n", abbreviationsOf(method));
-  for (const auto& [title, words] : guideOf(method)) text += fmt::format("\n{}\n{}", title, wrapped(words));
+  for (const auto& [title, words] : guideOf(owner, method)) text += fmt::format("\n{}\n{}", title, wrapped(words));
   TableRows arguments = argumentRows(method);
   for (auto& argument : arguments) {
     if (!argument[2].empty()) argument[2].insert(0, "usually ");
@@ -109,7 +113,8 @@ std::string describeMethod(const Class& owner, const Method& method) {
   if (!method.levels.empty()) text += fmt::format("\nLines that guide the eye: {}\n", fmt::join(method.levels, ", "));
   const auto hasFunction = [](const Column& column) {
     const std::string computed = rowsOf(column);
-    return computed.find("average(") != std::string::npos || computed.find('\\') != std::string::npos;
+    return std::any_of(RowWords.begin(), RowWords.end(),
+                       [&](std::string_view word) { return computed.find(word) != std::string::npos; });
   };
   if (std::any_of(method.columns.begin(), method.columns.end(), hasFunction)) text += fmt::format("\n{}", RowFunctions);
   if (!liveOf(method).empty()) text += fmt::format("\nIn a live series (orvex follow)\n  {}\n", liveOf(method));

@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 
+#include "cli/names.h"
 #include "cli/values.h"
 #include "orvex/catalogue/computed_rows.h"
 #include "orvex/catalogue/usual.h"
@@ -43,6 +44,7 @@ std::string signatureOf(const Method& method) {
 std::string meaningOf(const Argument& argument) {
   std::string text(argument.help);
   if (!argument.choices.empty()) text += fmt::format(" One of {}.", listChoices(argument));
+  if (argument.session) text += " The dates of a price file make one: Day, Week, Month or Year.";
   if (argument.optional) text += fmt::format(" Optional: {} when left out.", jsonValue(defaultOf(argument)));
   if (argument.written) text += " May be written back.";
   return text;
@@ -82,7 +84,43 @@ std::string drawnOf(const Column& column) {
                      places[static_cast<std::size_t>(column.place)]);
 }
 
-std::vector<std::pair<std::string_view, std::string>> guideOf(const Method& method) {
+namespace {
+
+/// Where else there is such an indicator: of a method that has another definition beside it, that one; the names that
+/// others have for it.
+std::string elsewhereOf(const catalogue::Class& owner, const Method& method) {
+  std::vector<std::string> others;
+  const std::string name = fullName(owner, method);
+  for (const catalogue::Class* other : catalogue::classes()) {
+    for (const Method* one : other->methods) {
+      if (one->elsewhere.house == name) others.push_back(fullName(*other, *one));
+    }
+  }
+  const auto& [house, talib, tulip] = method.elsewhere;
+  std::vector<std::string> parts;
+  if (!others.empty()) parts.push_back(fmt::format("{} as charts and books define it.", enumerate(others)));
+  if (!house.empty()) parts.push_back(fmt::format("{} as the house has it.", house));
+  if (!talib.empty()) parts.push_back(fmt::format("TA-Lib calls it {}.", talib));
+  if (!tulip.empty()) parts.push_back(fmt::format("Tulip Indicators calls it {}.", tulip));
+  return fmt::format("{}", fmt::join(parts, " "));
+}
+
+}  // namespace
+
+TableRows nameRows(const catalogue::Class& owner) {
+  TableRows rows;
+  bool told = false;
+  for (const Method* method : owner.methods) {
+    const auto& [house, talib, tulip] = method->elsewhere;
+    told = told || !house.empty() || !talib.empty() || !tulip.empty();
+    rows.push_back({std::string(method->name), std::string(house), std::string(talib), std::string(tulip),
+                    method->columns.empty() ? "" : std::string(method->columns[0].firstRow)});
+  }
+  if (!told) rows.clear();
+  return rows;
+}
+
+std::vector<std::pair<std::string_view, std::string>> guideOf(const catalogue::Class& owner, const Method& method) {
   const catalogue::Guide& guide = method.guide;
   std::vector<std::pair<std::string_view, std::string>> parts;
   const auto add = [&](std::string_view title, std::string_view text, std::string_view before = "",
@@ -94,6 +132,7 @@ std::vector<std::pair<std::string_view, std::string>> guideOf(const Method& meth
   add("Published by", guide.origin);
   add("How ours differs", guide.difference);
   add("When it fails", guide.fails, "It fails ", ".");
+  add("Elsewhere", elsewhereOf(owner, method));
   return parts;
 }
 

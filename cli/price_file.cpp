@@ -71,7 +71,8 @@ std::shared_ptr<Field> fieldOf(const prices::PriceColumn& column,
 }
 
 PriceFile fileOf(const std::string& name, const std::shared_ptr<const prices::PriceTable>& table) {
-  PriceFile file{name, {}, nullptr, std::make_shared<Database>(table->count), std::make_shared<RecordSet>(), {}};
+  PriceFile file{
+      name, {}, nullptr, table->times, std::make_shared<Database>(table->count), std::make_shared<RecordSet>(), {}};
   file.data->MoveFirst();
   for (const prices::PriceColumn& column : table->columns) {
     const auto field = fieldOf(column, table);

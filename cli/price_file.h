@@ -8,6 +8,7 @@
 #include "orvex/data/database.h"
 #include "orvex/data/field.h"
 #include "orvex/data/record_set.h"
+#include "orvex/prices/date_cell.h"
 #include "orvex/prices/options.h"
 
 namespace orvex::cli {
@@ -29,6 +30,8 @@ struct PriceFile {
   std::vector<FileColumn> columns;
   /// The dates; nothing where the file has none.
   std::shared_ptr<Field> dates;
+  /// The same to compute with; none where they were not read as dates.
+  std::vector<prices::Time> times;
   /// The record count and the cursor.
   std::shared_ptr<Database> data;
   /// The file's columns of numbers that have any value: a price that is missing is not taken for 0.

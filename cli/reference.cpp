@@ -120,7 +120,7 @@ std::string methodSection(const Class& owner, const Method& method, const std::s
       fmt::format("\n### {}\n\n{}{}\n\n    {}\n", fullName(owner, method), helpOf(method),
                   method.abbreviations.empty() ? "" : fmt::format(" Also called {}.", abbreviationsOf(method)),
                   signatureOf(method));
-  for (const auto& [title, words] : guideOf(method)) text += fmt::format("\n**{}.** {}\n", title, words);
+  for (const auto& [title, words] : guideOf(owner, method)) text += fmt::format("\n**{}.** {}\n", title, words);
   if (!method.levels.empty()) {
     text += fmt::format("\n**Lines that guide the eye.** {}\n", fmt::join(method.levels, ", "));
   }
@@ -143,6 +143,11 @@ std::string referencePage(const std::string& priceFile) {
   for (const Class* owner : catalogue::classes()) {
     text += fmt::format("\n## {}\n\n{}{}\n", owner->name, owner->help,
                         owner->holdsState ? " Its objects hold data between calls." : "");
+    const TableRows names = nameRows(*owner);
+    if (!names.empty()) {
+      text += "\n### Which name for which indicator\n" +
+              table({std::string(owner->name), "The house's own", "TA-Lib", "Tulip Indicators", "First row"}, names);
+    }
     for (const Method* method : owner->methods) text += methodSection(*owner, *method, priceFile);
   }
   return text;

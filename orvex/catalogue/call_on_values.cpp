@@ -119,13 +119,16 @@ class Part {
   }
 
   /// The result in records of the whole series.
-  Value whole(Value result) const {
+  Value whole(const Method& method, Value result) const {
     if (auto* note = std::get_if<std::shared_ptr<Note>>(&result); note != nullptr && *note) {
       // A period of 0 names no record.
       if ((*note)->getPeriod() > 0) (*note)->setPeriod((*note)->getPeriod() + before());
     } else if (auto* set = std::get_if<std::shared_ptr<RecordSet>>(&result); set != nullptr && *set) {
       auto columns = std::make_shared<RecordSet>();
-      for (const std::shared_ptr<Field>& piece : (*set)->fields()) columns->addField(whole(*piece));
+      std::size_t i = 0;
+      for (const std::shared_ptr<Field>& piece : (*set)->fields()) {
+        columns->addField(whole(method.columns[i++].record, *piece));
+      }
       return columns;
     }
     return result;
@@ -134,10 +137,12 @@ class Part {
  private:
   int before() const { return part_.first - 1; }
 
-  std::shared_ptr<Field> whole(const Field& piece) const {
+  std::shared_ptr<Field> whole(bool ofRecords, const Field& piece) const {
     const std::span<const double> rows = piece.values();
     auto column = makeColumn(count_, piece.name(), part_.first, before() + static_cast<std::int64_t>(rows.size()));
-    std::copy(rows.begin(), rows.end(), column->writableValues().begin() + before());
+    // A row that is not computed is 0, and no record.
+    std::transform(rows.begin(), rows.end(), column->writableValues().begin() + before(),
+                   [&](double row) { return ofRecords && row != 0.0 ? row + before() : row; });
     return column;
   }
 
@@ -173,7 +178,7 @@ ValuedCall callOnValues(const Method& method, void* object, std::span<Value> arg
   const Part piece(part, count);
   std::vector<Value> pieces = piece.argumentsFor(method, arguments);
   try {
-    outcome.result = piece.whole(onPart(part.first, [&] { return call(method, object, pieces); }));
+    outcome.result = piece.whole(method, onPart(part.first, [&] { return call(method, object, pieces); }));
   } catch (...) {
     piece.giveBack(method, pieces, arguments);
     throw;

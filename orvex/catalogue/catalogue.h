@@ -17,11 +17,12 @@
 #include "orvex/catalogue/classes/note.h"
 #include "orvex/catalogue/classes/oscillator.h"
 #include "orvex/catalogue/classes/record_set.h"
+#include "orvex/catalogue/classes/standard.h"
 
 namespace orvex::inline ORVEX_COUNTS::catalogue {
 
 /// Every described class, for ways in that need the types: `std::tuple_element_t<i, Classes>` and its `Description`.
 using Classes = std::tuple<Field, Note, RecordSet, Database, MovingAverage, LinearRegression, General, Oscillator,
-                           Index, Bands, LineStudy, ChartPattern, Cycle, CandleStick, NeuralNetwork>;
+                           Index, Bands, LineStudy, ChartPattern, Cycle, CandleStick, NeuralNetwork, Standard>;
 
 }  // namespace orvex::inline ORVEX_COUNTS::catalogue

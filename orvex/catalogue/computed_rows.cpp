@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 
 #include "orvex/averages/average_type.h"
 #include "orvex/data/error.h"
 #include "orvex/data/integer.h"
+#include "orvex/standard/candles.h"
+#include "orvex/standard/parts.h"
 
 namespace orvex::inline ORVEX_COUNTS::catalogue {
 
@@ -126,6 +129,14 @@ class RowExpression::Reader {
         push(Operation::Number, 1);
       }
       apply(Operation::Average, 3);
+    } else if (name == "lookback") {
+      sum();
+      expect(',');
+      sum();
+      apply(Operation::Lookback);
+    } else if (name == "candle" || name == "root") {
+      sum();
+      apply(name == "candle" ? Operation::Candle : Operation::Root, 1);
     } else if (name == "max" || name == "min") {
       sum();
       while (take(',')) {
@@ -203,6 +214,17 @@ std::int64_t RowExpression::operator()(int count, std::span<const Value> argumen
       case Operation::Average:
         end -= 2;
         end[-1] = firstAverageRow(static_cast<int>(end[-1]), end[0], end[1]);
+        break;
+      case Operation::Lookback:
+        --end;
+        end[-1] = standard::lookback(end[-1], *end);
+        break;
+      case Operation::Candle:
+        if (end[-1] < 1 || end[-1] > static_cast<std::int64_t>(standard::CandlePatterns.size())) fail();
+        end[-1] = standard::CandlePatterns[static_cast<std::size_t>(end[-1]) - 1].lookback;
+        break;
+      case Operation::Root:
+        end[-1] = static_cast<std::int64_t>(std::sqrt(static_cast<double>(std::max<std::int64_t>(end[-1], 0))));
         break;
       case Operation::Choose:
         end -= 3;

@@ -23,6 +23,9 @@ struct RowRange {
 ///   max(a, b, ...), min(a, b, ...)
 ///   average(code, periods)   the first computed row of the moving average of that code
 ///   average(code, periods, first)   the same of a column that is itself computed from row `first` on
+///   lookback(kind, periods)   how many records after its column's first an average of `Standard` begins
+///   candle(pattern)   how many records a candlestick pattern of `Standard` needs before it ends
+///   root(a)   the whole part of the square root
 ///   choose(a < b, x, y)      x where the comparison holds, otherwise y
 class RowExpression {
  public:
@@ -35,7 +38,22 @@ class RowExpression {
  private:
   class Reader;
 
-  enum class Operation { Number, Count, Argument, Add, Subtract, Multiply, Divide, Greater, Less, Average, Choose };
+  enum class Operation {
+    Number,
+    Count,
+    Argument,
+    Add,
+    Subtract,
+    Multiply,
+    Divide,
+    Greater,
+    Less,
+    Average,
+    Lookback,
+    Candle,
+    Root,
+    Choose
+  };
   /// What is done with the values that stand on a stack, as they are found in the expression.
   struct Step {
     Operation operation;

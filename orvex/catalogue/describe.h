@@ -84,7 +84,7 @@ Value invoke(void* object, std::span<Value> arguments) {
 }
 
 template <class... A>
-consteval void takeTypes(Method& method, std::tuple<A...>*) {
+constexpr void takeTypes(Method& method, std::tuple<A...>*) {
   if (method.arguments.size() != sizeof...(A)) throw "a row names as many arguments as its method has";
   std::size_t i = 0;
   ((method.arguments[i].type = typeOf<A>, method.arguments[i].written = isInOut<std::remove_cvref_t<A>>, ++i), ...);
@@ -94,7 +94,7 @@ consteval void takeTypes(Method& method, std::tuple<A...>*) {
 
 /// The row of a method: what it says of itself, and what its member function's type says.
 template <auto F>
-consteval Row<F> row(const Method& described) {
+constexpr Row<F> row(const Method& described) {
   using Parts = Signature<decltype(F)>;
   Row<F> result{described};
   result.result = typeOf<typename Parts::Result>;

@@ -70,12 +70,17 @@ struct Choice {
   std::string_view name;
 };
 
+/// As many as a method may have.
+inline constexpr std::size_t MostArguments = 12;
+inline constexpr std::size_t MostColumns = 9;
+
 struct Argument {
   std::string_view name;
   std::string_view help;
   bool optional = false;
-  Default otherwise{};  // of an optional argument
-  bool record = false;  // it is the number of a record, not a count
+  Default otherwise{};   // of an optional argument
+  bool record = false;   // it is the number of a record, not a count
+  bool session = false;  // a column whose changes of value begin sessions: dates tell them too
   /// For the ways in that serve people; automation knows `otherwise` only.
   Usual usual{};
   /// What its codes mean; empty where it is no code.
@@ -135,6 +140,7 @@ struct Column {
   Bounds bounds{};
   Place place = Place::Pane;
   Style style = Style::Line;
+  bool record = false;  // its values are numbers of records
 };
 
 /// What people ask about a method, a text each; empty where there is nothing to say.
@@ -146,18 +152,26 @@ struct Guide {
   std::string_view fails{};       // "where ...": when a call ends in an error, those of its arguments' bounds apart
 };
 
+/// What the same indicator is called by others; empty where they do not have it.
+struct Elsewhere {
+  std::string_view house{};  // the method of this library that computes it as the house always has, "Class.Method"
+  std::string_view talib{};
+  std::string_view tulip{};  // Tulip Indicators
+};
+
 enum class Kind { Method, PropertyGet, PropertyPut, PropertyPutReference };
 
 /// One method of a class.
 struct Method {
-  std::string_view name;
-  std::string_view help;
-  List<Argument, 8> arguments{};
-  List<Column, 6> columns{};
+  std::string_view name{};
+  std::string_view help{};
+  List<Argument, MostArguments> arguments{};
+  List<Column, MostColumns> columns{};
   /// The errors that the method itself raises, those of its arguments' conversion apart.
   List<Fault, 6> faults{};
   Kind kind = Kind::Method;
   Purpose purpose = Purpose::None;
+  Elsewhere elsewhere{};
   /// The short names that the field has for it: RSI.
   List<std::string_view, 3> abbreviations{};
   Guide guide{};

@@ -102,6 +102,10 @@ struct Table {
   std::size_t (*deviation)(Source source, Source center, int window, int lag, double factor, Records records,
                            double* out);
 
+  /// Nothing but the check that every kernel begins with: how many of the source's rows, from the first record on, are
+  /// finite and of a size with which no intermediate can overflow.
+  std::size_t (*handled)(Source source, Records records);
+
   /// The source itself.
   std::size_t (*copy)(Source source, Records records, double* out);
 

@@ -78,6 +78,10 @@ std::ptrdiff_t provable(Source source, Records records, std::ptrdiff_t before) {
   return handled > before ? handled - before : 0;
 }
 
+std::size_t handled(Source source, Records records) {
+  return static_cast<std::size_t>(provable(source, records, 0));
+}
+
 std::ptrdiff_t least(std::ptrdiff_t a, std::ptrdiff_t b) {
   return a < b ? a : b;
 }

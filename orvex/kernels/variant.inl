@@ -25,6 +25,7 @@ const Table table = {
     .peaks = peaks,
     .valleys = valleys,
     .deviation = deviation,
+    .handled = handled,
     .copy = copy,
     .around = around,
     .medianPrice = medianPrice,

@@ -66,12 +66,18 @@ class LiveSeries::Kept final : public LiveResult {
         object_(found.owner->create()),
         given_(std::move(given)),
         sources_(std::move(sources)) {
-    // A span of no records, or of fewer, makes some definitions look at records that are still to come.
-    const auto looksAhead = [](const Value& value) {
-      const auto* number = std::get_if<Integer>(&value);
-      return number != nullptr && *number < 1;
-    };
-    continues_ = !method().recomputed && std::none_of(given_.begin(), given_.end(), looksAhead) &&
+    // A span of no records, or of fewer, makes some definitions look at records that are still to come; the code of a
+    // choice does not.
+    bool looksAhead = false;
+    for (std::size_t i = 0; i < given_.size(); ++i) {
+      const auto* number = std::get_if<Integer>(&given_[i]);
+      looksAhead = looksAhead || (number != nullptr && *number < 1 && method().arguments[i].choices.empty());
+    }
+    const bool isOfPart = std::any_of(sources_.begin(), sources_.end(), [](const Source& one) { return one.kept; });
+    const bool hasRecords = std::any_of(method().columns.begin(), method().columns.end(),
+                                        [](const catalogue::Column& column) { return column.record; });
+    // Numbers of records that are counted from within the series are those of a fresh call only.
+    continues_ = !method().recomputed && !looksAhead && !(isOfPart && hasRecords) &&
                  std::all_of(sources_.begin(), sources_.end(),
                              [](const Source& source) { return source.kept == nullptr || source.kept->continues_; });
   }

@@ -450,28 +450,28 @@ std::optional<TimeSpan> readTimeSpan(std::string_view text) {
   return TimeSpan{date->time, date->time + length - 1};
 }
 
-std::string dateText(Time time) {
-  Time day = time / dayLength;
-  Time rest = time % dayLength;
-  if (rest < 0) {
-    rest += dayLength;
-    --day;
-  }
+CalendarDay calendarDay(Time time) {
+  const std::int64_t number = time / dayLength - (time % dayLength < 0 ? 1 : 0);
   // The inverse of `daysOf`.
-  const std::int64_t shifted = day + 719'468;
+  const std::int64_t shifted = number + 719'468;
   const std::int64_t era = shifted / 146'097;
   const std::int64_t dayOfEra = shifted - era * 146'097;
   const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36'524 - dayOfEra / 146'096) / 365;
   const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
   const std::int64_t month = (5 * dayOfYear + 2) / 153;
   const std::int64_t monthNumber = month < 10 ? month + 3 : month - 9;
-  const std::int64_t year = yearOfEra + era * 400 + (monthNumber <= 2 ? 1 : 0);
+  return {number, yearOfEra + era * 400 + (monthNumber <= 2 ? 1 : 0), monthNumber,
+          dayOfYear - (153 * month + 2) / 5 + 1};
+}
+
+std::string dateText(Time time) {
+  const CalendarDay day = calendarDay(time);
+  const Time rest = time - day.number * dayLength;
   const auto padded = [](std::int64_t number, std::size_t width) {
     std::string digits = std::to_string(number);
     return digits.size() < width ? std::string(width - digits.size(), '0') + digits : digits;
   };
-  std::string text =
-      padded(year, 4) + '-' + padded(monthNumber, 2) + '-' + padded(dayOfYear - (153 * month + 2) / 5 + 1, 2);
+  std::string text = padded(day.year, 4) + '-' + padded(day.month, 2) + '-' + padded(day.day, 2);
   if (rest != 0) {
     text += ' ' + padded(rest / hourLength, 2) + ':' + padded(rest / minuteLength % 60, 2) + ':' +
             padded(rest / secondLength % 60, 2);

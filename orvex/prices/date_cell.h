@@ -74,6 +74,15 @@ struct TimeSpan {
 };
 std::optional<TimeSpan> readTimeSpan(std::string_view text);
 
+/// The day that a time falls on.
+struct CalendarDay {
+  std::int64_t number;  // from 1970-01-01, which is 0
+  std::int64_t year;
+  std::int64_t month;
+  std::int64_t day;
+};
+CalendarDay calendarDay(Time time);
+
 /// "2020-01-31" or "2020-01-31 09:30:00".
 std::string dateText(Time time);
 

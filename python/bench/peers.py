@@ -1,56 +1,37 @@
 """Compare every indicator that both libraries have with TA-Lib, called as their users call them.
 
-Usage: python bench/peers.py [--rounds N]
+Usage: python bench/peers.py [--standard] [--rounds N]
 
-Installs TA-Lib's wheel into an environment of its own under build/ and runs there, with this package as it is
-installed here: NumPy arrays in and out, both in one process, calls of the two taking turns, medians. Prints, for each
-indicator and number of rows, the time of a call and its ratio to the peer's; below 1 is faster. Their definitions
-differ in places (how averages begin, population or sample); what is compared is the work.
+NumPy arrays in and out, both in one process, calls of the two taking turns, medians. Prints, for each indicator and
+number of rows, the time of a call and its ratio to the peer's; below 1 is faster. The house's own definitions differ
+from the peer's in places (how averages begin, population or sample); what is compared is the work. Those of the class
+Standard, which --standard takes, are the peer's.
 """
 
 from __future__ import annotations
 
 import argparse
 import math
-import os
 import statistics
-import subprocess
 import sys
 import time
-import venv
 from collections.abc import Callable
-from pathlib import Path
+from functools import partial
 from typing import Any
 
-ROOT = Path(__file__).resolve().parents[2]
-ENVIRONMENT = ROOT / "build" / "python" / "peers"
-PEER = "ta-lib==0.8.2"
+import numpy as np
+import talib
+from talib import abstract
+
+import orvex as ox
+
 SIZES = (100, 2_520, 32_766, 1_000_000)
 # A call of the shortest size takes about a microsecond, so that it is timed in batches.
 ROWS_A_BATCH = 20_000
 
 
-def restart() -> None:
-    """Run this program again in an environment that has the peer."""
-    if not (ENVIRONMENT / "made").exists():
-        venv.create(ENVIRONMENT, with_pip=True, clear=True)
-        import numpy
-
-        python = str(ENVIRONMENT / "bin" / "python")
-        subprocess.run([python, "-m", "pip", "install", "-q", PEER, f"numpy=={numpy.__version__}"], check=True)
-        (ENVIRONMENT / "made").touch()
-    import orvex
-
-    package = str(Path(orvex.__file__).parent.parent)
-    environment = {**os.environ, "ORVEX_PACKAGE": package}
-    python = str(ENVIRONMENT / "bin" / "python")
-    sys.exit(subprocess.run([python, *sys.argv], env=environment, check=False).returncode)
-
-
 def make_prices(count: int) -> dict[str, Any]:
     """Return a random walk in cents."""
-    import numpy as np
-
     random = np.random.default_rng(1)
     close = np.round(1000 + random.normal(scale=0.5, size=count).cumsum(), 2)
     open_ = np.round(close + random.normal(scale=0.3, size=count), 2)
@@ -62,10 +43,7 @@ def make_prices(count: int) -> dict[str, Any]:
 
 def pairs(p: dict[str, Any]) -> dict[str, tuple[Callable[[], Any], Callable[[], Any]]]:
     """Return the calls that do the same work: ours and the peer's."""
-    import talib
-
-    import orvex as ox
-
+    stoch: Any = talib.STOCH
     h, l, c, v = (p[name] for name in ("high", "low", "close", "volume"))  # noqa: E741
     return {
         "SMA 20": (lambda: ox.simple_moving_average(c, 20), lambda: talib.SMA(c, 20)),
@@ -105,7 +83,7 @@ def pairs(p: dict[str, Any]) -> dict[str, tuple[Callable[[], Any], Callable[[], 
         "BBANDS 20": (lambda: ox.bollinger_bands(c, 20, 2), lambda: talib.BBANDS(c, 20, 2.0, 2.0)),
         "STOCH 14 3 3": (
             lambda: ox.stochastic_oscillator(high=h, low=l, close=c, k_periods=14, k_slowing_periods=3, d_periods=3),
-            lambda: talib.STOCH(h, l, c, 14, 3, 0, 3, 0),
+            lambda: stoch(h, l, c, 14, 3, 0, 3, 0),
         ),
         "AROON 14": (
             lambda: ox.aroon(high=h, low=l, periods=14),
@@ -124,6 +102,25 @@ def pairs(p: dict[str, Any]) -> dict[str, tuple[Callable[[], Any], Callable[[], 
     }
 
 
+def standard_pairs(p: dict[str, Any]) -> dict[str, tuple[Callable[[], Any], Callable[[], Any]]]:
+    """Return the same for the class Standard: every function that both have, with the usual arguments."""
+    calls: dict[str, tuple[Callable[[], Any], Callable[[], Any]]] = {}
+    peers: Any = abstract
+    for entry in ox.catalogue():
+        name: Any = entry["talib"]
+        if not name:
+            continue
+        parameters: Any = entry["parameters"]
+        ours = {one["name"]: p[one["name"]] for one in parameters if one["kind"] == "price"}
+        ours |= {one["name"]: p[one["usual"].lower()] for one in parameters if one["kind"] == "column"}
+        inputs = peers.Function(name).input_names.values()
+        theirs = [p[one] for names in inputs for one in ([names] if isinstance(names, str) else names)]
+        function = getattr(ox.standard, str(entry["name"]))
+        peer = getattr(talib, name)
+        calls[name] = (partial(function, **ours), partial(peer, *theirs))
+    return calls
+
+
 def measure(ours: Callable[[], Any], peers: Callable[[], Any], batch: int, rounds: int) -> tuple[float, float]:
     """Return the median seconds of a call of each."""
     times: tuple[list[float], list[float]] = ([], [])
@@ -139,22 +136,18 @@ def measure(ours: Callable[[], Any], peers: Callable[[], Any], batch: int, round
 def main() -> None:
     """Measure and print."""
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--standard", action="store_true", help="the definitions of the class Standard")
     parser.add_argument("--rounds", type=int, default=15)
-    rounds = parser.parse_args().rounds
-    try:
-        import talib
-    except ImportError:
-        restart()
-    sys.path.append(os.environ["ORVEX_PACKAGE"])
-    import numpy as np
-
+    given = parser.parse_args()
+    rounds = given.rounds
+    make = standard_pairs if given.standard else pairs
     print(f"TA-Lib {talib.__version__}, NumPy {np.__version__}, Python {sys.version.split()[0]}")
     print("microseconds a call, ours / peer = ratio\n")
     titles = "".join(f"{f'{size:,} rows':>28}" for size in SIZES)
     print(f"{'':14}{titles}")
     ratios: dict[int, list[float]] = {size: [] for size in SIZES}
     one_column: list[float] = []
-    tables = {size: pairs(make_prices(size)) for size in SIZES}
+    tables = {size: make(make_prices(size)) for size in SIZES}
     for name in tables[SIZES[0]]:
         line = f"{name:14}"
         for size in SIZES:

@@ -76,6 +76,7 @@ nb::dict describe(const Parameter& parameter, const catalogue::Method& method) {
   for (const catalogue::Choice& choice : argument.choices)
     choices[text(catalogue::snakeCase(choice.name))] = choice.code;
   data["choices"] = choices;
+  data["session"] = argument.session;
   return data;
 }
 
@@ -94,6 +95,7 @@ nb::dict describe(const Function& function, const catalogue::Column& column) {
   data["high"] = numberOrNone(column.bounds.high);
   data["place"] = text(catalogue::nameOf(column.place));
   data["style"] = text(catalogue::nameOf(column.style));
+  data["record"] = column.record;
   data["first_row"] = text(column.firstRow);
   data["last_row"] = text(column.lastRow);
   return data;
@@ -115,6 +117,9 @@ nb::dict describe(const Function& function) {
   data["origin"] = text(method.guide.origin);
   data["difference"] = text(method.guide.difference);
   data["fails"] = text(method.guide.fails);
+  data["house"] = text(method.elsewhere.house);
+  data["talib"] = text(method.elsewhere.talib);
+  data["tulip"] = text(method.elsewhere.tulip);
   data["returns"] = text(catalogue::typeName(method.result));
   nb::list abbreviations;
   for (const std::string_view abbreviation : method.abbreviations) abbreviations.append(text(abbreviation));

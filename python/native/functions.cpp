@@ -1,10 +1,6 @@
 #include "native/functions.h"
 
 #include <algorithm>
-#include <functional>
-#include <iterator>
-#include <set>
-#include <utility>
 
 #include "native/computation.h"
 #include "orvex/catalogue/catalogue.h"
@@ -71,20 +67,13 @@ Function describe(const catalogue::Class& owner, const catalogue::Method& method
 
 std::vector<Function> describeAll() {
   std::vector<Function> all;
-  std::set<std::string, std::less<>> taken;
   for (const catalogue::Class* owner : catalogue::classes()) {
     const std::shared_ptr<void> object = owner->create();
-    std::vector<Function> own;
     for (const catalogue::Method* method : owner->methods) {
-      if (catalogue::isCalculation(*owner, *method)) own.push_back(describe(*owner, *method, object));
+      if (!catalogue::isCalculation(*owner, *method)) continue;
+      all.push_back(describe(*owner, *method, object));
+      if (owner->qualified) all.back().module = catalogue::snakeCase(owner->name);
     }
-    // A class with other definitions of what is there already keeps its names to itself.
-    if (std::ranges::any_of(own, [&](const Function& one) { return taken.contains(one.name); })) {
-      for (Function& one : own) one.module = catalogue::snakeCase(owner->name);
-    } else {
-      for (const Function& one : own) taken.insert(one.name);
-    }
-    std::ranges::move(own, std::back_inserter(all));
   }
   return all;
 }

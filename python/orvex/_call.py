@@ -99,15 +99,17 @@ def _bind_columns(call: Call, given: Mapping[str, Any], parameters: Sequence[Map
                         f"{name}: prices must be a frame or a mapping of columns, not {type(value).__name__}; "
                         f"single columns are given by keyword: {by_keyword}"
                     )
+                frame = value
                 call.columns |= {price: _price_of(value, price, name) for price in prices if price not in given}
             case "price" if value is not None:
                 call.columns[parameter["name"]] = value
             case "column":
                 if value is not None and _columns.is_frame(value):
-                    frame = value
-                    value = _price_of(value, parameter["usual"] or parameter["name"], name)
-                elif isinstance(value, str) and frame is not None:
+                    frame, value = value, None
+                if isinstance(value, str) and frame is not None:
                     value = _price_of(frame, value, name)
+                elif value is None and frame is not None and parameter["session"]:
+                    value = _columns.session_of(frame)
                 elif value is None and frame is not None:
                     value = _price_of(frame, parameter["usual"] or parameter["name"], name)
                 if value is None:
@@ -158,7 +160,12 @@ def bind(function: _native.Function, args: Sequence[Any], kwargs: Mapping[str, A
 
 def arrays_of(call: Call) -> dict[str, Any]:
     """Return the columns of a call as arrays of one length."""
-    arrays = {name: _columns.to_array(column, name) for name, column in call.columns.items()}
+    parameters = description_of(call.function)["parameters"]
+    sessions = {parameter["name"] for parameter in parameters if parameter.get("session")}
+    arrays = {
+        name: _columns.to_sessions(column, name) if name in sessions else _columns.to_array(column, name)
+        for name, column in call.columns.items()
+    }
     lengths = {name: len(array) for name, array in arrays.items()}
     if len(set(lengths.values())) > 1:
         told = ", ".join(f"{name} {length}" for name, length in lengths.items())

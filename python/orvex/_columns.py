@@ -87,6 +87,17 @@ def find_name(frame: Any, name: str) -> Any:
     return alike[0] if alike else None
 
 
+def session_of(frame: Any) -> Any:
+    """Return what tells the sessions of a frame: its column Session or Date, or the dates of its rows."""
+    for name in ("session", "date"):
+        spelling = find_name(frame, name)
+        if spelling is not None:
+            return column_of(frame, spelling)
+    if is_a(frame, "pandas", "DataFrame") and frame.index.dtype.kind == "M":
+        return frame.index
+    raise ValueError("the frame has neither dates nor a column 'Session'; session= takes a column of either")
+
+
 def _number(value: Any) -> float:
     if value is None or (not isinstance(value, bool | np.bool_) and isinstance(value, numbers.Number)):
         return np.nan if value is None else float(value)  # type: ignore[arg-type]
@@ -110,6 +121,28 @@ def _from_numpy(values: npt.NDArray[Any], name: str) -> Array:
         except TypeError as error:
             raise TypeError(f"{name}: {error}") from None
     raise TypeError(f"{name} holds {values.dtype}, which are no numbers")
+
+
+def _days(column: Any) -> Array | None:
+    """Return the number of each date's day, or None for a column of no dates."""
+    if is_a(column, "pandas", "Series", "Index") and column.dtype.kind == "M":
+        dates = _module("pandas").DatetimeIndex(column)
+        column = (dates if dates.tz is None else dates.tz_localize(None)).to_numpy()
+    elif is_a(column, "polars", "Series") and isinstance(
+        column.dtype, _module("polars").Date | _module("polars").Datetime
+    ):
+        column = column.dt.date().to_numpy()
+    elif is_a(column, "pyarrow", "Array", "ChunkedArray") and _module("pyarrow").types.is_temporal(column.type):
+        column = column.cast(_module("pyarrow").date32()).to_numpy(zero_copy_only=False)
+    if not isinstance(column, np.ndarray) or column.dtype.kind != "M":
+        return None
+    return np.where(np.isnat(column), np.nan, column.astype("M8[D]").astype(np.float64))
+
+
+def to_sessions(column: Any, name: str) -> Array:
+    """Return a column whose changes of value begin sessions; dates are told apart by their days."""
+    days = _days(column)
+    return to_array(column, name) if days is None else days
 
 
 def to_array(column: Any, name: str) -> Array:

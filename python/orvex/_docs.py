@@ -96,7 +96,9 @@ def _parameter(parameter: Description) -> tuple[str, str]:
         return f"{name} : column, optional", ""
     if kind == "column":
         text = parameter["help"]
-        if parameter["usual"] is not None:
+        if parameter["session"]:
+            text += " Dates begin one with each day. Of a frame, its Session or Date, or the dates of its rows."
+        elif parameter["usual"] is not None:
             text += f" Of a frame, its {parameter['usual']}."
         return f"{name} : column or frame", text
     type_name = {"whole": "int", "real": "float", "alias": "str"}[kind]
@@ -175,6 +177,10 @@ def docstring(description: Description) -> str:
     notes = [description[key] for key in ("origin", "difference") if description[key]]
     if description["abbreviations"]:
         notes.append("Also known as " + ", ".join(description["abbreviations"]) + ".")
+    others = (("talib", "TA-Lib"), ("tulip", "Tulip Indicators"))
+    notes += [f"{title} calls it {description[key]}." for key, title in others if description[key]]
+    if description["house"]:
+        notes.append(f"{description['house']} of the library's reference is the house's own definition.")
     notes.append(f"It is {description['class']}.{description['method']} of the library's reference.")
     lines += ["", "Notes", "-----"]
     for note in notes:

@@ -32,9 +32,9 @@ def make_call(function: Any, prices: Any) -> tuple[list[Any], dict[str, Any]]:
     description = _call.description_of(function)
     args = [prices] if any(p["kind"] in ("prices", "column") for p in description["parameters"]) else []
     required = {p["name"]: 14 for p in description["parameters"] if p["kind"] == "whole" and p["usual"] is None}
-    # A second column that has no usual one.
+    # A second column that has no usual one, or that the dates would make.
     for parameter in description["parameters"][1:]:
-        if parameter["kind"] == "column" and parameter["usual"] is None:
+        if parameter["kind"] == "column" and (parameter["usual"] is None or parameter["session"]):
             required[parameter["name"]] = prices["open"]
     return args, required
 

@@ -12,34 +12,38 @@ from typing import Any
 
 import numpy as np
 import pytest
-from conftest import ROOT, Prices, make_prices
+from conftest import ROOT, make_prices
 
 import orvex as ox
 from orvex import _native
+
+Table = dict[str, Any]
 
 FUNCTIONS = _native.FUNCTIONS
 NAMES = [("Open", "open"), ("High", "high"), ("Low", "low"), ("Close", "close"), ("Volume", "volume")]
 
 
-def write(path: Path, prices: Prices) -> Path:
+def write(path: Path, prices: Table) -> Path:
+    # Three records a day.
+    prices["date"] = np.datetime64("2001-01-01T00:00") + 480 * np.arange(len(prices["close"]))
     with path.open("w") as file:
         print("Date," + ",".join(title for title, _ in NAMES), file=file)
         for row in range(len(prices["close"])):
             print(
-                f"{np.datetime64('2001-01-01') + row}," + ",".join(repr(float(prices[n][row])) for _, n in NAMES),
+                f"{prices['date'][row]}," + ",".join(repr(float(prices[n][row])) for _, n in NAMES),
                 file=file,
             )
     return path
 
 
 @pytest.fixture(scope="module")
-def files(tmp_path_factory: pytest.TempPathFactory) -> dict[str, tuple[Path, Prices]]:
+def files(tmp_path_factory: pytest.TempPathFactory) -> dict[str, tuple[Path, Table]]:
     folder = tmp_path_factory.mktemp("prices")
     example = np.genfromtxt(ROOT / "examples" / "prices.csv", delimiter=",", usecols=range(1, 6))
-    series = {
+    series: dict[str, Table] = {
         "example": {name: example[:, place].copy() for place, (_, name) in enumerate(NAMES)},
-        "long": make_prices(3000, seed=7),
-        "short": make_prices(20, seed=3),
+        "long": dict(make_prices(3000, seed=7)),
+        "short": dict(make_prices(20, seed=3)),
         "flat": {name: np.full(120, 50.0) for _, name in NAMES},
     }
     return {name: (write(folder / f"{name}.csv", prices), prices) for name, prices in series.items()}
@@ -50,6 +54,8 @@ def arguments(description: dict[str, Any], count: int) -> Iterator[tuple[dict[st
     for parameter in description["parameters"]:
         usual = parameter.get("usual")
         match parameter["kind"]:
+            case "column" if parameter["session"]:
+                yield parameter, "Date", "date"
             case "column":
                 column = (usual or "Open").lower()
                 yield parameter, next(title for title, name in NAMES if name == column), column
@@ -62,7 +68,7 @@ def arguments(description: dict[str, Any], count: int) -> Iterator[tuple[dict[st
 
 @pytest.mark.parametrize("file", ["example", "long", "short", "flat"])
 @pytest.mark.parametrize("function", FUNCTIONS, ids=lambda function: function.__name__)
-def test_same_bits(function: Any, file: str, files: dict[str, tuple[Path, Prices]], command_line: str) -> None:
+def test_same_bits(function: Any, file: str, files: dict[str, tuple[Path, Table]], command_line: str) -> None:
     path, prices = files[file]
     description = _native.describe(function.index)
     words = [command_line, "run", f"{description['class']}.{description['method']}", "--format", "json"]

@@ -194,6 +194,11 @@ def test_any_array(data: Any, function: Any, count: int, dtype: str, step: int, 
         if table is padded:
             assert all(np.isnan(column[: edges[0]]).all() for column in columns)
             columns = tuple(column[edges[0] : edges[0] + count] for column in columns)
+            described = _native.describe(function.index)["columns"]
+            # Numbers of records are those of the whole column.
+            columns = tuple(
+                column - edges[0] if one["record"] else column for column, one in zip(columns, described, strict=True)
+            )
         outcomes.append(tuple(column.tobytes() for column in columns))
     assert outcomes[0] == outcomes[1]
     assert outcomes[0] == outcomes[2]
@@ -279,3 +284,26 @@ def test_numbers_of_records_are_those_of_what_was_handed_in(prices: Prices) -> N
         ox.max_value(late, start_period=15, end_period=40).period
         == ox.max_value(close, start_period=5, end_period=30).period + 10
     )
+    places = ox.standard.maxindex(late, periods=20)
+    np.testing.assert_array_equal(places[29:], ox.standard.maxindex(close, periods=20)[19:] + 10)
+
+
+def test_dates_begin_sessions(prices: Prices) -> None:
+    """A session each day, by the zone of the dates; as a column, as the frame's own, as its index."""
+    stamps = pd.date_range("2020-01-01 03:00", periods=300, freq="5h", tz="America/New_York")
+    days = np.floor((3 + 5 * np.arange(300)) / 24)
+    expected = ox.standard.vwap(prices, days)
+    frame = pd.DataFrame(prices)
+    told = pl.Series(stamps)
+    for result in (
+        ox.standard.vwap(frame.set_index(stamps)),
+        ox.standard.vwap(frame.assign(Date=stamps)),
+        ox.standard.vwap(frame, session=pd.Series(stamps)),
+        ox.standard.vwap(pl.DataFrame(prices), session=told),
+        ox.standard.vwap(pl.DataFrame(prices).with_columns(date=told).lazy()).collect().to_series(),
+        ox.standard.vwap(prices, stamps.tz_localize(None).to_numpy()),
+        ox.standard.vwap(prices, pa.array(stamps.tz_localize(None))),
+    ):
+        np.testing.assert_array_equal(np.asarray(result), expected)
+    with pytest.raises(ValueError, match="neither dates nor a column 'Session'"):
+        ox.standard.vwap(frame)

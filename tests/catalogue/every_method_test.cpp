@@ -70,8 +70,9 @@ class EveryMethod : public testing::TestWithParam<Named> {
   }
 };
 
-/// Whether the cursor stays where it is. Most methods walk it and end on the first record.
-bool leavesTheCursor(const Method& method) {
+/// Whether the cursor stays where it is, as all methods of `Standard` leave it. Most others walk it and end on the
+/// first record.
+bool leavesTheCursor(const Class& owner, const Method& method) {
   static const std::set<std::string_view> still = {"ChaikinMoneyFlow",
                                                    "ChaosFractalOscillator",
                                                    "IdentifyPattern",
@@ -79,15 +80,17 @@ bool leavesTheCursor(const Method& method) {
                                                    "PrimeNumberBands",
                                                    "PrimeNumberOscillator",
                                                    "WilliamsAccumulationDistribution"};
-  return still.contains(method.name) || method.arguments.empty() ||
+  return owner.name == "Standard" || still.contains(method.name) || method.arguments.empty() ||
          method.arguments[0].type != catalogue::Type::Database;
 }
 
 class EveryCausalMethod : public EveryMethod {};
 
-/// Lines through a span that the caller names are drawn over all of it, and a network has seen what it has learnt from.
+/// Lines through a span that the caller names are drawn over all of it, a network has seen what it has learnt from, and
+/// a displaced close is drawn back.
 std::vector<Named> causalCalculations() {
-  const std::set<std::string_view> others = {"TironeLevel", "QuadrantLines", "SpeedResistanceLines", "NeuralIndicator"};
+  const std::set<std::string_view> others = {"TironeLevel", "QuadrantLines", "SpeedResistanceLines", "NeuralIndicator",
+                                             "ICHIMOKU"};
   std::vector<Named> all = calculations();
   std::erase_if(
       all, [&](const Named& named) { return named.method->columns.empty() || others.contains(named.method->name); });
@@ -164,7 +167,7 @@ TEST_P(EveryMethod, ReturnsWhatItPromisesOrAnErrorThatItNames) {
       return;
     }
     ++returned;
-    EXPECT_EQ(outcome.position, leavesTheCursor(method()) ? start : 1);
+    EXPECT_EQ(outcome.position, leavesTheCursor(owner(), method()) ? start : 1);
     world.data->MoveFirst();
     EXPECT_EQ(random.run().columns, outcome.columns) << "it depends on where the cursor stood";
     ASSERT_EQ(outcome.columns.size(), method().columns.size());

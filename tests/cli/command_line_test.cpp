@@ -234,6 +234,22 @@ TEST_F(CommandLine, TakesUsualValuesForWhatIsLeftOut) {
   }
 }
 
+TEST_F(CommandLine, MakesSessionsOfTheDates) {
+  const std::string records =
+      "High,Low,Close,Volume,Shift,Date\n1,1,1,1,1,2020-01-30 10:00\n4,4,4,3,2,2020-01-30 12:00\n"
+      "7,7,7,1,2,2020-01-31 10:00\n10,10,10,1,3,2020-02-01 10:00\n";
+  write("hours.csv", records);
+  const std::string call = "Standard.VWAP hours.csv";
+  EXPECT_EQ(columnsOf(call)["VWAP"], json({1, 3.25, 7, 10}));
+  EXPECT_EQ(columnsOf(call + " Session=date")["VWAP"], json({1, 3.25, 7, 10}));
+  EXPECT_EQ(columnsOf(call + " Session=Month")["VWAP"], json({1, 3.25, 4, 10}));
+  EXPECT_EQ(columnsOf(call + " Session=year")["VWAP"], json({1, 3.25, 4, 5}));
+  EXPECT_EQ(columnsOf(call + " Session=Shift")["VWAP"], json({1, 4, 4.75, 10}));
+  write("undated.csv", "High,Low,Close,Volume\n1,1,1,1\n");
+  EXPECT_NE(orvex("run Standard.VWAP undated.csv Session=Week").err.find("has no dates that could be read"),
+            std::string::npos);
+}
+
 TEST_F(CommandLine, NamesTheFaultAndItsRecord) {
   std::string flat = series(30);
   for (int i = 0; i < 6; ++i) flat += "2021-01-0" + std::to_string(i + 1) + ",5,5,5,5,100\n";
@@ -285,12 +301,12 @@ TEST_F(CommandLine, ExplainsMistakes) {
       {"lsit", "Did you mean list?"},
       {"run " + mean + "plain.csv --apend", "Did you mean --append?"},
       {"run MovingAvrage.SimpleMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
-      {"describe ema", "Did you mean MovingAverage.ExponentialMovingAverage?"},
-      {"run rsi plain.csv", "Did you mean Index.RelativeStrengthIndex?"},
+      {"describe ema", "Did you mean MovingAverage.ExponentialMovingAverage or Standard.EMA?"},
+      {"run rsi plain.csv", "Did you mean Index.RelativeStrengthIndex or Standard.RSI?"},
       {"run MovingAverage.SimpelMovingAverage", "Did you mean MovingAverage.SimpleMovingAverage?"},
       {"run MovingAverage.Wilder", "Did you mean MovingAverage.WellesWilderSmoothing?"},
       {"run MovingAverage.sma", "Did you mean MovingAverage.SimpleMovingAverage?"},
-      {"run MovingAverage.RSI", "Did you mean Index.RelativeStrengthIndex?"},
+      {"run MovingAverage.RSI", "Did you mean Index.RelativeStrengthIndex or Standard.RSI?"},
       {"run MovingAverage", "It has SimpleMovingAverage, ExponentialMovingAverage"},
       {"run Field.getValue", "is not run"},
       {"run " + mean + "plain.csv Source=Close Period=3", "it has Source, Periods and Alias. Did you mean Periods?"},

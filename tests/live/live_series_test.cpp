@@ -266,6 +266,10 @@ Call randomCall(Chance& chance, const Named& named, bool takes) {
         break;
       case Type::Integer:
         value = Integer(chance.once(6) ? chance.of({-3, -1, 0, 25, 60, 1000}) : chance.of({1, 2, 3, 4, 5, 7, 9, 14}));
+        if (!argument.choices.empty() && !chance.once(4)) {
+          value = Integer(
+              argument.choices[static_cast<std::size_t>(chance.below(static_cast<int>(argument.choices.size())))].code);
+        }
         if (argument.name == "Epochs") value = Integer(chance.of({0, 1, 2}));
         if (argument.usual.given && chance.once(4)) value = catalogue::Missing{};
         break;

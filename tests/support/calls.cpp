@@ -193,8 +193,12 @@ Call makeCall(Choices& choices, const World& world, const catalogue::Class& owne
     }
   };
   Call made{&owner, &method, {}};
+  // Of many numbers each must be in its range for a call to get anywhere: most of them are the usual ones.
+  const auto fractions = std::count_if(method.arguments.begin(), method.arguments.end(),
+                                       [](const auto& argument) { return argument.type == Type::Double; });
   for (const catalogue::Argument& argument : method.arguments) {
     Value value = given(argument);
+    if (fractions > 4 && argument.type == Type::Double && !choices.once(6)) value = argument.usual.number;
     if (argument.optional && choices.once(4)) value = catalogue::Missing{};
     made.arguments.push_back(value);
   }

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "orvex/catalogue/catalogue.h"
+#include "orvex/catalogue/description.h"
 #include "orvex/data/error.h"
 
 /// Calls through the catalogue that a string of bytes chooses: which method, on what series, with which arguments. The

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "orvex/prices/date_cell.h"
+
+/// Sessions out of dates, for the methods that begin anew with each.
+namespace orvex::inline ORVEX_COUNTS::prices {
+
+enum class SessionLength { Day, Week, Month, Year };
+
+/// By name without regard to case; nothing for an unknown one.
+std::optional<SessionLength> sessionNamed(std::string_view name);
+
+/// A number a record, another one in each session. Weeks begin on Mondays.
+std::vector<double> sessionsOf(std::span<const Time> times, SessionLength length);
+
+}  // namespace orvex::inline ORVEX_COUNTS::prices

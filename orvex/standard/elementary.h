@@ -1,0 +1,35 @@
+#pragma once
+
+#include "orvex/data/real.h"
+
+/// Logarithm, arc tangent, sine and cosine, of this library's own: the same bits on every system, where the standard
+/// library's differ from one to the next. Within two units in the last place.
+namespace orvex::inline ORVEX_COUNTS::standard {
+
+inline constexpr double Pi = 3.141592653589793238;
+inline constexpr double DegreesPerRadian = 180.0 / Pi;
+
+/// The natural logarithm. Minus infinity of 0, not-a-number below 0.
+double logarithm(double x);
+/// From -Pi / 2 to Pi / 2.
+double arcTangent(double x);
+/// Of angles in radians, |x| below 10^5.
+double sine(double x);
+double cosine(double x);
+
+/// The same in checked arithmetic: error 5 for the logarithm of a number that is not above 0.
+inline Real logarithm(Real x) {
+  if (x.value() <= 0.0) raise(faults::InvalidCall);
+  return logarithm(x.value());
+}
+inline Real arcTangent(Real x) {
+  return arcTangent(x.value());
+}
+inline Real sine(Real x) {
+  return sine(x.value());
+}
+inline Real cosine(Real x) {
+  return cosine(x.value());
+}
+
+}  // namespace orvex::inline ORVEX_COUNTS::standard

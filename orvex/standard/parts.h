@@ -1,0 +1,109 @@
+#pragma once
+
+#include <array>
+
+#include "orvex/data/integer.h"
+#include "orvex/data/record_set.h"
+#include "orvex/standard/computation.h"
+
+/// The computations that several methods of `Standard` are made of. Each takes columns as they are, however many of
+/// their first rows are not computed, and gives a column whose first row follows from there.
+namespace orvex::inline ORVEX_COUNTS::standard {
+
+/// The kinds of average, by the numbers that the field's most used library gives them.
+enum class Kind { Simple, Exponential, Weighted, Double, Triple, Triangular, Kaufman, Mesa, Tillson };
+
+/// How many records after the first of its column an average of that kind begins.
+Place lookback(Integer kind, Integer periods);
+
+/// The average of that kind; the column itself of 1 record.
+Series average(Call& call, Integer kind, const Series& x, Integer periods);
+
+/// The mean of the last P values.
+Series simple(Call& call, const Series& x, int periods);
+/// value + (x - value) x factor, from the mean of the first P values on.
+Series smoothed(Call& call, const Series& x, int periods, double factor);
+/// The same with 2 / (P + 1), the exponential average, and with 1 / P, Wilder's.
+Series exponential(Call& call, const Series& x, int periods);
+Series wilder(Call& call, const Series& x, int periods);
+/// Weights P (newest) to 1.
+Series weighted(Call& call, const Series& x, int periods);
+Series triangular(Call& call, const Series& x, int periods);
+Series kaufman(Call& call, const Series& x, int periods);
+Series tillson(Call& call, const Series& x, int periods, double factor);
+/// The MESA adaptive average and the one that follows it.
+std::array<Series, 2> mesa(Call& call, const Series& x, double fastLimit, double slowLimit);
+
+/// The sum, the largest and the smallest of the last P values.
+Series sum(Call& call, const Series& x, int periods);
+Series highest(Call& call, const Series& x, int periods);
+Series lowest(Call& call, const Series& x, int periods);
+/// The root of the mean square distance of the last P values from their mean, times `factor`.
+Series deviation(Call& call, const Series& x, const Series& mean, int periods, double factor);
+
+/// a - b, (a - b) / b x 100 (0 where b is 0) and a x b.
+Series difference(Call& call, const Series& a, const Series& b);
+Series percentAbove(Call& call, const Series& a, const Series& b);
+Series product(Call& call, const Series& a, const Series& b);
+/// x - x(r - lag), and the same in percent of the older value, 0 where that is 0.
+Series momentum(Call& call, const Series& x, int lag);
+Series rate(Call& call, const Series& x, int lag);
+
+/// The columns of bars, taken when they are needed first.
+class Prices {
+ public:
+  Prices(Call& call, std::shared_ptr<RecordSet> set) : call_(call), set_(std::move(set)) {}
+
+  const Series& open() { return column(0, "Open"); }
+  const Series& high() { return column(1, "High"); }
+  const Series& low() { return column(2, "Low"); }
+  const Series& close() { return column(3, "Close"); }
+  const Series& volume() { return column(4, "Volume"); }
+
+ private:
+  const Series& column(std::size_t index, std::string_view name) {
+    Series& series = columns_[index];
+    if (series.column == nullptr) series = call_.take(set_, name);
+    return series;
+  }
+
+  Call& call_;
+  std::shared_ptr<RecordSet> set_;
+  std::array<Series, 5> columns_;
+};
+
+/// (high + low) / 2 and (high + low + close) / 3.
+Series medianPrice(Call& call, Prices& prices);
+Series typicalPrice(Call& call, Prices& prices);
+
+/// The largest of high - low and the distances of both to the close before: of a record, and all from record 2 on.
+template <class T>
+T trueRange(At<T> at, const Series& high, const Series& low, const Series& close, int r) {
+  const T before = at(close, r - 1);
+  const T gap = larger(magnitude(at(high, r) - before), magnitude(at(low, r) - before));
+  return larger(at(high, r) - at(low, r), gap);
+}
+Series trueRange(Call& call, Prices& prices);
+/// Its average after Wilder.
+Series averageTrueRange(Call& call, Prices& prices, int periods);
+
+/// 100 x the share of the rises in all moves, averaged after Wilder; 0 without a move.
+Series relativeStrength(Call& call, const Series& x, int periods);
+
+/// 100 x the difference of both in all moves, likewise.
+Series chandeMomentum(Call& call, const Series& x, int periods);
+
+/// 100 x (close - lowest) / (highest - lowest), 0 without a range.
+Series stochastic(Call& call, const Series& high, const Series& low, const Series& close, int periods);
+
+/// How many of the P values before are below the value, in percent.
+Series percentRank(Call& call, const Series& x, int periods);
+
+/// ((close - low) - (high - close)) / (high - low) x volume, 0 without a range.
+Series moneyFlowVolume(Call& call, Prices& prices);
+/// Its sum from record 1 on.
+Series accumulation(Call& call, Prices& prices);
+/// The sum of all values so far.
+Series total(Call& call, const Series& x);
+
+}  // namespace orvex::inline ORVEX_COUNTS::standard

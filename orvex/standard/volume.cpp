@@ -1,0 +1,235 @@
+#include <algorithm>
+
+#include "orvex/standard/method.h"
+#include "orvex/standard/parts.h"
+#include "orvex/standard/standard.h"
+
+namespace orvex::inline ORVEX_COUNTS {
+
+using namespace standard;
+
+Standard::Result Standard::MFI(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
+  return Method<"MFI">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    Prices prices(call, OHLCV);
+    const Series price = typicalPrice(call, prices), flow = product(call, price, prices.volume());
+    const auto sides = call.columns<2>(2, Nothing(), [&]<class T>(At<T> at, Nothing&, int r) {
+      const T now = at(price, r), before = at(price, r - 1), amount = at(flow, r), none = 0;
+      return std::array{now > before ? amount : none, now < before ? amount : none};
+    });
+    // Means stand for the sums: their share is the same.
+    const Series rising = simple(call, sides[0], Periods.value()), falling = simple(call, sides[1], Periods.value());
+    return call.each(rising.first,
+                     [&](auto at, int r) { return 100 * quotient(at(rising, r), at(rising, r) + at(falling, r)); });
+  });
+}
+
+Standard::Result Standard::FORCE(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
+  return Method<"FORCE">(data, Alias).periods(Periods).compute([&](Call& call) {
+    Prices prices(call, OHLCV);
+    const Series moves = momentum(call, prices.close(), 1);
+    return exponential(call, product(call, moves, prices.volume()), Periods.value());
+  });
+}
+
+Standard::Result Standard::AD(DataRef data, SetRef OHLCV, Name Alias) {
+  return Method<"AD">(data, Alias).compute([&](Call& call) {
+    Prices prices(call, OHLCV);
+    return accumulation(call, prices);
+  });
+}
+
+namespace {
+
+/// The average that begins with its column's first value.
+Series fromFirst(Call& call, const Series& x, int periods) {
+  const double factor = 2.0 / (periods + 1.0);
+  return call.recursion(x.first, [&]<class T>(At<T> at, const Series& own, int r) {
+    return r > x.first ? factor * at(x, r) + (1.0 - factor) * at(own, r - 1) : at(x, r);
+  });
+}
+
+}  // namespace
+
+Standard::Result Standard::ADOSC(DataRef data, SetRef OHLCV, Integer FastPeriods, Integer SlowPeriods, Name Alias) {
+  return Method<"ADOSC">(data, Alias).periods(FastPeriods, 2).periods(SlowPeriods, 2).compute([&](Call& call) {
+    Prices prices(call, OHLCV);
+    const Series line = accumulation(call, prices);
+    const Series fast = fromFirst(call, line, FastPeriods.value());
+    const Series slow = fromFirst(call, line, SlowPeriods.value());
+    return difference(call, fast.from(std::max(FastPeriods, SlowPeriods).value()), slow);
+  });
+}
+
+namespace {
+
+using VolumeKernel = std::size_t (*kernels::Table::*)(kernels::Source, kernels::Source, kernels::Records, double*);
+
+/// Row 1 as `first()` gives it, and what the kernel makes of the rows after it.
+template <class First>
+auto startedAt(First first, VolumeKernel kernel, const Series& x, const Series& volume) {
+  return [=, &x, &volume](kernels::Records records, double* rows) -> std::size_t {
+    std::size_t done = 0;
+    if (records.first == 1) {
+      rows[0] = first();
+      done = 1;
+      ++records.first;
+    }
+    if (records.first > records.last) return done;
+    return done + kernels::run(kernel, rowsOf(x.column), rowsOf(volume.column), records, rows);
+  };
+}
+
+}  // namespace
+
+Standard::Result Standard::OBV(DataRef data, FieldRef Source, FieldRef Volume, Name Alias) {
+  return Method<"OBV">(data, Alias).compute([&](Call& call) {
+    const Series x = call.take(Source), volume = call.take(Volume);
+    return call.recursion(1, startedAt([&] { return volume.rows[0]; }, &kernels::Table::onBalanceVolume, x, volume),
+                          [&]<class T>(At<T> at, const Series& own, int r) {
+                            if (r == 1) return at(volume, r);
+                            const T now = at(x, r), before = at(x, r - 1), amount = at(volume, r);
+                            return at(own, r - 1) + (now > before ? amount : now < before ? T(0) - amount : T(0));
+                          });
+  });
+}
+
+Standard::Result Standard::CMF(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
+  return Method<"CMF">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    Prices prices(call, OHLCV);
+    const Series flow = simple(call, moneyFlowVolume(call, prices), Periods.value());
+    const Series volume = simple(call, prices.volume(), Periods.value());
+    return call.each(flow.first, [&](auto at, int r) { return quotient(at(flow, r), at(volume, r)); });
+  });
+}
+
+Standard::Result Standard::EMV(DataRef data, SetRef OHLCV, Name Alias) {
+  return Method<"EMV">(data, Alias).compute([&](Call& call) {
+    Prices prices(call, OHLCV);
+    const Series high = prices.high(), low = prices.low(), volume = prices.volume();
+    const Series moves = momentum(call, medianPrice(call, prices), 1);
+    return call.each(
+        2, [&](auto at, int r) { return at(moves, r) * (at(high, r) - at(low, r)) / (at(volume, r) / 10000); });
+  });
+}
+
+namespace {
+
+/// Klinger's trend: its direction, and the ranges that it has gone through.
+struct Klinger {
+  int trend = 0;
+  double path = 0.0;
+};
+
+}  // namespace
+
+Standard::Result Standard::KVO(DataRef data, SetRef OHLCV, Integer FastPeriods, Integer SlowPeriods, Name Alias) {
+  return Method<"KVO">(data, Alias).periods(FastPeriods).periods(SlowPeriods).compute([&](Call& call) {
+    Prices prices(call, OHLCV);
+    const Series high = prices.high(), low = prices.low(), close = prices.close(), volume = prices.volume();
+    const Series force = call.carried(2, Klinger(), [&]<class T>(At<T> at, Klinger& last, int r) {
+      const auto place = [&](int j) { return at(high, j) + at(low, j) + at(close, j); };
+      const T now = place(r), before = place(r - 1), range = at(high, r) - at(low, r);
+      T path = last.path;
+      const int turn = now > before ? 1 : now < before ? -1 : 0;
+      if (turn != 0 && turn != last.trend) {
+        last.trend = turn;
+        path = at(high, r - 1) - at(low, r - 1);
+      }
+      path = path + range;
+      last.path = path;
+      const T amount = at(volume, r) * magnitude(range / path * 2 - 1) * 100;
+      return last.trend > 0 ? amount : -amount;
+    });
+    return difference(call, fromFirst(call, force, FastPeriods.value()), fromFirst(call, force, SlowPeriods.value()));
+  });
+}
+
+namespace {
+
+/// 1000, moved by the price's own rates where the volume went the way of `counts`.
+template <class Counts>
+Series volumeIndex(Call& call, const Series& x, const Series& volume, VolumeKernel kernel, Counts counts) {
+  return call.recursion(1, startedAt([] { return 1000.0; }, kernel, x, volume),
+                        [&]<class T>(At<T> at, const Series& own, int r) {
+                          if (r == 1) return T(1000);
+                          const T before = at(own, r - 1), old = at(x, r - 1);
+                          if (!counts(at(volume, r), at(volume, r - 1)) || old == T(0)) return before;
+                          return before + before * ((at(x, r) - old) / old);
+                        });
+}
+
+}  // namespace
+
+Standard::Result Standard::NVI(DataRef data, FieldRef Source, FieldRef Volume, Name Alias) {
+  return Method<"NVI">(data, Alias).compute([&](Call& call) {
+    const Series x = call.take(Source), volume = call.take(Volume);
+    return volumeIndex(call, x, volume, &kernels::Table::negativeVolume,
+                       [](auto now, auto before) { return now < before; });
+  });
+}
+
+Standard::Result Standard::PVI(DataRef data, FieldRef Source, FieldRef Volume, Name Alias) {
+  return Method<"PVI">(data, Alias).compute([&](Call& call) {
+    const Series x = call.take(Source), volume = call.take(Volume);
+    return volumeIndex(call, x, volume, &kernels::Table::positiveVolume,
+                       [](auto now, auto before) { return now > before; });
+  });
+}
+
+Standard::Result Standard::VOSC(DataRef data, FieldRef Volume, Integer FastPeriods, Integer SlowPeriods, Name Alias) {
+  return Method<"VOSC">(data, Alias).periods(FastPeriods).periods(SlowPeriods).compute([&](Call& call) {
+    const Series volume = call.take(Volume), fast = simple(call, volume, FastPeriods.value());
+    return percentAbove(call, fast, simple(call, volume, SlowPeriods.value()));
+  });
+}
+
+Standard::Result Standard::PVT(DataRef data, FieldRef Source, FieldRef Volume, Name Alias) {
+  return Method<"PVT">(data, Alias).compute([&](Call& call) {
+    const Series x = call.take(Source), volume = call.take(Volume);
+    const auto kernel = startedAt([] { return 0.0; }, &kernels::Table::priceVolumeTrend, x, volume);
+    return call.recursion(1, kernel, [&]<class T>(At<T> at, const Series& own, int r) {
+      if (r == 1) return T(0);
+      const T old = at(x, r - 1);
+      return at(own, r - 1) + quotient(at(x, r) - old, old) * at(volume, r);
+    });
+  });
+}
+
+namespace {
+
+/// Volumes, and volumes times typical prices, since the average began.
+struct Traded {
+  double flow = 0.0;
+  double volume = 0.0;
+};
+
+/// The mean price of what was traded since the last record for which `begins(at, record)`; 0 before any trade.
+template <class Begins>
+Series averagePrice(Call& call, Prices& prices, Place first, Begins begins) {
+  const Series flow = product(call, typicalPrice(call, prices), prices.volume()), volume = prices.volume();
+  return call.carried(first, Traded(), [&]<class T>(At<T> at, Traded& sums, int r) {
+    if (begins(at, r)) sums = {};
+    const T part = T(sums.flow) + at(flow, r), whole = T(sums.volume) + at(volume, r);
+    sums = {part, whole};
+    return quotient(part, whole);
+  });
+}
+
+}  // namespace
+
+Standard::Result Standard::VWAP(DataRef data, SetRef OHLCV, FieldRef Session, Name Alias) {
+  return Method<"VWAP">(data, Alias).compute([&](Call& call) {
+    Prices prices(call, OHLCV);
+    const Series session = call.take(Session);
+    return averagePrice(call, prices, 1, [&](auto at, int r) { return r > 1 && at(session, r) != at(session, r - 1); });
+  });
+}
+
+Standard::Result Standard::AVWAP(DataRef data, SetRef OHLCV, Integer Anchor, Name Alias) {
+  return Method<"AVWAP">(data, Alias).record(Anchor).compute([&](Call& call) {
+    Prices prices(call, OHLCV);
+    return averagePrice(call, prices, Anchor.value(), [](auto, int) { return false; });
+  });
+}
+
+}  // namespace orvex::inline ORVEX_COUNTS
