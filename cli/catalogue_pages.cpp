@@ -137,7 +137,7 @@ Json methodJson(const Class& owner, const Method& method) {
     Json one = {{"name", argument.name},           {"key", catalogue::snakeCase(argument.name)},
                 {"type", typeName(argument.type)}, {"help", argument.help},
                 {"optional", argument.optional},   {"written", argument.written},
-                {"record", argument.record}};
+                {"record", argument.record},       {"session", argument.session}};
     if (argument.optional) one["default"] = Json::parse(jsonValue(defaultOf(argument)));
     if (argument.usual.given && !argument.usual.text.empty()) one["usual"] = argument.usual.text;
     if (argument.usual.given && argument.usual.text.empty()) one["usual"] = argument.usual.number;

@@ -352,6 +352,15 @@ LiveSeries::LiveSeries(const PriceRows& prices, double notComputed) : LiveSeries
 
 LiveSeries::~LiveSeries() = default;
 
+template <class Use>
+void LiveSeries::forEachColumn(Use&& use) const {
+  use(*dates_);
+  for (const PriceField& column : columns_) {
+    if (column.field != nullptr) use(*column.field);
+  }
+  for (const SessionField& sessions : sessions_) use(*sessions.field);
+}
+
 template <class Write>
 void LiveSeries::change(Integer count, Write&& write) {
   const int countBefore = count_;
@@ -360,10 +369,7 @@ void LiveSeries::change(Integer count, Write&& write) {
   std::string date;
   const auto takeBack = [&] {
     for (const auto& kept : kept_) kept->rollBack();
-    dates_->resize(countBefore);
-    for (const PriceField& column : columns_) {
-      if (column.field != nullptr) column.field->resize(countBefore);
-    }
+    forEachColumn([&](Field& column) { column.resize(countBefore); });
     if (revised) setRecord(row, *revised);
   };
   try {
@@ -374,14 +380,8 @@ void LiveSeries::change(Integer count, Write&& write) {
         if (column.field != nullptr) (*revised).*column.value = column.field->values()[row];
       }
     }
-    dates_->reserve(count);
-    for (const PriceField& column : columns_) {
-      if (column.field != nullptr) column.field->reserve(count);
-    }
-    dates_->resize(count);
-    for (const PriceField& column : columns_) {
-      if (column.field != nullptr) column.field->resize(count);
-    }
+    forEachColumn([&](Field& column) { column.reserve(count); });
+    forEachColumn([&](Field& column) { column.resize(count); });
     write();
     for (const auto& kept : kept_) kept->prepare(prices_, count.value());
   } catch (const Error& error) {
@@ -399,6 +399,9 @@ void LiveSeries::change(Integer count, Write&& write) {
 void LiveSeries::setRecord(std::size_t row, const PriceRecord& record) {
   for (const PriceField& column : columns_) {
     if (column.field != nullptr) column.field->writableValues()[row] = record.*column.value;
+  }
+  for (const SessionField& sessions : sessions_) {
+    sessions.field->writableValues()[row] = prices::sessionOf(record.date, sessions.length);
   }
   const int number = static_cast<int>(row) + 1;
   if (!record.date.empty() || !dates_->getStrValue(number).empty()) dates_->setStrValue(number, record.date);
@@ -426,6 +429,7 @@ void LiveSeries::append(const PriceRows& records) {
     }
     int row = count_;
     for (const std::string_view date : records.dates.values) dates_->setStrValue(++row, date);
+    for (const SessionField& sessions : sessions_) fillSessions(sessions, before);
   });
 }
 
@@ -470,6 +474,35 @@ std::shared_ptr<LiveSeries::Kept> LiveSeries::findKept(const LiveResult* result)
   return *found;
 }
 
+void LiveSeries::fillSessions(const SessionField& sessions, std::size_t from) const {
+  const std::span<double> rows = sessions.field->writableValues();
+  for (std::size_t row = from; row < rows.size(); ++row) {
+    rows[row] = prices::sessionOf(dates_->getStrValue(static_cast<int>(row) + 1), sessions.length);
+  }
+}
+
+std::shared_ptr<Field> LiveSeries::columnNamed(std::string_view name, const catalogue::Argument& argument) {
+  if (argument.session) {
+    const bool byDate = equalNames(name, Database::DateName);
+    if (const auto length = byDate ? std::optional(prices::SessionLength::Day) : prices::sessionNamed(name)) {
+      return sessionsOf(*length);
+    }
+  }
+  const Integer index = prices_->getIndex(name);
+  return prices_->fields()[static_cast<std::size_t>(index.value() - 1)];
+}
+
+std::shared_ptr<Field> LiveSeries::sessionsOf(prices::SessionLength length) {
+  const auto found = std::find_if(sessions_.begin(), sessions_.end(),
+                                  [&](const SessionField& sessions) { return sessions.length == length; });
+  if (found != sessions_.end()) return found->field;
+  SessionField sessions{length, std::make_shared<Field>()};
+  sessions.field->resize(count_);
+  fillSessions(sessions, 0);
+  sessions_.push_back(sessions);
+  return sessions.field;
+}
+
 std::shared_ptr<const LiveResult> LiveSeries::keep(Found found, const std::vector<const LiveValue*>& arguments) {
   constexpr Fault notOptional{449, faults::Library, "Argument not optional"};
   if (found.method == nullptr || !catalogue::isCalculation(*found.owner, *found.method) ||
@@ -495,8 +528,7 @@ std::shared_ptr<const LiveResult> LiveSeries::keep(Found found, const std::vecto
       }
       const std::string_view usual = argument.usual.given ? argument.usual.text : argument.name;
       const std::string_view name = text != nullptr ? std::string_view(*text) : usual;
-      const Integer index = prices_->getIndex(name);
-      sources.push_back({i, prices_->fields()[static_cast<std::size_t>(index.value() - 1)], nullptr, 0});
+      sources.push_back({i, columnNamed(name, argument), nullptr, 0});
     } else if (text != nullptr) {
       const auto code = catalogue::readChoice(argument, *text);
       given[i] = catalogue::coerce(code ? Value(std::int32_t{*code}) : Value(*text), argument.type);

@@ -14,6 +14,7 @@
 #include "orvex/catalogue/catalogue.h"
 #include "orvex/data/database.h"
 #include "orvex/live/live_result.h"
+#include "orvex/prices/sessions.h"
 
 namespace orvex::inline ORVEX_COUNTS {
 
@@ -30,7 +31,8 @@ struct LiveColumn {
 };
 
 /// An argument of a kept call: a number; a text, which is the name of a price column or of a code where it stands for
-/// one; a column of another kept call, its first where a result is given.
+/// one; a column of another kept call, its first where a result is given. Where sessions are wanted, "Date" is one a
+/// day, and "Week", "Month" and "Year" are as long as that.
 class LiveValue {
  public:
   template <class T>
@@ -144,8 +146,23 @@ class LiveSeries {
     Rows<double> PriceRows::*rows;
   };
 
+  struct SessionField {
+    prices::SessionLength length;
+    std::shared_ptr<Field> field;
+  };
+
+  /// The price column of that name; for an argument that tells sessions, a column of those that the dates make.
+  std::shared_ptr<Field> columnNamed(std::string_view name, const catalogue::Argument& argument);
+  std::shared_ptr<Field> sessionsOf(prices::SessionLength length);
+  void fillSessions(const SessionField& sessions, std::size_t from) const;
+  /// All that have a row for each record.
+  template <class Use>
+  void forEachColumn(Use&& use) const;
+
   std::array<PriceField, 5> columns_;
   std::shared_ptr<Field> dates_;
+  // Those that a call has been kept on.
+  std::vector<SessionField> sessions_;
   std::shared_ptr<RecordSet> prices_;
   int count_ = 0;
   double notComputed_;

@@ -1,6 +1,7 @@
 #include "orvex/prices/sessions.h"
 
 #include <cstdint>
+#include <limits>
 #include <utility>
 
 #include "orvex/data/text.h"
@@ -42,6 +43,14 @@ std::vector<double> sessionsOf(std::span<const Time> times, SessionLength length
   sessions.reserve(times.size());
   for (const Time time : times) sessions.push_back(static_cast<double>(sessionOf(calendarDay(time), length)));
   return sessions;
+}
+
+double sessionOf(std::string_view date, SessionLength length) {
+  const auto cell = readDateCell(date);
+  const bool isCertain = cell && (!cell->monthFirst || !cell->dayFirstHolds || length == SessionLength::Day);
+  if (!isCertain) return std::numeric_limits<double>::quiet_NaN();
+  const Time time = cell->dayFirstHolds ? cell->time : *cell->monthFirst;
+  return static_cast<double>(sessionOf(calendarDay(time), length));
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS::prices

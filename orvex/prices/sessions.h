@@ -18,4 +18,8 @@ std::optional<SessionLength> sessionNamed(std::string_view name);
 /// A number a record, another one in each session. Weeks begin on Mondays.
 std::vector<double> sessionsOf(std::span<const Time> times, SessionLength length);
 
+/// The same out of one date alone. NaN for what is no date; also where only other dates could tell which of its numbers
+/// is the month, unless sessions are days: those it tells apart whichever is.
+double sessionOf(std::string_view date, SessionLength length);
+
 }  // namespace orvex::inline ORVEX_COUNTS::prices

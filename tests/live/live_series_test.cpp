@@ -404,6 +404,28 @@ TEST_P(EveryKeptMethod, GivesWhatAFreshCallGives) {
   EXPECT_GT(succeeded, sequencesOfEach() / 2) << "too few results to tell anything";
 }
 
+TEST(LiveSessions, BeginWhereTheDatesDo) {
+  // Typical prices 1, 2, 4, 8, 16 with a volume of 1: the mean begins anew with each session.
+  const struct {
+    const char* length;
+    std::vector<double> means;
+  } cases[] = {{"Date", {1.0, 1.5, 4.0, 8.0, 16.0}}, {"month", {1.0, 1.5, 7.0 / 3.0, 8.0, 12.0}}};
+  for (const auto& one : cases) {
+    LiveSeries series;
+    series.append({1, 1, 1, 1, 1, "2020-01-30 10:00"});
+    const auto kept = series.keep("Standard.VWAP", {{"Session", one.length}});
+    series.append({2, 2, 2, 2, 1, "2020-01-30 11:00"});
+    series.append({4, 4, 4, 4, 1, "2020-01-31"});
+    series.append({9, 9, 9, 9, 1, "no date"});
+    EXPECT_EQ(kept->error()->record(), 4);
+    series.revise({8, 8, 8, 8, 1, "2020-02-03"});
+    series.append({16, 16, 16, 16, 1, "2020-02-04"});
+    ASSERT_FALSE(kept->error());
+    const auto rows = kept->columns()[0]->values();
+    EXPECT_EQ(std::vector(rows.begin(), rows.end()), one.means) << one.length;
+  }
+}
+
 std::string nameOf(const testing::TestParamInfo<Named>& info) {
   return std::string(info.param.owner->name) + "_" + std::string(info.param.method->name);
 }

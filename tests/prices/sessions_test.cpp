@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <set>
+
 #include "orvex/prices/price_reader.h"
 
 namespace orvex::prices {
@@ -34,8 +37,37 @@ TEST(Sessions, BeginWhereTheDatesDo) {
     ASSERT_EQ(sessions.size(), times.size());
     for (std::size_t i = 1; i < sessions.size(); ++i) {
       EXPECT_EQ(sessions[i] > sessions[i - 1], one.begins[i - 1]) << one.dates[i];
+      EXPECT_EQ(sessionOf(one.dates[i], one.length), sessions[i]) << one.dates[i];
     }
   }
+}
+
+TEST(Sessions, AreToldByOneDateWhereItIsCertain) {
+  const struct {
+    const char* date;
+    SessionLength length;
+    const char* as;  // the same date, certain; nothing where it is not
+  } cases[] = {
+      {"1/31/2020", SessionLength::Month, "2020-01-31"},
+      {"1/2/2020", SessionLength::Month, nullptr},
+      {"1/2/2020", SessionLength::Week, nullptr},
+      {"first day", SessionLength::Day, nullptr},
+      {"", SessionLength::Year, nullptr},
+  };
+  for (const auto& one : cases) {
+    const double session = sessionOf(one.date, one.length);
+    if (one.as == nullptr) {
+      EXPECT_TRUE(std::isnan(session)) << one.date;
+    } else {
+      EXPECT_EQ(session, sessionOf(one.as, one.length)) << one.date;
+    }
+  }
+  // Days differ whichever number is the month.
+  std::set<double> days;
+  for (const char* date : {"1/2/2020", "2/1/2020", "1/13/2020", "2/13/2020", "12/1/2020"}) {
+    days.insert(sessionOf(date, SessionLength::Day));
+  }
+  EXPECT_EQ(days.size(), 5U);
 }
 
 TEST(Sessions, AreNamedInAnyCapitals) {

@@ -1,5 +1,5 @@
 // The types of the npm package's functions, made from the catalogue.
-import { type Argument, type Calculation, camelCase } from "../package/src/catalogue.js";
+import { type Argument, type Calculation, camelCase, usualColumn } from "../package/src/catalogue.js";
 
 /** A documentation comment; what it holds must not end it. */
 function comment(lines: string[], indent: string): string {
@@ -82,7 +82,7 @@ function describe(calculation: Calculation, prefix: string): { types: string; me
   const columns = calculation.arguments.filter((argument) => argument.type === "Field" || argument.type === "RecordSet");
   const lines = [...about(calculation), ""];
   for (const column of columns) {
-    lines.push(`@param ${camelCase(column.key)} ${column.help}${column.usual === undefined ? "" : ` Of prices, ${column.usual}.`}`);
+    lines.push(`@param ${camelCase(column.key)} ${column.help}${column.usual === undefined ? "" : ` Of prices, ${usualColumn(column)}${column.session ? ", which daysOf(times) makes" : ""}.`}`);
   }
   if (calculation.columns.length === 1) {
     const only = calculation.columns[0]!;

@@ -66,17 +66,19 @@ function javascript(words: Words): string {
   const { calculation } = words;
   const home = calculation.module;
   const name = camelCase(calculation.key);
+  const sessions = calculation.arguments.some((argument) => argument.session);
   const inputs = calculation.arguments.some((argument) => argument.type === "RecordSet")
     ? ["prices"]
     : columns(words).map((column) => `prices[${JSON.stringify(column)}]`);
   const options = told(words).map(([argument, value]) => `${camelCase(argument.key)}: ${literal(argument, value)}`);
   const all = [...inputs, ...(options.length > 0 ? [`{ ${options.join(", ")} }`] : [])];
   return [
-    'import { load } from "orvex";',
+    `import { ${sessions ? "daysOf, " : ""}load } from "orvex";`,
     "",
     `const { ${home || name}, engine } = await load();`,
-    `const { columns } = engine.readPrices(bytes); // of ${words.file}`,
+    `const { columns${sessions ? ", times" : ""} } = engine.readPrices(bytes); // of ${words.file}`,
     "const prices = Object.fromEntries(columns.map(({ name, values }) => [name, values]));",
+    ...(sessions ? ["prices.Session = daysOf(times);"] : []),
     `const result = ${home ? `${home}.` : ""}${name}(${all.join(", ")});`,
   ].join("\n");
 }

@@ -200,7 +200,7 @@ export class Panel {
     };
     let control: HTMLElement;
     if (argument.type === "Field") {
-      const sources = this.sources(study);
+      const sources = this.sources(study).filter(({ value }) => argument.session || value !== "Session");
       const options = (group: string): HTMLElement[] =>
         sources.filter((source) => source.group === group).map((source) => h("option", { value: source.value, selected: source.value.toLowerCase() === String(value).toLowerCase() }, source.label));
       const others = options("Studies");

@@ -1,11 +1,11 @@
 // A price series as the studio holds it: what was read, and the time axis made of it.
-import type { Columns, Engine, PriceColumn } from "../package/src/engine.js";
+import { type Columns, daysOf, type Engine, type PriceColumn } from "../package/src/engine.js";
 
 export interface Series {
   readonly name: string;
   readonly count: number;
   readonly columns: readonly PriceColumn[];
-  /** Those of numbers, by name. */
+  /** Those of numbers, by name; the days of the records as sessions where it has dates and no such column. */
   readonly numbers: Columns;
   /** The text of each record's date; its number where there are no dates. */
   readonly labels: readonly string[];
@@ -73,6 +73,7 @@ export function readSeries(engine: Engine, name: string, bytes: Uint8Array | str
     const names = read.columns.map((column) => column.name).join(", ");
     throw new Error(`It has no column of closing prices. Its columns: ${names}. Call one of them Close.`);
   }
+  if (read.times.length > 0) numbers["Session"] ??= daysOf(read.times);
   const dates = read.columns.find((column) => column.name === "Date");
   const labels = dates && !(dates.values instanceof Float64Array) ? dates.values : undefined;
   const rising = read.times.length > 0 && read.times.every((time, i) => i === 0 || time > read.times[i - 1]!);

@@ -1,6 +1,6 @@
 // The studies of a chart: what is computed, from what, and how it came out.
 import type { Argument, Calculation } from "../package/src/catalogue.js";
-import { fullName } from "../package/src/catalogue.js";
+import { fullName, usualColumn } from "../package/src/catalogue.js";
 import type { Engine, Note, Outcome } from "../package/src/engine.js";
 import type { Series } from "./series.js";
 
@@ -81,8 +81,8 @@ export function usualOf(argument: Argument, series: Series): string | number {
   const usual = argument.usual ?? argument.default;
   if (typeof usual === "boolean") return usual ? "True" : "False";
   if (argument.type !== "Field" && argument.type !== "String" && usual === "N") return series.count;
-  if (usual !== undefined) return usual;
-  return argument.type === "Field" ? argument.name : "";
+  if (argument.type === "Field") return usualColumn(argument);
+  return usual ?? "";
 }
 
 /** Computes studies, each once, those it builds on before it. */

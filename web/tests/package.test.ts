@@ -12,7 +12,7 @@ import type { Orvex } from "../package/src/index.js";
 import { launch } from "./browser.js";
 import { bits, built, bytes, orvex, root, sample } from "./support.js";
 
-const { load, OrvexError } = (await import(pathToFileURL(`${built}/package/index.js`).href)) as typeof import("../package/src/index.js");
+const { daysOf, load, OrvexError } = (await import(pathToFileURL(`${built}/package/index.js`).href)) as typeof import("../package/src/index.js");
 const library: Orvex = await load();
 const { engine } = library;
 const table = engine.readPrices(bytes(sample));
@@ -33,6 +33,20 @@ test("columns come by name, prices in an object, codes by name", () => {
   assert.ok(Number.isNaN(range[0]!) && range.slice(1).every((value: number) => value > 0));
 });
 
+test("sessions begin where days do, or a column changes", () => {
+  const days = table.times.map((time) => Math.floor(time / 86_400));
+  const volume = prices["Volume"]!;
+  const typical = close.map((last, i) => (prices["High"]![i]! + prices["Low"]![i]! + last) / 3);
+  const byDay = library.standard.vwap(prices, daysOf(table.times));
+  assert.deepEqual(bits(byDay), bits(library.standard.vwap({ ...prices, Session: days })));
+  // A day a record: each mean is of one record alone.
+  byDay.forEach((value, i) => assert.ok(Math.abs(value - typical[i]!) < 1e-9 * value));
+  const all = library.standard.vwap(prices, new Float64Array(close.length));
+  const second = (typical[0]! * volume[0]! + typical[1]! * volume[1]!) / (volume[0]! + volume[1]!);
+  assert.ok(Math.abs(all[1]! - second) < 1e-9 * second);
+  assert.throws(() => library.standard.vwap(prices), /daysOf/);
+});
+
 test("results go in again: the next call begins where its source does", () => {
   const first = library.simpleMovingAverage(close, { periods: 10 });
   const second = library.simpleMovingAverage(first, { periods: 5 });
@@ -46,7 +60,9 @@ test("every calculation answers with its usual arguments, or with an error of th
   const failed: string[] = [];
   for (const calculation of engine.calculations) {
     const name = `${calculation.class}.${calculation.name}`;
-    const line = calculation.arguments.some((argument) => argument.name === "TrendLine") ? { TrendLine: "Close" } : {};
+    const line = Object.fromEntries(
+      calculation.arguments.flatMap(({ name: each, session }) => (session ? [[each, daysOf(table.times)]] : each === "TrendLine" ? [[each, "Close"]] : [])),
+    );
     try {
       const outcome = engine.call(calculation, prices, line);
       assert.equal(outcome.columns.length, calculation.columns.length, name);

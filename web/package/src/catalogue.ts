@@ -16,6 +16,8 @@ export interface Argument {
   readonly written: boolean;
   /** It is a record of the series, so that the call can be made for each. */
   readonly record: boolean;
+  /** It is a column whose changes of value begin sessions. */
+  readonly session: boolean;
   readonly default?: number | string | boolean;
   /** What people take unless they know better: a number, the name of a price column, an expression of the count N. */
   readonly usual?: number | string;
@@ -74,6 +76,11 @@ export interface Calculation {
   readonly result: string;
   readonly columns: readonly Column[];
   readonly errors: readonly Fault[];
+}
+
+/** The column of prices that a call takes where none is given. Texts are no column, so sessions are not told by dates. */
+export function usualColumn(argument: Argument): string {
+  return argument.session ? "Session" : String(argument.usual ?? argument.name);
 }
 
 export function fullName(calculation: Calculation): string {

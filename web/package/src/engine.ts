@@ -1,5 +1,5 @@
 // The library as it is called from JavaScript, with the catalogue's own names.
-import { type Argument, type Calculation, fullName } from "./catalogue.js";
+import { type Argument, type Calculation, fullName, usualColumn } from "./catalogue.js";
 import { type Exports, instantiate } from "./module.js";
 
 /** One value a record. What is not computed, or was never there, is NaN: at the beginning and at the end of it. */
@@ -55,6 +55,7 @@ export class OrvexError extends Error {
 const TYPE_MISMATCH = 13;
 const NAME_UNKNOWN = 1110;
 const OUT_OF_MEMORY = 7;
+const SECONDS_A_DAY = 86_400;
 
 function refuse(message: string, number = TYPE_MISMATCH): never {
   throw new OrvexError(message, number, "Orvex", message);
@@ -125,6 +126,11 @@ export function isValues(value: unknown): value is Values {
 export function findColumn(columns: Columns, name: string): Values | undefined {
   const found = Object.keys(columns).find((each) => each.toLowerCase() === name.toLowerCase());
   return found === undefined ? undefined : columns[found];
+}
+
+/** The day of each time in seconds since 1970, as a number: a column of sessions for the methods that begin anew with each. */
+export function daysOf(times: Values): Float64Array {
+  return Float64Array.from(times, (time) => Math.floor(time / SECONDS_A_DAY));
 }
 
 export class Engine {
@@ -300,12 +306,13 @@ export class Engine {
           if (values) inputs.push({ name, values });
         }
       } else if (argument.type === "Field") {
-        const value = given[argument.name] ?? argument.usual ?? argument.name;
+        const value = given[argument.name] ?? usualColumn(argument);
         if (isValues(value)) {
           inputs.push({ argument: i, name: argument.name, values: value });
         } else {
           const values = findColumn(prices, String(value));
-          if (!values) refuse(`${argument.name}: there is no column "${String(value)}"`, NAME_UNKNOWN);
+          const help = argument.session ? ` of numbers that change where a session begins; daysOf(times) makes one of days` : "";
+          if (!values) refuse(`${argument.name}: there is no column "${String(value)}"${help}`, NAME_UNKNOWN);
           inputs.push({ argument: i, name: String(value), values });
         }
       }

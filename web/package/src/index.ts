@@ -6,7 +6,7 @@ import type { Functions, Modules } from "./generated.js";
 export type { Argument, Calculation, Choice, Column, Fault, Guide } from "./catalogue.js";
 export { camelCase, fullName } from "./catalogue.js";
 export type { Columns, Note, Outcome, ResultColumn, Values } from "./engine.js";
-export { Engine, OrvexError } from "./engine.js";
+export { daysOf, Engine, OrvexError } from "./engine.js";
 export type * from "./generated.js";
 
 /** All calculations as functions, and what they are made of. */
@@ -43,11 +43,10 @@ function bind(engine: Engine, calculation: Calculation): (...words: unknown[]) =
         given[argument.name] = word;
         ++at;
       } else if (at === 0 && typeof word === "object" && word !== null && !isValues(word)) {
-        // One object of prices serves all that follow.
+        // One object of prices serves all that follow, but for those that come by themselves.
         prices = word as Columns;
         ++at;
-        break;
-      } else {
+      } else if (at === 0 || isValues(words[0])) {
         const wanted = argument.type === "Field" ? "a column of numbers" : "an object of prices";
         throw new TypeError(`${camelCase(calculation.key)}: ${wanted} is wanted for ${argument.name}`);
       }
