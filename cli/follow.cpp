@@ -53,33 +53,40 @@ class GrowingLines {
  public:
   explicit GrowingLines(const std::string& path) : input_(path), grows_(path != "-") {}
 
-  /// The next line, without its end; `beforeWait` is run before more is waited for. False at the end.
+  /// The next line, without its end, which stands until the one after; `beforeWait` is run before more is waited for.
+  /// False at the end.
   template <class BeforeWait>
-  bool next(std::string& line, BeforeWait beforeWait) {
+  bool next(std::string_view& line, BeforeWait beforeWait) {
+    std::size_t searched = begin_;
     for (;;) {
-      const std::size_t end = text_.find('\n', begin_);
+      const std::size_t end = text_.find('\n', searched);
       if (end != std::string::npos) {
-        take(line, end);
+        line = take(end);
         begin_ = end + 1;
         return true;
       }
       text_.erase(0, begin_);
       begin_ = 0;
+      searched = text_.size();
       beforeWait();
       if (!read()) break;
     }
     if (text_.empty() || interrupted != 0) return false;
-    take(line, text_.size());
-    text_.clear();
+    line = take(text_.size());
+    begin_ = text_.size();
     return true;
   }
 
+  /// The end of what was read, the line and what follows it.
+  const char* textEnd() const { return text_.data() + text_.size(); }
+
  private:
-  void take(std::string& line, std::size_t end) {
-    line.assign(text_, begin_, end - begin_);
-    if (line.ends_with('\r')) line.pop_back();
-    if (isFirst_ && line.starts_with("\xEF\xBB\xBF")) line.erase(0, 3);
+  std::string_view take(std::size_t end) {
+    std::string_view line(text_.data() + begin_, end - begin_);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    if (isFirst_ && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
     isFirst_ = false;
+    return line;
   }
 
   bool read() {
@@ -139,12 +146,12 @@ class Following {
 
   void run() {
     GrowingLines lines(file_.value_or("-"));
-    std::string line;
+    std::string_view line;
     const auto flush = [&] { sink_.flush(); };
     while (lines.next(line, flush)) {
       ++number_;
       if (reader_) {
-        read(line);
+        read(line, lines.textEnd());
       } else {
         learn(line);
       }
@@ -198,10 +205,10 @@ class Following {
   }
 
   /// Collects lines until it is certain how they are to be read.
-  void learn(const std::string& line) {
+  void learn(std::string_view line) {
     constexpr std::size_t most = 200;
-    beginning_ += line + '\n';
-    records_.push_back(line);
+    beginning_.append(line).append("\n");
+    records_.emplace_back(line);
     if (records_.size() < most) {
       try {
         if (!isCertain()) return;
@@ -224,7 +231,7 @@ class Following {
 
   void findReader() {
     try {
-      reader_.emplace(prices::findLayout(prices::textOf(beginning_), options_.reading), place_);
+      reader_.emplace(prices::findLayout(prices::textOf(beginning_), options_.reading));
     } catch (const prices::ReadError& error) {
       fail(error, error.line());
     }
@@ -237,16 +244,11 @@ class Following {
     number_ = records_.size();
   }
 
-  void read(const std::string& line) {
+  void read(std::string_view line) { read(line, line.data() + line.size()); }
+  /// A line in a text that ends at `textEnd`.
+  void read(std::string_view line, const char* textEnd) {
     if (number_ < reader_->layout().firstRecordLine) return;
-    // The reader takes lines that are parts of one text, in which they end.
-    if (line.size() >= place_.size()) {
-      throw Failure(Database::loadFault(faults::OutOfMemory.description),
-                    fmt::format("line {}: it is longer than {} bytes.", number_, place_.size()));
-    }
-    std::copy(line.begin(), line.end(), place_.begin());
-    place_[line.size()] = '\n';
-    switch (reader_->read({place_.data(), line.size()})) {
+    switch (reader_->read(line, textEnd)) {
       case prices::LineReader::Outcome::Blank:
         return;
       case prices::LineReader::Outcome::Problem:
@@ -427,7 +429,6 @@ class Following {
 
   std::string beginning_;
   std::vector<std::string> records_;
-  std::string place_ = std::string(std::size_t{1} << 20, '\n');  // where the reader finds a line
   std::optional<prices::LineReader> reader_;
   std::array<std::size_t, 5> places_{};  // of the prices among the columns of a line
   bool hasDates_ = false;

@@ -24,9 +24,8 @@ std::string counted(std::size_t count, std::string_view what) {
 
 }  // namespace
 
-LineReader::LineReader(Layout layout, std::string_view text)
+LineReader::LineReader(Layout layout)
     : layout_(std::move(layout)),
-      textEnd_(text.data() + text.size()),
       cells_(layout_.columns.size(), Cell{{}, none, CellKind::Missing}),
       plainDates_(layout_.dates) {
   dateColumn_ = layout_.find(Role::Date);
@@ -59,11 +58,10 @@ const char* LineReader::findDelimiter(const char* at, const char* end) const {
 
 /// Takes the cells from `column` on that need no second look: numbers in full, and texts without blanks or quotation
 /// marks around them. Gives the column of the first that does; `at` is then at the delimiter before it or at the end.
-std::size_t LineReader::takePlainCells(const char*& at, const char* end, std::size_t column) {
+std::size_t LineReader::takePlainCells(const char*& at, const char* end, const char* textEnd, std::size_t column) {
   // In no memory that the cells could share.
   const char mark = mark_;
   const char decimal = layout_.decimal;
-  const char* const textEnd = textEnd_;
   const char* next = at;
   for (; column < cells_.size(); ++column, ++next) {
     const char* behind = next;
@@ -182,7 +180,7 @@ LineReader::Outcome LineReader::readDate() {
   return Outcome::Record;
 }
 
-LineReader::Outcome LineReader::read(std::string_view line) {
+LineReader::Outcome LineReader::read(std::string_view line, const char* textEnd) {
   if (!unquoted_.empty()) unquoted_.clear();
   if (layout_.splitter.byBlanks()) line = trimmed(line);
   const char* at = line.data();
@@ -194,7 +192,7 @@ LineReader::Outcome LineReader::read(std::string_view line) {
   Outcome outcome = Outcome::Record;
   for (std::size_t i = 0;; ++i) {
     if (fast_ && i < count) {
-      const std::size_t behind = takePlainCells(at, end, i);
+      const std::size_t behind = takePlainCells(at, end, textEnd, i);
       if (behind > i) {
         anything = true;
         filled = i = behind;

@@ -54,7 +54,7 @@ struct Storage {
 class Collection {
  public:
   Collection(std::shared_ptr<Storage> storage, const Options& options)
-      : storage_(std::move(storage)), options_(options), reader_(findLayout(storage_->text, options), storage_->text) {
+      : storage_(std::move(storage)), options_(options), reader_(findLayout(storage_->text, options)) {
     const Layout& layout = reader_.layout();
     table_.remarks = layout.remarks;
     table_.storage = storage_;
@@ -80,13 +80,14 @@ class Collection {
  private:
   void readLines() {
     Lines lines(storage_->text);
+    const char* const textEnd = storage_->text.data() + storage_->text.size();
     std::string_view line;
     while (lines.number() + 1 < reader_.layout().firstRecordLine && lines.next(line)) {
     }
     bool first = true;
     while (lines.next(line)) {
       if (line.empty()) continue;
-      switch (reader_.read(line)) {
+      switch (reader_.read(line, textEnd)) {
         case LineReader::Outcome::Blank:
           break;
         case LineReader::Outcome::Problem:

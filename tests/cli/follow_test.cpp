@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <filesystem>
@@ -140,6 +141,51 @@ TEST(Follow, WatchesAFileUntilItIsInterrupted) {
   EXPECT_EQ(ended.status, 0);
   EXPECT_EQ(ended.out + ended.err, "");
   fs::remove(path);
+}
+
+TEST(Follow, PrintsARowWithinTenMilliseconds) {
+  using Clock = std::chrono::steady_clock;
+  const fs::path path = fs::path(testing::TempDir()) / ("orvex_follow_soon_" + std::to_string(getpid()) + ".csv");
+  std::ofstream(path) << header;
+  for (const bool isFile : {false, true}) {
+    Follower follower(isFile ? std::vector<std::string>{"General.HighMinusLow", path.string()}
+                             : std::vector<std::string>{"General.HighMinusLow"});
+    const auto write = [&](const std::string& text) {
+      if (isFile) {
+        std::ofstream(path, std::ios::app) << text;
+      } else {
+        follower.write(text);
+      }
+    };
+    if (!isFile) write(header);
+    write("2020-01-01,1,3,1,2,10\n");
+    EXPECT_EQ(follower.line(), "Date,HighMinusLow");
+    EXPECT_EQ(follower.line(), "2020-01-01,2");
+    // The other processes of the machine have their turns as well, so one row in two is enough.
+    std::vector<Clock::duration> waits;
+    for (int i = 0; i < 21; ++i) {
+      const auto start = Clock::now();
+      write("2020-01-01,1,4,1,2,10\n");
+      EXPECT_EQ(follower.line(), "2020-01-01,3");
+      waits.push_back(Clock::now() - start);
+    }
+    std::nth_element(waits.begin(), waits.begin() + 10, waits.end());
+    EXPECT_LT(std::chrono::duration_cast<std::chrono::microseconds>(waits[10]).count(), 10'000) << isFile;
+    follower.interrupt();
+    EXPECT_EQ(follower.end().status, 0);
+  }
+  fs::remove(path);
+}
+
+TEST(Follow, ReadsALineOfAnyLength) {
+  Follower follower({"General.HighMinusLow"});
+  std::thread writer([&] {
+    follower.write("Date,Open,High,Low,Close,Volume,Note\n2020-01-01,1,3,1,2,10," + std::string(3'000'000, 'x') + "\n");
+  });
+  EXPECT_EQ(follower.line(), "Date,HighMinusLow");
+  EXPECT_EQ(follower.line(), "2020-01-01,2");
+  writer.join();
+  EXPECT_EQ(follower.end().status, 0);
 }
 
 TEST(Follow, EndsQuietlyWhereNobodyReads) {
