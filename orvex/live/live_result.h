@@ -23,6 +23,8 @@ class LiveResult {
 
   /// Of how many records it is: those of the series, or fewer where the last change has failed.
   int count() const noexcept { return count_; }
+  /// How many rows, from the first on, the last change has left as they were: for whoever keeps a copy of the columns.
+  int standing() const noexcept { return standing_; }
   /// The columns, to be read only; none until the call has succeeded once. They grow with the series, so what is looked
   /// at for longer is their `rows()`: those stay as many as they were, and a later change may show in the last of them.
   std::span<const std::shared_ptr<Field>> columns() const noexcept { return columns_; }
@@ -42,6 +44,7 @@ class LiveResult {
 
   const catalogue::Method& method_;
   int count_ = 0;
+  int standing_ = 0;
   std::size_t columnsMade_ = 0;
   std::vector<std::shared_ptr<Field>> columns_;
   std::vector<catalogue::RowRange> computed_;

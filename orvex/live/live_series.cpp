@@ -87,26 +87,42 @@ class LiveSeries::Kept final : public LiveResult {
                        [&](const Source& source) { return source.kept.get() == other; });
   }
 
-  /// Computes the result over `count` records of the prices, to be shown when it is committed. Only memory that runs
-  /// out leaves it as an exception.
+  /// Computes the result over `count` records of the prices, to be shown when it is committed. Where a record cannot be
+  /// computed it is that of the records before, if they are more than it has, with the error attached; what is computed
+  /// anew stays as it is then. Only memory that runs out leaves it as an exception.
   void prepare(const std::shared_ptr<RecordSet>& prices, int count) {
     next_.isPrepared = true;
+    next_.isMade = false;
     next_.error.reset();
-    next_.count = count;
-    try {
-      const WithoutYields silence;
-      compute(prices, count);
-    } catch (const Error& error) {
-      continuation_.rollBack();
-      if (error.isOfMemory()) throw std::bad_alloc();
-      next_.error = error;
+    for (const Source& source : sources_) {
+      if (source.kept == nullptr || !source.kept->reached().error) continue;
+      if (!next_.error) next_.error = source.kept->reached().error;
+      count = std::min(count, source.kept->reached().count);
+    }
+    while (!next_.error || (continues_ && count > count_)) {
+      try {
+        const WithoutYields silence;
+        compute(prices, count);
+        next_.isMade = true;
+        return;
+      } catch (const Error& error) {
+        continuation_.rollBack();
+        if (error.isOfMemory()) throw std::bad_alloc();
+        // The same record has failed with fewer records before.
+        const bool isKnown = !next_.error && error_ && error_->record() == error.record();
+        if (!next_.error) next_.error = error;
+        if (isKnown || error.record() == 0) return;
+        // Some look at a record only when the next one is there.
+        count = error.record() < count ? error.record() : count - 1;
+      }
     }
   }
 
   void commit() noexcept {
     next_.isPrepared = false;
     error_ = next_.error;
-    if (error_) return;
+    standing_ = count_;
+    if (!next_.isMade) return;
     if (next_.isContinued) {
       continuation_.commit();
       columnsMade_ = continuation_.columnCount();
@@ -117,6 +133,7 @@ class LiveSeries::Kept final : public LiveResult {
       columns_.swap(next_.columns);
       columnsMade_ = 0;
     }
+    standing_ = next_.isContinued && next_.kept > 0 ? next_.before + static_cast<int>(next_.kept) : 0;
     next_.shown.clear();
     computed_.swap(next_.computed);
     count_ = next_.count;
@@ -132,6 +149,7 @@ class LiveSeries::Kept final : public LiveResult {
   /// What the change under way has made.
   struct Next {
     bool isPrepared = false;
+    bool isMade = false;  // the columns are there, which they may be beside an error
     bool isContinued = false;
     std::optional<Error> error;
     int count = 0;
@@ -142,26 +160,37 @@ class LiveSeries::Kept final : public LiveResult {
     std::vector<RowRange> computed;
   };
 
-  /// The rows of a source and the records before the first of them; its own error where it has failed.
+  /// How far it has come, with the change under way where there is one.
+  struct Reached {
+    int count;
+    const std::optional<Error>& error;
+  };
+  Reached reached() const noexcept {
+    if (!next_.isPrepared) return {count_, error_};
+    return {next_.isMade ? next_.count : count_, next_.error};
+  }
+
+  /// The rows of a source and the records before the first of them, with those that are computed as of `count` records.
   struct SourceRows {
     const Field& field;
     int before;
     RowRange computed;
   };
-  static SourceRows rowsOf(const Source& source) {
+  static SourceRows rowsOf(const Source& source, int count) {
     const Kept& kept = *source.kept;
-    const auto& error = kept.next_.isPrepared ? kept.next_.error : kept.error_;
-    if (error) throw Error(*error);
-    if (!kept.next_.isPrepared) return {*kept.columns_[source.column], 0, kept.computed_[source.column]};
-    const int before = kept.next_.isContinued ? kept.next_.before : 0;
-    return {*kept.next_.columns[source.column], before, kept.next_.computed[source.column]};
+    const bool isNew = kept.next_.isPrepared && kept.next_.isMade;
+    RowRange computed = (isNew ? kept.next_.computed : kept.computed_)[source.column];
+    computed.last -= kept.reached().count - count;
+    if (!isNew) return {*kept.columns_[source.column], 0, computed};
+    return {*kept.next_.columns[source.column], kept.next_.isContinued ? kept.next_.before : 0, computed};
   }
 
   void compute(const std::shared_ptr<RecordSet>& prices, int count) {
+    next_.count = count;
     RowRange part{1, count};
     for (const Source& source : sources_) {
       if (source.kept == nullptr) continue;
-      const RowRange computed = rowsOf(source).computed;
+      const RowRange computed = rowsOf(source, count).computed;
       part.first = std::max(part.first, computed.first);
       part.last = std::min(part.last, computed.last);
     }
@@ -178,29 +207,16 @@ class LiveSeries::Kept final : public LiveResult {
     const int records = part.last - part.first + 1;
     if (next_.before != part.first - 1) continuation_.reset();
     next_.before = part.first - 1;
-    const bool isWhole = records == count;
-    const auto bind = [&](const Field& column, int before) {
-      auto piece = std::make_shared<Field>();
-      piece->view(
-          column.rows().part(static_cast<std::size_t>(next_.before - before), static_cast<std::size_t>(records)),
-          column.name());
-      return piece;
-    };
     for (const Source& source : sources_) {
       Value& argument = arguments_[source.argument];
       if (source.kept != nullptr) {
-        const SourceRows rows = rowsOf(source);
-        argument = bind(rows.field, rows.before);
+        const SourceRows rows = rowsOf(source, count);
+        argument = partOf(rows.field, next_.before - rows.before, records);
       } else {
-        argument = isWhole ? source.price : bind(*source.price, 0);
+        argument = pricesOf(source.price, records);
       }
     }
-    std::shared_ptr<RecordSet> set = prices;
-    if (!isWhole) {
-      set = std::make_shared<RecordSet>();
-      for (const std::shared_ptr<Field>& field : prices->fields()) set->addField(bind(*field, 0));
-    }
-    bindObjects(set, records);
+    bindObjects(prices, records);
     continuation_.begin(records);
     next_.kept = continuation_.keptRows();
     {
@@ -225,8 +241,11 @@ class LiveSeries::Kept final : public LiveResult {
         arguments_[i] = catalogue::usualOf(argument, count);
       }
     }
+    if (next_.before != 0) continuation_.reset();
+    next_.before = 0;
     for (const Source& source : sources_) {
-      arguments_[source.argument] = source.kept == nullptr ? source.price : withGaps(rowsOf(source), count);
+      arguments_[source.argument] =
+          source.kept == nullptr ? pricesOf(source.price, count) : withGaps(rowsOf(source, count), count);
     }
     bindObjects(prices, count);
     next_.computed.clear();
@@ -242,11 +261,28 @@ class LiveSeries::Kept final : public LiveResult {
     }
   }
 
-  void bindObjects(const std::shared_ptr<RecordSet>& prices, int count) {
+  void bindObjects(const std::shared_ptr<RecordSet>& prices, int records) {
     for (std::size_t i = 0; i < arguments_.size(); ++i) {
-      if (method().arguments[i].type == Type::Database) arguments_[i] = recordsOf(count);
-      if (method().arguments[i].type == Type::RecordSet) arguments_[i] = prices;
+      if (method().arguments[i].type == Type::Database) arguments_[i] = recordsOf(records);
+      if (method().arguments[i].type == Type::RecordSet) arguments_[i] = pricesOf(prices, records);
     }
+  }
+
+  static std::shared_ptr<Field> partOf(const Field& column, int before, int records) {
+    auto part = std::make_shared<Field>();
+    part->view(column.rows().part(static_cast<std::size_t>(before), static_cast<std::size_t>(records)), column.name());
+    return part;
+  }
+
+  /// A price column as the part under way has it.
+  std::shared_ptr<Field> pricesOf(const std::shared_ptr<Field>& column, int records) const {
+    return column->getRecordCount() == records ? column : partOf(*column, next_.before, records);
+  }
+  std::shared_ptr<RecordSet> pricesOf(const std::shared_ptr<RecordSet>& prices, int records) const {
+    if (prices->fields().front()->getRecordCount() == records) return prices;
+    auto part = std::make_shared<RecordSet>();
+    for (const std::shared_ptr<Field>& field : prices->fields()) part->addField(pricesOf(field, records));
+    return part;
   }
 
   void takeColumns(const Value& result) {

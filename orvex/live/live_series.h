@@ -55,9 +55,10 @@ class LiveValue {
 /// to be `recomputed` are computed anew. A call on a kept column begins behind its rows that are not computed
 /// (call_on_values.h).
 ///
-/// A change that a method cannot compute leaves its result as of the change before, with the error attached. The series
-/// and all other results go on, and a revision that mends the record mends the result. Where memory runs out in a
-/// change, `std::bad_alloc` comes through and everything is as it was before it.
+/// A record that a method cannot compute leaves its result as of the record before, with the error attached, whether it
+/// comes alone or among others; one that is revised to be such leaves it as it was. The series and all other results go
+/// on, and a revision that mends the record mends the result. Where memory runs out in a change, `std::bad_alloc` comes
+/// through and everything is as it was before it.
 ///
 /// One thread at a time may use a series and its results; two series have nothing in common. Changes do not yield to
 /// the host.

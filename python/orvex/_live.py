@@ -47,7 +47,7 @@ class Kept:
 
     @property
     def error(self) -> OrvexError | None:
-        """What the last change has failed with, or None. The values are those of the change before then."""
+        """What the last change has failed with, or None. The values are those of the records before."""
         return self._result.error
 
     @property
