@@ -22,34 +22,12 @@
 #include "orvex/data/object.h"
 #include "orvex/patterns/candle_stick.h"
 #include "orvex/prices/price_reader.h"
+#include "web/binding/exchange.h"
 
 namespace orvex::web {
 namespace {
 
-using catalogue::Method;
 using catalogue::Value;
-
-/// The text that was given last. It stays until the next is given.
-std::string given;
-
-const char* give(std::string text) {
-  given = std::move(text);
-  return given.data();
-}
-
-/// In the order in which `orvex_catalogue` lists them.
-const std::vector<catalogue::Calculation>& calculations() {
-  static const std::vector<catalogue::Calculation> all = [] {
-    std::vector<catalogue::Calculation> found;
-    for (const catalogue::Class* owner : catalogue::classes()) {
-      for (const Method* method : owner->methods) {
-        if (catalogue::isCalculation(*owner, *method)) found.push_back({owner, method});
-      }
-    }
-    return found;
-  }();
-  return all;
-}
 
 std::shared_ptr<Field> makeColumn(std::string_view name, int rows) {
   auto column = std::make_shared<Field>();
@@ -241,7 +219,7 @@ EMSCRIPTEN_KEEPALIVE void orvex_release(void* room) {
 
 /// How many bytes the text has that was given last. It stays where it is until the next is given.
 EMSCRIPTEN_KEEPALIVE std::size_t orvex_text_size() {
-  return orvex::web::given.size();
+  return orvex::web::givenSize();
 }
 
 /// All calculations with everything that is known of each, in JSON.

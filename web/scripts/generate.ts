@@ -1,5 +1,5 @@
 // The types of the npm package's functions, made from the catalogue.
-import { type Argument, type Calculation, camelCase, usualColumn } from "../package/src/catalogue.js";
+import { type Argument, type Calculation, camelCase, functionName, usualColumn } from "../package/src/catalogue.js";
 
 /** A documentation comment; what it holds must not end it. */
 function comment(lines: string[], indent: string): string {
@@ -62,8 +62,22 @@ function resultType(calculation: Calculation, name: string): string {
   return calculation.columns.length === 1 ? "Float64Array" : `${name}Result`;
 }
 
-/** One calculation: the interfaces of its options and result, and its signature. */
-function describe(calculation: Calculation, prefix: string): { types: string; member: string } {
+const PRICES = ["Open", "High", "Low", "Close", "Volume"];
+
+/** What is kept of it on a live series: its columns and options by name. */
+function liveMember(calculation: Calculation, options: string, result: string): string {
+  const columns = calculation.arguments
+    .filter((argument) => argument.type === "Field")
+    .map((argument) => {
+      const optional = argument.usual !== undefined || PRICES.includes(argument.name) ? "?" : "";
+      return `readonly ${camelCase(argument.key)}${optional}: LiveSource`;
+    });
+  const words = [...(columns.length > 0 ? [`{ ${columns.join("; ")} }`] : []), ...(options === "" ? [] : [options])].join(" & ");
+  return `${comment([calculation.help], "  ")}  readonly ${JSON.stringify(functionName(calculation))}: LiveCall<${words || "Record<never, never>"}, ${result}>;\n`;
+}
+
+/** One calculation: the interfaces of its options and result, its signature, and how it is kept. */
+function describe(calculation: Calculation, prefix: string): { types: string; member: string; kept: string } {
   const key = camelCase(calculation.key);
   const name = prefix + capital(key);
   const options = optionLines(calculation);
@@ -94,13 +108,15 @@ function describe(calculation: Calculation, prefix: string): { types: string; me
   if (columns.length > 0 && columns.some((column) => column.type === "Field")) {
     member += `  ${key}(prices: Columns${option}): ${result};\n`;
   }
-  return { types, member };
+  const kept = calculation.result === "RecordSet" ? liveMember(calculation, options === "" ? "" : `${name}Options`, result) : "";
+  return { types, member, kept };
 }
 
 /** The whole of package/src/generated.ts. */
 export function generate(calculations: readonly Calculation[]): string {
   const homes = new Map<string, Map<string, string>>([["", new Map()]]);
   let types = "";
+  let kept = "";
   for (const calculation of calculations) {
     const home = calculation.module;
     const members = homes.get(home) ?? new Map<string, string>();
@@ -108,6 +124,7 @@ export function generate(calculations: readonly Calculation[]): string {
     if (members.has(calculation.key)) continue;
     const described = describe(calculation, capital(home));
     types += described.types;
+    kept += described.kept;
     members.set(calculation.key, described.member);
   }
   const modules = [...homes.keys()].filter((home) => home !== "");
@@ -118,9 +135,10 @@ export function generate(calculations: readonly Calculation[]): string {
   );
   return (
     "// Made from the catalogue by scripts/generate.ts.\n" +
-    'import type { Columns, Note, Values } from "./engine.js";\n\n' +
+    'import type { Columns, Note, Values } from "./engine.js";\nimport type { LiveCall, LiveSource } from "./live.js";\n\n' +
     types +
     bodies.join("") +
+    `/** What a live series keeps, by the names of the functions. */\nexport interface LiveCalls {\n${kept}}\n\n` +
     `/** Sets of definitions beside the house's own. */\nexport interface Modules {\n${modules
       .map((home) => `  readonly ${home}: ${capital(home)};\n`)
       .join("")}}\n`

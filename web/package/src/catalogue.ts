@@ -97,3 +97,28 @@ export function camelCase(key: string): string {
     .filter(Boolean);
   return words.map((word, i) => (i === 0 ? word.charAt(0).toLowerCase() : word.charAt(0).toUpperCase()) + word.slice(1)).join("");
 }
+
+/** What callers write for it: `macd`, `standard.ema`. */
+export function functionName(calculation: Calculation): string {
+  return (calculation.module ? `${calculation.module}.` : "") + camelCase(calculation.key);
+}
+
+/** Arguments as callers write them by their names in the catalogue. */
+export function namedArguments(calculation: Calculation, options: object): Record<string, unknown> {
+  const names = new Map(calculation.arguments.map((argument) => [camelCase(argument.key), argument.name]));
+  return Object.fromEntries(
+    Object.entries(options).map(([key, value]: [string, unknown]) => {
+      const name = names.get(key);
+      if (name === undefined) {
+        throw new TypeError(`${functionName(calculation)} has no option "${key}"; it has ${[...names.keys()].join(", ")}`);
+      }
+      return [name, value];
+    }),
+  );
+}
+
+/** What each column holds, as callers want it: one by itself, several by name. */
+export function shaped(calculation: Calculation, columns: readonly unknown[]): unknown {
+  if (calculation.columns.length === 1) return columns[0];
+  return Object.fromEntries(calculation.columns.map((column, i) => [camelCase(column.key), columns[i]]));
+}

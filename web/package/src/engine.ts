@@ -1,6 +1,7 @@
 // The library as it is called from JavaScript, with the catalogue's own names.
 import { type Argument, type Calculation, fullName, usualColumn } from "./catalogue.js";
-import { type Exports, instantiate } from "./module.js";
+import { failure, type Failure, NAME_UNKNOWN, OrvexError, OUT_OF_MEMORY, refuse } from "./errors.js";
+import { type Exports, Library } from "./module.js";
 
 /** One value a record. What is not computed, or was never there, is NaN: at the beginning and at the end of it. */
 export type Values = Float64Array | readonly number[];
@@ -32,34 +33,7 @@ export interface Outcome {
   readonly value?: number | string | boolean;
 }
 
-/** A call that failed. The library has made nothing then, and may be called again. */
-export class OrvexError extends Error {
-  override readonly name = "OrvexError";
-  constructor(
-    message: string,
-    /** The number by which the library knows the error. */
-    readonly number: number,
-    /** What raised it. */
-    readonly source: string,
-    /** The library's own words. */
-    readonly description: string,
-    /** The record at which it happened, from 1, where it happened at one. */
-    readonly record?: number,
-    /** What went wrong there, where that is more than the description says. */
-    readonly reason?: string,
-  ) {
-    super(message);
-  }
-}
-
-const TYPE_MISMATCH = 13;
-const NAME_UNKNOWN = 1110;
-const OUT_OF_MEMORY = 7;
 const SECONDS_A_DAY = 86_400;
-
-function refuse(message: string, number = TYPE_MISMATCH): never {
-  throw new OrvexError(message, number, "Orvex", message);
-}
 
 /** A column of a price file: numbers, NaN where there are none, or texts. */
 export interface PriceColumn {
@@ -88,16 +62,6 @@ export interface ReadOptions {
   readonly missing?: "refuse" | "skip" | "previous" | undefined;
 }
 
-interface Failure {
-  number: number;
-  source: string;
-  description: string;
-  /** What was met first, and in which record. */
-  cause?: { description: string };
-  record?: number;
-  gap?: { column: string; record: number };
-}
-
 interface TableReply {
   count: number;
   remarks: string[];
@@ -114,7 +78,6 @@ interface Reply {
 }
 
 const encoder = new TextEncoder();
-const decoder = new TextDecoder();
 
 const isWhole = (argument: Argument): boolean => argument.type === "Integer" || argument.type === "Long";
 
@@ -133,16 +96,40 @@ export function daysOf(times: Values): Float64Array {
   return Float64Array.from(times, (time) => Math.floor(time / SECONDS_A_DAY));
 }
 
+/** How many records the columns have, which must be as many each. */
+export function commonLength(columns: readonly { readonly name: string; readonly values: ArrayLike<unknown> }[]): number {
+  const count = columns.reduce((longest, { values }) => Math.max(longest, values.length), 0);
+  for (const { name, values } of columns) {
+    if (values.length !== count) refuse(`${name} has ${values.length} records, and another column ${count}`);
+  }
+  return count;
+}
+
+/** Refuses what is no argument of a calculation. */
+export function checkNames(calculation: Calculation, given: Readonly<Record<string, unknown>>): void {
+  for (const name of Object.keys(given)) {
+    if (calculation.arguments.some((argument) => argument.name === name)) continue;
+    const names = calculation.arguments.map((argument) => argument.name).join(", ");
+    refuse(`${fullName(calculation)} has no argument "${name}"; it has ${names}`);
+  }
+}
+
 export class Engine {
   /** All calculations, in the order of the library. */
   readonly calculations: readonly Calculation[];
 
-  private constructor(private readonly exports: Exports) {
-    this.calculations = JSON.parse(this.text(exports.orvex_catalogue())) as Calculation[];
+  private readonly exports: Exports;
+
+  private constructor(
+    /** @internal */
+    readonly library: Library,
+  ) {
+    this.exports = library.exports;
+    this.calculations = JSON.parse(library.text(this.exports.orvex_catalogue())) as Calculation[];
   }
 
   static async start(module: WebAssembly.Module): Promise<Engine> {
-    return new Engine(await instantiate(module));
+    return new Engine(await Library.start(module));
   }
 
   /** The calculation of that name, `Oscillator.MACD` or, of the house, `MACD`, whatever the case of its letters. */
@@ -161,17 +148,12 @@ export class Engine {
    *   What is left out is as usual.
    */
   call(calculation: Calculation, prices: Columns, given: Readonly<Record<string, unknown>> = {}): Outcome {
-    for (const name of Object.keys(given)) {
-      if (!calculation.arguments.some((argument) => argument.name === name)) {
-        const names = calculation.arguments.map((argument) => argument.name).join(", ");
-        refuse(`${fullName(calculation)} has no argument "${name}"; it has ${names}`);
-      }
-    }
+    checkNames(calculation, given);
     return this.make(calculation, prices, given, (call) => {
       const reply = this.reply(calculation, this.exports.orvex_call_run(call));
       return {
         columns: (reply.columns ?? []).map(({ name, rows, first, last }, i) => {
-          const values = this.doubles(this.exports.orvex_call_rows(call, i), rows).slice();
+          const values = this.library.doubles(this.exports.orvex_call_rows(call, i), rows).slice();
           return { name, first, last, values: values.fill(NaN, 0, first - 1).fill(NaN, last) };
         }),
         ...(reply.note && { note: { record: reply.note.period, value: reply.note.value, text: reply.note.text } }),
@@ -200,11 +182,11 @@ export class Engine {
   readPrices(file: Uint8Array | string, options: ReadOptions = {}): PriceTable {
     const words = [options.delimiter ?? "", options.decimal ?? "", options.order ?? "", options.missing ?? ""].join("\n");
     const bytes = typeof file === "string" ? encoder.encode(file) : file;
-    const table = this.withText(words, (chosen, chosenSize) =>
-      this.withBytes(bytes, (address, size) => this.exports.orvex_read(address, size, chosen, chosenSize)),
+    const table = this.library.withText(words, (chosen, chosenSize) =>
+      this.library.withBytes(bytes, (address, size) => this.exports.orvex_read(address, size, chosen, chosenSize)),
     );
     try {
-      const reply = JSON.parse(this.text(this.exports.orvex_read_reply(table))) as TableReply;
+      const reply = JSON.parse(this.library.text(this.exports.orvex_read_reply(table))) as TableReply;
       const { error } = reply;
       if (error) {
         const where = error.line > 0 ? `line ${error.line}: ` : "";
@@ -212,13 +194,13 @@ export class Engine {
       }
       const columns = reply.columns.map(({ name, texts }, i) => ({
         name,
-        values: texts ?? this.doubles(this.exports.orvex_read_numbers(table, i), reply.count).slice(),
+        values: texts ?? this.library.doubles(this.exports.orvex_read_numbers(table, i), reply.count).slice(),
       }));
       const times = this.exports.orvex_read_times(table);
       return {
         count: reply.count,
         columns,
-        times: times === 0 ? new Float64Array() : this.doubles(times, reply.count).slice(),
+        times: times === 0 ? new Float64Array() : this.library.doubles(times, reply.count).slice(),
         remarks: reply.remarks,
       };
     } finally {
@@ -228,15 +210,13 @@ export class Engine {
 
   /** Columns of equal length as comma-separated values, to the byte as the command line prints them; NaN is left empty. */
   csv(columns: readonly PriceColumn[]): string {
-    const count = columns[0]?.values.length ?? 0;
-    const table = this.exports.orvex_table_begin(count);
+    const table = this.exports.orvex_table_begin(commonLength(columns));
     try {
       for (const { name, values } of columns) {
-        if (values.length !== count) refuse(`${name} has ${values.length} records, and another column ${count}`);
         if (values instanceof Float64Array) this.giveNumbers(table, name, values);
         else this.giveTexts(table, name, values);
       }
-      return this.text(this.exports.orvex_table_csv(table));
+      return this.library.text(this.exports.orvex_table_csv(table));
     } finally {
       this.exports.orvex_table_end(table);
     }
@@ -247,32 +227,21 @@ export class Engine {
     let last = values.length;
     while (first < last && Number.isNaN(values[first])) ++first;
     while (last > first && Number.isNaN(values[last - 1])) --last;
-    const rows = this.withText(name, (text, size) => this.exports.orvex_table_numbers(table, text, size, first + 1, last));
+    const rows = this.library.withText(name, (text, size) => this.exports.orvex_table_numbers(table, text, size, first + 1, last));
     if (rows === 0) return;
-    this.doubles(rows, values.length).set(values);
+    this.library.doubles(rows, values.length).set(values);
   }
 
   private giveTexts(table: number, name: string, texts: readonly string[]): void {
-    const encoded = texts.map((text) => encoder.encode(text));
-    const all = new Uint8Array(encoded.reduce((total, each) => total + each.length, 0));
-    let end = 0;
-    for (const each of encoded) {
-      all.set(each, end);
-      end += each.length;
-    }
-    const sizes = new Uint8Array(Uint32Array.from(encoded, (each) => each.length).buffer);
-    this.withText(name, (text, size) =>
-      this.withBytes(all, (bytes) => this.withBytes(sizes, (lengths) => this.exports.orvex_table_texts(table, text, size, bytes, lengths))),
+    this.library.withText(name, (text, size) =>
+      this.library.withTexts(texts, (all, sizes) => this.exports.orvex_table_texts(table, text, size, all, sizes)),
     );
   }
 
   /** Builds a call, makes it and clears it away. */
   private make<T>(calculation: Calculation, prices: Columns, given: Readonly<Record<string, unknown>>, run: (call: number) => T): T {
     const inputs = this.inputs(calculation, prices, given);
-    const count = inputs.reduce((longest, input) => Math.max(longest, input.values.length), 0);
-    for (const { name, values } of inputs) {
-      if (values.length !== count) refuse(`${name} has ${values.length} records, and another column ${count}`);
-    }
+    const count = commonLength(inputs);
     const call = this.exports.orvex_call_begin(this.calculations.indexOf(calculation), count);
     try {
       for (const input of inputs) this.giveColumn(call, input);
@@ -287,13 +256,9 @@ export class Engine {
   }
 
   private reply(calculation: Calculation, address: number): Reply {
-    const reply = JSON.parse(this.text(address)) as Reply;
+    const reply = JSON.parse(this.library.text(address)) as Reply;
     if (reply.error) throw failure(calculation, reply.error);
     return reply;
-  }
-
-  private doubles(address: number, count: number): Float64Array<ArrayBuffer> {
-    return new Float64Array(this.exports.memory.buffer as ArrayBuffer, address, count);
   }
 
   /** The columns that a call reads: those of its arguments, and the prices where it takes them all. */
@@ -321,51 +286,36 @@ export class Engine {
   }
 
   private giveColumn(call: number, { argument, name, values }: Input): void {
-    const rows = this.withText(name, (text, size) =>
+    const rows = this.library.withText(name, (text, size) =>
       argument === undefined
         ? this.exports.orvex_call_price(call, text, size, values.length)
         : this.exports.orvex_call_column(call, argument, text, size, values.length),
     );
     if (rows === 0) refuse("Out of memory", OUT_OF_MEMORY);
-    this.doubles(rows, values.length).set(values);
+    this.library.doubles(rows, values.length).set(values);
   }
 
   private giveValue(call: number, place: number, argument: Argument, value: unknown): void {
-    if (argument.type === "String") {
-      if (typeof value !== "string") refuse(`${argument.name} must be a text`);
-      this.withText(value, (text, size) => this.exports.orvex_call_text(call, place, text, size));
-      return;
-    }
-    const choice = argument.choices?.find((each) => each.name.toLowerCase() === String(value).toLowerCase());
-    const number = choice ? choice.code : typeof value === "boolean" ? Number(value) : value;
-    if (typeof number !== "number") {
-      const names = argument.choices?.map((each) => `${each.code} ${each.name}`).join(", ");
-      refuse(`${argument.name} must be ${names ? `one of ${names}` : "a number"}`);
-    }
-    if (isWhole(argument) && !Number.isInteger(number)) refuse(`${argument.name} must be a whole number, not ${number}`);
-    this.exports.orvex_call_number(call, place, number);
+    const read = readValue(argument, value);
+    if (typeof read === "number") this.exports.orvex_call_number(call, place, read);
+    else this.library.withText(read, (text, size) => this.exports.orvex_call_text(call, place, text, size));
   }
+}
 
-  /** The text that the module gave last. */
-  private text(address: number): string {
-    return decoder.decode(new Uint8Array(this.exports.memory.buffer, address, this.exports.orvex_text_size()));
+/** The value of an argument that is no column: a text, or a number, that of a choice by its name as well. */
+export function readValue(argument: Argument, value: unknown): number | string {
+  if (argument.type === "String") {
+    if (typeof value !== "string") refuse(`${argument.name} must be a text`);
+    return value;
   }
-
-  /** Hands a text to the module for as long as `use` takes. */
-  private withText<T>(text: string, use: (address: number, size: number) => T): T {
-    return this.withBytes(encoder.encode(text), use);
+  const choice = argument.choices?.find((each) => each.name.toLowerCase() === String(value).toLowerCase());
+  const number = choice ? choice.code : typeof value === "boolean" ? Number(value) : value;
+  if (typeof number !== "number") {
+    const names = argument.choices?.map((each) => `${each.code} ${each.name}`).join(", ");
+    refuse(`${argument.name} must be ${names ? `one of ${names}` : "a number"}`);
   }
-
-  private withBytes<T>(bytes: Uint8Array, use: (address: number, size: number) => T): T {
-    const room = this.exports.orvex_allocate(bytes.length + 1);
-    if (room === 0) refuse("Out of memory", OUT_OF_MEMORY);
-    try {
-      new Uint8Array(this.exports.memory.buffer, room, bytes.length).set(bytes);
-      return use(room, bytes.length);
-    } finally {
-      this.exports.orvex_release(room);
-    }
-  }
+  if (isWhole(argument) && !Number.isInteger(number)) refuse(`${argument.name} must be a whole number, not ${number}`);
+  return number;
 }
 
 interface Input {
@@ -374,17 +324,5 @@ interface Input {
   values: Values;
 }
 
-const PRICE_NAMES = ["Open", "High", "Low", "Close", "Volume"];
-
-/** The library's words, and what is known of what lies behind them. */
-function failure(calculation: Calculation, error: Failure): OrvexError {
-  const { gap, cause } = error;
-  const record = error.record ?? gap?.record;
-  // A word goes on in small letters; EOF and BOF stay what they are.
-  const met = cause?.description.replace(/^[A-Z](?![A-Z])/, (letter) => letter.toLowerCase());
-  const reason = gap ? `${gap.column} has no value in record ${gap.record}, and values before and behind it` : met;
-  const where = gap || record === undefined ? "" : ` in record ${record}`;
-  const fails = reason !== undefined && calculation.guide.fails ? ` Fails ${calculation.guide.fails}.` : "";
-  const text = `${fullName(calculation)}: ${reason ?? error.description}${where}.${fails} (${error.number}, ${error.source})`;
-  return new OrvexError(text, error.number, error.source, error.description, record, reason);
-}
+/** The columns that a set of prices may have. */
+export const PRICE_NAMES = ["Open", "High", "Low", "Close", "Volume"];

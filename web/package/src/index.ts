@@ -1,13 +1,16 @@
 // Technical analysis of price series: `const { macd } = await load(); macd(close, { shortCycle: 12 })`.
-import { type Calculation, camelCase } from "./catalogue.js";
+import { type Calculation, camelCase, namedArguments, shaped } from "./catalogue.js";
 import { type Columns, Engine, isValues, type Outcome } from "./engine.js";
 import type { Functions, Modules } from "./generated.js";
 
 export type { Argument, Calculation, Choice, Column, Fault, Guide } from "./catalogue.js";
 export { camelCase, fullName } from "./catalogue.js";
 export type { Columns, Note, Outcome, ResultColumn, Values } from "./engine.js";
-export { daysOf, Engine, OrvexError } from "./engine.js";
+export { daysOf, Engine } from "./engine.js";
+export { OrvexError } from "./errors.js";
 export type * from "./generated.js";
+export { LiveSeries } from "./live.js";
+export type { Kept, LiveCall, LivePrices, LiveRecord, LiveSource } from "./live.js";
 
 /** All calculations as functions, and what they are made of. */
 export type Orvex = Functions & Modules & { readonly engine: Engine };
@@ -32,7 +35,6 @@ async function compile(source: Source): Promise<WebAssembly.Module> {
 /** The columns of a call as its callers write it: one after the other, or all prices in one object. */
 function bind(engine: Engine, calculation: Calculation): (...words: unknown[]) => unknown {
   const columns = calculation.arguments.filter((argument) => argument.type === "Field" || argument.type === "RecordSet");
-  const options = new Map(calculation.arguments.map((argument) => [camelCase(argument.key), argument.name]));
   return (...words) => {
     const given: Record<string, unknown> = {};
     let prices: Columns = {};
@@ -51,22 +53,15 @@ function bind(engine: Engine, calculation: Calculation): (...words: unknown[]) =
         throw new TypeError(`${camelCase(calculation.key)}: ${wanted} is wanted for ${argument.name}`);
       }
     }
-    for (const [key, value] of Object.entries((words[at] ?? {}) as object)) {
-      const name = options.get(key);
-      if (name === undefined) {
-        throw new TypeError(`${camelCase(calculation.key)} has no option "${key}"; it has ${[...options.keys()].join(", ")}`);
-      }
-      given[name] = value as unknown;
-    }
+    Object.assign(given, namedArguments(calculation, (words[at] ?? {}) as object));
     return shape(calculation, engine.call(calculation, prices, given));
   };
 }
 
-/** One column by itself, several by name, a note or a value as it is. */
+/** Columns, or a note or a value as it is. */
 function shape(calculation: Calculation, outcome: Outcome): unknown {
   if (calculation.result !== "RecordSet") return outcome.note ?? outcome.value;
-  if (calculation.columns.length === 1) return outcome.columns[0]!.values;
-  return Object.fromEntries(outcome.columns.map((column, i) => [camelCase(calculation.columns[i]!.key), column.values]));
+  return shaped(calculation, outcome.columns.map((column) => column.values));
 }
 
 /**

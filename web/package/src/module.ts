@@ -1,6 +1,7 @@
 // The WebAssembly module: its functions, and the little that it imports.
+import { OUT_OF_MEMORY, refuse } from "./errors.js";
 
-/** What engine.cpp exports: every number is a count, an address or a double. */
+/** What the module exports (engine.cpp, live.cpp): every number is a count, an address or a double. */
 export interface Exports {
   readonly memory: WebAssembly.Memory;
   orvex_allocate(size: number): number;
@@ -26,6 +27,27 @@ export interface Exports {
   orvex_table_texts(table: number, name: number, size: number, texts: number, sizes: number): void;
   orvex_table_csv(table: number): number;
   orvex_table_end(table: number): void;
+  orvex_live_begin(numbers: number, count: number, columns: number, dates: number, sizes: number): number;
+  orvex_live_end(live: number): void;
+  orvex_live_append(live: number, open: number, high: number, low: number, close: number, volume: number, date: number, size: number): number;
+  orvex_live_append_rows(live: number, numbers: number, count: number, columns: number, dates: number, sizes: number): number;
+  orvex_live_revise(live: number, open: number, high: number, low: number, close: number, volume: number, date: number, size: number): number;
+  orvex_kept_begin(calculation: number): number;
+  orvex_kept_number(kept: number, argument: number, value: number): void;
+  orvex_kept_text(kept: number, argument: number, value: number, size: number): void;
+  orvex_kept_column(kept: number, argument: number, other: number, column: number): void;
+  orvex_kept_keep(kept: number, live: number): number;
+  orvex_kept_end(kept: number): void;
+  orvex_kept_drop(kept: number, live: number): number;
+  orvex_kept_count(kept: number): number;
+  orvex_kept_standing(kept: number): number;
+  orvex_kept_columns(kept: number): number;
+  orvex_kept_name(kept: number, column: number): number;
+  orvex_kept_rows(kept: number, column: number): number;
+  orvex_kept_last(kept: number, column: number): number;
+  orvex_kept_first_row(kept: number, column: number): number;
+  orvex_kept_last_row(kept: number, column: number): number;
+  orvex_kept_error(kept: number): number;
 }
 
 /** Stands for the system: there are no files, and what is printed goes to `print`. Needs nothing of its surroundings. */
@@ -53,7 +75,73 @@ export function systemImports(memory: () => WebAssembly.Memory, print: (bytes: U
   return { env: lookup, wasi_snapshot_preview1: lookup } as WebAssembly.Imports;
 }
 
-export async function instantiate(module: WebAssembly.Module): Promise<Exports> {
+const encoder = new TextEncoder();
+const decoder = new TextDecoder();
+
+/** The module at work: its functions, and texts and numbers handed to it and taken from it. */
+export class Library {
+  private constructor(readonly exports: Exports) {}
+
+  static async start(module: WebAssembly.Module): Promise<Library> {
+    return new Library(await instantiate(module));
+  }
+
+  /** The text that the module gave last. */
+  text(address: number): string {
+    return decoder.decode(new Uint8Array(this.exports.memory.buffer, address, this.exports.orvex_text_size()));
+  }
+
+  /** Numbers where they stand, which is until the module is called again. */
+  doubles(address: number, count: number): Float64Array<ArrayBuffer> {
+    return new Float64Array(this.exports.memory.buffer as ArrayBuffer, address, count);
+  }
+
+  /** Hands a text to the module for as long as `use` takes. */
+  withText<T>(text: string, use: (address: number, size: number) => T): T {
+    return this.withBytes(encoder.encode(text), use);
+  }
+
+  withBytes<T>(bytes: Uint8Array, use: (address: number, size: number) => T): T {
+    return this.withRoom(bytes.length, (room) => {
+      new Uint8Array(this.exports.memory.buffer, room, bytes.length).set(bytes);
+      return use(room, bytes.length);
+    });
+  }
+
+  /** Hands it texts, one after the other, and the size of each. */
+  withTexts<T>(texts: readonly string[], use: (texts: number, sizes: number) => T): T {
+    const encoded = texts.map((text) => encoder.encode(text));
+    const all = new Uint8Array(encoded.reduce((total, each) => total + each.length, 0));
+    let end = 0;
+    for (const each of encoded) {
+      all.set(each, end);
+      end += each.length;
+    }
+    const sizes = new Uint8Array(Uint32Array.from(encoded, (each) => each.length).buffer);
+    return this.withBytes(all, (bytes) => this.withBytes(sizes, (lengths) => use(bytes, lengths)));
+  }
+
+  /** Hands it columns of one length, one after the other. */
+  withColumns<T>(columns: readonly ArrayLike<number>[], use: (address: number) => T): T {
+    const count = columns[0]?.length ?? 0;
+    return this.withRoom(8 * count * columns.length, (room) => {
+      columns.forEach((column, i) => this.doubles(room + 8 * count * i, count).set(column));
+      return use(room);
+    });
+  }
+
+  private withRoom<T>(size: number, use: (room: number) => T): T {
+    const room = this.exports.orvex_allocate(size + 1);
+    if (room === 0) refuse("Out of memory", OUT_OF_MEMORY);
+    try {
+      return use(room);
+    } finally {
+      this.exports.orvex_release(room);
+    }
+  }
+}
+
+async function instantiate(module: WebAssembly.Module): Promise<Exports> {
   let memory: WebAssembly.Memory | undefined;
   const instance = await WebAssembly.instantiate(
     module,
