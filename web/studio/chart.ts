@@ -111,10 +111,22 @@ class Band implements ISeriesPrimitive<Time> {
   }
 }
 
+/** A line's values as drawn. */
+interface Shown {
+  readonly values: Float64Array;
+  readonly first: number;
+  readonly last: number;
+  readonly bars: string | undefined;
+}
+
+/** More records than these are drawn at once and not one by one. */
+const MOST_SINGLE = 200;
+
 /** A study in the picture. */
 interface Drawn {
   /** What must be the same for its lines to be kept when its values change. */
   readonly shape: string;
+  readonly shown: (Shown | undefined)[];
   /** One a column; none of those that only mark records. */
   readonly lines: readonly (AnySeries | undefined)[];
   readonly band?: Band;
@@ -263,6 +275,21 @@ export class PriceChart {
     else this.showLatest();
   }
 
+  /** Shows the same series with more records behind those that it had. */
+  extend(series: Series): void {
+    const before = this.series?.count ?? 0;
+    const { prices, view } = this;
+    if (!prices || !view) return;
+    this.series = series;
+    if (series.count - before > MOST_SINGLE) {
+      prices.setData(this.bars(series, view));
+      this.volume?.setData(this.volumes(series));
+    } else {
+      for (const bar of this.bars(series, view, before)) prices.update(bar);
+      if (this.volume) for (const bar of this.volumes(series, before)) this.volume.update(bar);
+    }
+  }
+
   /** Draws the studies as they came out; those that are drawn as they are now wanted keep their lines. */
   setStudies(studies: readonly Study[], results: ReadonlyMap<number, Result>): void {
     for (const id of [...this.drawn.keys()]) {
@@ -346,10 +373,10 @@ export class PriceChart {
     });
   }
 
-  private bars(series: Series, view: View): never[] {
+  private bars(series: Series, view: View, from = 0): never[] {
     const [open, high, low, close] = ["Open", "High", "Low", "Close"].map((name) => findColumn(series.numbers, name));
     const bars: object[] = [];
-    for (let i = 0; i < series.count; ++i) {
+    for (let i = from; i < series.count; ++i) {
       const time = series.times[i]!;
       const value = close![i]!;
       if (Number.isNaN(value)) bars.push({ time });
@@ -361,23 +388,25 @@ export class PriceChart {
 
   private drawVolume(series: Series): void {
     const volume = findColumn(series.numbers, "Volume");
-    const close = findColumn(series.numbers, "Close")!;
     if (!volume || !volume.some((value: number) => value > 0)) return;
-    const { theme } = this;
     this.volume = this.chart.addSeries(
       HistogramSeries,
       { priceScaleId: "volume", priceFormat: { type: "volume" }, lastValueVisible: false, priceLineVisible: false },
       0,
     );
     this.volume.priceScale().applyOptions({ scaleMargins: { top: 0.84, bottom: 0 } });
-    this.volume.setData(
-      Array.from({ length: series.count }, (_, i) => ({
-        time: this.time(i),
-        value: volume[i]!,
-        color: `${i > 0 && close[i]! < close[i - 1]! ? theme.down : theme.up}55`,
-      })),
-    );
+    this.volume.setData(this.volumes(series));
     this.volume.setSeriesOrder(0);
+  }
+
+  private volumes(series: Series, from = 0): never[] {
+    const volume = findColumn(series.numbers, "Volume")!;
+    const close = findColumn(series.numbers, "Close")!;
+    const { theme } = this;
+    return Array.from({ length: series.count - from }, (_, at) => {
+      const i = from + at;
+      return { time: this.time(i), value: volume[i]!, color: `${i > 0 && close[i]! < close[i - 1]! ? theme.down : theme.up}55` };
+    }) as never[];
   }
 
   private erase(id: number): void {
@@ -428,8 +457,15 @@ export class PriceChart {
       const line = drawn.lines[i];
       if (!line) return;
       line.applyOptions({ color: colours[i]!, priceFormat: scaleFormat(sizeOf(column.values)) });
-      const bars = described[i]!.style === "Bars" ? colours[i] : undefined;
-      const points = this.points(column.values, column.first, column.last, bars);
+      const { values, first, last } = column;
+      const wanted: Shown = { values, first, last, bars: described[i]!.style === "Bars" ? colours[i] : undefined };
+      const before = drawn.shown[i];
+      drawn.shown[i] = wanted;
+      if (before && goesOn(before, wanted)) {
+        for (const point of this.points(wanted, Math.max(before.last, first))) line.update(point);
+        return;
+      }
+      const points = this.points(wanted);
       const start = performance.now();
       line.setData(points);
       performance.measure("orvex-library", { start });
@@ -485,15 +521,15 @@ export class PriceChart {
     const edge = edges && lines[edges[0]];
     const band = edge && new Band(this.chart, edge, nothing, nothing, this.theme.guide);
     if (band) edge.attachPrimitive(band);
-    return { shape, lines, pane: first?.getPane(), ...(band && { band }) };
+    return { shape, shown: [], lines, pane: first?.getPane(), ...(band && { band }) };
   }
 
   /** The computed rows; what lies outside them is not drawn. Of bars those below zero are paler. */
-  private points(values: Float64Array, first: number, last: number, bars: string | undefined): never[] {
+  private points({ values, first, last, bars }: Shown, from = first): never[] {
     const points: object[] = [];
     const { times } = this.series!;
     const paler = `${bars}88`;
-    for (let i = first - 1; i < last; ++i) {
+    for (let i = from - 1; i < last; ++i) {
       const value = values[i]!;
       points.push(bars === undefined ? { time: times[i]!, value } : { time: times[i]!, value, color: value < 0 ? paler : bars });
     }
@@ -531,6 +567,14 @@ export class PriceChart {
     marks.sort((a, b) => Number(a.time) - Number(b.time));
     this.markers?.setMarkers(marks);
   }
+}
+
+/** Whether what is wanted is what was drawn, with the last of its rows another or some more behind it. */
+function goesOn(before: Shown, wanted: Shown): boolean {
+  const more = wanted.last - before.last;
+  if (before.first !== wanted.first || before.bars !== wanted.bars || more < 0 || more > MOST_SINGLE) return false;
+  for (let i = before.first - 1; i < before.last - 1; ++i) if (before.values[i] !== wanted.values[i]) return false;
+  return true;
 }
 
 /** How an axis writes numbers of that size. */

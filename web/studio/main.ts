@@ -7,6 +7,7 @@ import { chartColumns, chartData, chartPage, hand, picture, rememberTemplate, st
 import { answerOf, Panel } from "./panel.js";
 import { Picker } from "./picker.js";
 import { calls, copyText, purposeTitle, PURPOSES, reference, tags } from "./reference.js";
+import { Replay, ReplayBar } from "./replay.js";
 import { bytesOf, readSeries, type ReadingOptions, type Series } from "./series.js";
 import { type ChartData, decode, decodeState, encodeState, KINDS, PLAIN_VIEW, studiesOf, type View, wordsOf } from "./state.js";
 import { Computation, dependencies, renamed, type Result, spaced, type Study, titleOf, usualOf } from "./studies.js";
@@ -56,6 +57,12 @@ class Studio {
   private readonly panel: Panel;
   private readonly picker: Picker;
   private readonly paste = this.pasteDialog();
+  private replay: Replay | undefined;
+  private readonly replayBar = new ReplayBar({
+    goTo: (count) => this.goTo(count),
+    rest: () => this.rest(),
+    end: () => this.endReplay(),
+  });
   private preview: { study: Study; results: ReadonlyMap<number, Result>; chart: PriceChart; caption: HTMLElement } | undefined;
   private controls: Record<string, HTMLButtonElement> = {};
 
@@ -134,7 +141,7 @@ class Studio {
       ),
       this.file,
     );
-    fill(this.workspace, h("main", { class: "main" }, this.notices, this.stage, this.spans, this.drawer), this.panel.element);
+    fill(this.workspace, h("main", { class: "main" }, this.notices, this.stage, this.replayBar.element, this.spans, this.drawer), this.panel.element);
     document.body.append(header, this.workspace, this.page);
   }
 
@@ -142,8 +149,8 @@ class Studio {
     return h("button", { type: "button", class: text ? "" : "icon-only", "aria-label": label, title: label, onclick: act }, icon(name), text && h("span", { class: "wide" }, ` ${text}`));
   }
 
-  private toggle(key: string, text: string, act: () => void, drawing?: Parameters<typeof icon>[0]): HTMLButtonElement {
-    const button = h("button", { type: "button", "aria-pressed": "false", onclick: act }, drawing && icon(drawing), drawing ? h("span", { class: "wide" }, ` ${text}`) : text);
+  private toggle(key: string, text: string, act: () => void, drawing?: Parameters<typeof icon>[0], look = ""): HTMLButtonElement {
+    const button = h("button", { type: "button", class: look, "aria-pressed": "false", onclick: act }, drawing && icon(drawing), drawing ? h("span", { class: "wide" }, ` ${text}`) : text);
     if (drawing) button.setAttribute("aria-label", text);
     this.controls[key] = button;
     return button;
@@ -266,6 +273,7 @@ class Studio {
       return false;
     }
     fill(this.notices, ...series.remarks.map((remark) => this.notice(remark, "remark")));
+    this.closeReplay();
     this.series = series;
     this.fileName.textContent = name;
     const records = `${series.count.toLocaleString("en-US")} record${series.count === 1 ? "" : "s"}`;
@@ -285,7 +293,70 @@ class Studio {
       this.spans,
       this.chart.spans().map(({ name, records }) => button(name, `The last ${name}`, records)),
       button("All", "All records"),
+      h("div", { class: "grow" }),
+      this.series.count > 1 && this.toggle("replay", "Replay", () => this.toggleReplay(), "replay", "quiet"),
     );
+  }
+
+  // The prices once more, record after record
+
+  private toggleReplay(): void {
+    if (this.replay) this.endReplay();
+    else if (this.series.count > 1) this.beginReplay();
+  }
+
+  /** Begins where the crosshair was put, or half way. */
+  private beginReplay(): void {
+    const { count, labels } = this.series;
+    const first = this.pointer !== undefined ? this.pointer + 1 : Math.ceil(count / 2);
+    this.replay = new Replay(this.engine, this.series, first);
+    this.showSeries(this.replay.series);
+    this.replayBar.open(labels, first);
+  }
+
+  private showSeries(series: Series): void {
+    this.series = series;
+    this.pointer = undefined;
+    this.chart.setPrices(series, this.view);
+    this.recompute();
+  }
+
+  /** Shows as many records of what is replayed. */
+  private goTo(count: number): void {
+    const replay = this.replay!;
+    const range = this.chart.range();
+    const less = this.series.count - count;
+    replay.goTo(count);
+    this.series = replay.series;
+    if (this.pointer !== undefined && this.pointer >= count) this.pointer = undefined;
+    if (less > 0) {
+      this.chart.setPrices(this.series, this.view);
+      if (range) this.chart.show({ from: range.from - less, to: range.to - less });
+    } else {
+      this.chart.extend(this.series);
+    }
+    this.results = replay.results();
+    this.drawStudies();
+    this.replayBar.show(count);
+  }
+
+  private rest(): void {
+    this.show();
+    this.spoken.textContent = [`Record ${this.series.count} of ${this.replay!.whole.count}`, ...this.legendValues.map(({ values }) => values())].filter(Boolean).join(", ");
+  }
+
+  private endReplay(): void {
+    const { replay } = this;
+    if (!replay) return;
+    this.closeReplay();
+    this.showSeries(replay.whole);
+    this.controls["replay"]?.focus();
+  }
+
+  private closeReplay(): void {
+    this.replay?.end();
+    this.replay = undefined;
+    this.replayBar.close();
   }
 
   /** What is wrong with a file, and what may be tried. */
@@ -358,6 +429,12 @@ class Studio {
 
   /** Computes what a change of one study touches, or everything. */
   private recompute(changed?: number): void {
+    if (this.replay) {
+      this.replay.keep(this.studies);
+      this.results = this.replay.results();
+      this.show();
+      return;
+    }
     const kept = new Map<number, Result>();
     if (changed !== undefined) {
       for (const study of this.studies) {
@@ -370,7 +447,7 @@ class Studio {
   }
 
   private show(): void {
-    this.chart.setStudies(this.studies, this.results);
+    this.drawStudies();
     this.panel.show({
       series: this.series,
       studies: this.studies,
@@ -382,9 +459,15 @@ class Studio {
     this.press("volume", this.view.volume);
     this.press("log", this.view.log);
     this.press("table", !this.drawer.hidden);
+    this.press("replay", this.replay !== undefined);
+    this.rememberSoon();
+  }
+
+  /** Shows what the studies came to, in the chart, beside it and in the table. */
+  private drawStudies(): void {
+    this.chart.setStudies(this.studies, this.results);
     if (!this.drawer.hidden) this.fillTable();
     this.buildLegends();
-    this.rememberSoon();
   }
 
   private press(key: string, pressed: boolean): void {
@@ -534,7 +617,7 @@ class Studio {
     const { target } = event;
     const typing = target instanceof HTMLElement && target.closest("input, textarea, select, dialog");
     if (typing || event.ctrlKey || event.metaKey || event.altKey) return;
-    const act = { "/": () => this.picker.open(), o: () => this.file.click(), t: () => this.toggleTable() }[event.key];
+    const act = { "/": () => this.picker.open(), o: () => this.file.click(), t: () => this.toggleTable(), r: () => this.toggleReplay() }[event.key];
     if (!act) return;
     event.preventDefault();
     act();
@@ -585,6 +668,7 @@ class Studio {
     this.preview = undefined;
     const calculation = path && path !== "indicators" ? this.engine.find(path) : undefined;
     const isPage = path !== "";
+    if (isPage) this.replayBar.pause();
     this.page.hidden = !isPage;
     this.workspace.hidden = isPage;
     document.body.classList.toggle("reading", isPage);

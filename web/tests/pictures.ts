@@ -41,9 +41,11 @@ const views: readonly Picture[] = [
       await page.fill("[name=Periods]", "0");
     },
   },
+  { file: "replay.png", fragment: chart(bands, "study=Oscillator.MACD"), act: (page) => page.getByRole("button", { name: "Replay", exact: true }).click() },
   { file: "reference-page.png", fragment: "#/Oscillator.MACD" },
   { file: "reference-index.png", fragment: "#/indicators", dark: true },
   { file: "narrow-light.png", fragment: chart(bands, "study=Index.RelativeStrengthIndex"), narrow: true },
+  { file: "narrow-replay.png", fragment: chart(bands), narrow: true, act: (page) => page.getByRole("button", { name: "Replay", exact: true }).click() },
   { file: "narrow-dark.png", fragment: "#/Bands.BollingerBands", narrow: true, dark: true },
 ];
 const readme: Picture = {

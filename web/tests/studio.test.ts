@@ -191,6 +191,84 @@ test("an address and a saved page bring a chart back", async () => {
   assert.deepEqual(again.faults, []);
 });
 
+/** The first records of a file in a file of their own. */
+function beginning(file: string, count: number): string {
+  const path = join(folder, `first-${count}.csv`);
+  writeFileSync(path, readFileSync(file, "utf8").split("\n").slice(0, count).join("\n") + "\n");
+  return path;
+}
+
+test("a file is replayed record after record, and what is drawn is what a call on the records so far gives", async () => {
+  const { page, faults } = await open(browser);
+  const come = async (): Promise<number> => Number(await page.locator(".replay .place").inputValue());
+  const exported = async (): Promise<string> => (await saved(page, () => page.getByRole("button", { name: "CSV of this study" }).click())).bytes.toString();
+  const expected = (count: number, ...words: string[]): string => orvex("run", words[0]!, beginning(sample, count), ...words.slice(1), "--format", "csv", "--warmup", "blank");
+
+  await addIndicator(page, "macd");
+  await addIndicator(page, "williams %r");
+  await addIndicator(page, "exponential moving average");
+  await page.selectOption("[name=Source]", { label: "MACDSignal of MACD 12 26 9" });
+  await page.fill("[name=Periods]", "5");
+  await addIndicator(page, "identify pattern");
+  await page.getByRole("button", { name: "Replay", exact: true }).click();
+  assert.equal(await come(), 250);
+  assert.match(await legend(page), /2019-12-17/);
+  assert.match(await page.locator(".replay-facts").innerText(), /250 of 500/);
+
+  // One by one, by the keyboard.
+  await page.getByRole("button", { name: "One record on" }).focus();
+  for (let i = 0; i < 3; ++i) await page.keyboard.press("Enter");
+  assert.equal(await come(), 253);
+  assert.match(await page.locator(".stage [aria-live]").innerText(), /^Record 253 of 500/);
+  const words = ["Oscillator.MACD"];
+  await page.locator(".studies .name").first().click();
+  assert.equal(await exported(), expected(253, ...words));
+
+  // By itself, at a speed.
+  await page.selectOption("[aria-label=Speed]", "100");
+  await page.getByRole("button", { name: "Play", exact: true }).click();
+  await page.waitForFunction(() => Number(document.querySelector<HTMLInputElement>(".replay .place")!.value) > 290);
+  await page.getByRole("button", { name: "Pause", exact: true }).click();
+  const reached = await come();
+  await page.waitForTimeout(100);
+  assert.equal(await come(), reached);
+  assert.equal(await exported(), expected(reached, ...words));
+  await page.locator(".studies .name").nth(1).click();
+  assert.equal(await exported(), expected(reached, "Oscillator.WilliamsPctR"));
+  await page.locator(".studies .name").nth(2).click();
+  const chained = join(folder, "signal.csv");
+  writeFileSync(chained, orvex("run", "Oscillator.MACD", beginning(sample, reached), "--append", "--warmup", "blank", "--format", "csv"));
+  assert.equal(await exported(), orvex("run", "MovingAverage.ExponentialMovingAverage", chained, "Source=MACDSignal", "Periods=5", "--format", "csv", "--warmup", "blank"));
+
+  // Arguments change while it goes on, and the place is chosen, also backwards.
+  await page.fill("[name=Periods]", "7");
+  await page.locator(".replay .place").fill("120");
+  assert.equal(await come(), 120);
+  assert.match(await page.locator(".replay .place").getAttribute("aria-valuetext") ?? "", /^Record 120 of 500, 2019-/);
+  await page.locator(".studies .name").first().click();
+  await page.fill("[name=ShortCycle]", "8");
+  await page.getByRole("button", { name: "One record on" }).click();
+  assert.equal(await exported(), expected(121, "Oscillator.MACD", "ShortCycle=8"));
+
+  // To the end, where it stops.
+  await page.locator(".replay .place").fill("470");
+  await page.selectOption("[aria-label=Speed]", "500");
+  await page.getByRole("button", { name: "Play", exact: true }).click();
+  await page.waitForFunction(() => document.querySelector<HTMLButtonElement>(".replay .play")!.disabled);
+  assert.equal(await exported(), orvex("run", "Oscillator.MACD", sample, "ShortCycle=8", "--format", "csv", "--warmup", "blank"));
+  await page.getByRole("button", { name: "End the replay" }).click();
+  assert.equal(await page.locator(".replay").isVisible(), false);
+  assert.match(await legend(page), /2020-12-/);
+
+  // Another file ends it.
+  await page.keyboard.press("r");
+  assert.equal(await page.locator(".replay").isVisible(), true);
+  await choose(page, "other.csv", ["Date,Open,High,Low,Close,Volume", ...rows(60, (cells) => cells.join(","))].join("\n"));
+  await page.waitForFunction(() => document.querySelector(".file-facts")?.textContent?.startsWith("60"));
+  assert.equal(await page.locator(".replay").isVisible(), false);
+  assert.deepEqual(faults, []);
+});
+
 test("hostile files do no harm and get a clear word", async () => {
   const { page, faults } = await open(browser);
   const big = join(folder, "big.csv");
@@ -284,6 +362,8 @@ test("nothing serious stands between the studio and those who do not see it", as
     await page.keyboard.press("Tab");
     await page.getByRole("button", { name: "Table", exact: true }).click();
     await check(page, `${colorScheme}, chart`);
+    await page.getByRole("button", { name: "Replay", exact: true }).click();
+    await check(page, `${colorScheme}, replay`);
     await page.evaluate(() => (document.activeElement as HTMLElement).blur());
     await page.keyboard.press("/");
     await check(page, `${colorScheme}, list`);
@@ -304,6 +384,8 @@ test("a narrow screen has everything, and does not scroll sideways", async () =>
   assert.ok(await page.locator("[name=Periods]").isVisible());
   const box = async (part: string): Promise<{ y: number; height: number }> => (await page.locator(part).boundingBox())!;
   assert.ok((await box(".canvas")).height > 250);
+  await page.getByRole("button", { name: "Replay", exact: true }).click();
+  assert.equal(await page.evaluate(() => document.documentElement.scrollWidth), 390);
   const above = await box(".spans");
   assert.ok((await box(".panel")).y >= above.y + above.height, "nothing covers the list of indicators");
 });
