@@ -32,12 +32,14 @@ struct Prices {
       low.push_back(middle - 1.0 - 0.125 * (row % 5));
       close.push_back(middle);
       volume.push_back(1000.0 + row * 37 % 101);
+      session.push_back(1.0 + row / 10);
     }
   }
 
   orvex_prices columns() const { return {open.data(), high.data(), low.data(), close.data(), volume.data()}; }
 
   std::vector<double> open, high, low, close, volume;
+  std::vector<double> session;  // the column of dates, of which only changes matter
 };
 
 /// A call of each calculation: arguments without a usual value are 14.
@@ -47,6 +49,7 @@ void forEveryCalculation(Check check) {
   const orvex_prices columns = prices.columns();
   orvex_series* series = nullptr;
   ASSERT_EQ(orvex_open(&columns, Prices::Count, &series, nullptr), 0);
+  ASSERT_EQ(orvex_add_column(series, "Date", prices.session.data(), nullptr), 0);
   for (const Class* owner : catalogue::classes()) {
     for (const Method* method : owner->methods) {
       if (!catalogue::isCalculation(*owner, *method)) continue;
@@ -74,6 +77,9 @@ catalogue::ValuedCall callDirectly(const Prices& prices, const Class& owner, con
                             .low = {prices.low, nullptr},
                             .close = {prices.close, nullptr},
                             .volume = {prices.volume, nullptr}});
+  const auto session = std::make_shared<Field>();
+  session->view({prices.session, nullptr}, "Date");
+  data->getRecordset()->addField(session);
   std::vector<Value> arguments(method.arguments.size());
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const catalogue::Argument& argument = method.arguments[i];
