@@ -69,18 +69,18 @@ P truncated(P x) {
 
 std::size_t wholePercent(Source part, Source whole, Records records, double* out) {
   const std::ptrdiff_t count = least(present(part, records, 0), present(whole, records, 0));
-  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at, int turn) {
     const P sum = P::load(whole.rows + at), none = P::all(0.0);
-    return truncated(whereEqual(sum, none, none, P::load(part.rows + at) * P::all(100.0) / sum));
+    return truncated(whereEqual(sum, none, none, quotient(P::load(part.rows + at) * P::all(100.0), sum, turn)));
   });
 }
 
 std::size_t directionalIndex(Source a, Source b, Records records, double* out) {
   const std::ptrdiff_t count = least(present(a, records, 0), present(b, records, 0));
-  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at, int turn) {
     const P x = P::load(a.rows + at), y = P::load(b.rows + at), none = P::all(0.0);
     const P difference = magnitude(x - y);
-    return truncated(whereGreater(difference, none, difference / (x + y) * P::all(100.0), none));
+    return truncated(whereGreater(difference, none, quotient(difference, x + y, turn) * P::all(100.0), none));
   });
 }
 
@@ -113,7 +113,7 @@ std::size_t averageIndex(Source index, int periods, Records records, double* out
 std::size_t meanHalfUp(Source source, Records records, double* out) {
   return fillFinite(records, present(source, records, 1), out, [=]<class P>(std::ptrdiff_t at) {
     const P sum = P::load(source.rows + at) + P::load(source.rows + at - 1);
-    return truncated(sum / P::all(2.0) + P::all(0.5));
+    return truncated(sum * P::all(0.5) + P::all(0.5));
   });
 }
 
@@ -178,9 +178,10 @@ std::size_t place(Source above, Source below, Source highest, Source lowest, dou
                   double* out) {
   const std::ptrdiff_t count = least(least(present(above, records, 0), present(below, records, 0)),
                                      least(provable(highest, records, 0), provable(lowest, records, 0)));
-  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
-    return (P::load(above.rows + at) - P::load(below.rows + at)) /
-           (P::load(highest.rows + at) - P::load(lowest.rows + at)) * P::all(factor);
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at, int turn) {
+    return quotient(P::load(above.rows + at) - P::load(below.rows + at),
+                    P::load(highest.rows + at) - P::load(lowest.rows + at), turn) *
+           P::all(factor);
   });
 }
 
@@ -201,7 +202,7 @@ std::size_t rangeToPath(Source source, Source highest, Source lowest, int window
     }
     ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
       const std::ptrdiff_t at = row + i * Lanes;
-      (magnitude(P::load(highest.rows + at) - P::load(lowest.rows + at)) / path[i]).store(out + at);
+      quotient(magnitude(P::load(highest.rows + at) - P::load(lowest.rows + at)), path[i], i).store(out + at);
     }
   });
   return static_cast<std::size_t>(finitePrefix(out + first, count));
@@ -234,9 +235,9 @@ std::size_t balanceOfMoves(Source source, int window, Records records, double* o
 
 std::size_t momentum(Source source, int lag, Records records, double* out) {
   const double* const x = source.rows;
-  return fillFinite(records, present(source, records, lag), out, [=]<class P>(std::ptrdiff_t at) {
+  return fillFinite(records, present(source, records, lag), out, [=]<class P>(std::ptrdiff_t at, int turn) {
     const P old = P::load(x + at - lag), hundred = P::all(100.0);
-    return (P::load(x + at) - old) / old * hundred + hundred;
+    return quotient(P::load(x + at) - old, old, turn) * hundred + hundred;
   });
 }
 
@@ -355,16 +356,17 @@ std::size_t accumulation(Bars bars, Records records, double* out) {
 std::size_t easeOfMovement(Source high, Source low, Source volume, Records records, double* out) {
   const std::ptrdiff_t count =
       least(least(present(high, records, 1), present(low, records, 1)), present(volume, records, 0));
-  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at, int turn) {
     const P top = P::load(high.rows + at), bottom = P::load(low.rows + at);
-    const P none = P::all(0.0), one = P::all(1.0), two = P::all(2.0);
-    const P middleBefore = (P::load(high.rows + at - 1) + P::load(low.rows + at - 1)) / two;
-    const P move = (top + bottom) / two - middleBefore;
+    const P none = P::all(0.0), one = P::all(1.0), half = P::all(0.5);
+    const P middleBefore = (P::load(high.rows + at - 1) + P::load(low.rows + at - 1)) * half;
+    const P move = (top + bottom) * half - middleBefore;
     const P range = top - bottom;
-    const P boxRatio = P::load(volume.rows + at) / range;
+    const P boxRatio = quotient(P::load(volume.rows + at), range, turn);
     // Times 1, or not-a-number where the ratio is none: the quotient alone would not show that. Nor would the row of a
     // bar without a range show a move that is none.
-    return whereEqual(range, none, move - move, move / boxRatio * P::all(10000.0) * (one + (boxRatio - boxRatio)));
+    return whereEqual(range, none, move - move,
+                      quotient(move, boxRatio, turn + 1) * P::all(10000.0) * (one + (boxRatio - boxRatio)));
   });
 }
 
@@ -384,17 +386,18 @@ std::size_t breakouts(Source high, Source low, Records records, double* out) {
 
 std::size_t percentAbove(Source a, Source b, int lag, Records records, double* out) {
   const std::ptrdiff_t count = least(present(a, records, 0), present(b, records, lag));
-  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at) {
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t at, int turn) {
     const P whole = P::load(b.rows + at - lag), part = P::load(a.rows + at) - whole, none = P::all(0.0);
-    return whereEqual(whole, none, part - part, part / whole * P::all(100.0));
+    return whereEqual(whole, none, part - part, quotient(part, whole, turn) * P::all(100.0));
   });
 }
 
 std::size_t fallInPercent(Source source, int lag, Records records, double* out) {
   const double* const x = source.rows;
-  return fillFinite(records, present(source, records, lag), out, [=]<class P>(std::ptrdiff_t at) {
+  return fillFinite(records, present(source, records, lag), out, [=]<class P>(std::ptrdiff_t at, int turn) {
     const P old = P::load(x + at - lag), now = P::load(x + at), none = P::all(0.0);
-    return whereEqual(old, none, now - now, whereEqual(now, none, old - old, (old - now) / old * P::all(-100.0)));
+    return whereEqual(old, none, now - now,
+                      whereEqual(now, none, old - old, quotient(old - now, old, turn) * P::all(-100.0)));
   });
 }
 

@@ -19,8 +19,17 @@ std::ptrdiff_t nextPiece(const double* out, std::ptrdiff_t remaining) {
   return least(inside == 0 ? rowsAPiece : static_cast<std::ptrdiff_t>((line - inside) / sizeof(double)), remaining);
 }
 
-/// Fills `count` rows from row `first` (counted from 0) on by `formula.operator()<Pack>(row)`. Returns how many of them
-/// are finite.
+/// `formula.operator()<P>(row)`, or with the pack's turn as well for formulas that have a quotient.
+template <class P, class Formula>
+P rowsOf(const Formula& formula, std::ptrdiff_t row, int turn) {
+  if constexpr (requires { formula.template operator()<P>(row, turn); }) {
+    return formula.template operator()<P>(row, turn);
+  } else {
+    return formula.template operator()<P>(row);
+  }
+}
+
+/// Fills `count` rows from row `first` (counted from 0) on by the formula. Returns how many of them are finite.
 template <class Formula>
 std::ptrdiff_t fillPiece(std::ptrdiff_t first, std::ptrdiff_t count, double* out, Formula formula) {
   using P = Pack<widestLanes>;
@@ -31,14 +40,13 @@ std::ptrdiff_t fillPiece(std::ptrdiff_t first, std::ptrdiff_t count, double* out
   std::ptrdiff_t row = first;
   for (; row + packs * widestLanes <= end; row += packs * widestLanes) {
     ORVEX_UNROLL for (int i = 0; i < packs; ++i) {
-      const P result = formula.template operator()<P>(row + i * widestLanes);
+      const P result = rowsOf<P>(formula, row + i * widestLanes, i);
       result.store(out + row + i * widestLanes);
       sum[i] = sum[i] + result * zero;
     }
   }
-  eachBlock<1>(row, end - row, [=]<int Lanes, int>(std::ptrdiff_t at) {
-    formula.template operator()<Pack<Lanes>>(at).store(out + at);
-  });
+  eachBlock<1>(row, end - row,
+               [=]<int Lanes, int>(std::ptrdiff_t at) { rowsOf<Pack<Lanes>>(formula, at, 0).store(out + at); });
   const std::ptrdiff_t checked = isZero((sum[0] + sum[1]) + (sum[2] + sum[3])) ? row - first : 0;
   return checked + finitePrefix(out + first + checked, count - checked);
 }
@@ -89,7 +97,7 @@ std::size_t around(Source center, Source width, double factor, Records records, 
 std::size_t medianPrice(Source high, Source low, Records records, double* out) {
   const std::ptrdiff_t count = least(present(high, records, 0), present(low, records, 0));
   return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
-    return (P::load(high.rows + row) + P::load(low.rows + row)) / P::all(2.0);
+    return (P::load(high.rows + row) + P::load(low.rows + row)) * P::all(0.5);
   });
 }
 
@@ -106,21 +114,22 @@ std::size_t weightedClose(Source high, Source low, Source close, Records records
   const std::ptrdiff_t count =
       least(present(high, records, 0), least(present(low, records, 0), present(close, records, 0)));
   return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
-    return (P::load(high.rows + row) + P::load(low.rows + row) + P::all(2.0) * P::load(close.rows + row)) / P::all(4.0);
+    return (P::load(high.rows + row) + P::load(low.rows + row) + P::all(2.0) * P::load(close.rows + row)) *
+           P::all(0.25);
   });
 }
 
 /// The change in percent; of a row that is 0 an infinity or not-a-number.
 template <class P>
-P changeInPercent(const double* current, std::ptrdiff_t lag) {
+P changeInPercent(const double* current, std::ptrdiff_t lag, int turn) {
   const P prior = P::load(current - lag);
-  return (P::load(current) - prior) / prior * P::all(100.0);
+  return quotient(P::load(current) - prior, prior, turn) * P::all(100.0);
 }
 
 std::size_t rateOfChange(Source source, int lag, Records records, double* out) {
   const double* const x = source.rows;
   return fillFinite(records, present(source, records, lag), out,
-                    [=]<class P>(std::ptrdiff_t row) { return changeInPercent<P>(x + row, lag); });
+                    [=]<class P>(std::ptrdiff_t row, int turn) { return changeInPercent<P>(x + row, lag, turn); });
 }
 
 std::size_t rateOfChangeKept(Source source, int lag, Records records, double* rate, double* out) {
@@ -130,8 +139,9 @@ std::size_t rateOfChangeKept(Source source, int lag, Records records, double* ra
   while (done < count) {
     const std::ptrdiff_t first = records.first - 1 + done;
     const std::ptrdiff_t rows = nextPiece(out + first, count - done);
-    const std::ptrdiff_t finite =
-        fillPiece(first, rows, out, [=]<class P>(std::ptrdiff_t row) { return changeInPercent<P>(x + row, lag); });
+    const std::ptrdiff_t finite = fillPiece(first, rows, out, [=]<class P>(std::ptrdiff_t row, int turn) {
+      return changeInPercent<P>(x + row, lag, turn);
+    });
     if (finite > 0) *rate = out[first + finite - 1];
     for (std::ptrdiff_t row = first + finite; row < first + rows; ++row) {
       if (x[row - lag] == 0.0) {
@@ -159,16 +169,16 @@ std::size_t blend(Source source, Source share, double scale, Records records, do
 
 std::size_t performance(Source source, double base, Records records, double* out) {
   const double* const x = source.rows;
-  return fillFinite(records, present(source, records, 0), out, [=]<class P>(std::ptrdiff_t row) {
-    return (P::load(x + row) - P::all(base)) / P::all(base) * P::all(100.0);
+  return fillFinite(records, present(source, records, 0), out, [=]<class P>(std::ptrdiff_t row, int turn) {
+    return quotient(P::load(x + row) - P::all(base), P::all(base), turn) * P::all(100.0);
   });
 }
 
 std::size_t ratio(Source a, Source b, double one, Records records, double* out) {
   const std::ptrdiff_t count = least(provable(a, records, 0), provable(b, records, 0));
-  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
-    const P quotient = P::load(a.rows + row) / P::load(b.rows + row);
-    return whereEqual(quotient, P::all(1.0), P::all(one), quotient);
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row, int turn) {
+    const P ratio = quotient(P::load(a.rows + row), P::load(b.rows + row), turn);
+    return whereEqual(ratio, P::all(1.0), P::all(one), ratio);
   });
 }
 
@@ -176,15 +186,15 @@ std::size_t fromMiddle(Source source, Source highest, Source lowest, Records rec
   const std::ptrdiff_t count =
       least(present(source, records, 0), least(present(highest, records, 0), present(lowest, records, 0)));
   return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
-    return P::load(source.rows + row) - (P::load(highest.rows + row) + P::load(lowest.rows + row)) / P::all(2.0);
+    return P::load(source.rows + row) - (P::load(highest.rows + row) + P::load(lowest.rows + row)) * P::all(0.5);
   });
 }
 
 std::size_t percentOfHalf(Source part, Source whole, Records records, double* out) {
   const std::ptrdiff_t count = least(provable(part, records, 0), provable(whole, records, 0));
-  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row) {
-    const P divisor = P::load(whole.rows + row) / P::all(2.0), zero = P::all(0.0);
-    return whereEqual(divisor, zero, zero, P::all(100.0) * P::load(part.rows + row) / divisor);
+  return fillFinite(records, count, out, [=]<class P>(std::ptrdiff_t row, int turn) {
+    const P divisor = P::load(whole.rows + row) * P::all(0.5), zero = P::all(0.0);
+    return whereEqual(divisor, zero, zero, quotient(P::all(100.0) * P::load(part.rows + row), divisor, turn));
   });
 }
 

@@ -1,7 +1,8 @@
-// Quotients by a number that is the same for many rows, faster than the processor divides and with the same bits.
+// Quotients, faster than the processor divides and with the same bits.
 //
-// A fused multiply-add serves here as an exact tool and never as a contraction of a definition's own operations. For a
-// whole number D, r = 1 / D rounded, and u = 2^-53:
+// A fused multiply-add serves here as an exact tool and never as a contraction of a definition's own operations.
+//
+// Of a number that is the same for many rows, a whole number D, let r = 1 / D rounded, and u = 2^-53:
 //
 //   q0 = x r        = (x / D)(1 + e),  |e| <= 2u + u^2
 //   s  = x - q0 D   rounded once, relative error at most u
@@ -18,7 +19,32 @@
 // It takes that nothing underflows on the way: of |x| >= 2^-900, s is a multiple of 2^-1056 x 2^52 at least. Smaller
 // numerators, 0 with its sign among them, are divided. What overflows, or is no finite number to begin with, comes out
 // as one that is not finite either, which no kernel takes for a result.
+//
+// A divisor b that differs from row to row has no reciprocal yet, and is not whole. The processor's estimate of 1 / b
+// is within 2^-14 of it; one step that leaves the third power of that and one that leaves the square make r. For a and
+// b from 1 to below 2 (powers of two change nothing) and y = a / b, let w be the distance of two doubles about y:
+//
+//   r = 1 / b   before its one rounding within 2^-83 / b, so |b r - 1| <= b 2^-54 + 2^-83
+//   q0 = a r    before its rounding within (1 - 2^-28) w of y: for a >= b, w is 2^-52, and a |b r - 1| / b little more
+//               than half of it; else w is 2^-53, and a / 2 of it is left, where a < b <= 2 - 2^-26
+//   s  = a - q0 b
+//   q  = q0 + s r
+//
+// Let m be the midpoint of two doubles nearest to y, and d its distance. As above a - m b is a multiple of 2^-53 w and
+// not 0, so d >= 2^-53 w / b.
+//
+// - Is d below 2^-30 w, then q0 is one of the two doubles about m, since a r is less than w / 2 beyond either. So s is
+//   no more than b (w / 2 + d), a multiple of 2^-52 w / 2 that fits 53 bits: it is exact. Before its rounding q is
+//   |y - q0| |b r - 1| <= (w / 2 + d) (b 2^-54 + 2^-83) away from y. That is less than d if b^2 + b 2^-29 is less than
+//   4 (1 - 2^-52), as it is for b <= 2 - 2^-26: both round to the same double.
+// - Otherwise q0 is within 2 w of y, s has an error of at most its 2^-53rd part, and q before its rounding is less than
+//   2^-50 w away from y: less than d.
+//
+// So divisors whose first 26 bits are all ones are left to the processor (Markstein knew the one of 53 ones). So are
+// those below 2^-900 or from 2^100 on, and numerators nearer to 0 than 2^-900: of others nothing underflows.
 #pragma once
+
+#include <cstdint>
 
 #include "orvex/kernels/pack.inl"
 
@@ -65,6 +91,41 @@ Pack<4> operator/(Pack<4> x, const Divisor& divisor) {
   }
   const __m256d q = _mm256_mul_pd(x.v, r);
   return {_mm256_fmadd_pd(_mm256_fnmadd_pd(q, d, x.v), r, q)};
+}
+#endif
+
+/// x / divisor. Packs take turns: while the processor divides the even ones, it has time for the odd ones' products.
+template <int Lanes>
+inline Pack<Lanes> quotient(Pack<Lanes> x, Pack<Lanes> divisor, int) {
+  return x / divisor;
+}
+
+#if defined(__AVX512F__)
+[[gnu::always_inline]] inline Pack<8> quotient(Pack<8> x, Pack<8> divisor, int turn) {
+  if (turn % 2 == 0) return x / divisor;
+  const __m512d a = x.v, b = divisor.v;
+  constexpr std::int64_t exponent = std::int64_t{1} << 52, least = (1023 - 900) * exponent;
+  // As whole numbers without a sign: negative divisors are above all others, and a numerator of 0, less 1, is too.
+  const __m512i bits = _mm512_castpd_si512(b);
+  __mmask8 proven =
+      _mm512_cmplt_epu64_mask(_mm512_sub_epi64(bits, _mm512_set1_epi64(least)), _mm512_set1_epi64(1000 * exponent));
+  const __m512i firstBits = _mm512_set1_epi64(exponent - (exponent >> 26));
+  proven = _mm512_mask_cmpneq_epi64_mask(proven, _mm512_and_epi64(bits, firstBits), firstBits);
+  const __m512i twice = _mm512_add_epi64(_mm512_castpd_si512(a), _mm512_castpd_si512(a));
+  proven = _mm512_mask_cmpge_epu64_mask(proven, _mm512_sub_epi64(twice, _mm512_set1_epi64(1)),
+                                        _mm512_set1_epi64(2 * least - 1));
+  if (proven != 0xff) return x / divisor;
+
+  const __m512d one = _mm512_set1_pd(1.0);
+  const __m512d estimate = _mm512_maskz_rcp14_pd(0xff, b);
+  const __m512d e = _mm512_fnmadd_pd(b, estimate, one);
+  const __m512d nearly = _mm512_fmadd_pd(estimate, _mm512_fmadd_pd(e, e, e), estimate);
+  const __m512d r = _mm512_fmadd_pd(nearly, _mm512_fnmadd_pd(b, nearly, one), nearly);
+  const __m512d q0 = _mm512_mul_pd(a, r);
+  const __m512d q = _mm512_fmadd_pd(_mm512_fnmadd_pd(q0, b, a), r, q0);
+  // Of 0 with a sign q has none.
+  const __m512i sign = _mm512_and_epi64(_mm512_castpd_si512(a), _mm512_set1_epi64(INT64_MIN));
+  return {_mm512_castsi512_pd(_mm512_or_epi64(_mm512_castpd_si512(q), sign))};
 }
 #endif
 

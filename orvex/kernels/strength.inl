@@ -15,10 +15,11 @@ using orvex::kernels::Bars;
 
 /// 100 x part / (part + rest): 50 where both are 0, 0 where only their total is.
 template <class P>
-P percentage(P part, P rest) {
+P percentage(P part, P rest, int turn) {
   const P zero = P::all(0.0);
   const P whole = part + rest;
-  return whereEqual(whole, zero, whereEqual(part, zero, P::all(50.0), zero), P::all(100.0) * part / whole);
+  return whereEqual(whole, zero, whereEqual(part, zero, P::all(50.0), zero),
+                    quotient(P::all(100.0) * part, whole, turn));
 }
 
 std::size_t strength(Source source, int window, Records records, int known, double* means, double* scratch,
@@ -47,7 +48,7 @@ std::size_t strength(Source source, int window, Records records, int known, doub
     using P = Pack<Lanes>;
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
       double* const at = out + row + i * Lanes;
-      percentage(P::load(at), P::load(scratch + row + i * Lanes)).store(at);
+      percentage(P::load(at), P::load(scratch + row + i * Lanes), i).store(at);
     }
   });
   return static_cast<std::size_t>(count);
@@ -96,7 +97,7 @@ std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records
           down[i] = down[i] + P::load(falling + row + i * Lanes + j);
         }
       }
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) percentage(up[i], down[i]).store(out + row + i * Lanes);
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) percentage(up[i], down[i], 0).store(out + row + i * Lanes);
     });
     done = start + rows;
   }

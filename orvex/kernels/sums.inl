@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "orvex/kernels/pack.inl"
+#include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/quotients.inl"
 
@@ -11,12 +12,12 @@ namespace {
 
 using orvex::kernels::Bars;
 
-/// `term.operator()<Pack>(row)` into rows `from` .. `end` - 1 of `terms`.
+/// `term` (as of `rowsOf`) into rows `from` .. `end` - 1 of `terms`.
 template <class Term>
 void fillTerms(std::ptrdiff_t from, std::ptrdiff_t end, double* terms, Term term) {
   eachBlock<4>(from, end - from, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-      term.template operator()<Pack<Lanes>>(row + i * Lanes).store(terms + row + i * Lanes);
+      rowsOf<Pack<Lanes>>(term, row + i * Lanes, i).store(terms + row + i * Lanes);
     }
   });
 }
@@ -29,7 +30,7 @@ std::size_t ratioSum(Source above, Source below, int window, Records records, do
   const double* const a = above.rows;
   const double* const b = below.rows;
   fillTerms(from - (window - 1), from + count, terms,
-            [=]<class P>(std::ptrdiff_t row) { return P::load(a + row) / P::load(b + row); });
+            [=]<class P>(std::ptrdiff_t row, int turn) { return quotient(P::load(a + row), P::load(b + row), turn); });
   eachBlock<8>(from, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P sum[Count] = {};

@@ -15,4 +15,11 @@ void divideAll(const double* x, std::size_t count, double divisor, double* out) 
   });
 }
 
+void dividePairs(const double* x, const double* y, std::size_t count, double* out) {
+  eachBlock<1>(0, static_cast<std::ptrdiff_t>(count), [=]<int Lanes, int>(std::ptrdiff_t at) {
+    constexpr int turnOfProducts = 1;
+    quotient(Pack<Lanes>::load(x + at), Pack<Lanes>::load(y + at), turnOfProducts).store(out + at);
+  });
+}
+
 }  // namespace orvex::test::ORVEX_VARIANT
