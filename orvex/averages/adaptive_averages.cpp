@@ -2,6 +2,7 @@
 
 #include "orvex/averages/linear_regression.h"
 #include "orvex/averages/moving_average.h"
+#include "orvex/averages/regression_columns.h"
 #include "orvex/data/columns.h"
 #include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
@@ -33,7 +34,7 @@ std::shared_ptr<RecordSet> MovingAverage::TimeSeriesMovingAverage(std::shared_pt
     applyDefault(Alias, TimeSeriesMovingAverageName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), 1);
-    const auto recordset = LinearRegression().Regression(data, Source, Periods);
+    const auto recordset = regressionColumns(data, Source, Periods, RegressionPart::Forecast);
     const auto forecasts = recordset->getField(LinearRegression::ForecastName);
     walk(
         *data, 1, count,
@@ -91,7 +92,7 @@ std::shared_ptr<RecordSet> MovingAverage::VIDYA(std::shared_ptr<Database> data, 
     applyDefault(Alias, VIDYAName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), 2);
-    const auto recordset = LinearRegression().Regression(data, Source, Periods);
+    const auto recordset = regressionColumns(data, Source, Periods, RegressionPart::RSquared);
     const auto qualities = recordset->getField(LinearRegression::RSquaredName);
     data->setPosition(2);
     walk(

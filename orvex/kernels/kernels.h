@@ -23,7 +23,7 @@ struct Records {
   int last;
 };
 
-/// Least-squares results, in the order of the columns.
+/// Least-squares results, in the order of the columns: all of them, or the forecast or r-squared alone.
 struct RegressionRows {
   double* slope;
   double* intercept;

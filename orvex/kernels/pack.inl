@@ -186,6 +186,24 @@ Pack<Lanes> root(Pack<Lanes> a) {
   return a;
 }
 
+/// Whether a lane is 0.
+#if defined(__AVX512F__)
+inline bool hasZero(Pack<8> a) {
+  return _mm512_cmp_pd_mask(a.v, _mm512_setzero_pd(), _CMP_EQ_OQ) != 0;
+}
+#elif defined(__AVX2__)
+inline bool hasZero(Pack<4> a) {
+  return _mm256_movemask_pd(_mm256_cmp_pd(a.v, _mm256_setzero_pd(), _CMP_EQ_OQ)) != 0;
+}
+#endif
+template <int Lanes>
+bool hasZero(Pack<Lanes> a) {
+  for (int lane = 0; lane < Lanes; ++lane) {
+    if (a.v[lane] == 0.0) return true;
+  }
+  return false;
+}
+
 /// The whole part of values from 0 to below 2^31.
 template <int Lanes>
 Pack<Lanes> wholePart(Pack<Lanes> a) {

@@ -40,8 +40,11 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
   return static_cast<std::size_t>(count);
 }
 
-std::size_t regression(Source source, int window, Records records, double* quality,
-                       orvex::kernels::RegressionRows out) {
+using orvex::kernels::RegressionRows;
+
+/// A line's values, its quality, or both.
+template <bool hasLine, bool hasQuality>
+std::size_t regressionParts(Source source, int window, Records records, double* quality, RegressionRows out) {
   // Below 2 the line has no slope; from 182 on the square of a position does not fit a count of 16 bits.
   if (window < 2 || (ORVEX_COUNT_BITS == 16 && window > 181)) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
@@ -71,32 +74,43 @@ std::size_t regression(Source source, int window, Records records, double* quali
       ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
         const P value = P::load(y + row + i * Lanes - window + j);
         sumY[i] = sumY[i] + value;
-        sumYY[i] = sumYY[i] + value * value;
+        if constexpr (hasQuality) sumYY[i] = sumYY[i] + value * value;
         sumXY[i] = sumXY[i] + position * value;
       }
     }
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
       const std::ptrdiff_t at = row + i * Lanes;
       const P qXY = sumXY[i] - P::all(sumX) * sumY[i] / length;
-      const P qYY = sumYY[i] - sumY[i] * sumY[i] / length;
-      const P slope = qXY / width;
-      const P intercept = P::all(1.0 / n) * sumY[i] - P::all(center) * slope;
-      slope.store(out.slope + at);
-      intercept.store(out.intercept + at);
-      (P::all(n) * slope + intercept).store(out.forecast + at);
-      const P above = qXY * qXY;
-      const P below = qYY * P::all(qXX);
-      (above / below).store(out.rSquared + at);
-      for (int lane = 0; lane < Lanes; ++lane) {
-        // A line without a slope, or through equal values, keeps the quality of the record before.
-        if (above.v[lane] == 0.0 || below.v[lane] == 0.0) {
-          out.rSquared[at + lane] = at + lane == first ? kept : out.rSquared[at + lane - 1];
+      if constexpr (hasLine) {
+        const P slope = qXY / width;
+        const P intercept = P::all(1.0 / n) * sumY[i] - P::all(center) * slope;
+        if (out.slope != nullptr) slope.store(out.slope + at);
+        if (out.intercept != nullptr) intercept.store(out.intercept + at);
+        (P::all(n) * slope + intercept).store(out.forecast + at);
+      }
+      if constexpr (hasQuality) {
+        const P qYY = sumYY[i] - sumY[i] * sumY[i] / length;
+        const P above = qXY * qXY;
+        const P below = qYY * P::all(qXX);
+        (above / below).store(out.rSquared + at);
+        if (!hasZero(above) && !hasZero(below)) continue;
+        for (int lane = 0; lane < Lanes; ++lane) {
+          // A line without a slope, or through equal values, keeps the quality of the record before.
+          if (above.v[lane] == 0.0 || below.v[lane] == 0.0) {
+            out.rSquared[at + lane] = at + lane == first ? kept : out.rSquared[at + lane - 1];
+          }
         }
       }
     }
   });
-  if (count > 0) *quality = out.rSquared[first + count - 1];
+  if (hasQuality && count > 0) *quality = out.rSquared[first + count - 1];
   return static_cast<std::size_t>(count);
+}
+
+std::size_t regression(Source source, int window, Records records, double* quality, RegressionRows out) {
+  if (out.rSquared == nullptr) return regressionParts<true, false>(source, window, records, quality, out);
+  if (out.forecast == nullptr) return regressionParts<false, true>(source, window, records, quality, out);
+  return regressionParts<true, true>(source, window, records, quality, out);
 }
 
 std::size_t deviation(Source source, Source center, int window, int lag, double factor, Records records, double* out) {
