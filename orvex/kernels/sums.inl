@@ -100,9 +100,10 @@ std::size_t channel(Source prices, Source averages, int window, Records records,
       const P divisor = P::all(0.015) * (sum[i] / length);
       const P price = P::load(x + at);
       whereGreater(divisor, zero, (price - center[i]) / divisor, zero).store(out + at);
-      const P repeated = whereEqual(price, P::load(x + at - 1), P::all(1.0), zero);
+      const P move = price - P::load(x + at - 1);
+      if (!hasZero(move)) continue;
       for (int lane = 0; lane < Lanes; ++lane) {
-        if (repeated.v[lane] == 0.0) continue;
+        if (move.v[lane] != 0.0) continue;
         std::ptrdiff_t equal = 1;
         while (equal < window && x[at + lane - equal] == x[at + lane]) ++equal;
         if (equal == window) out[at + lane] = 0.0;
