@@ -1,8 +1,6 @@
 #include "cli/chart.h"
 
 #include <fmt/format.h>
-#include <spawn.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -18,12 +16,11 @@
 #include "cli/failure.h"
 #include "cli/names.h"
 #include "cli/output.h"
+#include "cli/platform.h"
 #include "cli/price_file.h"
 #include "cli/values.h"
 #include "orvex/data/object.h"
 #include "orvex/data/text.h"
-
-extern char** environ;
 
 namespace orvex::cli {
 
@@ -40,8 +37,7 @@ std::optional<std::string> contentOf(const fs::path& path) {
 /// The studio: beside the program, where packages put it, or where it is built.
 std::string findStudio() {
   constexpr const char* name = "orvex-studio.html";
-  std::error_code unknown;
-  const fs::path program = fs::read_symlink("/proc/self/exe", unknown).parent_path();
+  const fs::path program = platform::programFolder();
   for (const fs::path& place : {program / name, program / "../share/orvex" / name, program / "../../web" / name}) {
     if (const auto found = contentOf(place)) return *found;
   }
@@ -115,29 +111,20 @@ std::string pricesOf(const PriceFile& file) {
 
 /// Where the page goes if that is not told: never over a file that is no such page.
 fs::path pageBeside(const std::string& file) {
-  const fs::path stem = file == "-" ? "chart" : fs::path(file).stem();
+  const fs::path stem = file == "-" ? "chart" : platform::pathOf(file).stem();
   fs::path path = stem;
   path += ".html";
   const auto old = contentOf(path);
   if (old && old->find(R"(id="orvex-chart")") == std::string::npos) {
-    throw UsageError(fmt::format("{} is there, and is no chart: name another file with -o.", path.string()));
+    throw UsageError(fmt::format("{} is there, and is no chart: name another file with -o.", platform::textOf(path)));
   }
   return path;
 }
 
 void showInBrowser(const fs::path& page) {
-#ifdef __APPLE__
-  std::string program = "open";
-#else
-  std::string program = "xdg-open";
-#endif
-  std::string path = fs::absolute(page).string();
-  char* words[] = {program.data(), path.data(), nullptr};
-  pid_t child = 0;
-  int status = 0;
-  if (posix_spawnp(&child, program.c_str(), nullptr, nullptr, words, environ) != 0 ||
-      waitpid(child, &status, 0) != child || status != 0) {
-    complain(fmt::format("no browser could be opened; open {} by hand.", path));
+  const fs::path path = fs::absolute(page);
+  if (!platform::showInBrowser(path)) {
+    complain(fmt::format("no browser could be opened; open {} by hand.", platform::textOf(path)));
   }
 }
 
@@ -154,19 +141,19 @@ std::string chart(const ChartOptions& options) {
   const std::string studio = findStudio();
   PriceFile file = readPriceFile(path, options.reading);
   std::for_each(file.remarks.begin(), file.remarks.end(), complain);
-  ChartData data{path == "-" ? "prices.csv" : fs::path(path).filename().string(), pricesOf(file), {}};
+  ChartData data{path == "-" ? "prices.csv" : platform::textOf(platform::pathOf(path).filename()), pricesOf(file), {}};
   const std::size_t own = file.columns.size();
   for (const auto& words : parts) data.studies.push_back(makeStudy(words, file, own));
   std::string page = chartPage(studio, data);
   if (options.output == "-") return page;
 
-  const fs::path target = options.output ? fs::path(*options.output) : pageBeside(path);
+  const fs::path target = options.output ? platform::pathOf(*options.output) : pageBeside(path);
   std::ofstream out(target, std::ios::binary);
   out.write(page.data(), static_cast<std::streamsize>(page.size()));
   out.close();
-  if (!out) throw Failure(faults::FileAccess, fmt::format("{} could not be written.", target.string()));
+  if (!out) throw Failure(faults::FileAccess, fmt::format("{} could not be written.", platform::textOf(target)));
   if (options.open) showInBrowser(target);
-  return fmt::format("{}\n", target.string());
+  return fmt::format("{}\n", platform::textOf(target));
 }
 
 }  // namespace orvex::cli

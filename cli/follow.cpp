@@ -1,23 +1,25 @@
 #include "cli/follow.h"
 
 #include <fmt/format.h>
-#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cmath>
 #include <csignal>
 #include <limits>
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 #include "cli/binding.h"
 #include "cli/failure.h"
 #include "cli/input_file.h"
 #include "cli/names.h"
+#include "cli/platform.h"
 #include "cli/values.h"
 #include "orvex/data/text.h"
 #include "orvex/live/live_series.h"
@@ -36,16 +38,6 @@ volatile std::sig_atomic_t interrupted = 0;
 
 void interrupt(int) {
   interrupted = 1;
-}
-
-/// An interrupt ends the wait for more, and a closed pipe is an error of the write.
-void takeSignals() {
-  struct sigaction action {};
-  action.sa_handler = &interrupt;
-  sigaction(SIGINT, &action, nullptr);
-  sigaction(SIGTERM, &action, nullptr);
-  action.sa_handler = SIG_IGN;
-  sigaction(SIGPIPE, &action, nullptr);
 }
 
 /// Lines as they come. A file is waited for at its end; the standard input ends.
@@ -91,7 +83,7 @@ class GrowingLines {
 
   bool read() {
     constexpr std::size_t piece = 65536;
-    constexpr int wait = 5;  // milliseconds between two looks at a file
+    constexpr std::chrono::milliseconds wait(5);  // between two looks at a file
     while (interrupted == 0) {
       const std::size_t size = text_.size();
       text_.resize(size + piece);
@@ -100,7 +92,10 @@ class GrowingLines {
       if (got > 0) return true;
       if (got < 0 && errno != EINTR) raise(faults::DeviceError);
       if (got == 0 && !grows_) return false;
-      if (got == 0) poll(nullptr, 0, wait);
+      if (got != 0) continue;
+      std::this_thread::sleep_for(wait);
+      // To the C library of Windows an end that it has met is final, until the position is set.
+      lseek(input_.number(), 0, SEEK_CUR);
     }
     return false;
   }
@@ -442,7 +437,7 @@ class Following {
 }  // namespace
 
 void follow(const FollowOptions& options, Sink& sink) {
-  takeSignals();
+  platform::onInterrupt(&interrupt);
   try {
     Following(options, sink).run();
   } catch (const WriteError&) {

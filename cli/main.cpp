@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -11,10 +10,12 @@
 #include "cli/binding.h"
 #include "cli/catalogue_pages.h"
 #include "cli/chart.h"
+#include "cli/complete.h"
 #include "cli/failure.h"
 #include "cli/follow.h"
 #include "cli/names.h"
 #include "cli/output.h"
+#include "cli/platform.h"
 #include "cli/reference.h"
 #include "cli/run.h"
 #include "cli/sink.h"
@@ -36,6 +37,8 @@ class Program {
   Program() {
     app_.set_version_flag("--version", "orvex " ORVEX_VERSION);
     app_.require_subcommand(1);
+    // A word that begins with "/" is a file on each system.
+    app_.allow_windows_style_options(false);
     app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
     addList();
     addDescribe();
@@ -55,23 +58,29 @@ class Program {
         ->option_text(" ");
   }
 
-  int main(int argc, char** argv) {
+  int main(const std::vector<std::string>& words) {
+    // Asked by shells, of words that are not whole yet: no option among them is meant.
+    if (!words.empty() && words.front() == "complete") {
+      command_ = [&](Sink& sink) {
+        for (const std::string& word : complete(commands(), {words.begin() + 1, words.end()})) sink.print(word + '\n');
+      };
+      return runCommand();
+    }
     try {
-      parse(argc, argv);
+      parse(words);
     } catch (const CLI::Success& asked) {
       std::ostringstream text;
       app_.exit(asked, text);
       command_ = [&text](Sink& sink) { sink.print(text.str()); };
       return runCommand();
     } catch (const CLI::ParseError& error) {
-      return refuse(explain(error), asksForJson(argc, argv));
+      return refuse(explain(error), asksForJson(words));
     }
     return runCommand();
   }
 
  private:
-  void parse(int argc, char** argv) {
-    std::vector<std::string> words(argv + 1, argv + argc);
+  void parse(std::vector<std::string> words) {
     // What ends the options elsewhere stands between two calls there.
     if (!words.empty() && (words.front() == "follow" || words.front() == "chart"))
       std::replace(words.begin(), words.end(), "--"s, std::string(NextCall));
@@ -285,6 +294,28 @@ class Program {
     return choices;
   }
 
+  /// The commands with their options, of which the texts tell what may stand behind them.
+  std::vector<CommandOptions> commands() {
+    std::vector<CommandOptions> all;
+    for (const CLI::App* command : app_.get_subcommands({})) {
+      CommandOptions& added = all.emplace_back(CommandOptions{command->get_name(), {}});
+      for (const CLI::Option* option : command->get_options()) {
+        if (option->get_positional()) continue;
+        CommandOptions::Option& one = added.options.emplace_back();
+        one.name = option->get_name();
+        one.isFlag = option->get_items_expected_max() == 0;
+        std::istringstream parts(option->get_option_text());
+        for (std::string part; std::getline(parts, part, '|');) {
+          if (part == "PAGE") one.values.emplace_back(AnyFile);
+          if (std::none_of(part.begin(), part.end(), [](char c) { return c >= 'A' && c <= 'Z'; })) {
+            one.values.push_back(part);
+          }
+        }
+      }
+    }
+    return all;
+  }
+
   void addPageFormat(const std::string& command) {
     app_.get_subcommand(command)
         ->add_option("--format", format_, "How to print: text or json.")
@@ -301,7 +332,7 @@ class Program {
   }
 
   Format outputFormat() const {
-    if (format_.empty()) return isatty(STDOUT_FILENO) != 0 ? Format::Table : Format::Csv;
+    if (format_.empty()) return platform::printsToTerminal() ? Format::Table : Format::Csv;
     return format_ == "json" ? Format::Json : format_ == "csv" ? Format::Csv : Format::Table;
   }
 
@@ -326,10 +357,9 @@ class Program {
     return fmt::format("there is no command \"{}\".{}{}", word, didYouMean(word, names), help);
   }
 
-  static bool asksForJson(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i) {
-      const std::string_view word = argv[i];
-      if (word == "--format=json" || (word == "json" && std::string_view(argv[i - 1]) == "--format")) return true;
+  static bool asksForJson(const std::vector<std::string>& words) {
+    for (std::size_t i = 0; i < words.size(); ++i) {
+      if (words[i] == "--format=json" || (i > 0 && words[i] == "json" && words[i - 1] == "--format")) return true;
     }
     return false;
   }
@@ -374,5 +404,5 @@ class Program {
 }  // namespace orvex::cli
 
 int main(int argc, char** argv) {
-  return orvex::cli::Program().main(argc, argv);
+  return orvex::cli::Program().main(orvex::cli::platform::start(argc, argv));
 }

@@ -14,6 +14,7 @@
 #include "cli/facts.h"
 #include "cli/failure.h"
 #include "cli/names.h"
+#include "cli/platform.h"
 #include "cli/price_file.h"
 #include "cli/values.h"
 #include "orvex/catalogue/call_on_values.h"
@@ -57,7 +58,7 @@ class Stopwatch {
 /// 0 where it cannot be told, as of a pipe.
 std::uintmax_t sizeOf(const std::string& path) {
   std::error_code none;
-  const std::uintmax_t size = std::filesystem::file_size(path, none);
+  const std::uintmax_t size = std::filesystem::file_size(platform::pathOf(path), none);
   return none ? 0 : size;
 }
 

@@ -45,3 +45,16 @@ function(orvex_target name)
     endif()
   endif()
 endfunction()
+
+# orvex_headers(TARGET LIBRARY...): libraries that are headers alone, for another system: this one's serve, but what lies
+# beside them in their folder does not.
+function(orvex_headers target)
+  set(include "${CMAKE_CURRENT_BINARY_DIR}/include")
+  file(MAKE_DIRECTORY "${include}")
+  foreach(library ${ARGN})
+    find_path(${library}_headers ${library} PATHS /usr/include REQUIRED NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+    file(CREATE_LINK "${${library}_headers}/${library}" "${include}/${library}" SYMBOLIC)
+  endforeach()
+  target_include_directories(${target} SYSTEM PRIVATE "${include}")
+  target_compile_definitions(${target} PRIVATE FMT_HEADER_ONLY)
+endfunction()

@@ -18,6 +18,7 @@
 #include "orvex/averages/moving_average.h"
 #include "orvex/bands/bands.h"
 #include "orvex/catalogue/description.h"
+#include "tests/cli/program.h"
 #include "tests/support/series.h"
 
 namespace orvex::test {
@@ -69,7 +70,7 @@ class CommandLine : public testing::Test {
   /// Runs the program in the folder of the files, one of which may be its standard input.
   Ended orvex(const std::string& arguments, const std::string& input = "/dev/null") const {
     const std::string command =
-        "cd '" + folder_.string() + "' && '" ORVEX_PROGRAM "' " + arguments + " 2>stderr <" + input;
+        "cd '" + folder_.string() + "' && '" + command_line::program() + "' " + arguments + " 2>stderr <" + input;
     std::FILE* pipe = popen(command.c_str(), "r");
     Ended ended{};
     for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe)) ended.out += static_cast<char>(c);
@@ -354,7 +355,6 @@ TEST_F(CommandLine, ReadsFilesHoweverTheyCome) {
   } cases[] = {
       {"plain.txt", "/dev/null", whole, ""},
       {"-", "plain.txt", whole, ""},
-      {"/dev/stdin", "plain.txt", whole, ""},
       {"plain.txt.gz", "/dev/null", whole, ""},
       {"-", "plain.txt.gz", whole, ""},
       {"two.gz --tail 2 --order keep", "/dev/null", "Date,x\n2020-01-02,\n2020-01-03,4\n", ""},
@@ -374,6 +374,11 @@ TEST_F(CommandLine, ReadsFilesHoweverTheyCome) {
     EXPECT_NE(ended.err.find(told), std::string::npos) << arguments << '\n' << ended.err;
     EXPECT_EQ(ended.err.empty(), *told == '\0') << arguments << '\n' << ended.err;
   }
+}
+
+TEST_F(CommandLine, ReadsTheDeviceOfItsInput) {
+  EXPECT_EQ(orvex("run " + mean + "Source=Close Periods=1 --last 1 /dev/stdin", "plain.csv").out,
+            orvex("run " + mean + "Source=Close Periods=1 --last 1 plain.csv").out);
 }
 
 TEST_F(CommandLine, AppendedResultIsTheNextSource) {
@@ -465,6 +470,64 @@ TEST_F(CommandLine, EveryMethodIsDescribedAndEveryCalculationRun) {
         EXPECT_EQ(result.contains("value"), method->result != catalogue::Type::Note);
       }
     }
+  }
+}
+
+TEST_F(CommandLine, OffersWhatMayStandNext) {
+  write("named.csv", "Date,Close,Adj Close\n2020-01-01,1,2\n2020-01-02,1,2\n");
+  const struct {
+    const char* words;
+    const char* offered;
+  } cases[] = {
+      {"re", "reference\n"},
+      {"run bolling", "BollingerBands\n"},
+      {"run movingaverage.s", "MovingAverage.SimpleMovingAverage\n"},
+      {"describe candles", "CandleStick\nCandleStick.\n"},
+      {"run MACD named.csv s", "Source=\nShortCycle=\nSignalPeriods=\n"},
+      {"run MACD source=Close named.csv s", "ShortCycle=\nSignalPeriods=\n"},
+      {"run BollingerBands named.csv ma_type=v", "MA_Type=Variable\nMA_Type=VIDYA\n"},
+      {"run MACD named.csv Source=", "Source=Close\nSource=Adj Close\n"},
+      {"run MACD none.csv Source=", ""},
+      {"run MACD named.csv --fo", "--format\n"},
+      {"run MACD named.csv --format ''", "table\ncsv\njson\n"},
+      {"chart named.csv mac", "MACD\n"},
+      {"chart named.csv MACD -- BollingerBands named.csv MA_Type=exp", "MA_Type=Exponential\n"},
+      {"follow HHV -- LLV p", "Periods=\n:file\n"},
+      {"reference ''", ":file\n"},
+      {"nonsense ''", ""},
+  };
+  for (const auto& [words, offered] : cases) {
+    const Ended ended = orvex(std::string("complete ") + words);
+    EXPECT_EQ(ended.status, 0) << words;
+    EXPECT_EQ(ended.out, offered) << words;
+  }
+  // Every method can be written to its end, and every command.
+  const std::string all = orvex("complete run ''").out;
+  for (const catalogue::Class* owner : catalogue::classes()) {
+    for (const catalogue::Method* method : owner->methods) {
+      if (!catalogue::isCalculation(*owner, *method)) continue;
+      const std::string name = (owner->qualified ? std::string(owner->name) + '.' : "") + std::string(method->name);
+      EXPECT_NE(('\n' + all).find('\n' + name + '\n'), std::string::npos) << name;
+    }
+  }
+}
+
+TEST_F(CommandLine, CompletesInBash) {
+  write("named prices.csv", "Date,Close,Adj Close\n2020-01-01,1,2\n2020-01-02,1,2\n");
+  const struct {
+    const char* words;  // as bash has taken them apart
+    const char* reply;
+  } cases[] = {
+      {"run MACD named", "named\\ prices.csv\n"},
+      {"run MACD 'named\\ prices.csv' Source = A", "Adj\\ Close\n"},
+      {"run BollingerBands MA_Type =", "Simple\nExponential\nTimeSeries\nVariable\nTriangular\nWeighted\nVIDYA\n"},
+  };
+  for (const auto& [words, reply] : cases) {
+    write("complete.sh", std::string("source '" ORVEX_SOURCE "/cli/orvex.bash'\nCOMP_WORDS=('") +
+                             command_line::program() + "' " + words +
+                             ")\nCOMP_CWORD=$((${#COMP_WORDS[@]} - 1))\n_orvex\nprintf '%s\\n' \"${COMPREPLY[@]}\"\n");
+    ASSERT_EQ(std::system(("cd '" + folder_.string() + "' && bash complete.sh >reply").c_str()), 0);
+    EXPECT_EQ(contentsOf(folder_ / "reply"), reply) << words;
   }
 }
 

@@ -15,6 +15,8 @@
 #include <thread>
 #include <vector>
 
+#include "tests/cli/program.h"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -30,7 +32,7 @@ struct Ended {
 class Follower {
  public:
   explicit Follower(std::vector<std::string> words) {
-    words.insert(words.begin(), {ORVEX_PROGRAM, "follow"});
+    words.insert(words.begin(), {command_line::program(), "follow"});
     std::vector<char*> arguments;
     for (std::string& word : words) arguments.push_back(word.data());
     arguments.push_back(nullptr);
@@ -40,7 +42,7 @@ class Follower {
       dup2(in_[0], 0);
       dup2(out_[1], 1);
       dup2(err_[1], 2);
-      execv(ORVEX_PROGRAM, arguments.data());
+      execv(arguments.front(), arguments.data());
       _exit(127);
     }
     close(in_[0]);
