@@ -19,6 +19,8 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
     python_packages=(python3-dev python3-venv)
     bare_packages=(debootstrap git ca-certificates)
     web_packages=(emscripten node-acorn python3-venv)
+    debian_packages=(debhelper dpkg-dev lintian git)
+    installer_packages=(nsis libz-mingw-w64-dev zip git)
     web_test_packages=(chromium fonts-dejavu-core)
 }
 
@@ -80,7 +82,18 @@ need_packages() {
 
 # Compiled objects are kept outside the checkout, for all checkouts of this project together.
 use_compiler_cache() {
-    export CCACHE_DIR=$cache/ccache CCACHE_MAXSIZE=2G CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+    export CCACHE_DIR=$cache/ccache CCACHE_MAXSIZE=${CCACHE_MAXSIZE:-2G} CCACHE_BASEDIR=$root CCACHE_NOHASHDIR=1
+}
+
+# The version, which stands in one place.
+project_version() {
+    sed -n 's/^project(Orvex VERSION \([0-9.]*\).*/\1/p' "$root/CMakeLists.txt"
+}
+
+# The time that everything packed has: that of the commit, so that the same commit gives the same bytes.
+use_fixed_date() {
+    SOURCE_DATE_EPOCH=$(git -C "$root" log -1 --format=%ct)
+    export SOURCE_DATE_EPOCH
 }
 
 # make_environment FOLDER REQUIREMENTS: an environment of Python with just these packages, from the machine's package index;
