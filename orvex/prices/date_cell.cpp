@@ -379,6 +379,13 @@ bool PlainDates::readYearLast(std::string_view text, DateCell& date) {
   const auto time = plainTime(text.substr(at + 5));
   if (century < 0 || years < 0 || !time) return false;
   const int year = century * 100 + years;
+  if (monthFirst_) {
+    const auto day = dayOf(year, *monthFirst_ ? first : second, *monthFirst_ ? second : first);
+    if (!day) return false;
+    date.time = *day + *time;
+    date.monthFirst = date.time;
+    return true;
+  }
   const auto dayFirst = dayOf(year, second, first);
   if (shape_ == DateShape::DayFirst) {
     date.time = dayFirst.value_or(0) + *time;

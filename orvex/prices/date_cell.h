@@ -50,6 +50,9 @@ class PlainDates {
   /// False, and `date` of no use, for any other date, which `readDateCell` may know.
   bool read(std::string_view text, DateCell& date);
 
+  /// Of `DayOrMonth`, once other dates have told it: dates are read that way alone and have one time.
+  void settle(bool monthFirst) { monthFirst_ = monthFirst; }
+
  private:
   bool readYearFirst(std::string_view text, DateCell& date);
   bool readYearLast(std::string_view text, DateCell& date);
@@ -58,6 +61,7 @@ class PlainDates {
   std::optional<Time> dayOf(int year, int month, int day);
 
   DateShape shape_;
+  std::optional<bool> monthFirst_;
   // The year that was asked for last.
   int year_ = 0;
   std::array<Time, 13> months_{};  // when each month begins, and the next year

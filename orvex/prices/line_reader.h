@@ -48,6 +48,9 @@ class LineReader {
   std::string_view dateText() const noexcept { return dateText_; }
   const LineProblem& problem() const noexcept { return problem_; }
 
+  /// Other dates have told which number of a date is the month.
+  void settleDates(bool monthFirst) { plainDates_.settle(monthFirst); }
+
   /// A further column that had a text is not read for numbers any more.
   void keepTexts(std::size_t column) { numeric_[column] = false; }
 

@@ -153,8 +153,10 @@ class Collection {
     table_.times.push_back(date.time);
     if (date.shape != DateShape::DayOrMonth) return;
     monthFirst_.push_back(date.monthFirst.value_or(date.time));
+    if (date.monthFirst && date.dayFirstHolds) return;
     if (!date.monthFirst && dayFirstLine_ == 0) dayFirstLine_ = number;
     if (!date.dayFirstHolds && monthFirstLine_ == 0) monthFirstLine_ = number;
+    reader_.settleDates(monthFirstLine_ != 0);
     if (dayFirstLine_ != 0 && monthFirstLine_ != 0) {
       throw ReadError(mismatch,
                       "The date has the " + std::string(number == dayFirstLine_ ? "day" : "month") +
