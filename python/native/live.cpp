@@ -3,12 +3,14 @@
 #include "native/numpy.h"
 
 #include <nanobind/stl/string.h>
+#include <nanobind/stl/string_view.h>
 
 #include <limits>
 #include <memory>
 #include <new>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -30,8 +32,9 @@ struct Kept {
   const Function* function;
 };
 
-/// The columns of a mapping that are prices, all of which are arrays of doubles in one piece.
-PriceRows rowsOf(nb::dict columns) {
+/// Hands over the columns of a mapping: prices, which are arrays of doubles in one piece, and dates, which are texts.
+template <class Use>
+void withRows(nb::dict columns, Use&& use) {
   PriceRows rows;
   Rows<double> PriceRows::*const places[] = {&PriceRows::open, &PriceRows::high, &PriceRows::low, &PriceRows::close,
                                              &PriceRows::volume};
@@ -41,7 +44,17 @@ PriceRows rowsOf(nb::dict columns) {
     if (!readColumn(nb::object(columns[PriceNames[i]]).ptr(), column)) throw nb::type_error("not a plain column");
     (rows.*places[i]).values = column;
   }
-  return rows;
+  std::vector<std::string_view> dates;
+  if (columns.contains("date")) {
+    for (const nb::handle text : nb::cast<nb::list>(nb::object(columns["date"]))) {
+      Py_ssize_t size = 0;
+      const char* const characters = PyUnicode_AsUTF8AndSize(text.ptr(), &size);
+      if (characters == nullptr) throw nb::python_error();
+      dates.emplace_back(characters, static_cast<std::size_t>(size));
+    }
+  }
+  rows.dates.values = dates;
+  use(rows);
 }
 
 LiveValue valueOf(nb::handle object) {
@@ -117,19 +130,24 @@ void addLive(nb::module_& module) {
                if (columns.size() == 0) {
                  new (series) LiveSeries(NotComputed);
                } else {
-                 new (series) LiveSeries(rowsOf(columns), NotComputed);
+                 withRows(columns, [&](const PriceRows& rows) { new (series) LiveSeries(rows, NotComputed); });
                }
              });
            })
       .def_prop_ro("count", &LiveSeries::count)
       .def("keep", &keep)
-      .def("append_rows", [](LiveSeries& series, nb::dict columns) { change([&] { series.append(rowsOf(columns)); }); })
-      .def("append",
-           [](LiveSeries& series, double open, double high, double low, double close, double volume) {
-             change([&] { series.append(PriceRecord{open, high, low, close, volume}); });
+      .def("append_rows",
+           [](LiveSeries& series, nb::dict columns) {
+             change([&] { withRows(columns, [&](const PriceRows& rows) { series.append(rows); }); });
            })
-      .def("revise", [](LiveSeries& series, double open, double high, double low, double close, double volume) {
-        change([&] { series.revise(PriceRecord{open, high, low, close, volume}); });
+      .def("append",
+           [](LiveSeries& series, double open, double high, double low, double close, double volume,
+              std::string_view date) {
+             change([&] { series.append(PriceRecord{open, high, low, close, volume, date}); });
+           })
+      .def("revise", [](LiveSeries& series, double open, double high, double low, double close, double volume,
+                        std::string_view date) {
+        change([&] { series.revise(PriceRecord{open, high, low, close, volume, date}); });
       });
 }
 

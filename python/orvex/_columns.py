@@ -93,7 +93,7 @@ def session_of(frame: Any) -> Any:
         spelling = find_name(frame, name)
         if spelling is not None:
             return column_of(frame, spelling)
-    if is_a(frame, "pandas", "DataFrame") and frame.index.dtype.kind == "M":
+    if _has_dated_rows(frame):
         return frame.index
     raise ValueError("the frame has neither dates nor a column 'Session'; session= takes a column of either")
 
@@ -123,8 +123,8 @@ def _from_numpy(values: npt.NDArray[Any], name: str) -> Array:
     raise TypeError(f"{name} holds {values.dtype}, which are no numbers")
 
 
-def _days(column: Any) -> Array | None:
-    """Return the number of each date's day, or None for a column of no dates."""
+def _times(column: Any) -> npt.NDArray[np.datetime64] | None:
+    """Return a column of dates as NumPy has them, in their own clock, or None for a column of others."""
     if is_a(column, "pandas", "Series", "Index") and column.dtype.kind == "M":
         dates = _module("pandas").DatetimeIndex(column)
         column = (dates if dates.tz is None else dates.tz_localize(None)).to_numpy()
@@ -134,9 +134,34 @@ def _days(column: Any) -> Array | None:
         column = column.dt.date().to_numpy()
     elif is_a(column, "pyarrow", "Array", "ChunkedArray") and _module("pyarrow").types.is_temporal(column.type):
         column = column.cast(_module("pyarrow").date32()).to_numpy(zero_copy_only=False)
-    if not isinstance(column, np.ndarray) or column.dtype.kind != "M":
+    return column if isinstance(column, np.ndarray) and column.dtype.kind == "M" else None
+
+
+def _days(column: Any) -> Array | None:
+    """Return the number of each date's day, or None for a column of no dates."""
+    times = _times(column)
+    return None if times is None else np.where(np.isnat(times), np.nan, times.astype("M8[D]").astype(np.float64))
+
+
+def date_text(date: Any) -> str:
+    """Return a date as the library reads it; a text as it is."""
+    return str(date.astype("M8[us]") if isinstance(date, np.datetime64) else date)
+
+
+def dates_of(frame: Any) -> list[str] | None:
+    """Return the dates of a frame as texts: its column Date or the dates of its rows; None where it has neither."""
+    spelling = find_name(frame, "date")
+    if spelling is None and not _has_dated_rows(frame):
         return None
-    return np.where(np.isnat(column), np.nan, column.astype("M8[D]").astype(np.float64))
+    column = frame.index if spelling is None else column_of(frame, spelling)
+    times = _times(column)
+    if times is not None:
+        return [str(text) for text in np.datetime_as_string(times.astype("M8[us]"))]
+    return [date_text(date) for date in column]
+
+
+def _has_dated_rows(frame: Any) -> bool:
+    return is_a(frame, "pandas", "DataFrame") and frame.index.dtype.kind == "M"
 
 
 def to_sessions(column: Any, name: str) -> Array:

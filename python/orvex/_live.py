@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import datetime
 from collections.abc import Callable, Mapping
 from typing import Any, TypedDict, Unpack
 
@@ -16,13 +17,14 @@ PRICES = ("open", "high", "low", "close", "volume")
 
 
 class Record(TypedDict, total=False):
-    """The prices of one record."""
+    """The prices of one record, and its date for what begins anew with each session."""
 
     open: float
     high: float
     low: float
     close: float
     volume: float
+    date: str | datetime.date | np.datetime64
 
 
 class Kept:
@@ -102,7 +104,7 @@ class Live:
     prices
         What there is already: a frame or a mapping with columns ``open``, ``high``, ``low``, ``close`` and
         ``volume``, in capitals or not, as far as it has them. What it does not have the series never has. Without it
-        the series is empty.
+        the series is empty. A column ``date``, or the dates of the rows, tell where sessions begin.
 
     Examples
     --------
@@ -120,7 +122,7 @@ class Live:
     __module__ = "orvex"
 
     def __init__(self, prices: Any = None) -> None:
-        self._series = _native.LiveSeries({} if prices is None else _price_arrays(prices))
+        self._series = _native.LiveSeries({} if prices is None else _price_columns(prices))
 
     def __len__(self) -> int:
         """Tell how many records there are."""
@@ -129,20 +131,21 @@ class Live:
     def append(self, prices: Any = None, /, **record: Unpack[Record]) -> None:
         """Add a record, ``append(close=10.5, volume=100)``, or all records of a frame.
 
-        Prices that are left out of a record are those of ``close``, and its volume is 0.
+        Prices that are left out of a record are those of ``close``, and its volume is 0. A ``date`` beside them is for
+        what begins anew with each session, such as ``standard.vwap``.
         """
         if prices is None:
-            self._series.append(*_numbers(record))
+            self._series.append(*_values(record))
         elif record:
             raise TypeError("append() takes a frame, or the prices of one record")
         else:
-            self._series.append_rows(_price_arrays(prices))
+            self._series.append_rows(_price_columns(prices))
 
     def revise(self, **record: Unpack[Record]) -> None:
         """Put another record in the place of the last one."""
         if len(self) == 0:
             raise IndexError("there is no record to revise")
-        self._series.revise(*_numbers(record))
+        self._series.revise(*_values(record))
 
     def keep(self, function: Callable[..., Any], /, **arguments: Any) -> Kept:
         """Keep a call of one of the functions of this package, and compute it at once.
@@ -183,10 +186,10 @@ def _arguments(name: str, description: Mapping[str, Any], given: Mapping[str, An
     return bound
 
 
-def _numbers(record: Record) -> tuple[float, float, float, float, float]:
-    unknown = [name for name in record if name not in PRICES]
+def _values(record: Record) -> tuple[float, float, float, float, float, str]:
+    unknown = [name for name in record if name not in (*PRICES, "date")]
     if unknown:
-        raise TypeError(f"a record has no {unknown[0]!r}; it has {', '.join(PRICES)}")
+        raise TypeError(f"a record has no {unknown[0]!r}; it has {', '.join(PRICES)} and date")
     if "close" not in record:
         raise TypeError("a record needs its close")
     close = float(record["close"])
@@ -196,20 +199,24 @@ def _numbers(record: Record) -> tuple[float, float, float, float, float]:
         float(record.get("low", close)),
         close,
         float(record.get("volume", 0.0)),
+        _columns.date_text(record.get("date", "")),
     )
 
 
-def _price_arrays(prices: Any) -> dict[str, npt.NDArray[np.float64]]:
+def _price_columns(prices: Any) -> dict[str, npt.NDArray[np.float64] | list[str]]:
     if not _columns.is_frame(prices):
         raise TypeError(f"prices must be a frame or a mapping of columns, not {type(prices).__name__}")
-    arrays = {}
+    columns: dict[str, npt.NDArray[np.float64] | list[str]] = {}
     for name in PRICES:
         spelling = _columns.find_name(prices, name)
         if spelling is not None:
             array = _columns.to_array(_columns.column_of(prices, spelling), name)
-            arrays[name] = np.ascontiguousarray(array, dtype=np.float64)
-    if not arrays:
+            columns[name] = np.ascontiguousarray(array, dtype=np.float64)
+    if not columns:
         raise ValueError(f"prices have none of the columns {', '.join(PRICES)}")
-    if len({len(array) for array in arrays.values()}) > 1:
+    dates = _columns.dates_of(prices)
+    if dates is not None:
+        columns["date"] = dates
+    if len({len(column) for column in columns.values()}) > 1:
         raise ValueError("the columns of prices differ in length")
-    return arrays
+    return columns

@@ -1,8 +1,11 @@
 """Live series: what is kept is what a call on all prices gives."""
 
+import datetime
 from typing import Any
 
 import numpy as np
+import pandas as pd
+import polars as pl
 import pytest
 
 import orvex as ox
@@ -27,7 +30,7 @@ def part(columns: dict[str, np.ndarray], first: int, last: int) -> dict[str, np.
     return {name: column[first:last] for name, column in columns.items()}
 
 
-def record(columns: dict[str, np.ndarray], row: int) -> dict[str, float]:
+def record(columns: dict[str, np.ndarray], row: int) -> dict[str, Any]:
     return {name: float(column[row]) for name, column in columns.items()}
 
 
@@ -108,6 +111,25 @@ def test_an_error_is_attached_until_a_revision_mends_it() -> None:
     live.revise(close=float("nan"))
     assert kept.error is not None
     assert len(live) == 4
+
+
+def test_sessions_begin_where_the_dates_of_records_and_frames_say() -> None:
+    days = ["2020-01-30", "2020-01-30", "2020-01-31", "2020-01-31"]
+    close = [1.0, 2.0, 4.0, 8.0]
+    columns = {"high": close, "low": close, "close": close, "volume": [1.0] * 4}
+    times = pd.to_datetime(days) + pd.to_timedelta([9, 23, 0, 1], unit="h")
+    for begun in (
+        ox.Live({**columns, "date": days}),
+        ox.Live(pd.DataFrame(columns, index=times.tz_localize("America/New_York"))),
+        ox.Live(pl.DataFrame({"Date": times.to_numpy(), **columns})),
+    ):
+        kept = begun.keep(ox.standard.vwap)
+        begun.append(close=16.0, volume=1.0, date=datetime.date(2020, 2, 3))
+        begun.append(close=32.0, volume=1.0, date=np.datetime64("2020-02-03T10:00", "ns"))
+        begun.append(close=64.0, volume=1.0)
+        assert len(kept) == 6
+        begun.revise(close=64.0, volume=1.0, date="2020-02-04")
+        np.testing.assert_array_equal(kept.values, [1.0, 1.5, 4.0, 6.0, 16.0, 24.0, 64.0])
 
 
 @pytest.mark.parametrize(
