@@ -185,8 +185,8 @@ Value ownValueOf(const orvex_series& series, const Calculation& called, const Ar
     if (argument.usual.given) return columnNamed(series, argument, argument.usual.text);
   }
   if (argument.usual.given) return Missing{};
-  constexpr Fault notOptional{449, faults::Library, "Argument not optional"};
-  throw Refusal{notOptional, std::string(called.method->name) + " needs the argument " + std::string(argument.name)};
+  throw Refusal{orvex::catalogue::ArgumentNotOptional,
+                std::string(called.method->name) + " needs the argument " + std::string(argument.name)};
 }
 
 void take(orvex_result& result, const orvex::catalogue::ValuedCall& made) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "orvex/catalogue/usual.h"
 #include "orvex/data/text.h"
 
 namespace orvex::inline ORVEX_COUNTS::catalogue {
@@ -84,7 +85,6 @@ std::string_view nameOf(Style style) {
 }
 
 void convertArguments(const Method& method, std::span<Value> values) {
-  constexpr Fault notOptional{449, faults::Library, "Argument not optional"};
   for (std::size_t i = 0; i < values.size(); ++i) {
     const Argument& argument = method.arguments[i];
     if (!std::holds_alternative<Missing>(values[i])) {
@@ -92,7 +92,7 @@ void convertArguments(const Method& method, std::span<Value> values) {
     } else if (argument.optional) {
       values[i] = defaultOf(argument);
     } else {
-      raise(notOptional);
+      raise(ArgumentNotOptional);
     }
   }
 }

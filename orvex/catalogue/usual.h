@@ -11,6 +11,9 @@
 /// argument that is not optional stays one that must be given.
 namespace orvex::inline ORVEX_COUNTS::catalogue {
 
+/// Of an argument that was left out where nothing else stands for it.
+inline constexpr Fault ArgumentNotOptional{449, faults::Library, "Argument not optional"};
+
 /// The usual value of an argument on a series of `count` records: of its type, the column's name where it is a field,
 /// the default where it is optional. `Missing` where there is none.
 Value usualOf(const Argument& argument, int count);

@@ -540,7 +540,6 @@ std::shared_ptr<Field> LiveSeries::sessionsOf(prices::SessionLength length) {
 }
 
 std::shared_ptr<const LiveResult> LiveSeries::keep(Found found, const std::vector<const LiveValue*>& arguments) {
-  constexpr Fault notOptional{449, faults::Library, "Argument not optional"};
   if (found.method == nullptr || !catalogue::isCalculation(*found.owner, *found.method) ||
       found.method->result != Type::RecordSet) {
     raise(faults::InvalidCall);
@@ -574,7 +573,7 @@ std::shared_ptr<const LiveResult> LiveSeries::keep(Found found, const std::vecto
       raise(faults::TypeMismatch);
     } else if (!followsCount(argument)) {
       given[i] = argument.optional ? catalogue::defaultOf(argument) : catalogue::usualOf(argument, 0);
-      if (std::holds_alternative<catalogue::Missing>(given[i])) raise(notOptional);
+      if (std::holds_alternative<catalogue::Missing>(given[i])) raise(catalogue::ArgumentNotOptional);
     }
   }
   kept_.reserve(kept_.size() + 1);
