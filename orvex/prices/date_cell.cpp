@@ -297,9 +297,8 @@ int twoDigits(std::string_view text, std::size_t at) {
   return tens < 0 || ones < 0 ? -1 : tens * 10 + ones;
 }
 
-/// What stands behind a date: nothing, 09:30 or 09:30:00. Nothing for anything else.
-std::optional<Time> plainTime(std::string_view text) {
-  if (text.empty()) return 0;
+/// The time in 09:30 or 09:30:00, with the blank or the T before it. Nothing for anything else.
+std::optional<Time> plainClock(std::string_view text) {
   const bool seconds = text.size() == 9;
   if (text.size() != 6 && !seconds) return {};
   if ((text[0] != ' ' && text[0] != 'T') || text[3] != ':' || (seconds && text[6] != ':')) return {};
@@ -308,6 +307,11 @@ std::optional<Time> plainTime(std::string_view text) {
   const int second = seconds ? twoDigits(text, 7) : 0;
   if (std::min({hour, minute, second}) < 0 || hour > 23 || minute > 59 || second > 59) return {};
   return hour * hourLength + minute * minuteLength + second * secondLength;
+}
+
+/// The time of the day that a plain date has behind it, which is mostly none.
+std::optional<Time> plainTime(std::string_view text) {
+  return text.empty() ? std::optional<Time>(0) : plainClock(text);
 }
 
 }  // namespace
@@ -324,6 +328,20 @@ std::optional<DateCell> readDateCell(std::string_view cell) {
   const int month = cursor.number(1, 2);
   if (between == '\0' || month < 0 || !cursor.take(between)) return {};
   return finish(DateShape::YearFirst, dayTime(year, month, cursor.number(1, 2)), cursor);
+}
+
+void PlainDates::turnTo(int year) {
+  for (std::size_t i = 0; i < 12; ++i) months_[i] = *dayTime(year, static_cast<int>(i) + 1, 1);
+  months_[12] = *dayTime(year + 1, 1, 1);
+  year_ = year;
+}
+
+std::optional<Time> PlainDates::dayOf(int year, int month, int day) {
+  if (year < 1 || month < 1 || month > 12 || day < 1) return {};
+  if (year != year_) turnTo(year);
+  const auto index = static_cast<std::size_t>(month - 1);
+  const Time time = months_[index] + (day - 1) * dayLength;
+  return time < months_[index + 1] ? std::optional(time) : std::nullopt;
 }
 
 bool PlainDates::read(std::string_view text, DateCell& date) {
@@ -407,18 +425,6 @@ bool PlainDates::readCompact(std::string_view text, DateCell& date) {
   const auto day = dayOf(century * 100 + years, twoDigits(text, 4), twoDigits(text, 6));
   if (day) date.time = *day;
   return day.has_value();
-}
-
-std::optional<Time> PlainDates::dayOf(int year, int month, int day) {
-  if (year < 1 || month < 1 || month > 12 || day < 1) return {};
-  if (year != year_) {
-    for (std::size_t i = 0; i < 12; ++i) months_[i] = *dayTime(year, static_cast<int>(i) + 1, 1);
-    months_[12] = *dayTime(year + 1, 1, 1);
-    year_ = year;
-  }
-  const auto index = static_cast<std::size_t>(month - 1);
-  const Time time = months_[index] + (day - 1) * dayLength;
-  return time < months_[index + 1] ? std::optional(time) : std::nullopt;
 }
 
 std::optional<Time> readTimeCell(std::string_view cell) {

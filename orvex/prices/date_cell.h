@@ -59,6 +59,7 @@ class PlainDates {
   bool readCompact(std::string_view text, DateCell& date);
   /// The beginning of a day; nothing where there is no such date.
   std::optional<Time> dayOf(int year, int month, int day);
+  void turnTo(int year);
 
   DateShape shape_;
   std::optional<bool> monthFirst_;

@@ -10,13 +10,14 @@
 
 namespace orvex::inline ORVEX_COUNTS::prices {
 
-/// The number of at most eight digits, the first in the lowest byte and bytes of 0 behind the last.
-inline std::uint64_t joinDigits(std::uint64_t word, std::size_t count) noexcept {
+/// The number of at most eight digits, each the value of a byte, the first in the lowest; bytes of 0 are behind the
+/// last.
+inline std::uint64_t joinDigits(std::uint64_t digits, std::size_t count) noexcept {
   // To the end, behind bytes of 0, and joined to pairs, fours and eights.
-  word = (word & 0x0F0F0F0F0F0F0F0F) << (64 - 8 * count);
-  word = (word & 0x00FF00FF00FF00FF) * 10 + ((word >> 8) & 0x00FF00FF00FF00FF);
-  word = (word & 0x0000FFFF0000FFFF) * 100 + ((word >> 16) & 0x0000FFFF0000FFFF);
-  return (word & 0x00000000FFFFFFFF) * 10'000 + (word >> 32);
+  digits <<= 64 - 8 * count;
+  const std::uint64_t pairs = (digits * 10 + (digits >> 8)) & 0x00FF00FF00FF00FF;
+  const std::uint64_t fours = pairs * 100 + (pairs >> 16);
+  return (fours & 0xFFFF) * 10'000 + (fours >> 32 & 0xFFFF);
 }
 
 /// What a number of digits with at most one decimal sign is before that is taken into account.
@@ -32,25 +33,25 @@ struct PlainNumber {
 inline PlainNumber shortNumber(const char* at, char decimal) noexcept {
   std::uint64_t word = 0;
   std::memcpy(&word, at, sizeof word);
-  // The high half of a digit is 3, and still is with 6 added; a bit marks each byte of which that does not hold.
-  constexpr std::uint64_t highHalves = 0xF0F0F0F0F0F0F0F0;
-  constexpr std::uint64_t threes = 0x3030303030303030;
-  const std::uint64_t raised = (word & 0x7F7F7F7F7F7F7F7F) + 0x0606060606060606;
-  const std::uint64_t differing = ((word & highHalves) ^ threes) | ((raised & highHalves) ^ threes);
-  const std::uint64_t marks = ((differing >> 4) + 0x0F0F0F0F0F0F0F0F) & 0x1010101010101010;
+  // A digit without its high half of 3 is below 10, and with 0x76 added below 0x80; what is not marks its byte.
+  const std::uint64_t values = word ^ 0x3030303030303030;
+  const std::uint64_t marks = (((values & 0x7F7F7F7F7F7F7F7F) + 0x7676767676767676) | values) & 0x8080808080808080;
   const auto byteOf = [](std::uint64_t mark) { return static_cast<std::size_t>(std::countr_zero(mark)) / 8; };
-  const auto below = [](std::size_t bytes) { return (std::uint64_t{1} << 8 * bytes) - 1; };
+  // The bytes before the first that is marked.
+  const auto before = [](std::uint64_t mark) { return (mark ^ (mark - 1)) >> 8; };
   if (marks == 0) return {};
   const std::size_t whole = byteOf(marks);
   if (whole == 0) return {};
+  const std::uint64_t wholeBytes = before(marks);
   if (static_cast<char>(word >> 8 * whole & 0xFF) != decimal) {
-    return {joinDigits(word & below(whole), whole), whole, 0, whole};
+    return {joinDigits(values & wholeBytes, whole), whole, 0, whole};
   }
   const std::uint64_t later = marks & (marks - 1);
   if (later == 0) return {};
   const std::size_t length = byteOf(later);
-  const std::uint64_t digits = (word & below(whole)) | ((word & below(length)) >> 8 & ~below(whole));
-  return {joinDigits(digits, length - 1), length - 1, length - 1 - whole, length};
+  // The digits before the sign take its place, and a 0 the first one's.
+  const std::uint64_t digits = (values & wholeBytes) << 8 | (values & before(later) & ~(wholeBytes << 8 | 0xFF));
+  return {joinDigits(digits, length), length - 1, length - 1 - whole, length};
 }
 
 /// More digits than these a double may not hold exactly.

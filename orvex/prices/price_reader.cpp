@@ -59,6 +59,8 @@ class Collection {
     table_.remarks = layout.remarks;
     table_.storage = storage_;
     for (const ColumnLayout& column : layout.columns) {
+      if (isPrice(column.role)) priceColumns_.push_back(table_.columns.size());
+      if (column.role == Role::Other) otherColumns_.push_back(table_.columns.size());
       table_.columns.push_back({column.name, column.heading, column.role, {}, {}, 0});
     }
     dateColumn_ = layout.find(Role::Date);
@@ -98,14 +100,16 @@ class Collection {
           }
           break;
         case LineReader::Outcome::Record:
-          if (first) reserve(storage_->text.size() / (line.size() + 1) + 1);
+          if (first) reserve(line.size() + 1);
           first = false;
           add(lines.number());
       }
     }
   }
 
-  void reserve(std::size_t records) {
+  /// Room for the records that the whole text has if they are as long as the first one, or shorter by a ninth.
+  void reserve(std::size_t length) {
+    const std::size_t records = storage_->text.size() / length * 9 / 8 + 1;
     for (PriceColumn& column : table_.columns) {
       if (isPrice(column.role)) {
         column.numbers.reserve(records);
@@ -128,20 +132,19 @@ class Collection {
 
   void add(std::size_t number) {
     const auto cells = reader_.cells();
-    for (std::size_t i = 0; i < cells.size(); ++i) {
+    for (const std::size_t i : priceColumns_) {
+      table_.columns[i].numbers.push_back(cells[i].number);
+      anyMissing_ |= cells[i].kind == CellKind::Missing;
+    }
+    for (const std::size_t i : otherColumns_) {
       PriceColumn& column = table_.columns[i];
-      if (isPrice(column.role)) {
-        column.numbers.push_back(cells[i].number);
-        anyMissing_ |= cells[i].kind == CellKind::Missing;
-      } else if (column.role == Role::Other) {
-        if (cells[i].kind == CellKind::Text && !column.isText() && !cells[i].text.empty()) {
-          column.textLine = number;
-          reader_.keepTexts(i);
-          column.numbers = {};
-        }
-        if (!column.isText()) column.numbers.push_back(cells[i].number);
-        column.texts.push_back(kept(cells[i].text));
+      if (cells[i].kind == CellKind::Text && !column.isText() && !cells[i].text.empty()) {
+        column.textLine = number;
+        reader_.keepTexts(i);
+        column.numbers = {};
       }
+      if (!column.isText()) column.numbers.push_back(cells[i].number);
+      column.texts.push_back(kept(cells[i].text));
     }
     if (dateColumn_ != table_.columns.size()) table_.columns[dateColumn_].texts.push_back(kept(reader_.dateText()));
     if (const DateCell* const date = reader_.date()) addDate(*date, number);
@@ -149,14 +152,16 @@ class Collection {
     ++table_.count;
   }
 
+  /// Keeps 1/2/2020 both ways until some date shows whether the day or the month comes first.
   void addDate(const DateCell& date, std::size_t number) {
-    table_.times.push_back(date.time);
+    const Time monthFirst = date.monthFirst.value_or(date.time);
+    table_.times.push_back(monthFirstLine_ != 0 ? monthFirst : date.time);
     if (date.shape != DateShape::DayOrMonth) return;
-    monthFirst_.push_back(date.monthFirst.value_or(date.time));
+    const bool open = monthFirstLine_ == 0 && dayFirstLine_ == 0;
+    if (open) monthFirst_.push_back(monthFirst);
     if (date.monthFirst && date.dayFirstHolds) return;
     if (!date.monthFirst && dayFirstLine_ == 0) dayFirstLine_ = number;
     if (!date.dayFirstHolds && monthFirstLine_ == 0) monthFirstLine_ = number;
-    reader_.settleDates(monthFirstLine_ != 0);
     if (dayFirstLine_ != 0 && monthFirstLine_ != 0) {
       throw ReadError(mismatch,
                       "The date has the " + std::string(number == dayFirstLine_ ? "day" : "month") +
@@ -164,6 +169,10 @@ class Collection {
                           (number == dayFirstLine_ ? "month" : "day") + '.',
                       number, dateColumn_ + 1);
     }
+    if (!open) return;
+    reader_.settleDates(monthFirstLine_ != 0);
+    if (monthFirstLine_ != 0) table_.times.swap(monthFirst_);
+    monthFirst_ = {};
   }
 
   /// The time of the day is a part of the date now.
@@ -267,38 +276,33 @@ class Collection {
     table_.count = count;
   }
 
-  /// Which of 1/2/2020 is the day: what some date shows, or else the one way in which the dates are in order.
+  /// Which of 1/2/2020 is the day where no date has shown it: the one way in which the dates are in order.
   void settleDates() {
     if (monthFirst_.empty()) return;
-    bool month = monthFirstLine_ != 0;
-    if (!month && dayFirstLine_ == 0) {
-      const auto ordered = [](const std::vector<Time>& times) {
-        const auto notAfter = [](Time a, Time b) { return a >= b; };
-        const auto notBefore = [](Time a, Time b) { return a <= b; };
-        return std::adjacent_find(times.begin(), times.end(), notAfter) == times.end() ||
-               std::adjacent_find(times.begin(), times.end(), notBefore) == times.end();
-      };
-      const bool byDay = ordered(table_.times);
-      month = ordered(monthFirst_);
-      if (byDay == month) {
-        datesUnsettled_ = table_.times != monthFirst_;
-        month = true;
-        const bool sameWay =
-            table_.count < 2 || (table_.times[0] < table_.times[1]) == (monthFirst_[0] < monthFirst_[1]);
-        if (!byDay || !sameWay) {
-          throw ReadError(
-              mismatch,
-              "No date tells whether the day or the month comes first in " + shown(reader_.layout().dateSample) +
-                  ", and the records are in order either way or neither. --order keep takes them as they are.",
-              table_.lines.front(), dateColumn_ + 1);
-        }
-      } else {
-        table_.remarks.push_back(std::string("Dates such as ") + shown(reader_.layout().dateSample) +
-                                 " are read with the " + (month ? "month" : "day") +
-                                 " first: only so are they in order.");
+    const auto ordered = [](const std::vector<Time>& times) {
+      const auto notAfter = [](Time a, Time b) { return a >= b; };
+      const auto notBefore = [](Time a, Time b) { return a <= b; };
+      return std::adjacent_find(times.begin(), times.end(), notAfter) == times.end() ||
+             std::adjacent_find(times.begin(), times.end(), notBefore) == times.end();
+    };
+    const bool byDay = ordered(table_.times);
+    const bool byMonth = ordered(monthFirst_);
+    if (byDay == byMonth) {
+      datesUnsettled_ = table_.times != monthFirst_;
+      const bool sameWay = table_.count < 2 || (table_.times[0] < table_.times[1]) == (monthFirst_[0] < monthFirst_[1]);
+      if (!byDay || !sameWay) {
+        throw ReadError(
+            mismatch,
+            "No date tells whether the day or the month comes first in " + shown(reader_.layout().dateSample) +
+                ", and the records are in order either way or neither. --order keep takes them as they are.",
+            table_.lines.front(), dateColumn_ + 1);
       }
+    } else {
+      table_.remarks.push_back(std::string("Dates such as ") + shown(reader_.layout().dateSample) +
+                               " are read with the " + (byMonth ? "month" : "day") +
+                               " first: only so are they in order.");
     }
-    if (month) table_.times.swap(monthFirst_);
+    if (byMonth) table_.times.swap(monthFirst_);
   }
 
   void settleOrder() {
@@ -450,8 +454,11 @@ class Collection {
   const Options& options_;
   LineReader reader_;
   PriceTable table_;
+  // The places of the columns of these kinds while the lines are read.
+  std::vector<std::size_t> priceColumns_;
+  std::vector<std::size_t> otherColumns_;
   std::size_t dateColumn_ = 0;
-  std::vector<Time> monthFirst_;
+  std::vector<Time> monthFirst_;    // where the day may come first as well
   std::size_t dayFirstLine_ = 0;    // the first line that shows the day to come first
   std::size_t monthFirstLine_ = 0;  // or the month
   bool datesUnsettled_ = false;
