@@ -13,19 +13,26 @@ from typing import Any
 
 ROOT = Path(__file__).resolve().parent.parent
 
-# What is compiled into packages, with its licence; the rest of what they need their systems install. Each is told by the
-# Debian package that has it, or by its name in web/package-lock.json.
+# Where what others wrote is inside: in the Windows programs, in whatever has the command line, and in whatever has the
+# WebAssembly module, with the studio around it or alone.
+WINDOWS = ("orvex-*-setup.exe", "orvex-*-windows.zip")
+COMMAND_LINE = (*WINDOWS, "orvex_*.deb")
+STUDIO = (*COMMAND_LINE, "orvex-site-*.tgz", "orvex-*.whl", "orvex-*.tar.gz")
+MODULE = (*STUDIO, "orvex-[0-9]*.tgz")
+
+# What is compiled into packages, with its licence; the rest of what they need their systems install. Each is told by
+# the Debian package that has it, or by its name in web/package-lock.json or python/requirements.txt.
 DEBIAN = {
-    "libcli11-dev": ("CLI11", "BSD-3-Clause", (".deb", ".exe", ".zip")),
-    "libfmt-dev": ("fmt", "MIT", (".exe", ".zip", ".tgz", ".whl", ".deb")),
-    "nlohmann-json3-dev": ("nlohmann-json", "MIT", (".deb", ".exe", ".zip", ".tgz", ".whl")),
-    "libz-mingw-w64-dev": ("zlib", "Zlib", (".exe", ".zip")),
-    "g++-mingw-w64-x86-64-posix": ("libstdc++", "GPL-3.0-or-later WITH GCC-exception-3.1", (".exe", ".zip")),
-    "emscripten": ("emscripten", "MIT OR NCSA", (".tgz", ".deb", ".whl", ".exe", ".zip")),
-    "nsis": ("nsis", "Zlib", (".exe",)),
+    "libcli11-dev": ("CLI11", "BSD-3-Clause", COMMAND_LINE),
+    "libfmt-dev": ("fmt", "MIT", MODULE),
+    "nlohmann-json3-dev": ("nlohmann-json", "MIT", MODULE),
+    "libz-mingw-w64-dev": ("zlib", "Zlib", WINDOWS),
+    "g++-mingw-w64-x86-64-posix": ("libstdc++", "GPL-3.0-or-later WITH GCC-exception-3.1", WINDOWS),
+    "emscripten": ("emscripten", "MIT OR NCSA", MODULE),
+    "nsis": ("nsis", "Zlib", ("orvex-*-setup.exe",)),
 }
-NPM = {"lightweight-charts": ("Apache-2.0", (".tgz", ".deb", ".whl", ".exe", ".zip"))}
-PYTHON = {"nanobind": ("BSD-3-Clause", (".whl",))}
+NPM = {"lightweight-charts": ("Apache-2.0", STUDIO)}
+PYTHON = {"nanobind": ("BSD-3-Clause", ("orvex-*.whl",))}
 
 
 def debian_version(name: str) -> str:
@@ -61,9 +68,9 @@ def package(identifier: str, name: str, version: str, licence: str) -> dict[str,
 def main(version: str, seconds: str, folder: str) -> None:
     made = sorted(path for path in Path(folder).iterdir() if path.is_file())
     parts = [
-        *((name, debian_version(source), licence, kinds) for source, (name, licence, kinds) in DEBIAN.items()),
-        *((name, npm_version(name), licence, kinds) for name, (licence, kinds) in NPM.items()),
-        *((name, python_version(name), licence, kinds) for name, (licence, kinds) in PYTHON.items()),
+        *((name, debian_version(source), licence, inside) for source, (name, licence, inside) in DEBIAN.items()),
+        *((name, npm_version(name), licence, inside) for name, (licence, inside) in NPM.items()),
+        *((name, python_version(name), licence, inside) for name, (licence, inside) in PYTHON.items()),
     ]
     packages, relationships = [], []
     for name, number, licence, _ in parts:
@@ -77,8 +84,8 @@ def main(version: str, seconds: str, folder: str) -> None:
         ]
         packages.append(described)
         relationships.append(("SPDXRef-DOCUMENT", "DESCRIBES", f"SPDXRef-{identifier}"))
-        for name, _, _, kinds in parts:
-            if path.suffix in kinds:
+        for name, _, _, inside in parts:
+            if any(path.match(pattern) for pattern in inside):
                 relationships.append((f"SPDXRef-{identifier}", "CONTAINS", f"SPDXRef-part-{name.replace('+', 'x')}"))
     digest = hashlib.sha256(json.dumps(packages, sort_keys=True).encode()).hexdigest()
     document = {
