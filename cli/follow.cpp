@@ -442,7 +442,7 @@ void follow(const FollowOptions& options, Sink& sink) {
     Following(options, sink).run();
   } catch (const WriteError&) {
     // Whoever read has gone: there is nobody to tell.
-    if (errno != EPIPE) throw;
+    if (!platform::nobodyReads()) throw;
     sink.text().clear();
   }
 }

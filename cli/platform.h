@@ -31,4 +31,7 @@ bool showInBrowser(const std::filesystem::path& page);
 /// input; and what nobody reads is an error of the write.
 void onInterrupt(void (*handler)(int));
 
+/// Whether the write that has just failed did so since nobody reads any more.
+bool nobodyReads();
+
 }  // namespace orvex::cli::platform

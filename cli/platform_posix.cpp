@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 
 #include "cli/platform.h"
@@ -59,6 +60,10 @@ void onInterrupt(void (*handler)(int)) {
   sigaction(SIGTERM, &action, nullptr);
   action.sa_handler = SIG_IGN;
   sigaction(SIGPIPE, &action, nullptr);
+}
+
+bool nobodyReads() {
+  return errno == EPIPE;
 }
 
 }  // namespace orvex::cli::platform

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "cli/platform.h"
@@ -66,6 +67,12 @@ bool showInBrowser(const fs::path& page) {
 void onInterrupt(void (*handler)(int)) {
   std::signal(SIGINT, handler);
   std::signal(SIGTERM, handler);
+}
+
+bool nobodyReads() {
+  // The system has several words for it, of which errno knows one.
+  const unsigned long reason = _doserrno;
+  return reason == ERROR_BROKEN_PIPE || reason == ERROR_NO_DATA || reason == ERROR_PIPE_NOT_CONNECTED;
 }
 
 }  // namespace orvex::cli::platform
