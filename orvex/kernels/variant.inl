@@ -6,6 +6,7 @@
 #include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/recursions.inl"
+#include "orvex/kernels/standard.inl"
 #include "orvex/kernels/strength.inl"
 #include "orvex/kernels/sums.inl"
 #include "orvex/kernels/totals.inl"
@@ -74,5 +75,21 @@ const Table table = {
     .fromMiddle = fromMiddle,
     .percentOfHalf = percentOfHalf,
 };
+
+constexpr StandardTable withoutPointwise = {
+    .pointwise = {},
+    .leakySum = leakySum,
+    .leakyMean = leakyMean,
+    .leakyMoves = leakyMoves,
+    .halfway = halfway,
+    .follow = follow,
+    .sum = windowSum,
+    .below = below,
+    .scatter = scatterAround,
+    .highestRecord = recordOf<Highest>,
+    .lowestRecord = recordOf<Lowest>,
+    .holdStill = holdStill,
+};
+const StandardTable standardTable = Pointwise<standard::Formulas>::table(withoutPointwise);
 
 }  // namespace orvex::inline ORVEX_COUNTS::kernels::ORVEX_VARIANT

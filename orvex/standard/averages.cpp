@@ -26,13 +26,13 @@ Series ofKind(Call& call, const Series& x, int periods) {
 
 Series hull(Call& call, const Series& x, int periods) {
   const Series half = weighted(call, x, std::max(periods / 2, 1)), whole = weighted(call, x, periods);
-  const Series raw = call.each(whole.first, [&](auto at, int r) { return 2.0 * at(half, r) - at(whole, r); });
+  const Series raw = ofBoth<formulas::TwiceLess>(call, half, whole);
   return weighted(call, raw, std::max(static_cast<int>(std::sqrt(periods)), 1));
 }
 
 Series zeroLag(Call& call, const Series& x, int periods) {
   const int lag = (periods - 1) / 2;
-  const Series ahead = call.each(x.first + lag, [&](auto at, int r) { return at(x, r) + (at(x, r) - at(x, r - lag)); });
+  const Series ahead = call.of<formulas::Ahead>(x.first + lag, {x, {x, lag}});
   return exponential(call, ahead, periods);
 }
 
@@ -97,9 +97,9 @@ Standard::Result Standard::RMA(DataRef data, FieldRef Source, Integer Periods, N
 Standard::Result Standard::VWMA(DataRef data, FieldRef Source, FieldRef Volume, Integer Periods, Name Alias) {
   return Method<"VWMA">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source), volume = call.take(Volume);
-    const Series flow = simple(call, product(call, x, volume), Periods.value());
-    const Series whole = simple(call, volume, Periods.value());
-    return call.each(flow.first, [&](auto at, int r) { return at(flow, r) / at(whole, r); });
+    const Series flow = sum(call, product(call, x, volume), Periods.value());
+    const Series whole = sum(call, volume, Periods.value());
+    return ofBoth<formulas::Quotient>(call, flow, whole);
   });
 }
 

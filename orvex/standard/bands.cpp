@@ -12,13 +12,12 @@ using namespace standard;
 namespace {
 
 Series middleOf(Call& call, const Series& top, const Series& bottom) {
-  return call.each(std::max(top.first, bottom.first), [&](auto at, int r) { return (at(top, r) + at(bottom, r)) / 2; });
+  return ofBoth<formulas::Middle>(call, top, bottom);
 }
 
 /// center + width x factor.
 Series apart(Call& call, const Series& center, const Series& width, double factor) {
-  return call.each(std::max(center.first, width.first),
-                   [&](auto at, int r) { return at(center, r) + at(width, r) * factor; });
+  return ofBoth<formulas::Apart>(call, center, width, {{factor}});
 }
 
 std::vector<Named> bands(const Series& upper, const Series& middle, const Series& lower) {
@@ -253,7 +252,7 @@ Standard::Result Standard::ICHIMOKU(DataRef data, SetRef OHLCV, Integer Conversi
         };
         const int ahead = Displacement.value();
         const auto displaced = [&](const Series& x) {
-          return call.each(x.first + ahead, [&](auto at, int r) { return at(x, r - ahead); });
+          return call.of<formulas::Same>(x.first + ahead, {Input(x, ahead)});
         };
         const Series conversion = middle(ConversionPeriods), base = middle(BasePeriods);
         const Series lagging = call.each(

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -16,7 +15,9 @@
 #include "orvex/data/real.h"
 #include "orvex/data/record_set.h"
 #include "orvex/data/walk.h"
-#include "orvex/kernels/kernels.h"
+#include "orvex/kernels/standard.h"
+#include "orvex/standard/formulas.h"
+#include "orvex/standard/numbers.h"
 
 /// How the methods of `Standard` compute: columns out of columns, each by a step that tells one record's value.
 ///
@@ -47,6 +48,14 @@ struct Named {
   Series series;
 };
 
+/// A column, and how many records before the record its row is taken from.
+struct Input {
+  Input(const Series& x, int before = 0) : series(&x), lag(before) {}
+
+  const Series* series;
+  int lag;
+};
+
 /// What a column is made by that has no kernel.
 inline constexpr auto noRows = [](kernels::Records, double*) { return std::size_t{0}; };
 
@@ -58,34 +67,11 @@ struct At {
   T operator()(const Series& series, int record) const { return series.rows[record - 1]; }
 };
 
-inline double magnitude(double x) {
-  return std::fabs(x);
-}
-inline Real magnitude(Real x) {
-  return abs(x);
-}
-inline double root(double x) {
-  return std::sqrt(x);
-}
-inline Real root(Real x) {
-  return sqrt(x);
-}
-template <class T>
-T larger(T a, T b) {
-  return a > b ? a : b;
-}
-template <class T>
-T smaller(T a, T b) {
-  return a < b ? a : b;
-}
-/// The quotient; `otherwise` where the divisor is 0.
-template <class T>
-T quotient(T a, T b, T otherwise = 0) {
-  return b == T(0) ? otherwise : a / b;
-}
-
 /// One call: the series that it is made for, and the columns that it makes. Columns of the caller's are as long as the
 /// series and hold finite values only, or the call fails. A call does not yield to the host, so rows stay in place.
+///
+/// Kernels look at what they read. So a column is looked at by itself only where no kernel has proven it: before the
+/// first step that is not a kernel's, and before a result is given.
 class Call {
  public:
   explicit Call(const Database& data) : count_(data.getRecordCount()) {}
@@ -96,6 +82,52 @@ class Call {
   /// that is not finite.
   Series take(const std::shared_ptr<Field>& column);
   Series take(const std::shared_ptr<RecordSet>& set, std::string_view name);
+
+  /// The column of which row r is the formula's of the rows r - lag of its inputs.
+  template <class Formula>
+  Series of(Place first, const std::array<Input, Formula::columns>& inputs, const Parameters& parameters = {}) {
+    const Series made = make(first);
+    return fill(
+        made, [&](kernels::Records records, double* rows) { return ran<Formula>(inputs, parameters, records, rows); },
+        [&]<class T>(At<T> at, int record) { return value<Formula>(at, inputs, parameters, record); });
+  }
+  /// What its kernel does: fills rows.
+  template <class Formula>
+  std::size_t ran(const std::array<Input, Formula::columns>& inputs, const Parameters& parameters,
+                  kernels::Records records, double* rows) {
+    const kernels::StandardTable* const table = kernels::activeStandard();
+    if (table == nullptr) return 0;
+    std::array<kernels::Operand, Formula::columns> operands;
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+      operands[i] = {rowsOf(inputs[i].series->column), inputs[i].lag};
+    }
+    const std::size_t done = table->pointwise[Formulas::index<Formula>()](operands.data(), parameters, records, rows);
+    if (done == numberOf(records)) {
+      for (const Input& input : inputs) {
+        prove(input.series->rows, Place{records.first} - input.lag, Place{records.last} - input.lag);
+      }
+      proven_ = rows;
+    }
+    return done;
+  }
+  /// And one row of it.
+  template <class Formula, class T>
+  static T value(At<T> at, const std::array<Input, Formula::columns>& inputs, const Parameters& parameters,
+                 int record) {
+    T values[Formula::columns];
+    for (std::size_t i = 0; i < inputs.size(); ++i) values[i] = at(*inputs[i].series, record - inputs[i].lag);
+    return Formula::of(values, parameters, 0);
+  }
+
+  /// Fails as the call would, if a column of the caller's has a value that is not finite.
+  void check();
+
+  /// How many rows a kernel has done; of all `records`, whose rows and the `before` ahead of them it has looked at in
+  /// x.
+  std::size_t proves(std::size_t done, kernels::Records records, const Series& x, Place before = 0) {
+    if (done > 0 && done == numberOf(records)) prove(x.rows, records.first - before, records.last);
+    return done;
+  }
 
   /// The column of which row r is `step(at, r)`, from row `first` on.
   template <class Step>
@@ -127,8 +159,14 @@ class Call {
   /// Several such columns at once, of which `step` gives an array.
   template <int Columns, class State, class Step>
   std::array<Series, Columns> columns(Place first, State state, Step step) {
+    const auto noKernel = [](kernels::Records, const std::array<double*, Columns>&, State&) { return std::size_t{0}; };
+    return columns<Columns>(first, noKernel, state, step);
+  }
+  /// The same with a kernel, which leaves the state as of the last record that it fills.
+  template <int Columns, class Kernel, class State, class Step>
+  std::array<Series, Columns> columns(Place first, Kernel kernel, State state, Step step) {
     std::array<Series, Columns> made;
-    double* rows[Columns];
+    std::array<double*, Columns> rows;
     for (int i = 0; i < Columns; ++i) {
       made[i] = make(first);
       rows[i] = made[i].column->writableValues().data();
@@ -139,14 +177,16 @@ class Call {
     eachComputed(
         first,
         [&](kernels::Records records) -> std::size_t {
-          if (!isPlain()) return 0;
+          const std::size_t handled = kernel(records, rows, state);
+          records.first += static_cast<int>(handled);
+          if (records.first > records.last || !isPlain()) return handled;
           State trial = state;
           for (int record = records.first; record <= records.last; ++record)
             put(step(At<double>(), trial, record), record);
           for (int i = 0; i < Columns; ++i)
-            if (!areFinite(records, rows[i])) return 0;
+            if (!areFinite(records, rows[i])) return handled;
           state = trial;
-          return static_cast<std::size_t>(records.last - records.first) + 1;
+          return handled + numberOf(records);
         },
         [&](int record) { put(step(At<Real>(), state, record), record); }, Carried(state));
     for (Series& one : made) one = done(one);
@@ -162,13 +202,34 @@ class Call {
   std::shared_ptr<RecordSet> result(std::string_view alias, const std::vector<Named>& columns);
 
  private:
+  /// A column that no kernel has looked at yet, in rows `first` to `last`. One that is gone matters to nobody.
+  struct Unproven {
+    std::weak_ptr<Field> column;
+    const double* rows;
+    Place first, last;
+    bool taken;
+  };
+
+  static std::size_t numberOf(kernels::Records records) {
+    return static_cast<std::size_t>(records.last - records.first) + 1;
+  }
+
   /// A new column, 0 before `first` and with nothing in its rows from there on.
   Series make(Place first) const;
-  /// Takes note of how large the values are that a column came to hold.
+  /// Takes note that a column is filled.
   Series done(const Series& made);
+  /// Takes note that rows are finite and of a size with which nothing can overflow.
+  void prove(const double* rows, Place first, Place last);
+  /// Looks at what is not proven yet.
+  void settle();
+  void checkTaken(const Unproven& column);
   /// Whether plain doubles may be tried.
-  bool isPlain() const { return plain_ && kernels::active() != nullptr; }
-  bool areFinite(kernels::Records records, const double* rows) const;
+  bool isPlain() {
+    settle();
+    return plain_ && kernels::active() != nullptr;
+  }
+  /// Whether rows of a column that is being made are finite. `whole`, if these are all of its rows.
+  bool areFinite(kernels::Records records, const double* rows, bool whole = false);
 
   /// Writes the rows of a column that `make` has made: what the kernel leaves is tried with plain doubles.
   template <class Kernel, class Step>
@@ -183,8 +244,7 @@ class Call {
           for (int record = records.first; record <= records.last; ++record) {
             rows[record - 1] = step(At<double>(), record);
           }
-          return areFinite(records, rows) ? handled + static_cast<std::size_t>(records.last - records.first) + 1
-                                          : handled;
+          return areFinite(records, rows, records.first == made.first) ? handled + numberOf(records) : handled;
         },
         [&](int record) { rows[record - 1] = step(At<Real>(), record); });
     return done(made);
@@ -198,6 +258,8 @@ class Call {
 
   Integer count_;
   bool plain_ = true;
+  std::vector<Unproven> unproven_;
+  const double* proven_ = nullptr;  // the column made last, if a kernel has proven it
   std::vector<std::shared_ptr<Field>> taken_;
 };
 

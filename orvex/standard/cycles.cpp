@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <vector>
 
 #include "orvex/standard/elementary.h"
 #include "orvex/standard/method.h"
@@ -15,22 +17,26 @@ namespace standard {
 
 namespace {
 
-/// The last values of a column, the newest first.
-template <std::size_t Length>
-struct History {
-  std::array<double, Length> values{};
-
+/// The last eight values of a column, of ages 0 (the newest) to 7.
+class History {
+ public:
   void push(double value) {
-    for (std::size_t i = Length - 1; i > 0; --i) values[i] = values[i - 1];
-    values[0] = value;
+    newest_ = (newest_ + 1) % length;
+    values_[newest_] = value;
   }
-  double operator[](std::size_t age) const { return values[age]; }
+  double operator[](std::size_t age) const { return values_[(newest_ + length - age) % length]; }
+
+ private:
+  static constexpr std::size_t length = 8;
+
+  std::array<double, length> values_{};
+  std::size_t newest_ = 0;
 };
 
 /// What the discriminator carries.
 struct CycleState {
-  History<7> smooth, detrended, quadrature;
-  History<7> inPhase;  // the detrended price of three records before
+  History smooth, detrended, quadrature;
+  History inPhase;  // the detrended price of three records before
   double inPhase2 = 0.0, quadrature2 = 0.0;
   double real = 0.0, imaginary = 0.0;
   double period = 0.0, smoothPeriod = 0.0;
@@ -44,7 +50,7 @@ struct CycleState {
 
 /// The transform's odd filter, four weights two records apart, scaled by how long the cycle was.
 template <class T>
-T hilbert(const History<7>& x, T scale) {
+T hilbert(const History& x, T scale) {
   return (0.0962 * T(x[0]) - 0.0962 * T(x[6]) - 0.5769 * T(x[4]) + 0.5769 * T(x[2])) * scale;
 }
 
@@ -136,17 +142,39 @@ std::array<Series, Columns> ofCycle(Call& call, const Series& x, int early, int 
   return made;
 }
 
+/// The sines and cosines of the equal parts of a circle, for cycles of up to 50 records.
+class Circle {
+ public:
+  struct Point {
+    double sine, cosine;
+  };
+
+  /// The points of a cycle of that length.
+  const Point* of(int length) {
+    std::vector<Point>& points = points_[static_cast<std::size_t>(length)];
+    for (int i = static_cast<int>(points.size()); i < length; ++i) {
+      const double angle = i * (2.0 * Pi) / length;
+      points.push_back({sine(angle), cosine(angle)});
+    }
+    return points.data();
+  }
+
+ private:
+  std::array<std::vector<Point>, 52> points_;
+};
+
 /// The phase of the dominant cycle in degrees, from -45 to 315: the smoothed price of one cycle against a sine and a
 /// cosine of its length. Prices before the first smoothed one count as 0.
 template <class T>
-T dominantPhase(At<T> at, CycleState& s, const Series& smooth, int r) {
+T dominantPhase(At<T> at, CycleState& s, Circle& circle, const Series& smooth, int r) {
   const int length = static_cast<int>(s.smoothPeriod + 0.5);
+  const Circle::Point* const points = circle.of(length);
+  const int seen = std::min(length, static_cast<int>(r - smooth.first) + 1);
   T real = 0, imaginary = 0;
-  for (int i = 0; i < length; ++i) {
-    const double angle = i * (2.0 * Pi) / length;
-    const T price = r - i >= smooth.first ? at(smooth, r - i) : T(0);
-    real += sine(angle) * price;
-    imaginary += cosine(angle) * price;
+  for (int i = 0; i < seen; ++i) {
+    const T price = at(smooth, r - i);
+    real += points[i].sine * price;
+    imaginary += points[i].cosine * price;
   }
   T phase = s.dominantPhase;
   if (imaginary != T(0)) {
@@ -193,9 +221,10 @@ Standard::Result Standard::HT_DCPERIOD(DataRef data, FieldRef Source, Name Alias
 
 Standard::Result Standard::HT_DCPHASE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_DCPHASE">(data, Alias).compute([&](Call& call) {
+    Circle circle;
     return ofCycle<1>(call, call.take(Source), LongStart, LongFirst,
-                      [](auto at, CycleState& s, const Series& smooth, int r) {
-                        return std::array{dominantPhase(at, s, smooth, r)};
+                      [&](auto at, CycleState& s, const Series& smooth, int r) {
+                        return std::array{dominantPhase(at, s, circle, smooth, r)};
                       })[0];
   });
 }
@@ -212,10 +241,11 @@ Standard::Result Standard::HT_PHASOR(DataRef data, FieldRef Source, Name Alias) 
 
 Standard::Result Standard::HT_SINE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_SINE">(data, Alias).compute([&](Call& call) {
+    Circle circle;
     const auto waves =
         ofCycle<2>(call, call.take(Source), LongStart, LongFirst,
-                   []<class T>(At<T> at, CycleState& s, const Series& smooth, int r) {
-                     const T phase = dominantPhase(at, s, smooth, r);
+                   [&]<class T>(At<T> at, CycleState& s, const Series& smooth, int r) {
+                     const T phase = dominantPhase(at, s, circle, smooth, r);
                      return std::array{sine(phase / DegreesPerRadian), sine((phase + 45) / DegreesPerRadian)};
                    });
     return std::vector<Named>{{"", waves[0]}, {LeadSuffix, waves[1]}};
@@ -225,10 +255,11 @@ Standard::Result Standard::HT_SINE(DataRef data, FieldRef Source, Name Alias) {
 Standard::Result Standard::HT_TRENDMODE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_TRENDMODE">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source);
+    Circle circle;
     return ofCycle<1>(call, x, LongStart, LongFirst,
                       [&]<class T>(At<T> at, CycleState& s, const Series& smooth, int r) {
                         const T phaseBefore = s.dominantPhase, sineBefore = s.sine, leadBefore = s.leadSine;
-                        const T phase = dominantPhase(at, s, smooth, r);
+                        const T phase = dominantPhase(at, s, circle, smooth, r);
                         const T now = sine(phase / DegreesPerRadian), lead = sine((phase + 45) / DegreesPerRadian);
                         s.sine = now;
                         s.leadSine = lead;

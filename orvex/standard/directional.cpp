@@ -10,72 +10,39 @@ using namespace standard;
 
 namespace {
 
-/// Wilder's sums of the rises of the highs, of the falls of the lows and of the true range.
+/// The rises of the highs, or the falls of the lows: of both only the larger counts, and neither where they are equal.
+Series movesOf(Call& call, const Series& high, const Series& low, bool rising) {
+  return rising ? call.of<formulas::DirectionalMove>(2, {high, {high, 1}, {low, 1}, low})
+                : call.of<formulas::DirectionalMove>(2, {Input(low, 1), low, high, {high, 1}});
+}
+
+/// Wilder's sums of the moves of both sides and of the true range: of P - 1 values up to record P, and from then on
+/// less their own P-th part, plus the value.
 struct Movement {
-  double plus = 0.0;
-  double minus = 0.0;
-  double range = 0.0;
+  Movement(Call& call, Prices& prices, int periods)
+      : plus(sideOf(call, prices, periods, true)),
+        minus(sideOf(call, prices, periods, false)),
+        range(leakySum(call, trueRange(call, prices), periods)) {}
+
+  static Series sideOf(Call& call, Prices& prices, int periods, bool rising) {
+    const Series high = prices.high(), low = prices.low();
+    return leakySum(call, movesOf(call, high, low, rising), periods);
+  }
+
+  Series plus, minus, range;
 };
-
-/// The columns that they are made of.
-struct Bars {
-  explicit Bars(Prices& prices) : high(prices.high()), low(prices.low()), close(prices.close()) {}
-
-  Series high, low, close;
-};
-
-/// Takes a record in: the sum of the P - 1 values up to record P, and from then on less its own P-th part, plus the
-/// value. Of rise and fall only the larger counts, and neither where they are equal.
-template <class T>
-void advance(At<T> at, const Bars& bars, int periods, Movement& sums, int r) {
-  const T rise = at(bars.high, r) - at(bars.high, r - 1), fall = at(bars.low, r - 1) - at(bars.low, r);
-  const T plus = rise > T(0) && rise > fall ? rise : T(0), minus = fall > T(0) && fall > rise ? fall : T(0);
-  const T range = trueRange(at, bars.high, bars.low, bars.close, r);
-  const T a = sums.plus, b = sums.minus, c = sums.range;
-  sums = r <= std::max(periods, 2) ? Movement{a + plus, b + minus, c + range}
-                                   : Movement{a - a / periods + plus, b - b / periods + minus, c - c / periods + range};
-}
-
-/// The same up to the first record that is told, from record 2 on.
-template <class T>
-void advanceTo(At<T> at, const Bars& bars, int periods, Movement& sums, Place first, int r) {
-  for (int j = r == first ? 2 : r; j <= r; ++j) advance(at, bars, periods, sums, j);
-}
-
-/// 100 x the difference of both sides in their sum; false where there is neither.
-template <class T>
-bool directionalIndex(const Movement& sums, T& index) {
-  const T whole = sums.range;
-  if (whole == T(0)) return false;
-  const T plus = 100 * (T(sums.plus) / whole), minus = 100 * (T(sums.minus) / whole);
-  const T both = minus + plus;
-  if (both == T(0)) return false;
-  index = 100 * (magnitude(minus - plus) / both);
-  return true;
-}
-
-/// The column that `value(sums)` makes of the sums.
-template <Text name, class Value>
-Standard::Result ofMovement(const Standard::DataRef& data, const Standard::SetRef& set, Integer periods,
-                            Standard::Name& alias, int least, Place first, Value value) {
-  return Method<name>(data, alias).periods(periods, least).compute([&](Call& call) {
-    Prices prices(call, set);
-    const Bars bars(prices);
-    return call.carried(first, Movement(), [&]<class T>(At<T> at, Movement& sums, int r) {
-      advanceTo(at, bars, periods.value(), sums, first, r);
-      return value(at, sums);
-    });
-  });
-}
 
 /// One side as a share of the range, in percent. Of one record it is a plain share.
-template <Text name, double Movement::*side>
+template <Text name>
 Standard::Result indicator(const Standard::DataRef& data, const Standard::SetRef& set, Integer periods,
-                           Standard::Name& alias) {
-  const Place first = Place{periods.value()} + 1;
-  return ofMovement<name>(data, set, periods, alias, 1, first, [&]<class T>(At<T>, const Movement& sums) {
-    const T share = quotient(T(sums.*side), T(sums.range));
-    return periods > 1 ? 100 * share : share;
+                           Standard::Name& alias, bool rising) {
+  return Method<name>(data, alias).periods(periods).compute([&](Call& call) {
+    Prices prices(call, set);
+    const Series side = Movement::sideOf(call, prices, periods.value(), rising);
+    const Series range = leakySum(call, trueRange(call, prices), periods.value());
+    const Place first = Place{periods.value()} + 1;
+    return periods > 1 ? call.of<formulas::Percentage>(first, {side, range})
+                       : call.of<formulas::Ratio>(first, {side, range});
   });
 }
 
@@ -85,46 +52,51 @@ Standard::Result side(const Standard::DataRef& data, const Standard::SetRef& set
                       Standard::Name& alias, bool rising) {
   return Method<name>(data, alias).periods(periods).compute([&](Call& call) {
     Prices prices(call, set);
-    const Series high = prices.high(), low = prices.low();
-    const int count = periods.value();
-    const Place first = std::max(count, 2);
-    return call.recursion(first, [&]<class T>(At<T> at, const Series& own, int r) {
-      const auto move = [&](int j) {
-        const T rise = at(high, j) - at(high, j - 1), fall = at(low, j - 1) - at(low, j);
-        const T one = rising ? rise : fall, other = rising ? fall : rise;
-        return one > T(0) && one > other ? one : T(0);
-      };
-      if (r > first) return at(own, r - 1) - at(own, r - 1) / count + move(r);
-      T total = 0;
-      for (int j = 2; j <= r; ++j) total += move(j);
-      return total;
-    });
+    return Movement::sideOf(call, prices, periods.value(), rising);
   });
 }
 
-/// The sums, and the index that was told last.
-struct Direction {
-  Movement sums{};
-  double index = 0.0;
-};
+/// 100 x the difference of both sides in their sum; below 0 where there is neither.
+Series directionalIndex(Call& call, Prices& prices, int periods) {
+  const Movement sums(call, prices, periods);
+  return call.of<formulas::DirectionalIndex>(Place{periods} + 1, {sums.plus, sums.minus, sums.range});
+}
 
-Series averageIndex(Call& call, const Bars& bars, int periods) {
+/// The mean of the first of them, of which those that are none count as 0.
+template <class T>
+T meanIndex(At<T> at, const Series& index, int periods) {
+  T total = 0;
+  for (int r = periods + 1; r <= 2 * periods; ++r) {
+    const T now = at(index, r);
+    if (now > T(0)) total += now;
+  }
+  return total / periods;
+}
+
+/// Its average, which a record without an index leaves as it is.
+Series averageIndex(Call& call, Prices& prices, int periods) {
+  const Series index = directionalIndex(call, prices, periods);
   const Place first = 2 * Place{periods};
-  return call.carried(first, Direction(), [&]<class T>(At<T> at, Direction& now, int r) {
-    T index = 0;
-    if (r > first) {
-      advance(at, bars, periods, now.sums, r);
-      if (directionalIndex(now.sums, index)) now.index = (T(now.index) * (periods - 1) + index) / periods;
-      return T(now.index);
-    }
-    T total = 0;
-    for (int j = 2; j <= r; ++j) {
-      advance(at, bars, periods, now.sums, j);
-      if (j > periods && directionalIndex(now.sums, index)) total += index;
-    }
-    now.index = total / periods;
-    return T(now.index);
-  });
+  return call.recursion(
+      first,
+      [&](kernels::Records records, double* rows) -> std::size_t {
+        const double *const begin = index.rows + (records.first - 1), *const end = index.rows + records.last;
+        if (std::any_of(begin, end, [](double x) { return x < 0.0; })) return 0;
+        std::size_t done = 0;
+        if (records.first == first) {
+          if (kernels::active() == nullptr) return 0;
+          rows[records.first - 1] = meanIndex(At<double>(), index, periods);
+          done = 1;
+          ++records.first;
+        }
+        if (records.first > records.last) return done;
+        return done + kernels::run(&kernels::StandardTable::leakyMean, rowsOf(index.column), periods, records, rows);
+      },
+      [&]<class T>(At<T> at, const Series& own, int r) {
+        if (r == first) return meanIndex(at, index, periods);
+        const T before = at(own, r - 1), now = at(index, r);
+        return now < T(0) ? before : (before * (periods - 1) + now) / periods;
+      });
 }
 
 }  // namespace
@@ -132,7 +104,7 @@ Series averageIndex(Call& call, const Bars& bars, int periods) {
 Standard::Result Standard::ADX(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"ADX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    return averageIndex(call, Bars(prices), Periods.value());
+    return averageIndex(call, prices, Periods.value());
   });
 }
 
@@ -140,32 +112,30 @@ Standard::Result Standard::ADXR(DataRef data, SetRef OHLCV, Integer Periods, Nam
   return Method<"ADXR">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const int lag = Periods.value() - 1;
-    const Series index = averageIndex(call, Bars(prices), Periods.value());
-    return call.each(index.first + lag, [&](auto at, int r) { return (at(index, r) + at(index, r - lag)) / 2; });
+    const Series index = averageIndex(call, prices, Periods.value());
+    return call.of<formulas::Middle>(index.first + lag, {index, {index, lag}});
   });
 }
 
 Standard::Result Standard::DX(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"DX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Bars bars(prices);
-    const Place first = Place{Periods.value()} + 1;
-    return call.carried(first, Direction(), [&]<class T>(At<T> at, Direction& now, int r) {
-      advanceTo(at, bars, Periods.value(), now.sums, first, r);
-      T index = now.index;
-      directionalIndex(now.sums, index);
-      now.index = index;
-      return index;
+    const Series index = directionalIndex(call, prices, Periods.value());
+    // A record without one keeps the row before.
+    return call.recursion(index.first, [&]<class T>(At<T> at, const Series& own, int r) {
+      const T now = at(index, r);
+      if (now < T(0)) return r > index.first ? at(own, r - 1) : T(0);
+      return now;
     });
   });
 }
 
 Standard::Result Standard::PLUS_DI(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
-  return indicator<"PLUS_DI", &Movement::plus>(data, OHLCV, Periods, Alias);
+  return indicator<"PLUS_DI">(data, OHLCV, Periods, Alias, true);
 }
 
 Standard::Result Standard::MINUS_DI(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
-  return indicator<"MINUS_DI", &Movement::minus>(data, OHLCV, Periods, Alias);
+  return indicator<"MINUS_DI">(data, OHLCV, Periods, Alias, false);
 }
 
 Standard::Result Standard::PLUS_DM(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
@@ -176,55 +146,26 @@ Standard::Result Standard::MINUS_DM(DataRef data, SetRef OHLCV, Integer Periods,
   return side<"MINUS_DM">(data, OHLCV, Periods, Alias, false);
 }
 
-namespace {
-
-/// The records of the newest highest high and lowest low of this record and the P before it.
-struct Extremes {
-  int top = 0;
-  int bottom = 0;
-};
-
-template <class T>
-void follow(At<T> at, const Series& high, const Series& low, int periods, int r, Extremes& extremes) {
-  const auto move = [&](int& holder, auto&& beats) {
-    if (holder >= r - periods) {
-      if (beats(r, holder)) holder = r;
-      return;
-    }
-    holder = r - periods;
-    for (int j = holder + 1; j <= r; ++j)
-      if (beats(j, holder)) holder = j;
-  };
-  move(extremes.top, [&](int a, int b) { return at(high, a) >= at(high, b); });
-  move(extremes.bottom, [&](int a, int b) { return at(low, a) <= at(low, b); });
-}
-
-}  // namespace
-
 Standard::Result Standard::Aroon(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"Aroon">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series high = prices.high(), low = prices.low();
     const int periods = Periods.value();
+    const Series top = highestRecord(call, prices.high(), periods + 1);
+    const Series bottom = lowestRecord(call, prices.low(), periods + 1);
     const double share = 100.0 / periods;
-    const auto sides = call.columns<2>(Place{periods} + 1, Extremes(), [&]<class T>(At<T> at, Extremes& now, int r) {
-      follow(at, high, low, periods, r, now);
-      return std::array{T(share * (periods - (r - now.bottom))), T(share * (periods - (r - now.top)))};
-    });
-    return std::vector<Named>{{DownSuffix, sides[0]}, {UpSuffix, sides[1]}};
+    const auto freshness = [&](const Series& extreme) {
+      return call.each(extreme.first, [&](auto at, int r) { return share * (periods - (r - at(extreme, r))); });
+    };
+    return std::vector<Named>{{DownSuffix, freshness(bottom)}, {UpSuffix, freshness(top)}};
   });
 }
 
 Standard::Result Standard::AROONOSC(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"AROONOSC">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series high = prices.high(), low = prices.low();
-    const int periods = Periods.value();
-    const double share = 100.0 / periods;
-    return call.carried(Place{periods} + 1, Extremes(), [&]<class T>(At<T> at, Extremes& now, int r) {
-      follow(at, high, low, periods, r, now);
-      return T(share * (now.top - now.bottom));
-    });
+    const Series top = highestRecord(call, prices.high(), Periods.value() + 1);
+    const Series bottom = lowestRecord(call, prices.low(), Periods.value() + 1);
+    return ofBoth<formulas::TimesDifference>(call, top, bottom, {{100.0 / Periods.value()}});
   });
 }
 
@@ -232,16 +173,11 @@ Standard::Result Standard::VORTEX(DataRef data, SetRef OHLCV, Integer Periods, N
   return Method<"VORTEX">(data, Alias).periods(Periods).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series high = prices.high(), low = prices.low();
-    const auto ways = call.columns<2>(2, Nothing(), [&](auto at, Nothing&, int r) {
-      return std::array{magnitude(at(high, r) - at(low, r - 1)), magnitude(at(low, r) - at(high, r - 1))};
-    });
-    // Means stand for the sums: their shares are the same.
-    const Series up = simple(call, ways[0], Periods.value()), down = simple(call, ways[1], Periods.value());
-    const Series whole = simple(call, trueRange(call, prices), Periods.value());
-    const auto sides = call.columns<2>(whole.first, Nothing(), [&](auto at, Nothing&, int r) {
-      return std::array{quotient(at(up, r), at(whole, r)), quotient(at(down, r), at(whole, r))};
-    });
-    return std::vector<Named>{{PlusSuffix, sides[0]}, {MinusSuffix, sides[1]}};
+    const Series rising = call.of<formulas::Distance>(2, {high, {low, 1}});
+    const Series falling = call.of<formulas::Distance>(2, {low, {high, 1}});
+    const Series whole = sum(call, trueRange(call, prices), Periods.value());
+    return std::vector<Named>{{PlusSuffix, ofBoth<formulas::Ratio>(call, sum(call, rising, Periods.value()), whole)},
+                              {MinusSuffix, ofBoth<formulas::Ratio>(call, sum(call, falling, Periods.value()), whole)}};
   });
 }
 

@@ -84,10 +84,7 @@ Standard::Result Standard::BOP(DataRef data, SetRef OHLCV, Name Alias) {
   return Method<"BOP">(data, Alias).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series open = prices.open(), high = prices.high(), low = prices.low(), close = prices.close();
-    return call.each(1, [&]<class T>(At<T> at, int r) {
-      const T range = at(high, r) - at(low, r);
-      return range > T(0) ? (at(close, r) - at(open, r)) / range : T(0);
-    });
+    return call.of<formulas::BalanceOfPower>(1, {high, low, close, open});
   });
 }
 
@@ -98,8 +95,9 @@ Standard::Result Standard::CCI(DataRef data, SetRef OHLCV, Integer Periods, Name
     return call.by(
         mean.first,
         [&](kernels::Records records, double* rows) {
-          return kernels::run(&kernels::Table::channel, rowsOf(price.column), rowsOf(mean.column), Periods.value(),
-                              records, rows);
+          const std::size_t done = kernels::run(&kernels::Table::channel, rowsOf(price.column), rowsOf(mean.column),
+                                                Periods.value(), records, rows);
+          return call.proves(call.proves(done, records, price, Periods.value() - 1), records, mean);
         },
         [&]<class T>(At<T> at, int r) {
           T distance = 0;
@@ -164,18 +162,14 @@ Standard::Result Standard::ROC(DataRef data, FieldRef Source, Integer Periods, N
 Standard::Result Standard::ROCP(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"ROCP">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source);
-    return call.each(Place{Periods.value()} + 1, [&](auto at, int r) {
-      const auto old = at(x, r - Periods.value());
-      return quotient(at(x, r) - old, old);
-    });
+    return call.of<formulas::Rate>(Place{Periods.value()} + 1, {x, {x, Periods.value()}});
   });
 }
 
 Standard::Result Standard::ROCR(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"ROCR">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source);
-    return call.each(Place{Periods.value()} + 1,
-                     [&](auto at, int r) { return quotient(at(x, r), at(x, r - Periods.value())); });
+    return call.of<formulas::Ratio>(Place{Periods.value()} + 1, {x, {x, Periods.value()}});
   });
 }
 
@@ -242,20 +236,16 @@ Standard::Result Standard::ULTOSC(DataRef data, SetRef OHLCV, Integer Cycle1, In
   return Method<"ULTOSC">(data, Alias).periods(Cycle1).periods(Cycle2).periods(Cycle3).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series low = prices.low(), close = prices.close(), range = trueRange(call, prices);
-    const Series buying =
-        call.each(2, [&]<class T>(At<T> at, int r) { return at(close, r) - smaller(at(low, r), at(close, r - 1)); });
+    const Series buying = call.of<formulas::BuyingPressure>(2, {close, low, {close, 1}});
     std::array cycles = {Cycle1.value(), Cycle2.value(), Cycle3.value()};
     std::sort(cycles.begin(), cycles.end());
-    // Means stand for the sums: their share is the same.
     std::array<Series, 3> pressures, wholes;
     for (std::size_t i = 0; i < cycles.size(); ++i) {
-      pressures[i] = simple(call, buying, cycles[i]);
-      wholes[i] = simple(call, range, cycles[i]);
+      pressures[i] = sum(call, buying, cycles[i]);
+      wholes[i] = sum(call, range, cycles[i]);
     }
-    return call.each(wholes[2].first, [&](auto at, int r) {
-      const auto share = [&](std::size_t i) { return quotient(at(pressures[i], r), at(wholes[i], r)); };
-      return 100 * (4 * share(0) + 2 * share(1) + share(2)) / 7;
-    });
+    return call.of<formulas::Ultimate>(wholes[2].first,
+                                       {pressures[0], pressures[1], pressures[2], wholes[0], wholes[1], wholes[2]});
   });
 }
 
@@ -264,9 +254,7 @@ Standard::Result Standard::WILLR(DataRef data, SetRef OHLCV, Integer Periods, Na
     Prices prices(call, OHLCV);
     const Series top = highest(call, prices.high(), Periods.value());
     const Series bottom = lowest(call, prices.low(), Periods.value()), close = prices.close();
-    return call.each(top.first, [&](auto at, int r) {
-      return quotient(at(top, r) - at(close, r), (at(top, r) - at(bottom, r)) / -100);
-    });
+    return call.of<formulas::PlaceBelow>(top.first, {top, bottom, close});
   });
 }
 
@@ -277,8 +265,8 @@ Standard::Result Standard::TSI(DataRef data, FieldRef Source, Integer FirstPerio
     };
     const Series moves = momentum(call, call.take(Source), 1);
     const Series net = twice(moves);
-    const Series whole = twice(call.each(2, [&](auto at, int r) { return magnitude(at(moves, r)); }));
-    return call.each(net.first, [&](auto at, int r) { return 100 * quotient(at(net, r), at(whole, r)); });
+    const Series whole = twice(call.of<formulas::Magnitude>(2, {moves}));
+    return ofBoth<formulas::Percentage>(call, net, whole);
   });
 }
 
@@ -287,8 +275,7 @@ Standard::Result Standard::KST(DataRef data, FieldRef Source, Integer SignalPeri
     const Series x = call.take(Source);
     const auto part = [&](int lag, int periods) { return simple(call, rate(call, x, lag), periods); };
     const Series a = part(10, 10), b = part(15, 10), c = part(20, 10), d = part(30, 15);
-    const Series line =
-        call.each(d.first, [&](auto at, int r) { return at(a, r) + 2 * at(b, r) + 3 * at(c, r) + 4 * at(d, r); });
+    const Series line = call.of<formulas::Combined>(d.first, {a, b, c, d}, {{1, 2, 3, 4}});
     return std::vector<Named>{{"", line}, {SignalSuffix, simple(call, line, SignalPeriods.value())}};
   });
 }
@@ -302,8 +289,7 @@ Standard::Result Standard::COPPOCK(DataRef data, FieldRef Source, Integer Period
       .compute([&](Call& call) {
         const Series x = call.take(Source);
         const Series a = rate(call, x, FastPeriods.value()), b = rate(call, x, SlowPeriods.value());
-        const Series both = call.each(std::max(a.first, b.first), [&](auto at, int r) { return at(a, r) + at(b, r); });
-        return weighted(call, both, Periods.value());
+        return weighted(call, ofBoth<formulas::Sum>(call, a, b), Periods.value());
       });
 }
 
@@ -366,7 +352,7 @@ Standard::Result Standard::DPO(DataRef data, FieldRef Source, Integer Periods, N
   return Method<"DPO">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     const Series x = call.take(Source), mean = simple(call, x, Periods.value());
     const int lag = Periods.value() / 2 + 1;
-    return call.each(std::max(mean.first, x.first + lag), [&](auto at, int r) { return at(x, r - lag) - at(mean, r); });
+    return call.of<formulas::Difference>(std::max(mean.first, x.first + lag), {Input(x, lag), mean});
   });
 }
 
@@ -376,9 +362,7 @@ Standard::Result Standard::MASS(DataRef data, SetRef OHLCV, Integer FastPeriods,
     const Series high = prices.high();
     const Series once = exponential(call, difference(call, high, prices.low()), FastPeriods.value());
     const Series twice = exponential(call, once, FastPeriods.value());
-    const Series ratio =
-        call.each(twice.first, [&]<class T>(At<T> at, int r) { return quotient(at(once, r), at(twice, r), T(1)); });
-    return sum(call, ratio, SlowPeriods.value());
+    return sum(call, ofBoth<formulas::Ratio>(call, once, twice, {{1}}), SlowPeriods.value());
   });
 }
 

@@ -10,6 +10,7 @@ namespace {
 
 using kernels::Records;
 using kernels::Source;
+using kernels::StandardTable;
 using kernels::Table;
 
 Source source(const Series& series) {
@@ -21,7 +22,9 @@ Source source(const Series& series) {
 Series simple(Call& call, const Series& x, int periods) {
   return call.by(
       x.first + periods - 1,
-      [&](Records records, double* rows) { return kernels::run(&Table::mean, source(x), periods, records, rows); },
+      [&](Records records, double* rows) {
+        return call.proves(kernels::run(&Table::mean, source(x), periods, records, rows), records, x, periods - 1);
+      },
       [&]<class T>(At<T> at, int r) {
         T total = 0;
         for (int j = 0; j < periods; ++j) total += at(x, r - j);
@@ -29,29 +32,85 @@ Series simple(Call& call, const Series& x, int periods) {
       });
 }
 
-Series smoothed(Call& call, const Series& x, int periods, double factor) {
-  const Place first = x.first + periods - 1;
+namespace {
+
+/// The column that begins at `first` with `seed(at)`, out of x from row `from` on, and goes on as the kernel and the
+/// step do, from row to row.
+template <class Seed, class Kernel, class Step>
+Series chain(Call& call, const Series& x, Place from, Place first, Seed seed, Kernel kernel, Step step) {
   return call.recursion(
       first,
-      [&](Records records, double* rows) {
+      [&, from](Records records, double* rows) -> std::size_t {
         std::size_t done = 0;
         if (records.first == first) {
-          done = kernels::run(&Table::mean, source(x), periods, Records{records.first, records.first}, rows);
-          if (done == 0) return done;
+          // What the seed is made of is looked at here, so that nothing in it can overflow.
+          const Records seeds = {static_cast<int>(from), records.first};
+          const auto all = static_cast<std::size_t>(records.first - from) + 1;
+          if (kernels::run(&Table::handled, source(x), seeds) != all) return 0;
+          rows[records.first - 1] = seed(At<double>());
+          call.proves(all, seeds, x);
+          done = 1;
           ++records.first;
         }
         if (records.first > records.last) return done;
-        return done + kernels::run(&Table::approach, source(x), factor, records, rows);
+        return done + call.proves(kernel(records, rows), records, x);
       },
-      [&]<class T>(At<T> at, const Series& own, int r) {
-        if (r > first) {
-          const T before = at(own, r - 1);
-          return before + (at(x, r) - before) * factor;
-        }
+      [&]<class T>(At<T> at, const Series& own, int r) { return r > first ? step(at, at(own, r - 1), r) : seed(at); });
+}
+
+}  // namespace
+
+Series smoothed(Call& call, const Series& x, int periods, double factor) {
+  const Place first = x.first + periods - 1;
+  return chain(
+      call, x, x.first, first,
+      [&]<class T>(At<T> at) {
         T total = 0;
-        for (int j = 0; j < periods; ++j) total += at(x, r - j);
+        for (Place j = first; j >= x.first; --j) total += at(x, static_cast<int>(j));
         return total / periods;
-      });
+      },
+      [&](Records records, double* rows) { return kernels::run(&Table::approach, source(x), factor, records, rows); },
+      [&]<class T>(At<T> at, T before, int r) { return before + (at(x, r) - before) * factor; });
+}
+
+Series fromFirst(Call& call, const Series& x, int periods) {
+  const double factor = 2.0 / (periods + 1.0);
+  return chain(
+      call, x, x.first, x.first, [&](auto at) { return at(x, static_cast<int>(x.first)); },
+      [&](Records records, double* rows) {
+        return kernels::run(&Table::exponential, source(x), factor, records, rows);
+      },
+      [&]<class T>(At<T> at, T before, int r) { return (1.0 - factor) * before + factor * at(x, r); });
+}
+
+Series leakySum(Call& call, const Series& x, int periods) {
+  const Place first = std::max<Place>(periods, 2);
+  return chain(
+      call, x, x.first, first,
+      [&]<class T>(At<T> at) {
+        T total = 0;
+        for (Place j = x.first; j <= first; ++j) total += at(x, static_cast<int>(j));
+        return total;
+      },
+      [&](Records records, double* rows) {
+        return kernels::run(&StandardTable::leakySum, source(x), periods, records, rows);
+      },
+      [&]<class T>(At<T> at, T before, int r) { return before - before / periods + at(x, r); });
+}
+
+Series leakyMean(Call& call, const Series& x, int periods) {
+  const Place first = x.first + periods - 1;
+  return chain(
+      call, x, x.first, first,
+      [&]<class T>(At<T> at) {
+        T total = 0;
+        for (Place j = x.first; j <= first; ++j) total += at(x, static_cast<int>(j));
+        return total / periods;
+      },
+      [&](Records records, double* rows) {
+        return kernels::run(&StandardTable::leakyMean, source(x), periods, records, rows);
+      },
+      [&]<class T>(At<T> at, T before, int r) { return (before * (periods - 1) + at(x, r)) / periods; });
 }
 
 Series exponential(Call& call, const Series& x, int periods) {
@@ -67,7 +126,8 @@ Series weighted(Call& call, const Series& x, int periods) {
   return call.by(
       x.first + periods - 1,
       [&](Records records, double* rows) {
-        return kernels::run(&Table::weightedMean, source(x), periods, records, rows);
+        return call.proves(kernels::run(&Table::weightedMean, source(x), periods, records, rows), records, x,
+                           periods - 1);
       },
       [&]<class T>(At<T> at, int r) {
         T sum = 0;
@@ -82,17 +142,24 @@ Series triangular(Call& call, const Series& x, int periods) {
 
 Series kaufman(Call& call, const Series& x, int periods) {
   const Place first = x.first + periods;
-  constexpr double slowest = 2.0 / 31.0;
-  constexpr double span = 2.0 / 3.0 - 2.0 / 31.0;
-  const Series steps = call.each(x.first + 1, [&](auto at, int r) { return magnitude(at(x, r) - at(x, r - 1)); });
+  const Series steps = call.of<formulas::Distance>(x.first + 1, {x, {x, 1}});
   const Series mean = simple(call, steps, periods);
-  return call.recursion(first, [&]<class T>(At<T> at, const Series& own, int r) {
-    const T before = r > first ? at(own, r - 1) : at(x, r - 1);
-    const T move = at(x, r) - at(x, r - periods), path = at(mean, r) * periods;
-    const T efficiency = path <= move || path == T(0) ? T(1) : magnitude(move / path);
-    const T share = efficiency * span + slowest;
-    return before + (at(x, r) - before) * (share * share);
-  });
+  const Series share = call.of<formulas::Efficiency>(first, {x, {x, periods}, mean}, {{static_cast<double>(periods)}});
+  return call.recursion(
+      first,
+      [&](Records records, double* rows) -> std::size_t {
+        // The row before the first is lent for the value that the average begins from.
+        double& before = rows[records.first - 2];
+        const double lent = before;
+        if (records.first == first) before = x.rows[records.first - 2];
+        const std::size_t done = kernels::run(&StandardTable::follow, source(x), source(share), records, rows);
+        before = lent;
+        return done;
+      },
+      [&]<class T>(At<T> at, const Series& own, int r) {
+        const T before = r > first ? at(own, r - 1) : at(x, r - 1);
+        return before + (at(x, r) - before) * at(share, r);
+      });
 }
 
 Series tillson(Call& call, const Series& x, int periods, double factor) {
@@ -103,9 +170,7 @@ Series tillson(Call& call, const Series& x, int periods, double factor) {
   const double c2 = 3.0 * (square - c1);
   const double c3 = -6.0 * square - 3.0 * (factor - c1);
   const double c4 = 1.0 + 3.0 * factor - c1 + 3.0 * square;
-  return call.each(e[5].first, [&](auto at, int r) {
-    return c1 * at(e[5], r) + c2 * at(e[4], r) + c3 * at(e[3], r) + c4 * at(e[2], r);
-  });
+  return call.of<formulas::Combined>(e[5].first, {e[5], e[4], e[3], e[2]}, {{c1, c2, c3, c4}});
 }
 
 Place lookback(Integer kind, Integer periods) {
@@ -137,13 +202,12 @@ Series average(Call& call, Integer kind, const Series& x, Integer periods) {
       return weighted(call, x, p);
     case Kind::Double: {
       const Series once = exponential(call, x, p), twice = exponential(call, once, p);
-      return call.each(twice.first, [&](auto at, int r) { return 2.0 * at(once, r) - at(twice, r); });
+      return ofBoth<formulas::TwiceLess>(call, once, twice);
     }
     case Kind::Triple: {
       const Series once = exponential(call, x, p), twice = exponential(call, once, p);
       const Series thrice = exponential(call, twice, p);
-      return call.each(thrice.first,
-                       [&](auto at, int r) { return 3.0 * at(once, r) - 3.0 * at(twice, r) + at(thrice, r); });
+      return call.of<formulas::ThriceLess>(thrice.first, {once, twice, thrice});
     }
     case Kind::Triangular:
       return triangular(call, x, p);
@@ -159,18 +223,25 @@ Series average(Call& call, Integer kind, const Series& x, Integer periods) {
 }
 
 Series sum(Call& call, const Series& x, int periods) {
-  return call.each(x.first + periods - 1, [&]<class T>(At<T> at, int r) {
-    T total = 0;
-    for (int j = r - periods + 1; j <= r; ++j) total += at(x, j);
-    return total;
-  });
+  return call.by(
+      x.first + periods - 1,
+      [&](Records records, double* rows) {
+        return call.proves(kernels::run(&StandardTable::sum, source(x), periods, records, rows), records, x,
+                           periods - 1);
+      },
+      [&]<class T>(At<T> at, int r) {
+        T total = 0;
+        for (int j = 0; j < periods; ++j) total += at(x, r - j);
+        return total;
+      });
 }
 
 Series highest(Call& call, const Series& x, int periods) {
   return call.by(
       x.first + periods - 1,
       [&](Records records, double* rows) {
-        return kernels::run(&Table::highest, source(x), periods, kernels::Ties::Newest, records, rows);
+        return call.proves(kernels::run(&Table::highest, source(x), periods, kernels::Ties::Newest, records, rows),
+                           records, x, periods - 1);
       },
       [&]<class T>(At<T> at, int r) {
         T best = at(x, r - periods + 1);
@@ -184,7 +255,8 @@ Series lowest(Call& call, const Series& x, int periods) {
   return call.by(
       x.first + periods - 1,
       [&](Records records, double* rows) {
-        return kernels::run(&Table::lowest, source(x), periods, kernels::Ties::Newest, records, rows);
+        return call.proves(kernels::run(&Table::lowest, source(x), periods, kernels::Ties::Newest, records, rows),
+                           records, x, periods - 1);
       },
       [&]<class T>(At<T> at, int r) {
         T best = at(x, r - periods + 1);
@@ -198,7 +270,9 @@ Series deviation(Call& call, const Series& x, const Series& mean, int periods, d
   return call.by(
       mean.first,
       [&](Records records, double* rows) {
-        return kernels::run(&Table::deviation, source(x), source(mean), periods, 0, factor, records, rows);
+        const std::size_t done =
+            kernels::run(&Table::deviation, source(x), source(mean), periods, 0, factor, records, rows);
+        return call.proves(call.proves(done, records, x, periods - 1), records, mean);
       },
       [&]<class T>(At<T> at, int r) {
         T total = 0;
@@ -210,70 +284,72 @@ Series deviation(Call& call, const Series& x, const Series& mean, int periods, d
       });
 }
 
-Series difference(Call& call, const Series& a, const Series& b) {
-  return call.by(
-      std::max(a.first, b.first),
+namespace {
+
+/// The record of the extreme of the last values: the newest of those that none beats.
+template <class Beats>
+Series recordOf(Call& call, const Series& x, int periods, decltype(&StandardTable::highestRecord) kernel, Beats beats) {
+  const Place first = x.first + periods - 1;
+  return call.recursion(
+      first,
       [&](Records records, double* rows) {
-        return kernels::run(&Table::difference, source(a), 0, source(b), records, rows);
+        double* const none = nullptr;
+        return call.proves(kernels::run(kernel, source(x), periods, records, rows, none), records, x, periods - 1);
       },
-      [&](auto at, int r) { return at(a, r) - at(b, r); });
-}
-
-Series product(Call& call, const Series& a, const Series& b) {
-  return call.each(std::max(a.first, b.first), [&](auto at, int r) { return at(a, r) * at(b, r); });
-}
-
-Series percentAbove(Call& call, const Series& a, const Series& b) {
-  return call.by(
-      std::max(a.first, b.first),
-      [&](Records records, double* rows) {
-        return kernels::run(&Table::percentAbove, source(a), source(b), 0, records, rows);
-      },
-      [&]<class T>(At<T> at, int r) { return quotient(at(a, r) - at(b, r), at(b, r)) * 100; });
-}
-
-Series momentum(Call& call, const Series& x, int lag) {
-  return call.each(x.first + lag, [&](auto at, int r) { return at(x, r) - at(x, r - lag); });
-}
-
-Series rate(Call& call, const Series& x, int lag) {
-  return call.by(
-      x.first + lag,
-      [&](Records records, double* rows) { return kernels::run(&Table::rateOfChange, source(x), lag, records, rows); },
-      [&]<class T>(At<T> at, int r) {
-        const T old = at(x, r - lag);
-        return quotient(at(x, r) - old, old) * 100;
+      [&]<class T>(At<T> at, const Series& own, int r) {
+        const int begin = r - periods + 1;
+        int best = r > first ? static_cast<int>(double(at(own, r - 1))) : 0;
+        if (best < begin) {
+          best = begin;
+          for (int j = begin + 1; j <= r; ++j)
+            if (!beats(at(x, best), at(x, j))) best = j;
+        } else if (!beats(at(x, best), at(x, r))) {
+          best = r;
+        }
+        return T(best);
       });
 }
 
+}  // namespace
+
+Series highestRecord(Call& call, const Series& x, int periods) {
+  return recordOf(call, x, periods, &StandardTable::highestRecord, [](auto a, auto b) { return a > b; });
+}
+
+Series lowestRecord(Call& call, const Series& x, int periods) {
+  return recordOf(call, x, periods, &StandardTable::lowestRecord, [](auto a, auto b) { return a < b; });
+}
+
+Series difference(Call& call, const Series& a, const Series& b) {
+  return ofBoth<formulas::Difference>(call, a, b);
+}
+
+Series product(Call& call, const Series& a, const Series& b) {
+  return ofBoth<formulas::Product>(call, a, b);
+}
+
+Series percentAbove(Call& call, const Series& a, const Series& b) {
+  return ofBoth<formulas::PercentRate>(call, a, b);
+}
+
+Series momentum(Call& call, const Series& x, int lag) {
+  return call.of<formulas::Difference>(x.first + lag, {x, {x, lag}});
+}
+
+Series rate(Call& call, const Series& x, int lag) {
+  return call.of<formulas::PercentRate>(x.first + lag, {x, {x, lag}});
+}
+
 Series medianPrice(Call& call, Prices& prices) {
-  const Series high = prices.high(), low = prices.low();
-  return call.by(
-      1,
-      [&](Records records, double* rows) {
-        return kernels::run(&Table::medianPrice, source(high), source(low), records, rows);
-      },
-      [&](auto at, int r) { return (at(high, r) + at(low, r)) / 2; });
+  return call.of<formulas::Middle>(1, {prices.high(), prices.low()});
 }
 
 Series typicalPrice(Call& call, Prices& prices) {
-  const Series high = prices.high(), low = prices.low(), close = prices.close();
-  return call.by(
-      1,
-      [&](Records records, double* rows) {
-        return kernels::run(&Table::typicalPrice, source(high), source(low), source(close), records, rows);
-      },
-      [&](auto at, int r) { return (at(high, r) + at(low, r) + at(close, r)) / 3; });
+  return call.of<formulas::TypicalPrice>(1, {prices.high(), prices.low(), prices.close()});
 }
 
 Series trueRange(Call& call, Prices& prices) {
-  const Series high = prices.high(), low = prices.low(), close = prices.close();
-  return call.by(
-      2,
-      [&](Records records, double* rows) {
-        return kernels::run(&Table::trueRange, kernels::Bars{source(high), source(low), source(close)}, records, rows);
-      },
-      [&](auto at, int r) { return trueRange(at, high, low, close, r); });
+  return call.of<formulas::TrueRange>(2, {prices.high(), prices.low(), {prices.close(), 1}});
 }
 
 Series averageTrueRange(Call& call, Prices& prices, int periods) {
@@ -282,86 +358,113 @@ Series averageTrueRange(Call& call, Prices& prices, int periods) {
 
 namespace {
 
+/// Wilder's means of rises and falls.
 struct Means {
   double rise = 0.0;
   double fall = 0.0;
-  double row = 0.0;
 };
 
-}  // namespace
-
-/// Wilder's means of rises and falls, of which `combine` makes the row.
-template <class Combine>
-Series ofMoves(Call& call, const Series& x, int periods, Combine combine) {
+/// What the formula makes of them.
+template <class Formula>
+Series ofMoves(Call& call, const Series& x, int periods) {
   const Place first = x.first + periods;
-  return call.carried(first, Means(), [&]<class T>(At<T> at, Means& means, int r) {
-    const auto add = [&](T& rise, T& fall, int j) {
+  const auto step = [&]<class T>(At<T> at, Means& means, int r) {
+    T rise = means.rise, fall = means.fall;
+    const auto add = [&](int j) {
       const T move = at(x, j) - at(x, j - 1);
       if (move > T(0)) rise = rise + move;
       if (move < T(0)) fall = fall - move;
     };
-    T rise = means.rise, fall = means.fall;
-    // Without a move both means shrink alike, and what is made of them stays: it is not left to their rounding.
-    const bool stays = r > first && at(x, r) == at(x, r - 1);
     if (r == first) {
-      for (int j = r - periods + 1; j <= r; ++j) add(rise, fall, j);
+      for (int j = r - periods + 1; j <= r; ++j) add(j);
     } else {
       rise = rise * (periods - 1);
       fall = fall * (periods - 1);
-      add(rise, fall, r);
+      add(r);
     }
     rise = rise / periods;
     fall = fall / periods;
-    means = {rise, fall, stays ? means.row : double(combine(rise, fall))};
-    return T(means.row);
-  });
-}
-
-Series relativeStrength(Call& call, const Series& x, int periods) {
-  return ofMoves(call, x, periods, []<class T>(T rise, T fall) { return 100 * quotient(rise, rise + fall); });
-}
-
-Series chandeMomentum(Call& call, const Series& x, int periods) {
-  return ofMoves(call, x, periods, []<class T>(T rise, T fall) { return 100 * quotient(rise - fall, rise + fall); });
-}
-
-Series stochastic(Call& call, const Series& high, const Series& low, const Series& close, int periods) {
-  const Series top = highest(call, high, periods), bottom = lowest(call, low, periods);
-  return call.each(std::max({top.first, bottom.first, close.first}), [&]<class T>(At<T> at, int r) {
-    return quotient(at(close, r) - at(bottom, r), (at(top, r) - at(bottom, r)) / 100);
-  });
-}
-
-Series percentRank(Call& call, const Series& x, int periods) {
-  return call.each(x.first + periods, [&]<class T>(At<T> at, int r) {
-    int below = 0;
-    for (int j = r - periods; j < r; ++j) below += at(x, j) < at(x, r) ? 1 : 0;
-    return T(below) / periods * 100;
-  });
-}
-
-Series moneyFlowVolume(Call& call, Prices& prices) {
-  const Series high = prices.high(), low = prices.low(), close = prices.close(), volume = prices.volume();
-  return call.each(1, [&]<class T>(At<T> at, int r) {
-    const T h = at(high, r), l = at(low, r), c = at(close, r);
-    return h > l ? ((c - l) - (h - c)) / (h - l) * at(volume, r) : T(0);
-  });
-}
-
-Series total(Call& call, const Series& x) {
-  return call.recursion(
-      x.first,
-      [&](Records records, double* rows) -> std::size_t {
+    means = {rise, fall};
+    return std::array{rise, fall};
+  };
+  const auto sides = call.columns<2>(
+      first,
+      [&](Records records, const std::array<double*, 2>& rows, Means& means) -> std::size_t {
         std::size_t done = 0;
-        if (records.first == x.first) {
-          rows[records.first - 1] = x.rows[records.first - 1];
+        if (records.first == first) {
+          const Records seeds = {static_cast<int>(x.first), records.first};
+          const auto all = static_cast<std::size_t>(periods) + 1;
+          if (kernels::run(&Table::handled, source(x), seeds) != all) return 0;
+          const auto seed = step(At<double>(), means, records.first);
+          rows[0][records.first - 1] = seed[0];
+          rows[1][records.first - 1] = seed[1];
+          call.proves(all, seeds, x);
           done = 1;
           ++records.first;
         }
         if (records.first > records.last) return done;
-        return done + kernels::run(&Table::runningTotal, source(x), records, rows);
+        const std::size_t rest = call.proves(
+            kernels::run(&StandardTable::leakyMoves, source(x), periods, records, rows[0], rows[1]), records, x);
+        const std::size_t last = static_cast<std::size_t>(records.first) - 2 + rest;
+        if (rest > 0) means = {rows[0][last], rows[1][last]};
+        return done + rest;
       },
-      [&]<class T>(At<T> at, const Series& own, int r) { return r > x.first ? at(own, r - 1) + at(x, r) : at(x, r); });
+      Means(), step);
+  const Series &rises = sides[0], &falls = sides[1];
+  const std::array<Input, 2> means = {rises, falls};
+  // Without a move both means shrink alike, and what is made of them stays: it is not left to their rounding.
+  return call.recursion(
+      first,
+      [&](Records records, double* rows) {
+        const std::size_t done = call.ran<Formula>(means, {}, records, rows);
+        records.last = records.first + static_cast<int>(done) - 1;
+        if (records.first == first) ++records.first;
+        if (records.first <= records.last) kernels::run(&StandardTable::holdStill, source(x), records, rows);
+        return done;
+      },
+      [&]<class T>(At<T> at, const Series& own, int r) {
+        return r > first && at(x, r) == at(x, r - 1) ? at(own, r - 1) : call.value<Formula>(at, means, {}, r);
+      });
+}
+
+}  // namespace
+
+Series relativeStrength(Call& call, const Series& x, int periods) {
+  return ofMoves<formulas::ShareOfBoth>(call, x, periods);
+}
+
+Series chandeMomentum(Call& call, const Series& x, int periods) {
+  return ofMoves<formulas::Balance>(call, x, periods);
+}
+
+Series stochastic(Call& call, const Series& high, const Series& low, const Series& close, int periods) {
+  const Series top = highest(call, high, periods), bottom = lowest(call, low, periods);
+  return call.of<formulas::Place>(std::max({top.first, bottom.first, close.first}), {top, bottom, close});
+}
+
+Series percentRank(Call& call, const Series& x, int periods) {
+  const Series below = call.by(
+      x.first + periods,
+      [&](Records records, double* rows) {
+        return call.proves(kernels::run(&StandardTable::below, source(x), periods, records, rows), records, x, periods);
+      },
+      [&]<class T>(At<T> at, int r) {
+        int count = 0;
+        for (int j = r - periods; j < r; ++j) count += at(x, j) < at(x, r) ? 1 : 0;
+        return T(count);
+      });
+  return call.of<formulas::PercentOf>(below.first, {below}, {{static_cast<double>(periods)}});
+}
+
+Series moneyFlowVolume(Call& call, Prices& prices) {
+  return call.of<formulas::MoneyFlow>(1, {prices.high(), prices.low(), prices.close(), prices.volume()});
+}
+
+Series total(Call& call, const Series& x) {
+  return chain(
+      call, x, x.first, x.first, [&](auto at) { return at(x, static_cast<int>(x.first)); },
+      [&](Records records, double* rows) { return kernels::run(&Table::runningTotal, source(x), records, rows); },
+      [&]<class T>(At<T> at, T before, int r) { return before + at(x, r); });
 }
 
 Series accumulation(Call& call, Prices& prices) {

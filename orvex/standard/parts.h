@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 
 #include "orvex/data/integer.h"
@@ -34,12 +35,28 @@ Series tillson(Call& call, const Series& x, int periods, double factor);
 /// The MESA adaptive average and the one that follows it.
 std::array<Series, 2> mesa(Call& call, const Series& x, double fastLimit, double slowLimit);
 
+/// factor x the value + (1 - factor) x the row before, 2 / (P + 1) being the factor, from the column's first value on.
+Series fromFirst(Call& call, const Series& x, int periods);
+/// The row before - the row before / P + the value, from the sum of the values up to record max(P, 2) on.
+Series leakySum(Call& call, const Series& x, int periods);
+/// (the row before x (P - 1) + the value) / P, from the mean of the first P values on.
+Series leakyMean(Call& call, const Series& x, int periods);
+
 /// The sum, the largest and the smallest of the last P values.
 Series sum(Call& call, const Series& x, int periods);
 Series highest(Call& call, const Series& x, int periods);
 Series lowest(Call& call, const Series& x, int periods);
+/// The records of the largest and of the smallest of the last P values, the newest of equal ones.
+Series highestRecord(Call& call, const Series& x, int periods);
+Series lowestRecord(Call& call, const Series& x, int periods);
 /// The root of the mean square distance of the last P values from their mean, times `factor`.
 Series deviation(Call& call, const Series& x, const Series& mean, int periods, double factor);
+
+/// The formula of two columns, from the record on at which the later of them begins.
+template <class Formula>
+Series ofBoth(Call& call, const Series& a, const Series& b, const Parameters& parameters = {}) {
+  return call.of<Formula>(std::max(a.first, b.first), {a, b}, parameters);
+}
 
 /// a - b, (a - b) / b x 100 (0 where b is 0) and a x b.
 Series difference(Call& call, const Series& a, const Series& b);
@@ -76,13 +93,7 @@ class Prices {
 Series medianPrice(Call& call, Prices& prices);
 Series typicalPrice(Call& call, Prices& prices);
 
-/// The largest of high - low and the distances of both to the close before: of a record, and all from record 2 on.
-template <class T>
-T trueRange(At<T> at, const Series& high, const Series& low, const Series& close, int r) {
-  const T before = at(close, r - 1);
-  const T gap = larger(magnitude(at(high, r) - before), magnitude(at(low, r) - before));
-  return larger(at(high, r) - at(low, r), gap);
-}
+/// The largest of high - low and the distances of both to the close before, from record 2 on.
 Series trueRange(Call& call, Prices& prices);
 /// Its average after Wilder.
 Series averageTrueRange(Call& call, Prices& prices, int periods);
@@ -93,7 +104,7 @@ Series relativeStrength(Call& call, const Series& x, int periods);
 /// 100 x the difference of both in all moves, likewise.
 Series chandeMomentum(Call& call, const Series& x, int periods);
 
-/// 100 x (close - lowest) / (highest - lowest), 0 without a range.
+/// 100 x ((close - lowest) / (highest - lowest)), 0 without a range: 100 at the top.
 Series stochastic(Call& call, const Series& high, const Series& low, const Series& close, int periods);
 
 /// How many of the P values before are below the value, in percent.

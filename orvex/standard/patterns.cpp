@@ -21,10 +21,9 @@ namespace {
 struct Chart {
   Chart(Call& call, Prices& prices)
       : open(prices.open()), high(prices.high()), low(prices.low()), close(prices.close()) {
-    const Series bodies = call.each(1, [&](auto at, int r) { return magnitude(at(close, r) - at(open, r)); });
-    const Series ranges = call.each(1, [&](auto at, int r) { return at(high, r) - at(low, r); });
-    const Series shadows =
-        call.each(1, [&](auto at, int r) { return at(high, r) - at(low, r) - magnitude(at(close, r) - at(open, r)); });
+    const Series bodies = call.of<formulas::Distance>(1, {close, open});
+    const Series ranges = call.of<formulas::Difference>(1, {high, low});
+    const Series shadows = call.of<formulas::Shadows>(1, {high, low, close, open});
     tenBodies = simple(call, bodies, 10);
     tenShadows = simple(call, shadows, 10);
     tenRanges = simple(call, ranges, 10);
@@ -539,6 +538,7 @@ std::shared_ptr<Note> Standard::CANDLES(DataRef data, SetRef OHLCV, Integer Peri
     if (Period > call.count()) raise(faults::SubscriptOutOfRange);
     Prices prices(call, OHLCV);
     const Chart chart(call, prices);
+    call.check();
     std::string names;
     int found = 0;
     for (std::size_t i = 0; i < CandlePatterns.size(); ++i) {

@@ -10,7 +10,7 @@ Standard::Result Standard::AVGPRICE(DataRef data, SetRef OHLCV, Name Alias) {
   return Method<"AVGPRICE">(data, Alias).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series open = prices.open(), high = prices.high(), low = prices.low(), close = prices.close();
-    return call.each(1, [&](auto at, int r) { return (at(high, r) + at(low, r) + at(close, r) + at(open, r)) / 4; });
+    return call.of<formulas::AveragePrice>(1, {high, low, close, open});
   });
 }
 
@@ -31,40 +31,38 @@ Standard::Result Standard::TYPPRICE(DataRef data, SetRef OHLCV, Name Alias) {
 Standard::Result Standard::WCLPRICE(DataRef data, SetRef OHLCV, Name Alias) {
   return Method<"WCLPRICE">(data, Alias).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series high = prices.high(), low = prices.low(), close = prices.close();
-    return call.by(
-        1,
-        [&](kernels::Records records, double* rows) {
-          return kernels::run(&kernels::Table::weightedClose, rowsOf(high.column), rowsOf(low.column),
-                              rowsOf(close.column), records, rows);
-        },
-        [&](auto at, int r) { return (at(high, r) + at(low, r) + 2 * at(close, r)) / 4; });
+    return call.of<formulas::WeightedClose>(1, {prices.high(), prices.low(), prices.close()});
   });
 }
-
-namespace {
-
-/// The open and close of a record's averaged bar.
-struct Body {
-  double open = 0.0;
-  double close = 0.0;
-};
-
-}  // namespace
 
 Standard::Result Standard::HEIKIN_ASHI(DataRef data, SetRef OHLCV, Name Alias) {
   return Method<"HEIKIN_ASHI">(data, Alias).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series open = prices.open(), high = prices.high(), low = prices.low(), close = prices.close();
-    const auto bars = call.columns<4>(1, Body(), [&]<class T>(At<T> at, Body& body, int r) {
-      const T h = at(high, r), l = at(low, r);
-      const T end = (at(open, r) + h + l + at(close, r)) / 4;
-      const T start = r > 1 ? (T(body.open) + body.close) / 2 : (at(open, r) + at(close, r)) / 2;
-      body = {start, end};
-      return std::array{start, larger(h, larger(start, end)), smaller(l, smaller(start, end)), end};
-    });
-    return std::vector<Named>{
-        {OpenSuffix, bars[0]}, {HighSuffix, bars[1]}, {LowSuffix, bars[2]}, {CloseSuffix, bars[3]}};
+    const Series end = call.of<formulas::AveragePrice>(1, {open, high, low, close});
+    const Series start = call.recursion(
+        1,
+        [&](kernels::Records records, double* rows) -> std::size_t {
+          std::size_t done = 0;
+          if (records.first == 1) {
+            const auto isHandled = [](const Series& x) {
+              return kernels::run(&kernels::Table::handled, rowsOf(x.column), kernels::Records{1, 1}) == 1;
+            };
+            if (!isHandled(open) || !isHandled(close)) return 0;
+            rows[0] = (open.rows[0] + close.rows[0]) / 2;
+            done = 1;
+            ++records.first;
+          }
+          if (records.first > records.last) return done;
+          return done + kernels::run(&kernels::StandardTable::halfway, rowsOf(end.column), records, rows);
+        },
+        [&]<class T>(At<T> at, const Series& own, int r) {
+          return r > 1 ? (at(own, r - 1) + at(end, r - 1)) / 2 : (at(open, r) + at(close, r)) / 2;
+        });
+    return std::vector<Named>{{OpenSuffix, start},
+                              {HighSuffix, call.of<formulas::Largest>(1, {high, start, end})},
+                              {LowSuffix, call.of<formulas::Smallest>(1, {low, start, end})},
+                              {CloseSuffix, end}};
   });
 }
 

@@ -10,55 +10,47 @@ using namespace standard;
 namespace {
 
 /// What two columns' values of a window do around their means: sums of squares and of products.
-template <class T>
 struct Scatter {
-  T xx = 0, xy = 0, yy = 0;
+  Series xx, xy, yy;
 };
 
-template <class T>
-Scatter<T> scatterAt(At<T> at, const Series& x, const Series& y, int periods, int r) {
-  T meanX = 0, meanY = 0;
-  for (int j = r - periods + 1; j <= r; ++j) {
-    meanX += at(x, j);
-    meanY += at(y, j);
-  }
-  meanX = meanX / periods;
-  meanY = meanY / periods;
-  Scatter<T> sums;
-  bool isFlatX = true, isFlatY = true;
-  for (int j = r - periods + 1; j <= r; ++j) {
-    const T dx = at(x, j) - meanX, dy = at(y, j) - meanY;
-    sums.xx += dx * dx;
-    sums.xy += dx * dy;
-    sums.yy += dy * dy;
-    isFlatX = isFlatX && at(x, j) == at(x, r);
-    isFlatY = isFlatY && at(y, j) == at(y, r);
-  }
-  // Equal values lie at their mean, wherever the rounded sum of them does.
-  if (isFlatX) sums.xx = 0;
-  if (isFlatY) sums.yy = 0;
-  return sums;
+Scatter scatter(Call& call, const Series& x, const Series& y, int periods) {
+  const Series meanX = simple(call, x, periods), meanY = simple(call, y, periods);
+  const auto made = call.columns<3>(
+      meanX.first,
+      [&](kernels::Records records, const std::array<double*, 3>& rows, Nothing&) {
+        return kernels::run(&kernels::StandardTable::scatter, rowsOf(x.column), rowsOf(y.column), rowsOf(meanX.column),
+                            rowsOf(meanY.column), periods, records, kernels::ScatterRows{rows[0], rows[1], rows[2]});
+      },
+      Nothing(),
+      [&]<class T>(At<T> at, Nothing&, int r) {
+        T xx = 0, xy = 0, yy = 0;
+        bool isFlatX = true, isFlatY = true;
+        for (int j = r; j > r - periods; --j) {
+          const T dx = at(x, j) - at(meanX, r), dy = at(y, j) - at(meanY, r);
+          xx += dx * dx;
+          xy += dx * dy;
+          yy += dy * dy;
+          isFlatX = isFlatX && at(x, j) == at(x, r);
+          isFlatY = isFlatY && at(y, j) == at(y, r);
+        }
+        // Equal values lie at their mean, wherever the rounded sum of them does.
+        return std::array{isFlatX ? T(0) : xx, xy, isFlatY ? T(0) : yy};
+      });
+  return {made[0], made[1], made[2]};
 }
 
-/// The least-squares line through the last P values, the oldest at 0. A mean w with weights 1 (oldest) to P and the
-/// plain mean m tell all of it: its slope is 6 (w - m) / (P - 1), and it ends at 3 w - 2 m.
-template <class T>
-struct Line {
-  T slope, end;
-};
+/// What the formula makes of each record's least-squares line through the last P values, the oldest at 0.
+template <class Formula>
+Series line(Call& call, const Series& x, int periods) {
+  return ofBoth<Formula>(call, weighted(call, x, periods), simple(call, x, periods), {{periods - 1.0}});
+}
 
-/// The column that `value(line)` makes of each record's line.
-template <Text name, class Value>
+template <Text name, class Formula>
 Standard::Result ofLines(const Standard::DataRef& data, const Standard::FieldRef& source, Integer periods,
-                         Standard::Name& alias, Value value) {
+                         Standard::Name& alias) {
   return Method<name>(data, alias).periods(periods, 2).compute([&](Call& call) {
-    const Series x = call.take(source);
-    const Series plain = simple(call, x, periods.value()), rising = weighted(call, x, periods.value());
-    const int last = periods.value() - 1;
-    return call.each(plain.first, [&]<class T>(At<T> at, int r) {
-      const T w = at(rising, r), m = at(plain, r);
-      return value(Line<T>{6 * (w - m) / last, 3 * w - 2 * m});
-    });
+    return line<Formula>(call, call.take(source), periods.value());
   });
 }
 
@@ -66,48 +58,42 @@ Standard::Result ofLines(const Standard::DataRef& data, const Standard::FieldRef
 
 Standard::Result Standard::BETA(DataRef data, FieldRef Source1, FieldRef Source2, Integer Periods, Name Alias) {
   return Method<"BETA">(data, Alias).periods(Periods).compute([&](Call& call) {
-    const auto moves = [&](const Series& x) {
-      return call.each(2, [&]<class T>(At<T> at, int r) { return quotient(at(x, r) - at(x, r - 1), at(x, r - 1)); });
-    };
+    const auto moves = [&](const Series& x) { return call.of<formulas::Rate>(2, {x, {x, 1}}); };
     const Series x = moves(call.take(Source1)), y = moves(call.take(Source2));
-    return call.each(Place{Periods.value()} + 1, [&]<class T>(At<T> at, int r) {
-      const Scatter<T> sums = scatterAt(at, x, y, Periods.value(), r);
-      return quotient(sums.xy, sums.xx);
-    });
+    const Scatter sums = scatter(call, x, y, Periods.value());
+    return ofBoth<formulas::Ratio>(call, sums.xy, sums.xx);
   });
 }
 
 Standard::Result Standard::CORREL(DataRef data, FieldRef Source1, FieldRef Source2, Integer Periods, Name Alias) {
   return Method<"CORREL">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source1), y = call.take(Source2);
-    return call.each(Periods.value(), [&]<class T>(At<T> at, int r) {
-      const Scatter<T> sums = scatterAt(at, x, y, Periods.value(), r);
-      const T both = sums.xx * sums.yy;
-      return quotient(sums.xy, root(both));
-    });
+    const Scatter sums = scatter(call, x, y, Periods.value());
+    return call.of<formulas::Correlation>(sums.xy.first, {sums.xy, sums.xx, sums.yy});
   });
 }
 
 Standard::Result Standard::LINEARREG(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG">(data, Source, Periods, Alias, [&](const auto& line) { return line.end; });
+  return ofLines<"LINEARREG", formulas::LineEnd>(data, Source, Periods, Alias);
 }
 
 Standard::Result Standard::LINEARREG_SLOPE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG_SLOPE">(data, Source, Periods, Alias, [](const auto& line) { return line.slope; });
+  return ofLines<"LINEARREG_SLOPE", formulas::LineSlope>(data, Source, Periods, Alias);
 }
 
 Standard::Result Standard::LINEARREG_INTERCEPT(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG_INTERCEPT">(
-      data, Source, Periods, Alias, [&](const auto& line) { return line.end - line.slope * (Periods.value() - 1); });
+  return ofLines<"LINEARREG_INTERCEPT", formulas::LineStart>(data, Source, Periods, Alias);
 }
 
 Standard::Result Standard::LINEARREG_ANGLE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG_ANGLE">(data, Source, Periods, Alias,
-                                    [](const auto& line) { return arcTangent(line.slope) * DegreesPerRadian; });
+  return Method<"LINEARREG_ANGLE">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
+    const Series slope = line<formulas::LineSlope>(call, call.take(Source), Periods.value());
+    return call.each(slope.first, [&](auto at, int r) { return arcTangent(at(slope, r)) * DegreesPerRadian; });
+  });
 }
 
 Standard::Result Standard::TSF(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"TSF">(data, Source, Periods, Alias, [](const auto& line) { return line.end + line.slope; });
+  return ofLines<"TSF", formulas::LineAhead>(data, Source, Periods, Alias);
 }
 
 Standard::Result Standard::ZSCORE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
@@ -142,40 +128,58 @@ Standard::Result Standard::MAX(DataRef data, FieldRef Source, Integer Periods, N
 
 namespace {
 
-/// Where the extreme of the last values stands.
-struct Holder {
-  int record = 0;
-};
-
 /// The record of the extreme of the last values, counted from 1. Of equal ones a newer takes its place, but once it has
 /// left the window the oldest of those that remain does: which of them is told is as the field's most used library
 /// finds it on its way.
 template <class Beats>
-Series placeOf(Call& call, const Series& x, int periods, Beats beats) {
-  return call.carried(x.first + periods - 1, Holder(), [&]<class T>(At<T> at, Holder& holder, int r) {
-    const auto better = [&](int a, int b) { return beats(at(x, a), at(x, b)); };
-    if (holder.record < r - periods + 1) {
-      holder.record = r - periods + 1;
-      for (int j = holder.record + 1; j <= r; ++j)
-        if (better(j, holder.record)) holder.record = j;
-    } else if (!better(holder.record, r)) {
-      holder.record = r;
-    }
-    return T(holder.record);
-  });
+Series placeOf(Call& call, const Series& x, int periods, decltype(&kernels::StandardTable::highestRecord) kernel,
+               Beats beats) {
+  const Place first = x.first + periods - 1;
+  return call.recursion(
+      first,
+      [&](kernels::Records records, double* rows) -> std::size_t {
+        const auto oldest = workingRows(call.count());
+        const std::size_t done = call.proves(
+            kernels::run(kernel, rowsOf(x.column), periods, records, rows, oldest.get()), records, x, periods - 1);
+        for (int r = records.first; r < records.first + static_cast<int>(done); ++r) {
+          // Of one extreme alone there is nothing to choose.
+          double& place = rows[r - 1];
+          if (place == oldest[r - 1]) continue;
+          const double before = r > first ? rows[r - 2] : 0.0;
+          if (before <= r - periods) {
+            place = oldest[r - 1];
+          } else if (place != r) {
+            place = before;
+          }
+        }
+        return done;
+      },
+      [&]<class T>(At<T> at, const Series& own, int r) {
+        int best = r > first ? static_cast<int>(double(at(own, r - 1))) : 0;
+        if (best <= r - periods) {
+          best = r - periods + 1;
+          for (int j = best + 1; j <= r; ++j)
+            if (beats(at(x, j), at(x, best))) best = j;
+        } else if (!beats(at(x, best), at(x, r))) {
+          best = r;
+        }
+        return T(best);
+      });
 }
 
 }  // namespace
 
 Standard::Result Standard::MININDEX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"MININDEX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
-    return placeOf(call, call.take(Source), Periods.value(), [](auto a, auto b) { return a < b; });
+    return placeOf(call, call.take(Source), Periods.value(), &kernels::StandardTable::lowestRecord,
+                   [](auto a, auto b) { return a < b; });
   });
 }
 
 Standard::Result Standard::MAXINDEX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"MAXINDEX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
-    return placeOf(call, call.take(Source), Periods.value(), [](auto a, auto b) { return a > b; });
+    return placeOf(call, call.take(Source), Periods.value(), &kernels::StandardTable::highestRecord,
+                   [](auto a, auto b) { return a > b; });
   });
 }
 

@@ -27,7 +27,7 @@ Standard::Result Standard::NATR(DataRef data, SetRef OHLCV, Integer Periods, Nam
   return Method<"NATR">(data, Alias).periods(Periods).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series range = averageTrueRange(call, prices, Periods.value()), close = prices.close();
-    return call.each(range.first, [&](auto at, int r) { return quotient(at(range, r), at(close, r)) * 100; });
+    return ofBoth<formulas::Percentage>(call, range, close);
   });
 }
 
@@ -42,7 +42,7 @@ Standard::Result Standard::VAR(DataRef data, FieldRef Source, Integer Periods, N
   return Method<"VAR">(data, Alias).periods(Periods).compute([&](Call& call) {
     const Series x = call.take(Source), mean = simple(call, x, Periods.value());
     const Series root = deviation(call, x, mean, Periods.value(), 1.0);
-    return call.each(root.first, [&](auto at, int r) { return at(root, r) * at(root, r); });
+    return call.of<formulas::Square>(root.first, {root});
   });
 }
 

@@ -12,14 +12,9 @@ Standard::Result Standard::MFI(DataRef data, SetRef OHLCV, Integer Periods, Name
   return Method<"MFI">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series price = typicalPrice(call, prices), flow = product(call, price, prices.volume());
-    const auto sides = call.columns<2>(2, Nothing(), [&]<class T>(At<T> at, Nothing&, int r) {
-      const T now = at(price, r), before = at(price, r - 1), amount = at(flow, r), none = 0;
-      return std::array{now > before ? amount : none, now < before ? amount : none};
-    });
-    // Means stand for the sums: their share is the same.
-    const Series rising = simple(call, sides[0], Periods.value()), falling = simple(call, sides[1], Periods.value());
-    return call.each(rising.first,
-                     [&](auto at, int r) { return 100 * quotient(at(rising, r), at(rising, r) + at(falling, r)); });
+    const Series up = call.of<formulas::WhereGreater>(2, {price, {price, 1}, flow});
+    const Series down = call.of<formulas::WhereGreater>(2, {Input(price, 1), price, flow});
+    return ofBoth<formulas::ShareOfBoth>(call, sum(call, up, Periods.value()), sum(call, down, Periods.value()));
   });
 }
 
@@ -38,18 +33,6 @@ Standard::Result Standard::AD(DataRef data, SetRef OHLCV, Name Alias) {
   });
 }
 
-namespace {
-
-/// The average that begins with its column's first value.
-Series fromFirst(Call& call, const Series& x, int periods) {
-  const double factor = 2.0 / (periods + 1.0);
-  return call.recursion(x.first, [&]<class T>(At<T> at, const Series& own, int r) {
-    return r > x.first ? factor * at(x, r) + (1.0 - factor) * at(own, r - 1) : at(x, r);
-  });
-}
-
-}  // namespace
-
 Standard::Result Standard::ADOSC(DataRef data, SetRef OHLCV, Integer FastPeriods, Integer SlowPeriods, Name Alias) {
   return Method<"ADOSC">(data, Alias).periods(FastPeriods, 2).periods(SlowPeriods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
@@ -66,8 +49,8 @@ using VolumeKernel = std::size_t (*kernels::Table::*)(kernels::Source, kernels::
 
 /// Row 1 as `first()` gives it, and what the kernel makes of the rows after it.
 template <class First>
-auto startedAt(First first, VolumeKernel kernel, const Series& x, const Series& volume) {
-  return [=, &x, &volume](kernels::Records records, double* rows) -> std::size_t {
+auto startedAt(Call& call, First first, VolumeKernel kernel, const Series& x, const Series& volume) {
+  return [=, &call, &x, &volume](kernels::Records records, double* rows) -> std::size_t {
     std::size_t done = 0;
     if (records.first == 1) {
       rows[0] = first();
@@ -75,7 +58,8 @@ auto startedAt(First first, VolumeKernel kernel, const Series& x, const Series& 
       ++records.first;
     }
     if (records.first > records.last) return done;
-    return done + kernels::run(kernel, rowsOf(x.column), rowsOf(volume.column), records, rows);
+    const std::size_t rest = kernels::run(kernel, rowsOf(x.column), rowsOf(volume.column), records, rows);
+    return done + call.proves(call.proves(rest, records, x, 1), records, volume, 1);
   };
 }
 
@@ -84,7 +68,9 @@ auto startedAt(First first, VolumeKernel kernel, const Series& x, const Series& 
 Standard::Result Standard::OBV(DataRef data, FieldRef Source, FieldRef Volume, Name Alias) {
   return Method<"OBV">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source), volume = call.take(Volume);
-    return call.recursion(1, startedAt([&] { return volume.rows[0]; }, &kernels::Table::onBalanceVolume, x, volume),
+    return call.recursion(1,
+                          startedAt(
+                              call, [&] { return volume.rows[0]; }, &kernels::Table::onBalanceVolume, x, volume),
                           [&]<class T>(At<T> at, const Series& own, int r) {
                             if (r == 1) return at(volume, r);
                             const T now = at(x, r), before = at(x, r - 1), amount = at(volume, r);
@@ -96,9 +82,9 @@ Standard::Result Standard::OBV(DataRef data, FieldRef Source, FieldRef Volume, N
 Standard::Result Standard::CMF(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"CMF">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series flow = simple(call, moneyFlowVolume(call, prices), Periods.value());
-    const Series volume = simple(call, prices.volume(), Periods.value());
-    return call.each(flow.first, [&](auto at, int r) { return quotient(at(flow, r), at(volume, r)); });
+    const Series flow = sum(call, moneyFlowVolume(call, prices), Periods.value());
+    const Series volume = sum(call, prices.volume(), Periods.value());
+    return ofBoth<formulas::Ratio>(call, flow, volume);
   });
 }
 
@@ -149,7 +135,9 @@ namespace {
 /// 1000, moved by the price's own rates where the volume went the way of `counts`.
 template <class Counts>
 Series volumeIndex(Call& call, const Series& x, const Series& volume, VolumeKernel kernel, Counts counts) {
-  return call.recursion(1, startedAt([] { return 1000.0; }, kernel, x, volume),
+  return call.recursion(1,
+                        startedAt(
+                            call, [] { return 1000.0; }, kernel, x, volume),
                         [&]<class T>(At<T> at, const Series& own, int r) {
                           if (r == 1) return T(1000);
                           const T before = at(own, r - 1), old = at(x, r - 1);
@@ -186,7 +174,8 @@ Standard::Result Standard::VOSC(DataRef data, FieldRef Volume, Integer FastPerio
 Standard::Result Standard::PVT(DataRef data, FieldRef Source, FieldRef Volume, Name Alias) {
   return Method<"PVT">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source), volume = call.take(Volume);
-    const auto kernel = startedAt([] { return 0.0; }, &kernels::Table::priceVolumeTrend, x, volume);
+    const auto kernel = startedAt(
+        call, [] { return 0.0; }, &kernels::Table::priceVolumeTrend, x, volume);
     return call.recursion(1, kernel, [&]<class T>(At<T> at, const Series& own, int r) {
       if (r == 1) return T(0);
       const T old = at(x, r - 1);

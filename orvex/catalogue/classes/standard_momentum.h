@@ -171,7 +171,7 @@ inline constexpr auto standardMomentum = std::tuple{
          .purpose = Purpose::Momentum,
          .elsewhere = {.house = "Oscillator.StochasticOscillator", .talib = "STOCH", .tulip = "stoch"},
          .guide = {.formula =
-                       "%K = the average of 100 x (Close - min Low) / (max High - min Low), 0 without a range; %D = "
+                       "%K = the average of 100 x ((Close - min Low) / (max High - min Low)), 0 without a range; %D = "
                        "the average of %K. Both are shown from the first %D on",
                    .reading =
                        "Above 80 the close is near the highs, below 20 near the lows; a cross of %K and %D there "
@@ -187,7 +187,7 @@ inline constexpr auto standardMomentum = std::tuple{
          .purpose = Purpose::Momentum,
          .elsewhere = {.talib = "STOCHF"},
          .guide = {.formula =
-                       "%K = 100 x (Close - min Low) / (max High - min Low), 0 without a range; %D = the average of "
+                       "%K = 100 x ((Close - min Low) / (max High - min Low)), 0 without a range; %D = the average of "
                        "%K. Both are shown from the first %D on",
                    .reading = "As STOCH, with more turns.",
                    .origin = "George Lane, 1950s."},
@@ -202,7 +202,7 @@ inline constexpr auto standardMomentum = std::tuple{
          .purpose = Purpose::Momentum,
          .elsewhere = {.house = "Oscillator.StochRSI", .talib = "STOCHRSI", .tulip = "stochrsi"},
          .guide = {.formula =
-                       "%K = 100 x (RSI - min RSI) / (max RSI - min RSI) over KPeriods records, 0 without a range; "
+                       "%K = 100 x ((RSI - min RSI) / (max RSI - min RSI)) over KPeriods records, 0 without a range; "
                        "%D = the average of %K",
                    .reading = "As STOCH, of the RSI: it turns often and goes to the ends.",
                    .origin = "Tushar Chande and Stanley Kroll, The New Technical Trader, 1994."},
@@ -238,7 +238,7 @@ inline constexpr auto standardMomentum = std::tuple{
          .purpose = Purpose::Momentum,
          .elsewhere = {.house = "Oscillator.WilliamsPctR", .talib = "WILLR", .tulip = "willr"},
          .guide = {.formula =
-                       "-100 x (max High - Close) / (max High - min Low) over Periods records, 0 without a range",
+                       "-100 x ((max High - Close) / (max High - min Low)) over Periods records, 0 without a range",
                    .reading = "Above -20 the close is near the highs, below -80 near the lows.",
                    .origin = "Larry Williams, How I Made One Million Dollars, 1973."},
          .levels = {-80, -20}}),

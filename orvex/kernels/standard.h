@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstddef>
+
+#include "orvex/kernels/kernels.h"
+#include "orvex/standard/formulas.h"
+
+/// The kernels that `Standard` has beside the house's: the same rules hold (kernels.h).
+namespace orvex::inline ORVEX_COUNTS::kernels {
+
+/// A column, and how many records before the record its row is taken from.
+struct Operand {
+  Source source;
+  int lag;
+};
+
+/// Sums of squares and products of the distances from two columns' means.
+struct ScatterRows {
+  double* xx;
+  double* xy;
+  double* yy;
+};
+
+struct StandardTable {
+  /// What the formula of that place in `Formulas` makes of its columns. Stops before a row that an operand's row or the
+  /// row itself is too large for (2^200), so that what it handles is proven for all that follows.
+  std::size_t (*pointwise[standard::Formulas::size])(const Operand* operands, const standard::Parameters& parameters,
+                                                     Records records, double* out);
+
+  /// The row before - the row before / `periods` + the source, from the row before the first record on; so are the
+  /// four that follow.
+  std::size_t (*leakySum)(Source source, int periods, Records records, double* out);
+
+  /// (the row before x (`periods` - 1) + the source) / `periods`.
+  std::size_t (*leakyMean)(Source source, int periods, Records records, double* out);
+
+  /// The same of the source's rises and of its falls, 0 where it moves the other way.
+  std::size_t (*leakyMoves)(Source source, int periods, Records records, double* rises, double* falls);
+
+  /// (the row before + the source's row before) / 2.
+  std::size_t (*halfway)(Source source, Records records, double* out);
+
+  /// The row before + (the source - the row before) x the share.
+  std::size_t (*follow)(Source source, Source share, Records records, double* out);
+
+  /// Sum of the `window` values that end at the record, newest first.
+  std::size_t (*sum)(Source source, int window, Records records, double* out);
+
+  /// How many of the `window` values before the record are below its own.
+  std::size_t (*below)(Source source, int window, Records records, double* out);
+
+  /// The sums over the `window` values that end at the record, newest first. A sum of squares of equal values is 0.
+  std::size_t (*scatter)(Source x, Source y, Source meanX, Source meanY, int window, Records records, ScatterRows out);
+
+  /// The numbers of the records of the largest (smallest) of the `window` values that end at the record: of equal ones
+  /// the newest and, where `oldest` is not null, the oldest.
+  std::size_t (*highestRecord)(Source source, int window, Records records, double* newest, double* oldest);
+  std::size_t (*lowestRecord)(Source source, int window, Records records, double* newest, double* oldest);
+
+  /// Rows whose source is as in the row before become the row before; the others stay.
+  std::size_t (*holdStill)(Source source, Records records, double* out);
+};
+
+/// The kernels of the level in use; none at `Off`.
+const StandardTable* activeStandard() noexcept;
+
+/// Runs a kernel of the level in use. Fills nothing at `Off`.
+template <class... Parameters, class... Arguments>
+std::size_t run(std::size_t (*StandardTable::*kernel)(Parameters...), Arguments... arguments) {
+  const StandardTable* const table = activeStandard();
+  return table == nullptr ? 0 : (table->*kernel)(arguments...);
+}
+
+}  // namespace orvex::inline ORVEX_COUNTS::kernels

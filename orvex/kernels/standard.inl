@@ -1,0 +1,300 @@
+// The kernels of `Standard`.
+#pragma once
+
+#include <cstddef>
+
+#include "orvex/kernels/extremes.inl"
+#include "orvex/kernels/pack.inl"
+#include "orvex/kernels/pointwise.inl"
+#include "orvex/kernels/provable.inl"
+#include "orvex/kernels/quotients.inl"
+#include "orvex/kernels/recursions.inl"
+#include "orvex/kernels/sliding.inl"
+#include "orvex/kernels/standard.h"
+
+namespace {
+
+using orvex::kernels::Operand;
+using orvex::kernels::ScatterRows;
+using StandardParameters = orvex::standard::Parameters;
+
+// What formulas do beside arithmetic.
+template <int Lanes>
+Pack<Lanes> over(Pack<Lanes> a, Pack<Lanes> b, int turn) {
+  return quotient(a, b, turn);
+}
+template <int Lanes>
+Pack<Lanes> overOr(Pack<Lanes> a, Pack<Lanes> b, double otherwise, int turn) {
+  return whereEqual(b, Pack<Lanes>::all(0.0), Pack<Lanes>::all(otherwise), quotient(a, b, turn));
+}
+template <int Lanes>
+Pack<Lanes> part(Pack<Lanes> x, double n) {
+  return x / Divisor(n);
+}
+
+/// Every row by the formula. What is read and what comes out is looked at in the same pass: multiplied by 2^824 and by
+/// 0, whatever is too large or no number makes a sum of such products one that is not 0.
+template <class Formula>
+std::size_t pointwise(const Operand* operands, const StandardParameters& given, Records records, double* out) {
+  using P = WidestPack;
+  constexpr int columns = Formula::columns;
+  constexpr int packs = 4;
+  constexpr double scale = 0x1p824;
+  struct Columns {
+    const double* rows[columns];
+  } x;
+  std::ptrdiff_t count = records.last - records.first + 1;
+  for (int i = 0; i < columns; ++i) {
+    count = least(count, present(operands[i].source, records, operands[i].lag));
+    x.rows[i] = operands[i].source.rows - operands[i].lag;
+  }
+  const StandardParameters parameters = given;
+  const auto fill = [=]<class Q>(std::ptrdiff_t row, int turn) {
+    Q values[columns];
+    ORVEX_UNROLL for (int i = 0; i < columns; ++i) values[i] = Q::load(x.rows[i] + row);
+    const Q result = Formula::of(values, parameters, turn);
+    result.store(out + row);
+    Q sum = result * Q::all(scale);
+    ORVEX_UNROLL for (int i = 0; i < columns; ++i) sum = sum + values[i] * Q::all(scale);
+    return sum * Q::all(0.0);
+  };
+  std::ptrdiff_t done = 0;
+  while (done < count) {
+    const std::ptrdiff_t first = records.first - 1 + done;
+    const std::ptrdiff_t rows = nextPiece(out + first, count - done);
+    P sum[packs] = {};
+    std::ptrdiff_t row = first;
+    for (; row + packs * widestLanes <= first + rows; row += packs * widestLanes) {
+      ORVEX_UNROLL for (int i = 0; i < packs; ++i) {
+        sum[i] = sum[i] + fill.template operator()<P>(row + i * widestLanes, i);
+      }
+    }
+    double rest = 0.0;
+    for (; row < first + rows; ++row) rest += fill.template operator()<Pack<1>>(row, 0).v[0];
+    if (!isZero((sum[0] + sum[1]) + (sum[2] + sum[3])) || rest != 0.0) {
+      for (row = first; row < first + rows; ++row) {
+        if (fill.template operator()<Pack<1>>(row, 0).v[0] != 0.0) break;
+      }
+      return static_cast<std::size_t>(row - (records.first - 1));
+    }
+    done += rows;
+  }
+  return static_cast<std::size_t>(done);
+}
+
+std::size_t leakySum(Source source, int periods, Records records, double* out) {
+  if (periods < 1) return 0;
+  const Divisor length(periods);
+  return recursion(source, records, periods, out,
+                   [=](auto& row, auto x, auto) { row[0] = row[0] - row[0] / length + x; });
+}
+
+std::size_t leakyMean(Source source, int periods, Records records, double* out) {
+  if (periods < 1) return 0;
+  const Divisor length(periods);
+  const double kept = periods - 1;
+  return recursion(source, records, periods, out,
+                   [=](auto& row, auto x, auto) { row[0] = (row[0] * spread(kept, x) + x) / length; });
+}
+
+std::size_t leakyMoves(Source source, int periods, Records records, double* rises, double* falls) {
+  const std::ptrdiff_t count = provable(source, records, 1);
+  if (count == 0 || periods < 1 || !isHandled(rises[records.first - 2]) || !isHandled(falls[records.first - 2])) {
+    return 0;
+  }
+  double* const rows[] = {rises + (records.first - 1), falls + (records.first - 1)};
+  const Divisor length(periods);
+  const double kept = periods - 1;
+  recur(source.rows + (records.first - 1), rows, count, periods, [=](auto& row, auto now, auto before) {
+    const auto zero = spread(0.0, now);
+    row[0] = (row[0] * spread(kept, now) + larger(now - before, zero)) / length;
+    row[1] = (row[1] * spread(kept, now) + larger(before - now, zero)) / length;
+  });
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t halfway(Source source, Records records, double* out) {
+  const std::ptrdiff_t count = provable(source, records, 1);
+  if (count == 0 || records.first < 2 || !isHandled(out[records.first - 2])) return 0;
+  double* const rows[] = {out + (records.first - 1)};
+  recur(source.rows + (records.first - 1), rows, count, 2.0,
+        [](auto& row, auto, auto before) { row[0] = (row[0] + before) * spread(0.5, before); });
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t follow(Source source, Source share, Records records, double* out) {
+  const std::ptrdiff_t count = least(provable(source, records, 0), provable(share, records, 0));
+  if (count == 0 || records.first < 2 || !isHandled(out[records.first - 2])) return 0;
+  const double* const x = source.rows + (records.first - 1);
+  const double* const part = share.rows + (records.first - 1);
+  double* const row = out + (records.first - 1);
+  double last = row[-1];
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    // With shares from 0 to 1 a row lies between the row before and the source.
+    if (!(part[i] >= 0.0 && part[i] <= 1.0)) return static_cast<std::size_t>(i);
+    row[i] = last = last + (x[i] - last) * part[i];
+  }
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t windowSum(Source source, int window, Records records, double* out) {
+  if (window < 1) return 0;
+  const std::ptrdiff_t count = provable(source, records, window - 1);
+  slide<8>({source.rows, nullptr, out}, window, 40, records.first - 1, count, [=]<class Block>(const Block& block) {
+    using P = typename Block::P;
+    P sum[Block::count] = {};
+    block.newestFirst(window, [&](int i, std::ptrdiff_t, P value) { sum[i] = sum[i] + value; });
+    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum[i]);
+  });
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t below(Source source, int window, Records records, double* out) {
+  if (window < 1) return 0;
+  const std::ptrdiff_t count = provable(source, records, window);
+  const double* const x = source.rows;
+  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+    using P = Pack<Lanes>;
+    const P one = P::all(1.0), zero = P::all(0.0);
+    P own[Count];
+    P found[Count] = {};
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) own[i] = P::load(x + row + i * Lanes);
+    for (std::ptrdiff_t age = 1; age <= window; ++age) {
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+        found[i] = found[i] + whereGreater(own[i], P::load(x + row + i * Lanes - age), one, zero);
+      }
+    }
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) found[i].store(out + row + i * Lanes);
+  });
+  return static_cast<std::size_t>(count);
+}
+
+/// Rows of `sums` of which the whole window is equal become 0, of `Lanes` records from row `at` on.
+template <int Lanes>
+void clearEqual(const double* x, std::ptrdiff_t window, std::ptrdiff_t at, double* sums) {
+  using P = Pack<Lanes>;
+  if (window > 1 && !hasZero(P::load(x + at) - P::load(x + at - 1))) return;
+  for (int lane = 0; lane < Lanes; ++lane) {
+    std::ptrdiff_t equal = 1;
+    while (equal < window && x[at + lane - equal] == x[at + lane]) ++equal;
+    if (equal == window) sums[at + lane] = 0.0;
+  }
+}
+
+std::size_t scatterAround(Source x, Source y, Source meanX, Source meanY, int window, Records records,
+                          ScatterRows out) {
+  if (window < 1) return 0;
+  const std::ptrdiff_t count = least(least(provable(x, records, window - 1), provable(y, records, window - 1)),
+                                     least(provable(meanX, records, 0), provable(meanY, records, 0)));
+  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+    using P = Pack<Lanes>;
+    P centerX[Count], centerY[Count];
+    P xx[Count] = {}, xy[Count] = {}, yy[Count] = {};
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+      centerX[i] = P::load(meanX.rows + row + i * Lanes);
+      centerY[i] = P::load(meanY.rows + row + i * Lanes);
+    }
+    for (std::ptrdiff_t age = 0; age < window; ++age) {
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+        const P dx = P::load(x.rows + row + i * Lanes - age) - centerX[i];
+        const P dy = P::load(y.rows + row + i * Lanes - age) - centerY[i];
+        xx[i] = xx[i] + dx * dx;
+        xy[i] = xy[i] + dx * dy;
+        yy[i] = yy[i] + dy * dy;
+      }
+    }
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+      const std::ptrdiff_t at = row + i * Lanes;
+      xx[i].store(out.xx + at);
+      xy[i].store(out.xy + at);
+      yy[i].store(out.yy + at);
+      clearEqual<Lanes>(x.rows, window, at, out.xx);
+      clearEqual<Lanes>(y.rows, window, at, out.yy);
+    }
+  });
+  return static_cast<std::size_t>(count);
+}
+
+/// The place of the extreme of each window, as those of highest and lowest values are found (extremes.inl): of k values
+/// from each one on, then of 2k.
+template <class Extreme, bool isNewest>
+void recordsOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t first, std::ptrdiff_t count,
+                       double* out) {
+  constexpr std::ptrdiff_t piece = 512;
+  double values[piece + widestDoubled];
+  double places[piece + widestDoubled];
+  for (std::ptrdiff_t start = first; start < first + count; start += piece) {
+    const std::ptrdiff_t rows = least(piece, first + count - start);
+    const std::ptrdiff_t from = start - (window - 1);
+    std::ptrdiff_t length = rows + window - 1;
+    for (std::ptrdiff_t i = 0; i < length; ++i) {
+      values[i] = x[from + i];
+      places[i] = static_cast<double>(from + i + 1);
+    }
+    // The older one is kept where it is better, or, of equal ones, where the oldest is wanted.
+    const auto place = []<class P>(P older, P newer, P placeOlder, P placeNewer) {
+      const P best = isNewest ? Extreme::choose(older, newer) : Extreme::choose(newer, older);
+      return isNewest ? whereEqual(best, newer, placeNewer, placeOlder)
+                      : whereEqual(best, older, placeOlder, placeNewer);
+    };
+    std::ptrdiff_t k = 1;
+    const auto combine = [&, place](std::ptrdiff_t number, std::ptrdiff_t distance, double* to, bool keepsValues) {
+      eachBlock<4>(0, number, [&, distance, to, keepsValues]<int Lanes, int Count>(std::ptrdiff_t row) {
+        using P = Pack<Lanes>;
+        ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+          const std::ptrdiff_t at = row + i * Lanes;
+          const P older = P::load(values + at), newer = P::load(values + at + distance);
+          place(older, newer, P::load(places + at), P::load(places + at + distance)).store(to + at);
+          if (keepsValues) Extreme::choose(older, newer).store(values + at);
+        }
+      });
+    };
+    for (; 2 * k <= window; k *= 2) {
+      length -= k;
+      combine(length, k, places, true);
+    }
+    combine(rows, window - k, out + start, false);
+  }
+}
+
+template <class Extreme>
+std::size_t recordOf(Source source, int window, Records records, double* newest, double* oldest) {
+  if (window < 1 || window > widestDoubled) return 0;
+  const std::ptrdiff_t count = provable(source, records, window - 1);
+  recordsOfExtremes<Extreme, true>(source.rows, window, records.first - 1, count, newest);
+  if (oldest != nullptr) {
+    recordsOfExtremes<Extreme, false>(source.rows, window, records.first - 1, count, oldest);
+  }
+  return static_cast<std::size_t>(count);
+}
+
+std::size_t holdStill(Source source, Records records, double* out) {
+  const std::ptrdiff_t count = present(source, records, 1);
+  const double* const x = source.rows;
+  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+    using P = Pack<Lanes>;
+    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+      const std::ptrdiff_t at = row + i * Lanes;
+      if (!hasZero(P::load(x + at) - P::load(x + at - 1))) continue;
+      for (int lane = 0; lane < Lanes; ++lane) {
+        if (x[at + lane] == x[at + lane - 1]) out[at + lane] = out[at + lane - 1];
+      }
+    }
+  });
+  return static_cast<std::size_t>(count);
+}
+
+template <class Formulas>
+struct Pointwise;
+
+/// A kernel for each formula, in the order of the list.
+template <class... Formula>
+struct Pointwise<orvex::standard::List<Formula...>> {
+  static constexpr orvex::kernels::StandardTable table(orvex::kernels::StandardTable others) {
+    std::size_t i = 0;
+    ((others.pointwise[i++] = pointwise<Formula>), ...);
+    return others;
+  }
+};
+
+}  // namespace
