@@ -8,7 +8,9 @@
 #include <array>
 #include <chrono>
 #include <limits>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "bench/series.h"
@@ -35,13 +37,26 @@ struct Measured {
   std::string error{};
 };
 
+/// The dates of records that come once a minute; sessions begin by them.
+std::vector<std::string> datesOf(int count) {
+  std::vector<std::string> dates;
+  for (int minute = 0; minute < count; ++minute) {
+    const int day = minute / 1440;
+    dates.push_back(fmt::format("{}-{:02}-{:02} {:02}:{:02}", 2000 + day / 336, day / 28 % 12 + 1, day % 28 + 1,
+                                minute / 60 % 24, minute % 60));
+  }
+  return dates;
+}
+
 /// Prices to append, in the form of single records.
-std::vector<PriceRecord> recordsOf(const Database& data) {
+std::vector<PriceRecord> recordsOf(const Database& data, const std::vector<std::string>& dates) {
   const auto rows = [&](std::string_view name) { return data.getRecordset()->getField(name)->values(); };
   const auto open = rows(Database::OpenName), high = rows(Database::HighName), low = rows(Database::LowName),
              close = rows(Database::CloseName), volume = rows(Database::VolumeName);
   std::vector<PriceRecord> records;
-  for (std::size_t i = 0; i < open.size(); ++i) records.push_back({open[i], high[i], low[i], close[i], volume[i]});
+  for (std::size_t i = 0; i < open.size(); ++i) {
+    records.push_back({open[i], high[i], low[i], close[i], volume[i], dates[i]});
+  }
   return records;
 }
 
@@ -64,13 +79,14 @@ void takeCosts(std::array<LiveSeries*, 2> all, const std::vector<PriceRecord>& r
   }
 }
 
-PriceRows rowsOf(const Database& data) {
+PriceRows rowsOf(const Database& data, const std::vector<std::string_view>& dates) {
   const auto rows = [&](std::string_view name) { return data.getRecordset()->getField(name)->rows(); };
   return {.open = rows(Database::OpenName),
           .high = rows(Database::HighName),
           .low = rows(Database::LowName),
           .close = rows(Database::CloseName),
-          .volume = rows(Database::VolumeName)};
+          .volume = rows(Database::VolumeName),
+          .dates = {std::span(dates).first(static_cast<std::size_t>(data.getRecordCount().value())), nullptr}};
 }
 
 /// Usual values, with windows of at most 20 records.
@@ -116,14 +132,16 @@ void print(const Measured& one, const std::array<Cost, 2>& own, int& over) {
 }
 
 int run() {
-  const std::vector<PriceRecord> records = recordsOf(*makeSeries(Prices::Ordinary, 10'000));
+  const std::vector<std::string> dates = datesOf(1'000'000);
+  const std::vector<std::string_view> dateTexts(dates.begin(), dates.end());
+  const std::vector<PriceRecord> records = recordsOf(*makeSeries(Prices::Ordinary, 10'000), dates);
   const std::array prices = {makeSeries(Prices::Ordinary, 1'000), makeSeries(Prices::Ordinary, 1'000'000)};
   std::vector<Measured> all = everything();
   // Twice through them all, since a machine may be slow for seconds.
   for (int visit = 0; visit < 2; ++visit) {
     for (Measured& one : all) {
       if (one.method != nullptr && one.method->recomputed) continue;
-      LiveSeries brief(rowsOf(*prices[0])), extended(rowsOf(*prices[1]));
+      LiveSeries brief(rowsOf(*prices[0], dateTexts)), extended(rowsOf(*prices[1], dateTexts));
       for (LiveSeries* series : {&brief, &extended}) {
         if (one.method == nullptr) continue;
         const auto kept = series->keep(one.name, argumentsOf(*one.method));

@@ -116,9 +116,65 @@ struct Followed {
   std::string alias;
   std::shared_ptr<const LiveResult> result;
   bool hasSucceeded = false;
-  bool isReported = false;  // its error, since it has succeeded last
+  bool isReported = false;              // its error, since it has succeeded last
+  std::vector<std::string> jsonKeys{};  // of its columns
+
+  /// Whether a record that is appended costs no more than itself.
+  bool goesOn() const { return !result->error() && result->columnsMade() > 0; }
+  /// Whether a record had a value when it was the last, and `behind` others were still to come.
+  bool isComputed(std::size_t column, int record, int behind) const {
+    const catalogue::RowRange computed = result->computed()[column];
+    return computed.first <= record && record <= computed.last - behind;
+  }
 
   std::string columnName(std::size_t column) const { return catalogue::columnName(method->columns[column], alias); }
+};
+
+/// Records that are read and not appended yet.
+class WaitingRecords {
+ public:
+  std::size_t count() const { return lines_.size(); }
+  std::size_t line(std::size_t index) const { return lines_[index]; }
+  std::string_view date(std::size_t index) const {
+    const std::size_t begin = index == 0 ? 0 : dateEnds_[index - 1];
+    return std::string_view(dates_).substr(begin, dateEnds_[index] - begin);
+  }
+  PriceRecord record(std::size_t index) const {
+    return {columns_[0][index], columns_[1][index], columns_[2][index],
+            columns_[3][index], columns_[4][index], date(index)};
+  }
+
+  void add(const PriceRecord& record, std::size_t line) {
+    const double values[] = {record.open, record.high, record.low, record.close, record.volume};
+    for (std::size_t i = 0; i < columns_.size(); ++i) columns_[i].push_back(values[i]);
+    dates_ += record.date;
+    dateEnds_.push_back(dates_.size());
+    lines_.push_back(line);
+  }
+
+  /// Those from `first` on, in columns that stand until something else is done here.
+  PriceRows from(std::size_t first, bool withDates) {
+    const auto rows = [&](std::size_t column) {
+      return Rows<double>{std::span<const double>(columns_[column]).subspan(first), nullptr};
+    };
+    dateTexts_.clear();
+    for (std::size_t i = first; withDates && i < count(); ++i) dateTexts_.push_back(date(i));
+    return {rows(0), rows(1), rows(2), rows(3), rows(4), {dateTexts_, nullptr}};
+  }
+
+  void clear() {
+    for (auto& column : columns_) column.clear();
+    dates_.clear();
+    dateEnds_.clear();
+    lines_.clear();
+  }
+
+ private:
+  std::array<std::vector<double>, 5> columns_;
+  std::string dates_;  // one behind the other
+  std::vector<std::size_t> dateEnds_;
+  std::vector<std::size_t> lines_;
+  std::vector<std::string_view> dateTexts_;
 };
 
 std::string aliasOf(const Method& method, const std::vector<NamedText>& given) {
@@ -142,8 +198,11 @@ class Following {
   void run() {
     GrowingLines lines(file_.value_or("-"));
     std::string_view line;
-    const auto flush = [&] { sink_.flush(); };
-    while (lines.next(line, flush)) {
+    const auto finish = [&] {
+      appendWaiting();
+      sink_.flush();
+    };
+    while (lines.next(line, finish)) {
       ++number_;
       if (reader_) {
         read(line, lines.textEnd());
@@ -155,7 +214,7 @@ class Following {
       findReader();
       for (const std::string& record : records_) read(record);
     }
-    sink_.flush();
+    finish();
     if (interrupted == 0) reportErrors(true);
   }
 
@@ -177,6 +236,7 @@ class Following {
     checkNames(*target.owner, method, rest.arguments);
     call.arguments = std::move(rest.arguments);
     call.alias = aliasOf(method, call.arguments);
+    for (std::size_t i = 0; i < method.columns.size(); ++i) call.jsonKeys.push_back(jsonText(call.columnName(i)) + ':');
     calls_.push_back(std::move(call));
   }
 
@@ -247,11 +307,17 @@ class Following {
       case prices::LineReader::Outcome::Blank:
         return;
       case prices::LineReader::Outcome::Problem:
-        throw Failure(Database::loadFault(faults::TypeMismatch.description),
-                      fmt::format("line {}: {}", number_, reader_->problem().text));
+        reject(reader_->problem().text);
       case prices::LineReader::Outcome::Record:
         take();
     }
+  }
+
+  /// What stands before a line that cannot be followed is computed and printed all the same.
+  [[noreturn]] void reject(const std::string& why) {
+    appendWaiting();
+    sink_.flush();
+    throw Failure(Database::loadFault(faults::TypeMismatch.description), fmt::format("line {}: {}", number_, why));
   }
 
   void take() {
@@ -266,25 +332,53 @@ class Following {
     const bool revises = series_ && hasDates_ && !record.date.empty() && record.date == lastDate_;
     if (!series_) {
       begin(record);
+      printChange(record.date, number_);
     } else if (revises) {
+      appendWaiting();
       series_->revise(record);
+      printChange(record.date, number_);
     } else {
-      series_->append(record);
+      // Few enough that the first row does not wait for long.
+      constexpr std::size_t most = 256;
+      waiting_.add(record, number_);
+      if (waiting_.count() == most) appendWaiting();
     }
     if (!revises) lastDate_ = record.date;
-    print();
-    reportErrors(false);
+  }
+
+  /// Appends what has been read and prints its rows: those that one by one would have been printed. Where all calls go
+  /// on without an error, many records are one change, since a computed row stays as it is when others follow; where
+  /// one fails, each record tells what it brings.
+  void appendWaiting() {
+    bool atOnce = waiting_.count() > 1;
+    for (std::size_t i = 0; i < waiting_.count(); ++i) {
+      if (atOnce && std::all_of(calls_.begin(), calls_.end(), [](const Followed& call) { return call.goesOn(); })) {
+        const int before = series_->count();
+        if (series_->appendUnlessErrors(waiting_.from(i, hasDates_))) {
+          for (int record = before + 1; i < waiting_.count(); ++i, ++record) print(waiting_.date(i), record);
+          break;
+        }
+        atOnce = false;
+      }
+      series_->append(waiting_.record(i));
+      printChange(waiting_.date(i), waiting_.line(i));
+    }
+    waiting_.clear();
+  }
+
+  void printChange(std::string_view date, std::size_t line) {
+    print(date, series_->count());
+    reportErrors(false, line);
   }
 
   void checkOrder() {
     const prices::DateCell* date = reader_->date();
     if (date == nullptr || date->shape == prices::DateShape::DayOrMonth) return;
     if (lastTime_ && date->time < *lastTime_) {
-      throw Failure(
-          Database::loadFault(faults::TypeMismatch.description),
-          fmt::format("line {}: its date, {}, is before that of the record before, {}. Records are followed as "
-                      "they come, the oldest first.",
-                      number_, reader_->dateText(), lastDate_));
+      reject(
+          fmt::format("its date, {}, is before that of the record before, {}. Records are followed as they come, the "
+                      "oldest first.",
+                      reader_->dateText(), lastDate_));
     }
     lastTime_ = date->time;
   }
@@ -364,7 +458,8 @@ class Following {
     sink_.print(csvLine(names));
   }
 
-  void print() {
+  /// The row of a record as it was when the record was the last.
+  void print(std::string_view date, int record) {
     std::string& out = sink_.text();
     const bool asJson = options_.format == Format::Json;
     bool isFirst = true;
@@ -375,15 +470,17 @@ class Following {
     if (asJson) out += '{';
     if (hasDates_) {
       begin();
-      out += asJson ? fmt::format(R"("{}":{})", Database::DateName, jsonText(lastDate_)) : csvCell(lastDate_);
+      const std::string text(date);
+      out += asJson ? fmt::format(R"("{}":{})", Database::DateName, jsonText(text)) : csvCell(text);
     }
-    const int count = series_->count();
+    const int behind = series_->count() - record;
+    const auto row = static_cast<std::size_t>(record - 1);
     for (const Followed& call : calls_) {
       for (std::size_t i = 0; i < call.method->columns.size(); ++i) {
         begin();
-        if (asJson) out += jsonText(call.columnName(i)) + ':';
-        if (!call.result->error() && call.result->computed()[i].contains(count)) {
-          appendNumber(out, call.result->last(i));
+        if (asJson) out += call.jsonKeys[i];
+        if (!call.result->error() && call.isComputed(i, record, behind)) {
+          appendNumber(out, call.result->columns()[i]->values()[row]);
         } else if (asJson) {
           out += "null";
         }
@@ -395,7 +492,7 @@ class Following {
 
   /// Tells of each call that fails after it has had values; at the end of each that has none. Until then there may be
   /// too few records yet.
-  void reportErrors(bool atEnd) {
+  void reportErrors(bool atEnd, std::size_t line = 0) {
     const Followed* failed = nullptr;
     for (Followed& call : calls_) {
       if (call.result == nullptr) continue;
@@ -408,7 +505,7 @@ class Following {
       if (atEnd) failed = &call;
       if (!call.hasSucceeded || call.isReported || atEnd) continue;
       call.isReported = true;
-      complain(fmt::format("{} could not be computed with line {}: {}", call.name, number_, error->what()));
+      complain(fmt::format("{} could not be computed with line {}: {}", call.name, line, error->what()));
     }
     if (failed == nullptr) return;
     throw Failure(*failed->result->error(),
@@ -429,6 +526,7 @@ class Following {
   bool hasDates_ = false;
   std::size_t number_ = 0;  // of the line
 
+  WaitingRecords waiting_;
   std::optional<LiveSeries> series_;
   std::string lastDate_;
   std::optional<prices::Time> lastTime_;

@@ -10,6 +10,7 @@
 #include "orvex/catalogue/call_on_values.h"
 #include "orvex/catalogue/computed_rows.h"
 #include "orvex/catalogue/usual.h"
+#include "orvex/data/clear_rows.h"
 #include "orvex/data/columns.h"
 #include "orvex/data/continuation.h"
 #include "orvex/data/host_events.h"
@@ -118,6 +119,9 @@ class LiveSeries::Kept final : public LiveResult {
     }
   }
 
+  /// Whether what is prepared is an error.
+  bool fails() const noexcept { return next_.error.has_value(); }
+
   void commit() noexcept {
     next_.isPrepared = false;
     error_ = next_.error;
@@ -158,6 +162,12 @@ class LiveSeries::Kept final : public LiveResult {
     int before = 0;                               // the records before that part
     std::vector<std::shared_ptr<Field>> shown;    // the columns to be shown, where there are none yet
     std::vector<RowRange> computed;
+  };
+
+  /// The computed rows of a column: where they begin, and where they end if that is not the last record.
+  struct RowsOfColumn {
+    std::int64_t first;
+    std::optional<catalogue::RowExpression> last;
   };
 
   /// How far it has come, with the change under way where there is one.
@@ -307,31 +317,32 @@ class LiveSeries::Kept final : public LiveResult {
 
   /// The computed rows of a continued call. Expressions are evaluated again only where the record count is in them.
   void findComputed(int records) {
-    const auto columns = std::span(method().columns.begin(), method().columns.size());
-    if (firstRows_.empty()) {
-      for (const catalogue::Column& column : columns) {
-        firstRows_.push_back(catalogue::evaluateRow(column.firstRow, method(), records, arguments_));
+    if (rowsOfColumns_.empty()) {
+      std::vector<RowsOfColumn> all;
+      for (const catalogue::Column& column : method().columns) {
+        all.push_back({catalogue::evaluateRow(column.firstRow, method(), records, arguments_), std::nullopt});
+        if (column.lastRow != "N") all.back().last.emplace(column.lastRow, method());
       }
+      rowsOfColumns_ = std::move(all);
     }
     next_.computed.clear();
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-      const std::int64_t last = columns[i].lastRow == "N"
-                                    ? records
-                                    : catalogue::evaluateRow(columns[i].lastRow, method(), records, arguments_);
+    for (const RowsOfColumn& rows : rowsOfColumns_) {
+      const std::int64_t last = rows.last ? (*rows.last)(records, arguments_) : records;
       const std::int64_t end = std::int64_t{records} + 1;
-      next_.computed.push_back({static_cast<int>(std::clamp(firstRows_[i], std::int64_t{1}, end)) + next_.before,
+      next_.computed.push_back({static_cast<int>(std::clamp(rows.first, std::int64_t{1}, end)) + next_.before,
                                 static_cast<int>(std::clamp(last, std::int64_t{0}, end - 1)) + next_.before});
     }
   }
 
   void showRows(Field& shown, const Field& column, RowRange computed) const noexcept {
     shown.resize(next_.count);
-    const auto to = shown.writableValues().begin() + next_.before;
+    const std::span<double> all = shown.writableValues();
+    double* const to = all.data() + next_.before;
     const std::span<const double> rows = column.values();
     const auto kept = static_cast<std::ptrdiff_t>(next_.kept);
     std::copy(rows.begin() + kept, rows.end(), to + kept);
-    if (next_.kept == 0) std::fill(shown.writableValues().begin(), to, 0.0);
-    std::fill(to + static_cast<std::ptrdiff_t>(rows.size()), shown.writableValues().end(), 0.0);
+    if (kept == 0) clearRows(all.data(), to);
+    clearRows(to + rows.size(), all.data() + all.size());
     hideRows(shown, computed, next_.kept == 0 ? 0 : next_.before + next_.kept);
   }
 
@@ -354,7 +365,7 @@ class LiveSeries::Kept final : public LiveResult {
   bool continues_;
   Continuation continuation_;
   std::vector<Value> arguments_;
-  std::vector<std::int64_t> firstRows_;
+  std::vector<RowsOfColumn> rowsOfColumns_;
   Next next_;
 };
 
@@ -398,7 +409,7 @@ void LiveSeries::forEachColumn(Use&& use) const {
 }
 
 template <class Write>
-void LiveSeries::change(Integer count, Write&& write) {
+bool LiveSeries::change(Integer count, OnError onError, Write&& write) {
   const int countBefore = count_;
   const auto row = static_cast<std::size_t>(std::max(0, countBefore - 1));
   std::optional<PriceRecord> revised;
@@ -419,7 +430,13 @@ void LiveSeries::change(Integer count, Write&& write) {
     forEachColumn([&](Field& column) { column.reserve(count); });
     forEachColumn([&](Field& column) { column.resize(count); });
     write();
-    for (const auto& kept : kept_) kept->prepare(prices_, count.value());
+    for (const auto& kept : kept_) {
+      kept->prepare(prices_, count.value());
+      if (onError == OnError::Decline && kept->fails()) {
+        takeBack();
+        return false;
+      }
+    }
   } catch (const Error& error) {
     takeBack();
     if (error.isOfMemory()) throw std::bad_alloc();
@@ -430,6 +447,7 @@ void LiveSeries::change(Integer count, Write&& write) {
   }
   count_ = count.value();
   for (const auto& kept : kept_) kept->commit();
+  return true;
 }
 
 void LiveSeries::setRecord(std::size_t row, const PriceRecord& record) {
@@ -444,10 +462,19 @@ void LiveSeries::setRecord(std::size_t row, const PriceRecord& record) {
 }
 
 void LiveSeries::append(const PriceRecord& record) {
-  change(Integer(std::int64_t{count_} + 1), [&] { setRecord(static_cast<std::size_t>(count_), record); });
+  change(Integer(std::int64_t{count_} + 1), OnError::Attach,
+         [&] { setRecord(static_cast<std::size_t>(count_), record); });
 }
 
 void LiveSeries::append(const PriceRows& records) {
+  append(records, OnError::Attach);
+}
+
+bool LiveSeries::appendUnlessErrors(const PriceRows& records) {
+  return append(records, OnError::Decline);
+}
+
+bool LiveSeries::append(const PriceRows& records, OnError onError) {
   std::size_t count = records.dates.values.size();
   for (const PriceField& column : columns_) {
     const std::size_t rows = (records.*column.rows).values.size();
@@ -455,9 +482,9 @@ void LiveSeries::append(const PriceRows& records) {
     if (count == 0) count = rows;
     if (rows != count) raise(faults::SubscriptOutOfRange);
   }
-  if (count == 0) return;
+  if (count == 0) return true;
   const auto before = static_cast<std::size_t>(count_);
-  change(Integer(before + count), [&] {
+  return change(Integer(before + count), onError, [&] {
     for (const PriceField& column : columns_) {
       if (column.field == nullptr) continue;
       const auto rows = (records.*column.rows).values;
@@ -471,7 +498,7 @@ void LiveSeries::append(const PriceRows& records) {
 
 void LiveSeries::revise(const PriceRecord& record) {
   if (count_ == 0) raise(faults::SubscriptOutOfRange);
-  change(count_, [&] { setRecord(static_cast<std::size_t>(count_ - 1), record); });
+  change(count_, OnError::Attach, [&] { setRecord(static_cast<std::size_t>(count_ - 1), record); });
 }
 
 LiveSeries::Found LiveSeries::find(std::string_view method) {

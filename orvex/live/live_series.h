@@ -83,6 +83,9 @@ class LiveSeries {
   /// Adds many at once, which costs less than one by one: one change. All columns that the series has must be of one
   /// length; error 9 where they are not.
   void append(const PriceRows& records);
+  /// The same where it leaves all results without an error; otherwise it changes nothing, and gives false. For whoever
+  /// is to tell what each record alone would have brought: where there are no errors, the rows show it.
+  bool appendUnlessErrors(const PriceRows& records);
   /// Puts another record in the place of the last; error 9 where there is none.
   void revise(const PriceRecord& record);
 
@@ -135,10 +138,14 @@ class LiveSeries {
   std::shared_ptr<const LiveResult> keep(Found found, const std::vector<const LiveValue*>& arguments);
   std::shared_ptr<Kept> findKept(const LiveResult* result) const;
 
+  /// What is done with an error of a result: attached to it, or the whole change declined.
+  enum class OnError { Attach, Decline };
+
   /// Makes the series `count` records, the last of which `write` puts into the columns, and brings all results up to
-  /// it. Whatever leaves it has changed nothing.
+  /// it. Whatever leaves it has changed nothing, and so has one that is declined, of which it gives false.
   template <class Write>
-  void change(Integer count, Write&& write);
+  bool change(Integer count, OnError onError, Write&& write);
+  bool append(const PriceRows& records, OnError onError);
   void setRecord(std::size_t row, const PriceRecord& record);
 
   struct PriceField {

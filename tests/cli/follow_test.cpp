@@ -113,6 +113,48 @@ TEST(Follow, PrintsEachRowAsItsRecordComesAndAgainWhenItIsRevised) {
   EXPECT_EQ(ended.status, 0) << ended.err;
 }
 
+TEST(Follow, PrintsTheSameForLinesThatComeTogether) {
+  std::vector<std::string> lines;
+  const auto add = [&](int day, double close) {
+    const auto text = [](int number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+    lines.push_back("2020-" + text(day / 28 + 1) + '-' + text(day % 28 + 1) + ",2," + std::to_string(close + 2) +
+                    ",0.5," + std::to_string(close) + ",10\n");
+  };
+  for (int day = 0; day < 300; ++day) {
+    add(day, 10 + day % 7 + day % 3);
+    if (day % 100 != 50) continue;
+    // One that has no logarithm, mended at once, and one that is revised twice.
+    add(day + 1, 0);
+    add(day + 1, 12);
+    add(++day, 13);
+  }
+  lines.emplace_back("2021-01-01,2,x,1,3,10\n");
+  const std::vector<std::string> calls[] = {
+      {"Standard.HV", "Periods=5", "--", "WilliamsPctR", "Periods=4", "--", "MACD", "--", "Bands.FractalChaosBands"},
+      {"RelativeStrengthIndex", "Periods=30", "Alias=Rsi", "--", "SimpleMovingAverage", "Source=Rsi", "Periods=9"},
+      {"MassIndex", "Periods=3", "--", "General.PriceROC", "Source=Volume", "Periods=40", "--format", "json"},
+  };
+  for (const std::vector<std::string>& words : calls) {
+    std::string all = header;
+    for (const std::string& line : lines) all += line;
+    Follower together(words), single(words);
+    together.write(all);
+    const Ended expected = together.end();
+    EXPECT_NE(expected.err.find("line " + std::to_string(lines.size() + 1) + ": "), std::string::npos) << expected.err;
+    std::string rows;
+    single.write(header);
+    for (const std::string& line : lines) {
+      single.write(line);
+      if (&line == &lines.back()) break;
+      if (rows.empty() && words.back() != "json") rows = single.line() + '\n';
+      rows += single.line() + '\n';
+    }
+    const Ended ended = single.end();
+    EXPECT_EQ(rows + ended.out, expected.out);
+    EXPECT_EQ(ended.err, expected.err);
+  }
+}
+
 TEST(Follow, PrintsJsonAndTakesTheColumnOfAMethodBefore) {
   Follower follower({"SimpleMovingAverage", "Periods=1", "Alias=Mean", "--", "General.PriceROC", "Source=mean",
                      "Periods=1", "--format", "json"});

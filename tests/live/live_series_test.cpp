@@ -365,6 +365,21 @@ void expectSame(const LiveResult& kept, const Given& fresh, const Given& shown) 
   }
 }
 
+/// Expects computed rows of continued calls to stay as they are when records follow, so that whoever is given many at
+/// once can tell what each alone would have brought.
+void expectStanding(const Given& before, const Given& after) {
+  const int added = static_cast<int>(after.count - before.count);
+  for (std::size_t i = 0; i < before.rows.size(); ++i) {
+    const auto [first, last] = before.computed[i];
+    EXPECT_EQ(std::max(after.computed[i].last - added, 0), last) << after.names[i];
+    EXPECT_EQ(std::min(after.computed[i].first, static_cast<int>(before.count) + 1), first) << after.names[i];
+    if (first > last) continue;
+    const auto from = static_cast<std::size_t>(first - 1), count = static_cast<std::size_t>(last - first + 1);
+    EXPECT_TRUE(sameBits(std::span(before.rows[i]).subspan(from, count), std::span(after.rows[i]).subspan(from, count)))
+        << after.names[i];
+  }
+}
+
 std::string describe(const Call& call) {
   std::string text = call.method.name();
   for (std::size_t i = 0; i < call.values.size(); ++i) {
@@ -409,17 +424,20 @@ int followChanges(const Named& named, unsigned seed) {
   const auto kept = call.keep(series, keptSource);
   Given shown;
   int succeeded = 0;
+  bool revised = false;
   std::string changes = "began with " + std::to_string(begin);
   for (int change = 0; change < 10; ++change) {
     kernels::setLevel(freshLevel);
     const Given fresh = call.on(prices);
+    SCOPED_TRACE("sequence " + std::to_string(seed) + ": " + describe(call) + "; " + changes);
     if (!fresh.error) {
+      if (call.continues() && !revised && !shown.rows.empty()) expectStanding(shown, fresh);
       shown = fresh;
+      revised = false;
     } else if (call.continues()) {
       shown = beforeTheFault(call, prices, *fresh.error, shown);
     }
     kernels::setLevel(level);
-    SCOPED_TRACE("sequence " + std::to_string(seed) + ": " + describe(call) + "; " + changes);
     expectSame(*kept, fresh, shown);
     if (testing::Test::HasFailure()) return 0;
     if (!fresh.error) ++succeeded;
@@ -433,6 +451,7 @@ int followChanges(const Named& named, unsigned seed) {
     } else if (what <= 2 && !prices.bars.empty()) {
       prices.bars.back() = bars.next();
       series.revise(recordOf(prices.bars.back()));
+      revised = true;
       changes += ", revised";
     } else {
       prices.bars.push_back(bars.next());
