@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <span>
 
-#include "orvex/data/clear_rows.h"
 #include "orvex/data/continuation.h"
 
 namespace orvex::inline ORVEX_COUNTS {
@@ -30,7 +29,7 @@ void blank(Field& column, Integer last) {
   if (last > rows.size()) raise(Field::setValueFault);
   // The last row that is kept may hold what the walk carried.
   const auto first = static_cast<std::ptrdiff_t>(std::max<std::int64_t>(1, keptRows()));
-  if (last >= first) clearRows(rows.data() + (first - 1), rows.data() + last.value());
+  if (last >= first) std::fill(rows.begin() + (first - 1), rows.begin() + last.value(), 0.0);
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <utility>
 
-#include "orvex/data/clear_rows.h"
-
 namespace orvex::inline ORVEX_COUNTS {
 
 Empty Field::initialize(Integer RecordCount, std::string_view Name) {
@@ -59,7 +57,7 @@ void Field::resize(Integer RecordCount) {
   const std::size_t kept = std::min(values_.size(), count);
   reserve(RecordCount);
   if (texts_ != nullptr) texts_->own.resize(count);
-  clearRows(own_ + kept, own_ + count);
+  std::fill(own_ + kept, own_ + count, 0.0);
   values_ = {own_, count};
   recordCount_ = RecordCount;
 }

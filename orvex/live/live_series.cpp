@@ -10,7 +10,6 @@
 #include "orvex/catalogue/call_on_values.h"
 #include "orvex/catalogue/computed_rows.h"
 #include "orvex/catalogue/usual.h"
-#include "orvex/data/clear_rows.h"
 #include "orvex/data/columns.h"
 #include "orvex/data/continuation.h"
 #include "orvex/data/host_events.h"
@@ -336,13 +335,12 @@ class LiveSeries::Kept final : public LiveResult {
 
   void showRows(Field& shown, const Field& column, RowRange computed) const noexcept {
     shown.resize(next_.count);
-    const std::span<double> all = shown.writableValues();
-    double* const to = all.data() + next_.before;
+    const auto to = shown.writableValues().begin() + next_.before;
     const std::span<const double> rows = column.values();
     const auto kept = static_cast<std::ptrdiff_t>(next_.kept);
     std::copy(rows.begin() + kept, rows.end(), to + kept);
-    if (kept == 0) clearRows(all.data(), to);
-    clearRows(to + rows.size(), all.data() + all.size());
+    if (next_.kept == 0) std::fill(shown.writableValues().begin(), to, 0.0);
+    std::fill(to + static_cast<std::ptrdiff_t>(rows.size()), shown.writableValues().end(), 0.0);
     hideRows(shown, computed, next_.kept == 0 ? 0 : next_.before + next_.kept);
   }
 
