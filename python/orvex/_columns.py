@@ -114,7 +114,8 @@ def _from_numpy(values: npt.NDArray[Any], name: str) -> Array:
     if isinstance(values, np.ma.MaskedArray):
         values = np.ma.filled(values.astype(np.float64), np.nan)
     if values.dtype.kind in "fiu":
-        return np.asarray(np.ascontiguousarray(values, dtype=np.float64))
+        # What has travelled, or lies in a file, may begin at any byte.
+        return np.asarray(np.require(values, np.float64, ["C", "A"]))
     if values.dtype.kind == "O":
         try:
             return np.array([_number(value) for value in values], dtype=np.float64)

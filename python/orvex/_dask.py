@@ -19,6 +19,9 @@ from orvex._errors import SymbolWarning
 # Where a row stood before the shuffle, which keeps no order: partitions arrive as they are ready.
 _PLACE = "__orvex_place"
 _ROWS_A_PARTITION = 1 << 40
+# A partition is shuffled in pieces: of what is shuffled at a time there are several copies for a moment, split, in the
+# form that travels, and as it has come; of a whole partition a worker has no room for as many.
+_PIECES = 8
 
 
 def _add_places(part: pd.DataFrame, partition_info: Mapping[str, Any] | None = None) -> pd.DataFrame:
@@ -86,7 +89,8 @@ def _lazily(frame: Any, calls: Sequence[_call.Call], names: Sequence[str], by: A
     meta = compute(part._meta)
     if on_index and frame.known_divisions:
         return part.map_partitions(compute, meta=meta)
-    placed = part.map_partitions(_add_places, meta=_add_places(part._meta))
+    pieces = part.clear_divisions().repartition(npartitions=_PIECES * frame.npartitions)
+    placed = pieces.map_partitions(_add_places, meta=_add_places(part._meta))
     shuffled = placed.shuffle(on_index=True) if on_index else placed.shuffle(on=keys)
     return shuffled.map_partitions(compute, meta=meta)
 

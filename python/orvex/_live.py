@@ -210,8 +210,7 @@ def _price_columns(prices: Any) -> dict[str, npt.NDArray[np.float64] | list[str]
     for name in PRICES:
         spelling = _columns.find_name(prices, name)
         if spelling is not None:
-            array = _columns.to_array(_columns.column_of(prices, spelling), name)
-            columns[name] = np.ascontiguousarray(array, dtype=np.float64)
+            columns[name] = _columns.to_array(_columns.column_of(prices, spelling), name)
     if not columns:
         raise ValueError(f"prices have none of the columns {', '.join(PRICES)}")
     dates = _columns.dates_of(prices)

@@ -7,6 +7,7 @@ from typing import Any
 
 import hypothesis.extra.numpy as hnp
 import numpy as np
+import numpy.typing as npt
 import pandas as pd
 import polars as pl
 import pyarrow as pa
@@ -162,6 +163,12 @@ def test_chaining_skips_the_rows_without_a_value(prices: Prices) -> None:
     np.testing.assert_array_equal(in_polars.to_numpy(), chained)
 
 
+def moved(values: npt.NDArray[Any], distance: int) -> npt.NDArray[Any]:
+    """Return the values where memory begins that many bytes behind a multiple of eight."""
+    memory = bytearray(distance) + values.tobytes() + bytearray(1)
+    return np.ndarray(len(values), values.dtype, memory, distance)
+
+
 @settings(max_examples=200, deadline=None)
 @given(
     data=st.data(),
@@ -169,17 +176,21 @@ def test_chaining_skips_the_rows_without_a_value(prices: Prices) -> None:
     count=st.integers(0, 60),
     dtype=st.sampled_from(["f8", "f4", "i8", "i4", "u2", ">f8"]),
     step=st.sampled_from([1, 2, -1]),
+    distance=st.sampled_from([0, 4, 5]),
     edges=st.tuples(st.integers(0, 8), st.integers(0, 8)),
 )
-def test_any_array(data: Any, function: Any, count: int, dtype: str, step: int, edges: tuple[int, int]) -> None:
-    """Strides, types and rows without values at the ends change nothing but where the result stands."""
+def test_any_array(
+    data: Any, function: Any, count: int, dtype: str, step: int, distance: int, edges: tuple[int, int]
+) -> None:
+    """Strides, places in memory, types and rows without values at the ends change only where the result stands."""
     prices = {name: (100 * values[:count]).astype(np.dtype(dtype)) for name, values in make_prices(60).items()}
     keep = data.draw(st.sampled_from(["close", "volume", "high"]))
     prices[keep] = data.draw(
         hnp.arrays(np.dtype(dtype), count, elements=st.integers(1, 1000).map(lambda value: np.dtype(dtype).type(value)))
     )
     plain = {name: np.ascontiguousarray(values, dtype=np.float64) for name, values in prices.items()}
-    strided = {name: np.repeat(values, abs(step))[::step][:: -1 if step < 0 else 1] for name, values in prices.items()}
+    turn = -1 if step < 0 else 1
+    strided = {name: moved(np.repeat(values[::turn], abs(step)), distance)[::step] for name, values in prices.items()}
     padded = {name: np.pad(values, edges, constant_values=np.nan) for name, values in plain.items()}
     outcomes = []
     for table in (plain, strided, padded):
