@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -85,7 +86,7 @@ inline constexpr Bounds Percents{0, 100};
 template <standard::Text name, auto F>
 consteval Row<F> entry(Method described) {
   using Raises = standard::Reports<name>;
-  described.name = Raises::source.substr(Raises::source.find('.') + 1);
+  described.name = std::string_view(name.characters, sizeof name.characters - 1);
   List<Argument, MostArguments> arguments{Data};
   for (const Argument& argument : described.arguments) arguments[arguments.count++] = argument;
   arguments[arguments.count++] = aliasOr(described.name);
@@ -101,7 +102,7 @@ consteval Row<F> entry(Method described) {
   for (const Argument& argument : result.arguments) {
     hasFactor = hasFactor || argument.type == Type::Double;
     if (argument.type != Type::Integer) continue;
-    const bool isKind = argument.choices.data() == StandardAverages.data();
+    const bool isKind = std::ranges::equal(argument.choices, StandardAverages, {}, &Choice::name, &Choice::name);
     hasKind = hasKind || isKind;
     hasChoice = hasChoice || (!isKind && !argument.choices.empty());
     hasRecord = hasRecord || argument.record;
