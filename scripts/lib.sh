@@ -19,7 +19,7 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
     python_packages=(python3-dev python3-venv)
     bare_packages=(debootstrap git ca-certificates)
     web_packages=(emscripten node-acorn python3-venv)
-    debian_packages=(debhelper dpkg-dev lintian git)
+    debian_packages=(build-essential debhelper dpkg-dev lintian git)
     installer_packages=(nsis libz-mingw-w64-dev zip git)
     web_test_packages=(chromium fonts-dejavu-core)
 }
