@@ -1,5 +1,6 @@
 #include "orvex/averages/moving_average.h"
 
+#include "orvex/averages/exponential_factor.h"
 #include "orvex/data/columns.h"
 #include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
@@ -58,7 +59,7 @@ std::shared_ptr<RecordSet> MovingAverage::ExponentialMovingAverage(std::shared_p
     applyDefault(Alias, ExponentialMovingAverageName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), Periods.value() + 1LL);
-    const Real k = Real(2) / (Periods + 1);
+    const Real k = exponentialFactor(Periods);
     if (nextWalkBeginsAnew()) {
       Real average = 0;
       for (int row = 1; row <= Periods; ++row) average += at(Source, row);

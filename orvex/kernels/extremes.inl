@@ -104,10 +104,24 @@ void extremesByBlocks(const double* x, std::ptrdiff_t window, std::ptrdiff_t fir
 template <class Extreme, Ties ties>
 std::size_t extremes(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
-  const std::ptrdiff_t count = provable(source, records, window - 1);
-  const auto compute =
-      window <= widestDoubled ? extremesByDoubling<Pick<Extreme, ties>> : extremesByBlocks<Pick<Extreme, ties>>;
-  compute(source.rows, window, records.first - 1, count, out);
+  const std::ptrdiff_t before = window - 1, first = records.first - 1;
+  if (window > widestDoubled) {
+    const std::ptrdiff_t count = provable(source, records, before);
+    extremesByBlocks<Pick<Extreme, ties>>(source.rows, window, first, count, out);
+    return static_cast<std::size_t>(count);
+  }
+  const std::ptrdiff_t count = present(source, records, before);
+  if (count == 0) return 0;
+  // Piece by piece, each looked at right before it is used.
+  constexpr std::ptrdiff_t piece = 1024;
+  std::ptrdiff_t handled = handledPrefix(source.rows + first - before, before);
+  if (handled < before) return 0;
+  for (std::ptrdiff_t done = 0; done < count; done += piece) {
+    const std::ptrdiff_t rows = least(piece, count - done);
+    handled = handledPrefix(source.rows + first + done, rows);
+    extremesByDoubling<Pick<Extreme, ties>>(source.rows, window, first + done, handled, out);
+    if (handled < rows) return static_cast<std::size_t>(done + handled);
+  }
   return static_cast<std::size_t>(count);
 }
 

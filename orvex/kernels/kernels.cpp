@@ -14,6 +14,24 @@ std::atomic<Level>& levelInUse() noexcept {
   return level;
 }
 
+/// The variant of the level in use; none at `Off`.
+const Variant* activeVariant() noexcept {
+  switch (level()) {
+#ifdef ORVEX_X86_VARIANTS
+    case Level::Avx512:
+      return &avx512::variant;
+    case Level::Avx2Fma:
+      return &avx2_fma::variant;
+    case Level::Avx2:
+      return &avx2::variant;
+#endif
+    case Level::Off:
+      return nullptr;
+    default:
+      return &baseline::variant;
+  }
+}
+
 }  // namespace
 
 Level widestLevel() noexcept {
@@ -34,20 +52,13 @@ void setLevel(Level level) noexcept {
 }
 
 const Table* active() noexcept {
-  switch (level()) {
-#ifdef ORVEX_X86_VARIANTS
-    case Level::Avx512:
-      return &avx512::table;
-    case Level::Avx2Fma:
-      return &avx2_fma::table;
-    case Level::Avx2:
-      return &avx2::table;
-#endif
-    case Level::Off:
-      return nullptr;
-    default:
-      return &baseline::table;
-  }
+  const Variant* const variant = activeVariant();
+  return variant == nullptr ? nullptr : &variant->table;
+}
+
+const Chains* activeChains() noexcept {
+  const Variant* const variant = activeVariant();
+  return variant == nullptr ? nullptr : &variant->chains;
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS::kernels

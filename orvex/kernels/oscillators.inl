@@ -5,11 +5,13 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "orvex/kernels/chains.inl"
 #include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/quotients.inl"
+#include "orvex/kernels/sliding.inl"
 
 namespace {
 
@@ -271,18 +273,16 @@ std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles,
                        longest = cycles.lengths[order[2]];
   if (shortest < 1) return 0;
   const std::ptrdiff_t count = least(present(buying, records, longest - 1), present(range, records, longest - 1));
-  const std::ptrdiff_t first = records.first - 1;
   const Divisor seven(7.0);
-  // Loads, not additions, are what it waits for, and every load of eight lanes would lie in two cache lines.
-  constexpr int lanes = widestLanes < 4 ? widestLanes : 4;
-  eachBlock<2, lanes>(first, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
-    using P = Pack<Lanes>;
-    P bought[3][Packs] = {};
-    P ranged[3][Packs] = {};
-    const auto add = [&](std::ptrdiff_t from, std::ptrdiff_t to, auto shortestOfThem) {
-      for (std::ptrdiff_t j = from; j < to; ++j) {
-        ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
-          const P b = P::load(buying.rows + row + i * Lanes + j), r = P::load(range.rows + row + i * Lanes + j);
+  const SlidingColumns columns = {buying.rows, range.rows, out, true};
+  return slide<2, 4>(columns, longest, 2, records.first - 1, count, [=]<class Block>(const Block& block) {
+    using P = typename Block::P;
+    P bought[3][Block::count] = {};
+    P ranged[3][Block::count] = {};
+    const auto add = [&](std::ptrdiff_t oldest, std::ptrdiff_t newest, auto shortestOfThem) {
+      for (std::ptrdiff_t age = oldest - 1; age >= newest; --age) {
+        ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) {
+          const P b = block.value(i, age), r = block.center(i, age);
           ORVEX_UNROLL for (int cycle = shortestOfThem.value; cycle < 3; ++cycle) {
             bought[cycle][i] = bought[cycle][i] + b;
             ranged[cycle][i] = ranged[cycle][i] + r;
@@ -290,49 +290,66 @@ std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles,
         }
       }
     };
-    add(1 - longest, 1 - middle, Constant<2>());
-    add(1 - middle, 1 - shortest, Constant<1>());
-    add(1 - shortest, 1, Constant<0>());
-    ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
+    add(longest, middle, Constant<2>());
+    add(middle, shortest, Constant<1>());
+    add(shortest, 0, Constant<0>());
+    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) {
       P pressure[3];
       for (int cycle = 0; cycle < 3; ++cycle) {
         // Times 1, or not-a-number where the sum of the ranges is too large: the quotient alone would not show that.
         const P sum = ranged[cycle][i];
-        pressure[order[cycle]] = bought[cycle][i] / sum * (P::all(1.0) + (sum - sum));
+        pressure[order[cycle]] = quotient(bought[cycle][i], sum, i + cycle) * (P::all(1.0) + (sum - sum));
       }
-      ((pressure[0] * P::all(4.0) + pressure[1] * P::all(2.0) + pressure[2]) / seven * P::all(100.0))
-          .store(out + row + i * Lanes);
+      block.fill(i, (pressure[0] * P::all(4.0) + pressure[1] * P::all(2.0) + pressure[2]) / seven * P::all(100.0));
     }
   });
-  return static_cast<std::size_t>(finitePrefix(out + first, count));
 }
+
+/// The state: the direction (1 or -1), the stop, the factor and the extreme of the trend. Both directions are worked
+/// out and one is chosen, since no processor foretells reversals. Two chains are one as soon as they turn in one
+/// record.
+struct ParabolicChain : Chain<2, 1, 4> {
+  static constexpr bool checksInputs = true;
+
+  double step, bound;
+
+  template <class T>
+  void next(T (&state)[4], const T (&in)[2], T (&out)[1], int) const {
+    const T top = in[0], bottom = in[1], none = T::all(0.0);
+    const T direction = state[0], stop = state[1], factor = state[2], extreme = state[3];
+    const T behind = whereGreater(direction, none, bottom, top);
+    const T furthest = whereGreater(direction, none, larger(top, extreme), smaller(bottom, extreme));
+    const T grown =
+        whereEqual(furthest, extreme, factor, whereGreater(T::all(bound), factor, factor + T::all(step), factor));
+    const T next = stop + factor * (extreme - stop);
+    // The trend turns where the upper of these is above the lower.
+    const T upper = whereGreater(direction, none, next, top), lower = whereGreater(direction, none, bottom, next);
+    state[0] = whereGreater(upper, lower, none - direction, direction);
+    state[1] = out[0] = whereGreater(upper, lower, extreme, next);
+    state[2] = whereGreater(upper, lower, T::all(step), grown);
+    state[3] = whereGreater(upper, lower, behind, furthest);
+  }
+};
 
 std::size_t parabolic(Source high, Source low, double step, double bound, Trend* trend, Records records, double* out) {
   if (!(step > 0.0 && step <= 1.0 && bound > 0.0 && bound <= 1.0)) return 0;
+  const double extreme = trend->isLong ? trend->longExtreme : trend->shortExtreme;
+  if (!isHandled(trend->stop) || !isHandled(extreme) || !isHandled(trend->factor)) return 0;
+  // Trends last some tens of records; so many records early most stretches have met the one before.
+  constexpr double memory = 8.0;
   const std::ptrdiff_t first = records.first - 1;
-  const std::ptrdiff_t count = least(provable(high, records, 0), provable(low, records, 0));
-  // Both directions are worked out and one is chosen, since no processor foretells reversals: packs are selected from
-  // without a jump.
-  using P = Pack<2>;
-  const P none = P::all(0.0), smallest = P::all(step), most = P::all(bound);
-  P direction = P::all(trend->isLong ? 1.0 : -1.0), stop = P::all(trend->stop), factor = P::all(trend->factor);
-  P extreme = P::all(trend->isLong ? trend->longExtreme : trend->shortExtreme);
-  for (std::ptrdiff_t i = first; i < first + count; ++i) {
-    const P top = P::all(high.rows[i]), bottom = P::all(low.rows[i]);
-    const P behind = whereGreater(direction, none, bottom, top);
-    const P furthest = whereGreater(direction, none, larger(top, extreme), smaller(bottom, extreme));
-    const P grown = whereEqual(furthest, extreme, factor, whereGreater(most, factor, factor + smallest, factor));
-    const P next = stop + factor * (extreme - stop);
-    // The trend turns where the upper of these is above the lower.
-    const P upper = whereGreater(direction, none, next, top), lower = whereGreater(direction, none, bottom, next);
-    stop = whereGreater(upper, lower, extreme, next);
-    extreme = whereGreater(upper, lower, behind, furthest);
-    factor = whereGreater(upper, lower, smallest, grown);
-    direction = whereGreater(upper, lower, none - direction, direction);
-    out[i] = stop.v[0];
+  double state[] = {trend->isLong ? 1.0 : -1.0, trend->stop, trend->factor, extreme};
+  const auto run = [&](std::ptrdiff_t count) {
+    return runChain(ParabolicChain{{}, step, bound}, {high.rows + first, low.rows + first}, {out + first}, state, count,
+                    memory);
+  };
+  std::ptrdiff_t count = least(present(high, records, 0), present(low, records, 0));
+  if (!run(count)) {
+    count = least(provable(high, records, 0), provable(low, records, 0));
+    if (!run(count)) return 0;
   }
-  const bool isLong = direction.v[0] > 0.0;
-  *trend = {isLong, stop.v[0], isLong ? extreme.v[0] : 0.0, isLong ? 0.0 : extreme.v[0], factor.v[0]};
+  const bool isLong = state[0] > 0.0;
+  *trend = {isLong, state[1], isLong ? state[3] : 0.0, isLong ? 0.0 : state[3], state[2]};
   return static_cast<std::size_t>(count);
 }
 

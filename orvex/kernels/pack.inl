@@ -151,18 +151,10 @@ P gather(const double* from, std::ptrdiff_t stride) {
   return pack;
 }
 
-template <class P>
-void scatter(const P& pack, double* to, std::ptrdiff_t stride) {
-  ORVEX_UNROLL for (int i = 0; i < P::lanes; ++i) to[i * stride] = pack.v[i];
-}
-
 /// A number, as often as `like` holds one: for what is written once for doubles and packs.
 template <int Lanes>
 Pack<Lanes> spread(double x, const Pack<Lanes>&) {
   return Pack<Lanes>::all(x);
-}
-double spread(double x, double) {
-  return x;
 }
 
 // The square roots of numbers that are not below 0.

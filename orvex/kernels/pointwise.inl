@@ -80,18 +80,25 @@ std::size_t difference(Source minuend, int lag, Source subtrahend, Records recor
 
 std::size_t around(Source center, Source width, double factor, Records records, double* above, double* below) {
   if (!isHandled(factor)) return 0;
-  const std::ptrdiff_t count = least(provable(center, records, 0), provable(width, records, 0));
-  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
-    using P = Pack<Lanes>;
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-      const std::ptrdiff_t at = row + i * Lanes;
-      const P middle = P::load(center.rows + at);
-      const P distance = P::load(width.rows + at) * P::all(factor);
-      (middle + distance).store(above + at);
-      (middle - distance).store(below + at);
-    }
-  });
-  return static_cast<std::size_t>(count);
+  const std::ptrdiff_t count = least(present(center, records, 0), present(width, records, 0));
+  std::ptrdiff_t done = 0;
+  while (done < count) {
+    const std::ptrdiff_t first = records.first - 1 + done, rows = least(rowsAPiece, count - done);
+    eachBlock<4>(first, rows, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+      using P = Pack<Lanes>;
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+        const std::ptrdiff_t at = row + i * Lanes;
+        const P middle = P::load(center.rows + at);
+        const P distance = P::load(width.rows + at) * P::all(factor);
+        (middle + distance).store(above + at);
+        (middle - distance).store(below + at);
+      }
+    });
+    const std::ptrdiff_t finite = least(finitePrefix(above + first, rows), finitePrefix(below + first, rows));
+    done += finite;
+    if (finite < rows) break;
+  }
+  return static_cast<std::size_t>(done);
 }
 
 std::size_t medianPrice(Source high, Source low, Records records, double* out) {

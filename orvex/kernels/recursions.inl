@@ -1,120 +1,137 @@
-// Kernels in which each row, or the sum so far, needs the row before.
-//
-// What a chain of rows waits for is itself. But an average also forgets: two chains that begin with different values
-// end, after a while, with the very same bits, and from then on they are one. So the records are cut into stretches
-// that run side by side, each from a guess and some records early. Where a stretch, at its own first record, has not
-// met the one before it, its rows are computed again until they do; the bits are those of the one chain in any case.
-//
-// An example: the average of factor 1/2 of a price that stays at 8. The one chain, once it is there, has 8 in every
-// row. A stretch that begins with 0 has 4, 6, 7, 7.5 and so on: its distance halves with each record, and in the 54th
-// there is no double left between them. It has 8 too, and all that follows is the same. Begun 106 records early, as
-// `recur` does for this factor, it has met the chain at its own first record, and no row is computed twice.
+// Rows that follow from the row before: averages, and chains of averages and what is computed from them.
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 
+#include "orvex/kernels/chains.h"
+#include "orvex/kernels/chains.inl"
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
 
 namespace {
 
-constexpr int stretches = 8;
+/// row = (1 - factor) x the row before + factor x the source.
+struct Exponential {
+  double kept, factor;
 
-bool sameBits(double a, double b) {
-  return std::memcmp(&a, &b, sizeof a) == 0;
-}
+  explicit Exponential(double share) : kept(1.0 - share), factor(share) {}
+  static bool takes(double factor) { return factor > 0.0 && factor <= 1.0; }
 
-/// The chain of `Values` rows from row `from` on, up to row `end` or, where `rejoin` is set, to the first row that
-/// already holds what the chain gives there.
-template <int Values, class Next>
-void chain(const double* x, double* const (&rows)[Values], std::ptrdiff_t from, std::ptrdiff_t end, bool rejoin,
-           Next next) {
-  double state[Values];
-  for (int v = 0; v < Values; ++v) state[v] = rows[v][from - 1];
-  for (std::ptrdiff_t i = from; i < end; ++i) {
-    next(state, x[i], x[i - 1]);
-    bool met = rejoin;
-    for (int v = 0; v < Values; ++v) {
-      met = met && sameBits(rows[v][i], state[v]);
-      rows[v][i] = state[v];
-    }
-    if (met) return;
+  template <class T>
+  T after(const T& before, const T& x) const {
+    return T::all(kept) * before + T::all(factor) * x;
   }
-}
+};
 
-/// Rows 0 .. count - 1 of `Values` columns: `next(state, x(i), x(i - 1))` turns the values of row i - 1 into those of
-/// row i, doubles or packs of them, and never leaves the range of its arguments but for roundings, of which 2^31
-/// records add up to less than a millionth of it. Row -1 is given. `memory` is how many records it takes to forget all
-/// but 1 / e of a value.
-template <int Values, class Next>
-void recur(const double* x, double* const (&rows)[Values], std::ptrdiff_t count, double memory, Next next) {
-  // Until nothing is left of 53 bits, and then until the last roundings have come together.
-  const double warmUp = 16.0 + 45.0 * memory;
-  const std::ptrdiff_t early = warmUp < static_cast<double>(count) ? static_cast<std::ptrdiff_t>(warmUp) : count;
-  // Stretch k runs from row k x distance on; an odd number of cache lines keeps the stretches out of each other's way.
-  const std::ptrdiff_t distance = (count - early) / (stretches * 16) * 16 - 8;
-  const std::ptrdiff_t length = distance + early;
-  if (distance < 8 || 2 * length > count) return chain(x, rows, 0, count, false, next);
+struct ExponentialChain : Chain<1, 1, 1> {
+  Exponential average;
 
-  using P = Pack<widestLanes>;
-  constexpr int packs = stretches / widestLanes;
-  P state[packs][Values];
-  P before[packs];
-  P met[packs][Values];
-  for (int p = 0; p < packs; ++p) {
-    for (int v = 0; v < Values; ++v) state[p][v] = P::all(rows[v][-1]);
-    before[p] = gather<P>(x - 1 + p * widestLanes * distance, distance);
+  template <class T>
+  void next(T (&state)[1], const T (&in)[1], T (&out)[1], int) const {
+    out[0] = state[0] = average.after(state[0], in[0]);
   }
-  const auto run = [&](std::ptrdiff_t from, std::ptrdiff_t end) {
-    for (std::ptrdiff_t i = from; i < end; ++i) {
-      ORVEX_UNROLL for (int p = 0; p < packs; ++p) {
-        const std::ptrdiff_t at = i + p * widestLanes * distance;
-        const P now = gather<P>(x + at, distance);
-        next(state[p], now, before[p]);
-        before[p] = now;
-        // A stretch comes to a row that the next one wrote early after it: the last to write is the one that counts.
-        for (int v = 0; v < Values; ++v) scatter(state[p][v], rows[v] + at, distance);
-      }
-    }
-  };
-  run(0, early);
-  for (int p = 0; p < packs; ++p) {
-    for (int v = 0; v < Values; ++v) met[p][v] = state[p][v];
-  }
-  run(early, length);
+};
 
-  for (int k = 1; k < stretches; ++k) {
-    const std::ptrdiff_t own = k * distance + early;
-    bool joined = true;
-    for (int v = 0; v < Values; ++v) {
-      joined = joined && sameBits(met[k / widestLanes][v].v[k % widestLanes], rows[v][own - 1]);
-    }
-    if (!joined) chain(x, rows, own, own + distance, true, next);
-  }
-  chain(x, rows, (stretches - 1) * distance + length, count, false, next);
-}
+struct ApproachChain : Chain<1, 1, 1> {
+  double factor;
 
-/// `recur` for one column: the rows of the records, after the row before the first.
-template <class Next>
-std::size_t recursion(Source source, Records records, double memory, double* out, Next next) {
-  const std::ptrdiff_t count = provable(source, records, 0);
-  if (count == 0 || records.first < 2 || !isHandled(out[records.first - 2])) return 0;
-  double* const rows[] = {out + (records.first - 1)};
-  recur(source.rows + (records.first - 1), rows, count, memory, next);
+  template <class T>
+  void next(T (&state)[1], const T (&in)[1], T (&out)[1], int) const {
+    out[0] = state[0] = state[0] + (in[0] - state[0]) * T::all(factor);
+  }
+};
+
+/// A chain of one column: the rows of the records, after the row before the first.
+template <class C>
+std::size_t recursion(const C& chain, Source source, Records records, double memory, double* out) {
+  const std::ptrdiff_t first = records.first - 1;
+  std::ptrdiff_t count = present(source, records, 0);
+  if (count == 0 || first < 1 || !isHandled(out[first - 1])) return 0;
+  double state[] = {out[first - 1]};
+  if (!runChain(chain, {source.rows + first}, {out + first}, state, count, memory)) {
+    count = provable(source, records, 0);
+    if (!runChain(chain, {source.rows + first}, {out + first}, state, count, memory)) return 0;
+  }
   return static_cast<std::size_t>(count);
 }
 
 std::size_t exponential(Source source, double factor, Records records, double* out) {
-  if (!(factor > 0.0 && factor <= 1.0)) return 0;
-  return recursion(source, records, 1.0 / factor, out,
-                   [=](auto& row, auto x, auto) { row[0] = spread(1.0 - factor, x) * row[0] + spread(factor, x) * x; });
+  if (!Exponential::takes(factor)) return 0;
+  return recursion(ExponentialChain{{}, Exponential(factor)}, source, records, 1.0 / factor, out);
 }
 
 std::size_t approach(Source source, double factor, Records records, double* out) {
-  if (!(factor > 0.0 && factor <= 1.0)) return 0;
-  return recursion(source, records, 1.0 / factor, out,
-                   [=](auto& row, auto x, auto) { row[0] = row[0] + (x - row[0]) * spread(factor, x); });
+  if (!Exponential::takes(factor)) return 0;
+  return recursion(ApproachChain{{}, factor}, source, records, 1.0 / factor, out);
+}
+
+/// How many records it takes to forget all but 1 / e of what averages of these factors began with, one of the other.
+double memoryOf(double factor, int stages) {
+  // What the last of several averages keeps of it grows with the records before it fades: twice and three times as many
+  // e-th parts are well beyond it.
+  return (1.0 + 0.25 * (stages - 1)) / factor;
+}
+
+using orvex::kernels::ConvergenceRows;
+
+/// The difference of two averages, its average, and the difference of these.
+struct ConvergenceChain : Chain<1, 3, 3> {
+  Exponential shorter, longer, signal;
+
+  template <class T>
+  void next(T (&state)[3], const T (&in)[1], T (&out)[3], int) const {
+    state[0] = shorter.after(state[0], in[0]);
+    state[1] = longer.after(state[1], in[0]);
+    const T line = state[0] - state[1];
+    state[2] = signal.after(state[2], line);
+    out[0] = line;
+    out[1] = state[2];
+    out[2] = line - state[2];
+  }
+};
+
+/// Whether averages of such factors go on from such values.
+bool areTaken(const double (&before)[3], const double* factors, int count) {
+  bool taken = isHandled(before[0]) && isHandled(before[1]) && isHandled(before[2]);
+  for (int i = 0; i < count; ++i) taken = taken && Exponential::takes(factors[i]);
+  return taken;
+}
+
+std::size_t convergence(Source source, orvex::kernels::Convergence averages, Records records, ConvergenceRows out) {
+  const std::ptrdiff_t first = records.first - 1, count = present(source, records, 0);
+  if (count == 0 || !areTaken(averages.before, averages.factors, 3)) return 0;
+  const auto& [shorter, longer, signal] = averages.factors;
+  const ConvergenceChain chain{{}, Exponential(shorter), Exponential(longer), Exponential(signal)};
+  const double slowest = smaller(smaller(shorter, longer), signal);
+  const bool done =
+      runChain(chain, {source.rows + first}, {out.line + first, out.signal + first, out.histogram + first},
+               averages.before, count, memoryOf(slowest, 2));
+  return done ? static_cast<std::size_t>(count) : 0;
+}
+
+/// How far the average of an average of an average moves in a record, in percent.
+struct TripleChain : Chain<1, 1, 3> {
+  static constexpr bool checksOutputs = true;
+
+  Exponential average;
+
+  template <class T>
+  void next(T (&state)[3], const T (&in)[1], T (&out)[1], int turn) const {
+    const T before = state[2], none = T::all(0.0);
+    state[0] = average.after(state[0], in[0]);
+    state[1] = average.after(state[1], state[0]);
+    state[2] = average.after(state[2], state[1]);
+    const T move = state[2] - before;
+    out[0] = whereEqual(before, none, move - move, quotient(move, before, turn) * T::all(100.0));
+  }
+};
+
+std::size_t tripleRate(Source source, orvex::kernels::Triple averages, Records records, double* out) {
+  const std::ptrdiff_t first = records.first - 1, count = present(source, records, 0);
+  if (count == 0 || !areTaken(averages.before, &averages.factor, 1)) return 0;
+  const bool done = runChain(TripleChain{{}, Exponential(averages.factor)}, {source.rows + first}, {out + first},
+                             averages.before, count, memoryOf(averages.factor, 3));
+  return done ? static_cast<std::size_t>(count) : 0;
 }
 
 std::size_t variable(Source source, Source momentum, Records records, double* out) {

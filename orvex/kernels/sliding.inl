@@ -17,11 +17,13 @@
 
 namespace {
 
-/// Rows are addressed from 0. `center` is read at the record's own row alone; null where a kernel has none.
+/// Rows are addressed from 0. `center` is read at the record's own row alone, unless it is a second column of values;
+/// null where a kernel has none.
 struct SlidingColumns {
   const double* values;
   const double* center;
   double* out;
+  bool hasTwoWindows = false;
 };
 
 constexpr std::ptrdiff_t longestSliding = 256;
@@ -45,7 +47,8 @@ struct SideBySide {
   const SlidingColumns& columns;
   std::ptrdiff_t row;
 
-  P center(int i) const { return P::load(columns.center + row + i * P::lanes); }
+  P value(int i, std::ptrdiff_t age) const { return P::load(columns.values + row + i * P::lanes - age); }
+  P center(int i, std::ptrdiff_t age = 0) const { return P::load(columns.center + row + i * P::lanes - age); }
   void fill(int i, P value) const { value.store(columns.out + row + i * P::lanes); }
   /// A number up to the length of the window, in all lanes.
   static P number(std::ptrdiff_t whole) { return P::all(static_cast<double>(whole)); }
@@ -54,7 +57,7 @@ struct SideBySide {
   template <class Visit>
   void newestFirst(std::ptrdiff_t window, Visit visit) const {
     for (std::ptrdiff_t age = 0; age < window; ++age) {
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) visit(i, age, P::load(columns.values + row + i * P::lanes - age));
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) visit(i, age, value(i, age));
     }
   }
 };
@@ -69,7 +72,8 @@ struct InStretches {
   const P* centers;
   P* out;
 
-  P center(int i) const { return centers[i]; }
+  P value(int i, std::ptrdiff_t age) const { return values[i - age]; }
+  P center(int i, std::ptrdiff_t age = 0) const { return centers[i - age]; }
   void fill(int i, P value) const { out[i] = value; }
   static P number(std::ptrdiff_t whole) { return P::all(wholeNumbers.values[whole]); }
 
@@ -106,55 +110,77 @@ void packStretches(const double* x, std::ptrdiff_t stretch, std::ptrdiff_t count
   }
 }
 
-void unpackStretches(const WidestPack* packs, std::ptrdiff_t stretch, std::ptrdiff_t count, double* x) {
+/// The other way round. Whether all are numbers.
+bool unpackStretches(const WidestPack* packs, std::ptrdiff_t stretch, std::ptrdiff_t count, double* x) {
+  WidestPack check = WidestPack::all(0.0);
   for (std::ptrdiff_t i = 0; i < count; i += widestLanes) {
     WidestPack square[widestLanes];
-    ORVEX_UNROLL for (int k = 0; k < widestLanes; ++k) square[k] = packs[i + k];
+    ORVEX_UNROLL for (int k = 0; k < widestLanes; ++k) {
+      square[k] = packs[i + k];
+      check = check + square[k] * WidestPack::all(0.0);
+    }
     transpose(square);
     ORVEX_UNROLL for (int lane = 0; lane < widestLanes; ++lane) square[lane].store(x + lane * stretch + i);
   }
+  return isZero(check);
 }
 
-/// Fills rows from `first` (counted from 0) on, as many as make stretches of whole blocks; their number. REQUIRES: a
-/// window no shorter than a block.
-template <class Kernel>
+/// Fills rows from `first` (counted from 0) on, as many as make stretches of whole blocks; their number, or 0 where not
+/// all are numbers. REQUIRES: a window no shorter than a block.
+template <int block, class Kernel>
 std::ptrdiff_t slideInStretches(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t first,
                                 std::ptrdiff_t count, const Kernel& kernel) {
-  constexpr int block = 8;
   constexpr std::ptrdiff_t piece = 64;
-  static_assert(block % widestLanes == 0 && piece % block == 0);
+  static_assert(8 % block == 0 && 8 % widestLanes == 0 && piece % 8 == 0);
   const std::ptrdiff_t before = window - 1;
-  const std::ptrdiff_t stretch = count / widestLanes / block * block;
+  const std::ptrdiff_t centersBefore = columns.hasTwoWindows ? before : 0;
+  const std::ptrdiff_t stretch = count / widestLanes / 8 * 8;
   if (window > longestSliding || stretch < 2 * window) return 0;
   WidestPack values[longestSliding - 1 + piece];
-  WidestPack centers[piece];
+  WidestPack centers[longestSliding - 1 + piece];
   WidestPack out[piece];
   for (std::ptrdiff_t i = 0; i < before; ++i) {
     values[i] = gather<WidestPack>(columns.values + first - before + i, stretch);
   }
-  for (std::ptrdiff_t done = 0; done < stretch; done += piece) {
+  for (std::ptrdiff_t i = 0; i < centersBefore; ++i) {
+    centers[i] = gather<WidestPack>(columns.center + first - before + i, stretch);
+  }
+  bool finite = true;
+  for (std::ptrdiff_t done = 0; done < stretch && finite; done += piece) {
     const std::ptrdiff_t rows = least(piece, stretch - done);
     packStretches(columns.values + first + done, stretch, rows, values + before);
-    if (columns.center != nullptr) packStretches(columns.center + first + done, stretch, rows, centers);
+    if (columns.center != nullptr) packStretches(columns.center + first + done, stretch, rows, centers + centersBefore);
     for (std::ptrdiff_t i = 0; i < rows; i += block) {
-      kernel(InStretches<block>{values + before + i, centers + i, out + i});
+      kernel(InStretches<block>{values + before + i, centers + centersBefore + i, out + i});
     }
-    unpackStretches(out, stretch, rows, columns.out + first + done);
+    finite = unpackStretches(out, stretch, rows, columns.out + first + done);
     for (std::ptrdiff_t i = 0; i < before; ++i) values[i] = values[i + rows];
+    for (std::ptrdiff_t i = 0; i < centersBefore; ++i) centers[i] = centers[i + rows];
   }
-  return stretch * widestLanes;
+  return finite ? stretch * widestLanes : 0;
 }
 
 /// Runs `kernel(block)` for `count` rows from `first` (counted from 0) on, with the window of records that ends at
-/// each. `longEnough` is the shortest window that pays, as measured, for the turning of columns into packs and back;
-/// `Count` is how many packs the registers hold side by side.
-template <int Count, class Kernel>
-void slide(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t longEnough, std::ptrdiff_t first,
-           std::ptrdiff_t count, Kernel kernel) {
-  const std::ptrdiff_t done = window < longEnough ? 0 : slideInStretches(columns, window, first, count, kernel);
-  eachBlock<Count>(first + done, count - done, [&]<int Lanes, int Packs>(std::ptrdiff_t row) {
-    kernel(SideBySide<Pack<Lanes>, Packs>{columns, row});
-  });
+/// each. How many of the rows are numbers: up to the first that is none. `longEnough` is the shortest window that pays,
+/// as measured, for the turning of columns into packs and back; `Count` and `InTurn` are how many packs the registers
+/// hold side by side, and in stretches. REQUIRES: a result out of which an infinity or not-a-number, once met, does not
+/// come as a number.
+template <int Count, int InTurn = 8, class Kernel>
+std::size_t slide(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t longEnough, std::ptrdiff_t first,
+                  std::ptrdiff_t count, Kernel kernel) {
+  std::ptrdiff_t done = window < longEnough ? 0 : slideInStretches<InTurn>(columns, window, first, count, kernel);
+  // Looked at while they are in the first-level cache.
+  constexpr std::ptrdiff_t piece = 1024;
+  while (done < count) {
+    const std::ptrdiff_t rows = least(piece, count - done);
+    eachBlock<Count>(first + done, rows, [&]<int Lanes, int Packs>(std::ptrdiff_t row) {
+      kernel(SideBySide<Pack<Lanes>, Packs>{columns, row});
+    });
+    const std::ptrdiff_t finite = finitePrefix(columns.out + first + done, rows);
+    done += finite;
+    if (finite < rows) break;
+  }
+  return static_cast<std::size_t>(done);
 }
 
 }  // namespace

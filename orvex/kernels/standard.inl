@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "orvex/kernels/chains.inl"
 #include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/pointwise.inl"
@@ -11,6 +12,7 @@
 #include "orvex/kernels/recursions.inl"
 #include "orvex/kernels/sliding.inl"
 #include "orvex/kernels/standard.h"
+#include "orvex/kernels/strength.inl"
 
 namespace {
 
@@ -82,44 +84,61 @@ std::size_t pointwise(const Operand* operands, const StandardParameters& given, 
   return static_cast<std::size_t>(done);
 }
 
+struct LeakySumChain : Chain<1, 1, 1> {
+  Divisor length;
+
+  template <class T>
+  void next(T (&state)[1], const T (&in)[1], T (&out)[1], int) const {
+    out[0] = state[0] = state[0] - state[0] / length + in[0];
+  }
+};
+
 std::size_t leakySum(Source source, int periods, Records records, double* out) {
   if (periods < 1) return 0;
-  const Divisor length(periods);
-  return recursion(source, records, periods, out,
-                   [=](auto& row, auto x, auto) { row[0] = row[0] - row[0] / length + x; });
+  return recursion(LeakySumChain{{}, Divisor(periods)}, source, records, periods, out);
 }
+
+struct LeakyMeanChain : Chain<1, 1, 1> {
+  double kept;
+  Divisor length;
+
+  template <class T>
+  void next(T (&state)[1], const T (&in)[1], T (&out)[1], int) const {
+    out[0] = state[0] = (state[0] * T::all(kept) + in[0]) / length;
+  }
+};
 
 std::size_t leakyMean(Source source, int periods, Records records, double* out) {
   if (periods < 1) return 0;
-  const Divisor length(periods);
-  const double kept = periods - 1;
-  return recursion(source, records, periods, out,
-                   [=](auto& row, auto x, auto) { row[0] = (row[0] * spread(kept, x) + x) / length; });
+  const LeakyMeanChain chain{{}, static_cast<double>(periods - 1), Divisor(periods)};
+  return recursion(chain, source, records, periods, out);
 }
 
 std::size_t leakyMoves(Source source, int periods, Records records, double* rises, double* falls) {
-  const std::ptrdiff_t count = provable(source, records, 1);
-  if (count == 0 || periods < 1 || !isHandled(rises[records.first - 2]) || !isHandled(falls[records.first - 2])) {
-    return 0;
-  }
-  double* const rows[] = {rises + (records.first - 1), falls + (records.first - 1)};
-  const Divisor length(periods);
-  const double kept = periods - 1;
-  recur(source.rows + (records.first - 1), rows, count, periods, [=](auto& row, auto now, auto before) {
-    const auto zero = spread(0.0, now);
-    row[0] = (row[0] * spread(kept, now) + larger(now - before, zero)) / length;
-    row[1] = (row[1] * spread(kept, now) + larger(before - now, zero)) / length;
-  });
-  return static_cast<std::size_t>(count);
+  const std::ptrdiff_t count = provable(source, records, 1), first = records.first - 1;
+  if (count == 0 || periods < 1 || !isHandled(rises[first - 1]) || !isHandled(falls[first - 1])) return 0;
+  const double* const x = source.rows + first;
+  double state[] = {rises[first - 1], falls[first - 1], x[-1]};
+  const MeanMovesChain chain{{}, static_cast<double>(periods - 1), Divisor(periods)};
+  const bool done = runChain(chain, {x}, {rises + first, falls + first}, state, count, periods);
+  return done ? static_cast<std::size_t>(count) : 0;
 }
 
+/// The second value of the state is the source's row before.
+struct HalfwayChain : Chain<1, 1, 2> {
+  template <class T>
+  void next(T (&state)[2], const T (&in)[1], T (&out)[1], int) const {
+    out[0] = state[0] = (state[0] + state[1]) * T::all(0.5);
+    state[1] = in[0];
+  }
+};
+
 std::size_t halfway(Source source, Records records, double* out) {
-  const std::ptrdiff_t count = provable(source, records, 1);
-  if (count == 0 || records.first < 2 || !isHandled(out[records.first - 2])) return 0;
-  double* const rows[] = {out + (records.first - 1)};
-  recur(source.rows + (records.first - 1), rows, count, 2.0,
-        [](auto& row, auto, auto before) { row[0] = (row[0] + before) * spread(0.5, before); });
-  return static_cast<std::size_t>(count);
+  const std::ptrdiff_t count = provable(source, records, 1), first = records.first - 1;
+  if (count == 0 || first < 1 || !isHandled(out[first - 1])) return 0;
+  const double* const x = source.rows + first;
+  double state[] = {out[first - 1], x[-1]};
+  return runChain(HalfwayChain(), {x}, {out + first}, state, count, 2.0) ? static_cast<std::size_t>(count) : 0;
 }
 
 std::size_t follow(Source source, Source share, Records records, double* out) {

@@ -3,11 +3,11 @@
 
 #include <cstddef>
 
+#include "orvex/kernels/chains.inl"
 #include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/quotients.inl"
-#include "orvex/kernels/recursions.inl"
 
 namespace {
 
@@ -22,28 +22,37 @@ P percentage(P part, P rest, int turn) {
                     quotient(P::all(100.0) * part, whole, turn));
 }
 
+/// The means of rises and of falls, which forget; the third value is the row before.
+struct MeanMovesChain : Chain<1, 2, 3> {
+  double kept;
+  Divisor periods;
+
+  template <class T>
+  void next(T (&state)[3], const T (&in)[1], T (&out)[2], int) const {
+    const T now = in[0], then = state[2], zero = T::all(0.0);
+    out[0] = state[0] = (state[0] * T::all(kept) + larger(now - then, zero)) / periods;
+    out[1] = state[1] = (state[1] * T::all(kept) + larger(then - now, zero)) / periods;
+    state[2] = now;
+  }
+};
+
 std::size_t strength(Source source, int window, Records records, int known, double* means, double* scratch,
                      double* out) {
   if (window < 1 || known < 1 || !isHandled(means[0]) || !isHandled(means[1])) return 0;
   const std::ptrdiff_t count = provable(source, records, records.first - known);
   if (count == 0) return 0;
   const std::ptrdiff_t from = records.first - 1;
-  // The means go where the percentages will stand; the row before the first is only lent for it.
-  double* const rows[] = {out + known, scratch + known};
-  const double lent = rows[0][-1];
-  rows[0][-1] = means[0];
-  rows[1][-1] = means[1];
-  const double kept = window - 1;
-  const double all = window;
-  const Divisor periods(all);
-  recur(source.rows + known, rows, from + count - known, all, [=](auto& mean, auto now, auto then) {
-    const auto zero = spread(0.0, now);
-    mean[0] = (mean[0] * spread(kept, now) + larger(now - then, zero)) / periods;
-    mean[1] = (mean[1] * spread(kept, now) + larger(then - now, zero)) / periods;
-  });
-  means[0] = out[from + count - 1];
-  means[1] = scratch[from + count - 1];
-  if (known < records.first) rows[0][-1] = lent;
+  // The means go where the percentages will stand.
+  const double* const x = source.rows + known;
+  double state[] = {means[0], means[1], x[-1]};
+  const MeanMovesChain chain{{}, static_cast<double>(window - 1), Divisor(window)};
+  if (!runChain(chain, {x}, {out + known, scratch + known}, state, from + count - known, window)) return 0;
+  if (known == records.first) {
+    out[from] = means[0];
+    scratch[from] = means[1];
+  }
+  means[0] = state[0];
+  means[1] = state[1];
   eachBlock<4>(from, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {

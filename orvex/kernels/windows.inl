@@ -12,32 +12,32 @@ namespace {
 
 std::size_t mean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
-  const std::ptrdiff_t count = provable(source, records, window - 1);
+  const std::ptrdiff_t count = present(source, records, window - 1);
   const Divisor length(window);
-  slide<8>({source.rows, nullptr, out}, window, 40, records.first - 1, count, [=]<class Block>(const Block& block) {
+  const SlidingColumns columns = {source.rows, nullptr, out};
+  return slide<8>(columns, window, 40, records.first - 1, count, [=]<class Block>(const Block& block) {
     using P = typename Block::P;
     P sum[Block::count] = {};
     block.newestFirst(window, [&](int i, std::ptrdiff_t, P value) { sum[i] = sum[i] + value; });
     ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum[i] / length);
   });
-  return static_cast<std::size_t>(count);
 }
 
 std::size_t weightedMean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
-  const std::ptrdiff_t count = provable(source, records, window - 1);
+  const std::ptrdiff_t count = present(source, records, window - 1);
   if (count == 0) return 0;
   double total = 0.0;
   for (int weight = 1; weight <= window; ++weight) total += weight;
   const Divisor weights(total);
-  slide<8>({source.rows, nullptr, out}, window, 80, records.first - 1, count, [=]<class Block>(const Block& block) {
+  const SlidingColumns columns = {source.rows, nullptr, out};
+  return slide<8>(columns, window, 80, records.first - 1, count, [=]<class Block>(const Block& block) {
     using P = typename Block::P;
     P sum[Block::count] = {};
     block.newestFirst(
         window, [&](int i, std::ptrdiff_t age, P value) { sum[i] = sum[i] + block.number(window - age) * value; });
     ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum[i] / weights);
   });
-  return static_cast<std::size_t>(count);
 }
 
 using orvex::kernels::RegressionRows;
@@ -116,10 +116,11 @@ std::size_t regression(Source source, int window, Records records, double* quali
 std::size_t deviation(Source source, Source center, int window, int lag, double factor, Records records, double* out) {
   if (window < 1 || lag < 0 || !isHandled(factor)) return 0;
   const std::ptrdiff_t count =
-      least(provable(source, records, static_cast<std::ptrdiff_t>(window) - 1 + lag), provable(center, records, 0));
+      least(present(source, records, static_cast<std::ptrdiff_t>(window) - 1 + lag), present(center, records, 0));
+  if (count == 0) return 0;
   const Divisor length(window);
   const SlidingColumns columns = {source.rows - lag, center.rows, out};
-  slide<4>(columns, window, 60, records.first - 1, count, [=]<class Block>(const Block& block) {
+  return slide<4>(columns, window, 60, records.first - 1, count, [=]<class Block>(const Block& block) {
     using P = typename Block::P;
     P sum[Block::count] = {};
     P middle[Block::count];
@@ -130,7 +131,6 @@ std::size_t deviation(Source source, Source center, int window, int lag, double 
     });
     ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, P::all(factor) * root(sum[i] / length));
   });
-  return static_cast<std::size_t>(count);
 }
 
 }  // namespace

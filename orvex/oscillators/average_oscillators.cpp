@@ -1,14 +1,19 @@
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "orvex/averages/average_of_part.h"
 #include "orvex/averages/average_type.h"
+#include "orvex/averages/exponential_factor.h"
 #include "orvex/data/columns.h"
 #include "orvex/data/continuation.h"
+#include "orvex/data/head_of_series.h"
 #include "orvex/data/host_events.h"
 #include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
+#include "orvex/kernels/chains.h"
 #include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
 #include "orvex/oscillators/spans.h"
@@ -70,6 +75,90 @@ Real rangeOfSpan(const SpanExtremes& known, const std::shared_ptr<Field>& source
   return span.highest() - span.lowest();
 }
 
+/// MACD's columns, those of the averages among them, and the first rows of the line and of its signal.
+struct Convergence {
+  ShortAndLong averages;
+  std::shared_ptr<Field> line, signal, histogram;
+};
+
+struct ConvergenceArguments {
+  Integer shortCycle, longCycle, signalPeriods;
+  std::string name;
+};
+
+Convergence convergence(const std::shared_ptr<Database>& data, const std::shared_ptr<Field>& source,
+                        const ConvergenceArguments& wanted) {
+  const Integer count = data->getRecordCount();
+  const ShortAndLong averages =
+      shortAndLong(average_type::Exponential, data, source, wanted.shortCycle, wanted.longCycle);
+  const std::int64_t first = averages.first, firstBoth = first + wanted.signalPeriods.value();
+  const auto line = makeColumn(count, wanted.name, first);
+  fillDifferences(first, count, averages.shorter, 0, averages.longer, *line);
+  const auto signal = averageOfPart(average_type::Exponential, line, first, wanted.signalPeriods,
+                                    wanted.name + std::string(Oscillator::MACDSignalSuffix));
+  const auto histogram = makeColumn(count, wanted.name + std::string(Oscillator::MACDHistogramSuffix), firstBoth);
+  fillDifferences(firstBoth, count, line, 0, signal, *histogram, noYield);
+  return {averages, line, signal, histogram};
+}
+
+/// The same columns without those of the averages, in one pass; nothing where that cannot be.
+std::optional<Convergence> convergenceInOnePass(Integer count, const std::shared_ptr<Field>& source,
+                                                const ConvergenceArguments& wanted) {
+  const std::int64_t last =
+      std::max(wanted.shortCycle.value(), wanted.longCycle.value()) + std::int64_t{wanted.signalPeriods.value()} + 1;
+  return inOnePass<Convergence>(count, last, {source.get()}, [&](const std::shared_ptr<Database>& data) {
+    const Convergence head = convergence(data, headOf(*source, last), wanted);
+    Convergence whole{
+        {}, lengthened(*head.line, count), lengthened(*head.signal, count), lengthened(*head.histogram, count)};
+    const kernels::Convergence stages{
+        {exponentialFactor(wanted.shortCycle).value(), exponentialFactor(wanted.longCycle).value(),
+         exponentialFactor(wanted.signalPeriods).value()},
+        {lastOf(*head.averages.shorter), lastOf(*head.averages.longer), lastOf(*head.signal)}};
+    const auto rows = [](const std::shared_ptr<Field>& column) { return column->writableValues().data(); };
+    const std::size_t done =
+        kernels::run(&kernels::Chains::convergence, rowsOf(source), stages, restAfter(last, count),
+                     kernels::ConvergenceRows{rows(whole.line), rows(whole.signal), rows(whole.histogram)});
+    return std::pair(whole, done);
+  });
+}
+
+/// The averages of each other that TRIX goes by, and its column.
+struct Triple {
+  std::shared_ptr<Field> averages[3];
+  std::shared_ptr<Field> rate;
+};
+
+Triple triple(const std::shared_ptr<Database>& data, const std::shared_ptr<Field>& source, Integer periods,
+              std::string_view name) {
+  const Integer count = data->getRecordCount();
+  Triple columns;
+  columns.averages[0] = averageColumn(average_type::Exponential, data, source, periods, "Average");
+  const std::int64_t wait = periods.value();
+  std::int64_t first = 1 + wait;
+  for (const int stage : {1, 2}) {
+    columns.averages[stage] =
+        averageOfPart(average_type::Exponential, columns.averages[stage - 1], first, periods, "Average");
+    first += wait;
+  }
+  columns.rate = makeColumn(count, name, first + 1);
+  fillPercentages(first + 1, count, columns.averages[2], columns.averages[2], 1, *columns.rate);
+  return columns;
+}
+
+std::optional<Triple> tripleInOnePass(Integer count, const std::shared_ptr<Field>& source, Integer periods,
+                                      std::string_view name) {
+  const std::int64_t last = 3 * std::int64_t{periods.value()} + 2;
+  return inOnePass<Triple>(count, last, {source.get()}, [&](const std::shared_ptr<Database>& data) {
+    const Triple head = triple(data, headOf(*source, last), periods, name);
+    Triple whole{{}, lengthened(*head.rate, count)};
+    const kernels::Triple stages{exponentialFactor(periods).value(),
+                                 {lastOf(*head.averages[0]), lastOf(*head.averages[1]), lastOf(*head.averages[2])}};
+    const std::size_t done = kernels::run(&kernels::Chains::tripleRate, rowsOf(source), stages, restAfter(last, count),
+                                          whole.rate->writableValues().data());
+    return std::pair(whole, done);
+  });
+}
+
 /// What the price and the volume oscillator differ in.
 struct DifferenceTexts {
   std::string_view name;
@@ -121,16 +210,11 @@ std::shared_ptr<RecordSet> Oscillator::MACD(std::shared_ptr<Database> data, std:
     checkPeriods(periods, 1, count, MACDPeriodsFault);
   }
   return trap(MACDFault, [&] {
-    const std::string signalName = Alias.get() + std::string(MACDSignalSuffix);
-    const ShortAndLong averages = shortAndLong(average_type::Exponential, data, Source, ShortCycle, LongCycle);
-    const std::int64_t first = averages.first, firstBoth = first + SignalPeriods.value();
-    const auto line = makeColumn(count, Alias.get(), first);
-    fillDifferences(first, count, averages.shorter, 0, averages.longer, *line);
-    const auto signal = averageOfPart(average_type::Exponential, line, first, SignalPeriods, signalName);
-    const auto histogram = makeColumn(count, Alias.get() + std::string(MACDHistogramSuffix), firstBoth);
-    fillDifferences(firstBoth, count, line, 0, signal, *histogram, noYield);
+    const ConvergenceArguments wanted{ShortCycle, LongCycle, SignalPeriods, Alias.get()};
+    auto columns = convergenceInOnePass(count, Source, wanted);
+    if (!columns) columns = convergence(data, Source, wanted);
     data->MoveFirst();
-    return makeRecordSet({line, signal, histogram});
+    return makeRecordSet({columns->line, columns->signal, columns->histogram});
   });
 }
 
@@ -158,16 +242,10 @@ std::shared_ptr<RecordSet> Oscillator::TRIX(std::shared_ptr<Database> data, std:
   const Integer count = object(data).getRecordCount();
   checkPeriods(Periods, 1, count, TRIXPeriodsFault);
   return trap(TRIXFault, [&] {
-    auto average = averageColumn(average_type::Exponential, data, Source, Periods, "Average");
-    const std::int64_t wait = Periods.value();
-    std::int64_t first = 1 + wait;
-    for (int again = 1; again <= 2; ++again, first += wait) {
-      average = averageOfPart(average_type::Exponential, average, first, Periods, "Average");
-    }
-    const auto result = makeColumn(count, Alias.get(), first + 1);
-    fillPercentages(first + 1, count, average, average, 1, *result);
+    auto columns = tripleInOnePass(count, Source, Periods, Alias.get());
+    if (!columns) columns = triple(data, Source, Periods, Alias.get());
     data->MoveFirst();
-    return makeRecordSet({result});
+    return makeRecordSet({columns->rate});
   });
 }
 

@@ -2,6 +2,7 @@
 // it, those among them on which the stretches do not meet of themselves.
 #include <limits>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "orvex/kernels/kernels.h"
@@ -37,13 +38,27 @@ std::vector<std::vector<double>> longSeries() {
   return {walk, fading, resting, leap, broken};
 }
 
+/// What a call makes with kernels of every level is what its steps make.
+void expectTheSameOnAllLevels(const World& world, const catalogue::Class& owner, const Call& call) {
+  const auto outcome = [&](Level level) {
+    kernels::setLevel(level);
+    world.data->MoveFirst();
+    return run(world, call, owner.create().get());
+  };
+  const Outcome expected = outcome(Level::Off);
+  for (const Level level : kernels::allLevels) {
+    EXPECT_EQ(outcome(level), expected) << "level " << static_cast<int>(level);
+  }
+}
+
 TEST(Recursions, StretchesSideBySideAreOneChain) {
   const struct {
     const char* owner;
     const char* method;
   } recursions[] = {{"MovingAverage", "ExponentialMovingAverage"},
                     {"MovingAverage", "WellesWilderSmoothing"},
-                    {"Index", "RelativeStrengthIndex"}};
+                    {"Index", "RelativeStrengthIndex"},
+                    {"Oscillator", "TRIX"}};
   for (const std::vector<double>& series : longSeries()) {
     const World world{records(series.size()), {}, {}, static_cast<int>(series.size())};
     for (const auto& [className, methodName] : recursions) {
@@ -53,16 +68,47 @@ TEST(Recursions, StretchesSideBySideAreOneChain) {
         Call call{&owner, &method, {field(series), Integer(periods), catalogue::Missing{}}};
         if (method.arguments.size() == 4) call.arguments.insert(call.arguments.begin(), world.data);
         SCOPED_TRACE(testing::Message() << methodName << " over " << periods << " from " << series[0]);
-        const auto outcome = [&](Level level) {
-          kernels::setLevel(level);
-          world.data->MoveFirst();
-          return run(world, call, owner.create().get());
-        };
-        const Outcome expected = outcome(Level::Off);
-        for (const Level level : kernels::allLevels) {
-          EXPECT_EQ(outcome(level), expected) << "level " << static_cast<int>(level);
-        }
+        expectTheSameOnAllLevels(world, owner, call);
       }
+    }
+  }
+}
+
+TEST(Recursions, AChainOfAveragesIsItsWalks) {
+  const catalogue::Class& owner = *catalogue::findClass("Oscillator");
+  const catalogue::Method& method = *catalogue::findMethod(owner, "MACD");
+  const struct {
+    int shorter, longer, signal;
+  } cycles[] = {{12, 26, 9}, {1, 1, 1}, {40, 3, 2}, {5, 35, 300}, {400, 500, 9}};
+  for (const std::vector<double>& series : longSeries()) {
+    const World world{records(series.size()), {}, {}, static_cast<int>(series.size())};
+    for (const auto& [shorter, longer, signal] : cycles) {
+      SCOPED_TRACE(testing::Message() << shorter << ", " << longer << ", " << signal << " from " << series[0]);
+      expectTheSameOnAllLevels(
+          world, owner,
+          {&owner,
+           &method,
+           {world.data, field(series), Integer(shorter), Integer(longer), Integer(signal), catalogue::Missing{}}});
+    }
+  }
+}
+
+TEST(Recursions, StretchesOfTrendsAreOneChain) {
+  const catalogue::Class& owner = *catalogue::findClass("Oscillator");
+  const catalogue::Method& method = *catalogue::findMethod(owner, "ParabolicSAR");
+  std::vector<std::vector<double>> all = longSeries();
+  // A trend that never turns, and so never forgets by turning.
+  std::vector<double> rising;
+  for (int i = 0; i < 3000; ++i) rising.push_back(100.0 + i);
+  all.push_back(rising);
+  for (const std::vector<double>& lows : all) {
+    std::vector<double> highs = lows;
+    for (double& high : highs) high += 0.5;
+    const World world{records(lows.size()), {}, {}, static_cast<int>(lows.size())};
+    for (const auto& [least, most] : {std::pair(0.02, 0.2), std::pair(0.001, 0.002), std::pair(0.5, 1.0)}) {
+      SCOPED_TRACE(testing::Message() << least << " up to " << most << " from " << lows[0]);
+      expectTheSameOnAllLevels(
+          world, owner, {&owner, &method, {world.data, field(highs), field(lows), least, most, catalogue::Missing{}}});
     }
   }
 }

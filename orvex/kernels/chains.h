@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+
+#include "orvex/kernels/kernels.h"
+
+/// Kernels that have several stages, each of which goes on from the row before, in one pass over the records: what the
+/// stages hand to each other is written nowhere. They go on from the values that walks have left, and fill all of the
+/// records or none.
+namespace orvex::inline ORVEX_COUNTS::kernels {
+
+/// Exponential averages: the factors of two and that of their difference's, and their values as of the record before.
+struct Convergence {
+  double factors[3];
+  double before[3];
+};
+
+/// A difference of two averages, the average of that, and how far it is from it.
+struct ConvergenceRows {
+  double* line;
+  double* signal;
+  double* histogram;
+};
+
+/// Exponential averages, each of the one before it, likewise.
+struct Triple {
+  double factor;
+  double before[3];
+};
+
+struct Chains {
+  /// The first average of the source less the second, the average of that, and their difference.
+  std::size_t (*convergence)(Source source, Convergence averages, Records records, ConvergenceRows out);
+
+  /// How far the third average moves in a record, in percent: from a row that is 0 not at all.
+  std::size_t (*tripleRate)(Source source, Triple averages, Records records, double* out);
+};
+
+/// Those of the level in use; none at `Off`.
+const Chains* activeChains() noexcept;
+
+/// Runs a chain of the level in use. Fills nothing at `Off`.
+template <class... Parameters, class... Arguments>
+std::size_t run(std::size_t (*Chains::*chain)(Parameters...), Arguments... arguments) {
+  const Chains* const chains = activeChains();
+  return chains == nullptr ? 0 : (chains->*chain)(arguments...);
+}
+
+}  // namespace orvex::inline ORVEX_COUNTS::kernels

@@ -1,0 +1,287 @@
+// Chains: computations in which each record needs what the record before left, a few numbers (the state). One may be
+// made of several stages, an average of an average and what is computed from both: what a record's stages hand to each
+// other stays in registers, and the columns that a definition shows are the only ones that are written.
+//
+// What a chain waits for is itself. But averages forget: two chains that begin with different values end, after a
+// while, with the very same bits, and from then on they are one. So the records are cut into stretches that run side by
+// side, each from a guess and some records early. Where a stretch, at its own first record, has not met the one before
+// it, its rows are computed again until they do; the bits are those of the one chain in any case.
+//
+// An example: the average of factor 1/2 of a price that stays at 8. The one chain, once it is there, has 8 in every
+// row. A stretch that begins with 0 has 4, 6, 7, 7.5 and so on: its distance halves with each record, and in the 54th
+// there is no double left between them. It has 8 too, and all that follows is the same. Begun 106 records early, as
+// `runChain` does for this factor, it has met the chain at its own first record, and no row is computed twice.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "orvex/kernels/extremes.inl"
+#include "orvex/kernels/pack.inl"
+#include "orvex/kernels/provable.inl"
+#include "orvex/kernels/quotients.inl"
+
+namespace {
+
+constexpr int stretches = 8;
+
+/// A number of each stretch.
+struct Abreast {
+  using P = Pack<widestLanes>;
+  static constexpr int parts = stretches / widestLanes;
+
+  P part[parts];
+
+  template <class Operation>
+  static Abreast each(const Operation& operation) {
+    Abreast result;
+    unroll<0, parts>([&](auto i) { result.part[i.value] = operation(i.value); });
+    return result;
+  }
+  static Abreast all(double x) {
+    return each([&](int) { return P::all(x); });
+  }
+  double lane(int k) const { return part[k / widestLanes].v[k % widestLanes]; }
+  void set(int k, double x) { part[k / widestLanes].v[k % widestLanes] = x; }
+
+  friend Abreast operator+(const Abreast& a, const Abreast& b) {
+    return each([&](int i) { return a.part[i] + b.part[i]; });
+  }
+  friend Abreast operator-(const Abreast& a, const Abreast& b) {
+    return each([&](int i) { return a.part[i] - b.part[i]; });
+  }
+  friend Abreast operator*(const Abreast& a, const Abreast& b) {
+    return each([&](int i) { return a.part[i] * b.part[i]; });
+  }
+  friend Abreast operator/(const Abreast& a, const Divisor& b) {
+    return each([&](int i) { return a.part[i] / b; });
+  }
+  friend Abreast larger(const Abreast& a, const Abreast& b) {
+    return each([&](int i) { return larger(a.part[i], b.part[i]); });
+  }
+  friend Abreast smaller(const Abreast& a, const Abreast& b) {
+    return each([&](int i) { return smaller(a.part[i], b.part[i]); });
+  }
+  friend Abreast whereGreater(const Abreast& a, const Abreast& b, const Abreast& yes, const Abreast& no) {
+    return each([&](int i) { return whereGreater(a.part[i], b.part[i], yes.part[i], no.part[i]); });
+  }
+  friend Abreast whereEqual(const Abreast& a, const Abreast& b, const Abreast& yes, const Abreast& no) {
+    return each([&](int i) { return whereEqual(a.part[i], b.part[i], yes.part[i], no.part[i]); });
+  }
+  friend Abreast quotient(const Abreast& x, const Abreast& divisor, int turn) {
+    return each([&](int i) { return quotient(x.part[i], divisor.part[i], turn + i); });
+  }
+};
+
+// The same for the one number of a chain that runs alone.
+struct Alone {
+  double x;
+
+  static Alone all(double number) { return {number}; }
+
+  friend Alone operator+(Alone a, Alone b) { return {a.x + b.x}; }
+  friend Alone operator-(Alone a, Alone b) { return {a.x - b.x}; }
+  friend Alone operator*(Alone a, Alone b) { return {a.x * b.x}; }
+  friend Alone operator/(Alone a, const Divisor& b) { return {a.x / b}; }
+  friend Alone larger(Alone a, Alone b) { return {a.x > b.x ? a.x : b.x}; }
+  friend Alone smaller(Alone a, Alone b) { return {a.x < b.x ? a.x : b.x}; }
+  friend Alone whereGreater(Alone a, Alone b, Alone yes, Alone no) { return a.x > b.x ? yes : no; }
+  friend Alone whereEqual(Alone a, Alone b, Alone yes, Alone no) { return a.x == b.x ? yes : no; }
+  friend Alone quotient(Alone x, Alone divisor, int) { return {x.x / divisor.x}; }
+};
+
+/// What every chain is a kind of: `next(state, in, out, turn)` turns the state of the record before into that of the
+/// record whose inputs are `in`, and gives its outputs. It is written once for `Abreast` and `Alone`. An infinity or
+/// not-a-number in the state stays there; with `checks` on, what is no number, or is too large, is looked for in the
+/// inputs, or what is none in the outputs.
+template <int Inputs, int Outputs, int Values>
+struct Chain {
+  static constexpr int inputs = Inputs, outputs = Outputs, values = Values;
+  static constexpr bool checksInputs = false, checksOutputs = false;
+};
+
+bool sameBits(const double* a, const double* b, int count) {
+  return std::memcmp(a, b, static_cast<std::size_t>(count) * sizeof *a) == 0;
+}
+
+/// The rows of a chain's columns from record to record, and what tells whether all are numbers.
+template <class C>
+class ChainRun {
+ public:
+  /// Row 0 is the first record's. `memory` is how many records it takes to forget all but 1 / e of the state.
+  ChainRun(const C& chain, const double* const (&in)[C::inputs], double* const (&out)[C::outputs],
+           const double (&state)[C::values])
+      : chain_(chain) {
+    for (int k = 0; k < C::inputs; ++k) in_[k] = in[k];
+    for (int k = 0; k < C::outputs; ++k) out_[k] = out[k];
+    for (int v = 0; v < C::values; ++v) state_[v] = state[v];
+  }
+
+  /// Rows 0 .. count - 1. False where they are not proven.
+  bool run(std::ptrdiff_t count, double memory) {
+    // Until nothing is left of 53 bits, and then until the last roundings have come together.
+    const double warmUp = 16.0 + 45.0 * memory;
+    std::ptrdiff_t aligned = 0;
+    if (warmUp < static_cast<double>(count)) {
+      constexpr std::uintptr_t line = 64;
+      const std::uintptr_t inside = reinterpret_cast<std::uintptr_t>(out_[0]) % line;
+      aligned = least(static_cast<std::ptrdiff_t>((line - inside) % line / sizeof(double)), count);
+      const std::ptrdiff_t early = (static_cast<std::ptrdiff_t>(warmUp) + 7) / 8 * 8;
+      // Stretch k runs from row k x distance on; an odd number of cache lines keeps the stretches out of each other's
+      // way.
+      const std::ptrdiff_t distance = (count - aligned - early) / (stretches * 16) * 16 - 8;
+      if (distance >= 8 && 2 * (distance + early) <= count) {
+        alone(0, aligned);
+        inStretches(aligned, early, distance);
+        aligned += stretches * distance + early;
+      } else {
+        aligned = 0;
+      }
+    }
+    alone(aligned, count);
+    for (int v = 0; v < C::values; ++v) check_ += state_[v] * 0.0;
+    return check_ == 0.0;
+  }
+
+  double state(int v) const { return state_[v]; }
+
+ private:
+  static constexpr int kept = 32;
+
+  /// As of some records of every stretch: where a chain that is computed again meets its stretch.
+  struct Marks {
+    std::ptrdiff_t spacing;
+    Abreast state[kept][C::values];
+  };
+
+  void alone(std::ptrdiff_t from, std::ptrdiff_t end) {
+    Alone state[C::values];
+    for (int v = 0; v < C::values; ++v) state[v].x = state_[v];
+    for (std::ptrdiff_t row = from; row < end; ++row) {
+      Alone in[C::inputs], out[C::outputs];
+      for (int k = 0; k < C::inputs; ++k) {
+        in[k].x = in_[k][row];
+        if constexpr (C::checksInputs) check_ += in[k].x * scale * 0.0;
+      }
+      chain_.next(state, in, out, 0);
+      for (int k = 0; k < C::outputs; ++k) {
+        out_[k][row] = out[k].x;
+        if constexpr (C::checksOutputs) check_ += out[k].x * 0.0;
+      }
+    }
+    for (int v = 0; v < C::values; ++v) state_[v] = state[v].x;
+  }
+
+  void inStretches(std::ptrdiff_t first, std::ptrdiff_t early, std::ptrdiff_t distance) {
+    Abreast state[C::values], met[C::values], sum = Abreast::all(0.0);
+    for (int v = 0; v < C::values; ++v) state[v] = Abreast::all(state_[v]);
+    for (std::ptrdiff_t row = 0; row < early; row += widestLanes) block<false>(first + row, distance, state, sum);
+    for (int v = 0; v < C::values; ++v) met[v] = state[v];
+    Marks marks;
+    marks.spacing = (distance / kept + 8) / 8 * 8;
+    int next = 0;
+    std::ptrdiff_t done = 0;
+    while (done < distance) {
+      const std::ptrdiff_t end = least(done + marks.spacing, distance);
+      for (; done < end; done += widestLanes) block<true>(first + early + done, distance, state, sum);
+      if (done == distance) break;
+      for (int v = 0; v < C::values; ++v) marks.state[next][v] = state[v];
+      ++next;
+    }
+    for (int i = 0; i < Abreast::parts; ++i) check_ += isZero(sum.part[i]) ? 0.0 : notANumber;
+    // An infinity or not-a-number in a state stays there up to the end of its stretch.
+    for (int v = 0; v < C::values; ++v) {
+      for (int k = 0; k < stretches; ++k) check_ += state[v].lane(k) * 0.0;
+    }
+    for (int v = 0; v < C::values; ++v) state_[v] = state[v].lane(0);
+    for (int k = 1; k < stretches; ++k) {
+      double begun[C::values];
+      for (int v = 0; v < C::values; ++v) begun[v] = met[v].lane(k);
+      const std::ptrdiff_t own = first + early + k * distance;
+      if (sameBits(begun, state_, C::values) || rejoins(own, distance, marks, k)) {
+        for (int v = 0; v < C::values; ++v) state_[v] = state[v].lane(k);
+      }
+    }
+  }
+
+  /// Goes on alone until it meets stretch k; false where that is not before the stretch's end, which it then is at.
+  bool rejoins(std::ptrdiff_t own, std::ptrdiff_t distance, const Marks& marks, int k) {
+    std::ptrdiff_t done = 0;
+    for (int mark = 0; done < distance; ++mark) {
+      const std::ptrdiff_t end = least(done + marks.spacing, distance);
+      alone(own + done, own + end);
+      done = end;
+      if (done == distance) break;
+      double there[C::values];
+      for (int v = 0; v < C::values; ++v) there[v] = marks.state[mark][v].lane(k);
+      if (sameBits(there, state_, C::values)) return true;
+    }
+    return false;
+  }
+
+  /// As many records of each stretch as a pack has lanes. Early, only the first stretch's are rows already.
+  template <bool own>
+  void block(std::ptrdiff_t row, std::ptrdiff_t distance, Abreast (&state)[C::values], Abreast& sum) {
+    Abreast in[widestLanes][C::inputs], out[widestLanes][C::outputs];
+    unroll<0, C::inputs>([&](auto k) {
+      unroll<0, Abreast::parts>([&](auto i) {
+        WidestPack square[widestLanes];
+        ORVEX_UNROLL for (int lane = 0; lane < widestLanes; ++lane) {
+          square[lane] = WidestPack::load(in_[k.value] + row + (i.value * widestLanes + lane) * distance);
+        }
+        transpose(square);
+        ORVEX_UNROLL for (int j = 0; j < widestLanes; ++j) in[j][k.value].part[i.value] = square[j];
+      });
+    });
+    unroll<0, widestLanes>([&](auto j) {
+      chain_.next(state, in[j.value], out[j.value], j.value);
+      if constexpr (C::checksInputs) {
+        for (int k = 0; k < C::inputs; ++k) sum = sum + in[j.value][k] * Abreast::all(scale) * Abreast::all(0.0);
+      }
+      if constexpr (C::checksOutputs && own) {
+        for (int k = 0; k < C::outputs; ++k) sum = sum + out[j.value][k] * Abreast::all(0.0);
+      }
+    });
+    unroll<0, C::outputs>([&](auto k) {
+      if constexpr (!own) {
+        for (int j = 0; j < widestLanes; ++j) {
+          const double value = out[j][k.value].part[0].v[0];
+          out_[k.value][row + j] = value;
+          if constexpr (C::checksOutputs) check_ += value * 0.0;
+        }
+      } else {
+        unroll<0, Abreast::parts>([&](auto i) {
+          WidestPack square[widestLanes];
+          ORVEX_UNROLL for (int j = 0; j < widestLanes; ++j) square[j] = out[j][k.value].part[i.value];
+          transpose(square);
+          ORVEX_UNROLL for (int lane = 0; lane < widestLanes; ++lane) {
+            square[lane].store(out_[k.value] + row + (i.value * widestLanes + lane) * distance);
+          }
+        });
+      }
+    });
+  }
+
+  // Scaled so, a number that is too large for a kernel becomes an infinity.
+  static constexpr double scale = 0x1p824;
+
+  const C chain_;
+  const double* in_[C::inputs];
+  double* out_[C::outputs];
+  double state_[C::values];
+  double check_ = 0.0;
+};
+
+/// Rows 0 .. count - 1 of the chain's outputs, after `state`, which becomes that of the last one. False, with the state
+/// as it was, where they are not proven.
+template <class C>
+bool runChain(const C& chain, const double* const (&in)[C::inputs], double* const (&out)[C::outputs],
+              double (&state)[C::values], std::ptrdiff_t count, double memory) {
+  ChainRun<C> run(chain, in, out, state);
+  if (!run.run(count, memory)) return false;
+  for (int v = 0; v < C::values; ++v) state[v] = run.state(v);
+  return true;
+}
+
+}  // namespace
