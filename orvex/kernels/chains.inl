@@ -88,7 +88,7 @@ struct Alone {
   friend Alone smaller(Alone a, Alone b) { return {a.x < b.x ? a.x : b.x}; }
   friend Alone whereGreater(Alone a, Alone b, Alone yes, Alone no) { return a.x > b.x ? yes : no; }
   friend Alone whereEqual(Alone a, Alone b, Alone yes, Alone no) { return a.x == b.x ? yes : no; }
-  friend Alone quotient(Alone x, Alone divisor, int) { return {x.x / divisor.x}; }
+  friend Alone quotient(Alone a, Alone b, int) { return {a.x / b.x}; }
 };
 
 /// What every chain is a kind of: `next(state, in, out, turn)` turns the state of the record before into that of the
