@@ -98,11 +98,13 @@ consteval Row<F> entry(Method described) {
     if (!hasSource && described.columns[i].unit == SourceUnit) described.columns[i].unit = PriceUnit;
   }
   Row<F> result = row<F>(described);
+  const auto named = [](const Choice& a, const Choice& b) { return a.name == b.name; };
   bool hasKind = false, hasPeriods = false, hasFactor = false, hasRecord = false, hasChoice = false;
   for (const Argument& argument : result.arguments) {
     hasFactor = hasFactor || argument.type == Type::Double;
     if (argument.type != Type::Integer) continue;
-    const bool isKind = std::ranges::equal(argument.choices, StandardAverages, {}, &Choice::name, &Choice::name);
+    const bool isKind = std::equal(argument.choices.begin(), argument.choices.end(), StandardAverages.begin(),
+                                   StandardAverages.end(), named);
     hasKind = hasKind || isKind;
     hasChoice = hasChoice || (!isKind && !argument.choices.empty());
     hasRecord = hasRecord || argument.record;
