@@ -21,7 +21,7 @@ _PLACE = "__orvex_place"
 _ROWS_A_PARTITION = 1 << 40
 # A partition is shuffled in pieces: of what is shuffled at a time there are several copies for a moment, split, in the
 # form that travels, and as it has come; of a whole partition a worker has no room for as many.
-_PIECES = 8
+_PIECES = 16
 
 
 def _add_places(part: pd.DataFrame, partition_info: Mapping[str, Any] | None = None) -> pd.DataFrame:
@@ -56,6 +56,8 @@ def _compute_part(
     """Compute the symbols of a partition on one thread: the scheduler has others at work beside it."""
     if _PLACE in part:
         part = _sort(part)
+        if on_index:
+            part = part.set_index(by[0])
     keys: Any = part.index.to_series() if on_index else list(by)
     here = [
         replace(call, columns={name: part[column] for name, column in call.columns.items()}, inputs=[part])
@@ -90,9 +92,10 @@ def _lazily(frame: Any, calls: Sequence[_call.Call], names: Sequence[str], by: A
     if on_index and frame.known_divisions:
         return part.map_partitions(compute, meta=meta)
     pieces = part.clear_divisions().repartition(npartitions=_PIECES * frame.npartitions)
-    placed = pieces.map_partitions(_add_places, meta=_add_places(part._meta))
-    shuffled = placed.shuffle(on_index=True) if on_index else placed.shuffle(on=keys)
-    return shuffled.map_partitions(compute, meta=meta)
+    # What travels has no index: an index of symbols would travel twice.
+    pieces = pieces.reset_index() if on_index else pieces
+    placed = pieces.map_partitions(_add_places, meta=_add_places(pieces._meta))
+    return placed.shuffle(on=keys).map_partitions(compute, meta=meta)
 
 
 def compute(call: _call.Call) -> Any:
