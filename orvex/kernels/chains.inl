@@ -93,8 +93,9 @@ struct Alone {
 
 /// What every chain is a kind of: `next(state, in, out, turn)` turns the state of the record before into that of the
 /// record whose inputs are `in`, and gives its outputs. It is written once for `Abreast` and `Alone`. An infinity or
-/// not-a-number in the state stays there; with `checks` on, what is no number, or is too large, is looked for in the
-/// inputs, or what is none in the outputs.
+/// not-a-number in the state stays there, so one look at the end finds it; what the state need not show is looked for
+/// record by record: with `checksInputs` inputs that are no numbers or too large, with `checksOutputs` outputs that are
+/// no numbers.
 template <int Inputs, int Outputs, int Values>
 struct Chain {
   static constexpr int inputs = Inputs, outputs = Outputs, values = Values;
@@ -109,7 +110,7 @@ bool sameBits(const double* a, const double* b, int count) {
 template <class C>
 class ChainRun {
  public:
-  /// Row 0 is the first record's. `memory` is how many records it takes to forget all but 1 / e of the state.
+  /// Row 0 is the first record's; `state` is that of the record before it.
   ChainRun(const C& chain, const double* const (&in)[C::inputs], double* const (&out)[C::outputs],
            const double (&state)[C::values])
       : chain_(chain) {
@@ -118,7 +119,8 @@ class ChainRun {
     for (int v = 0; v < C::values; ++v) state_[v] = state[v];
   }
 
-  /// Rows 0 .. count - 1. False where they are not proven.
+  /// Rows 0 .. count - 1. False where they are not proven. `memory` is how many records it takes to forget all but 1 /
+  /// e of the state.
   bool run(std::ptrdiff_t count, double memory) {
     // Until nothing is left of 53 bits, and then until the last roundings have come together.
     const double warmUp = 16.0 + 45.0 * memory;
