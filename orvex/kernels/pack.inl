@@ -151,6 +151,15 @@ P gather(const double* from, std::ptrdiff_t stride) {
   return pack;
 }
 
+/// Rows that several operations take: of memory the compiler would have each of them load it anew.
+inline WidestPack loadOnce(const double* from) {
+  WidestPack pack = WidestPack::load(from);
+#if defined(__AVX512F__)
+  asm("" : "+v"(pack.v));
+#endif
+  return pack;
+}
+
 /// A number, as often as `like` holds one: for what is written once for doubles and packs.
 template <int Lanes>
 Pack<Lanes> spread(double x, const Pack<Lanes>&) {

@@ -183,4 +183,128 @@ std::size_t slide(const SlidingColumns& columns, std::ptrdiff_t window, std::ptr
   return static_cast<std::size_t>(done);
 }
 
+/// In which order a window's values are taken.
+enum class Order { newestFirst, oldestFirst };
+
+/// Fills rows from `first` (counted from 0) on, as many as make whole pieces, of windows that `Reach` packs side by
+/// side cover and fewer do not; their number, or how many are numbers up to the first that is none.
+///
+/// Windows that begin a pack apart share all values but those at their ends. So packs are gone through in the order of
+/// the values, each shifted by a record, by two, ... and loaded once for all the windows that it is in, of which each
+/// goes on from where the pack before has left it. Some `Chains` windows are on their way at a time, in several
+/// stretches of the piece, since an addition waits for the one before.
+template <int Reach, int Chains, Order order, class Sum>
+std::ptrdiff_t slideTogether(SlidingColumns columns, std::ptrdiff_t window, std::ptrdiff_t first, std::ptrdiff_t count,
+                             Sum sum) {
+  using P = WidestPack;
+  constexpr std::ptrdiff_t lanes = widestLanes;
+  constexpr int atOnce = Chains / Reach < 1 ? 1 : Chains / Reach;
+  constexpr std::ptrdiff_t onward = order == Order::newestFirst ? -lanes : lanes;
+  constexpr std::ptrdiff_t toNext = onward / lanes;
+  const std::ptrdiff_t rest = window - (Reach - 1) * lanes;
+  const std::ptrdiff_t toFirst = order == Order::newestFirst ? 0 : 1 - window;
+  std::ptrdiff_t done = 0;
+  while (true) {
+    // Few, so that they stay in the first-level cache.
+    const std::ptrdiff_t packs = least(32, (count - done) / (atOnce * lanes));
+    if (packs < 2 * Reach) return done;
+    const std::ptrdiff_t stretch = packs * lanes, piece = atOnce * stretch;
+    P total[atOnce][Reach] = {};
+    P center[atOnce][Reach] = {};
+    std::ptrdiff_t row = first + done + (order == Order::newestFirst ? stretch - lanes : 0);
+    for (std::ptrdiff_t pack = 0; pack < packs + Reach - 1; ++pack, row += onward) {
+      ORVEX_UNROLL for (int s = 0; s < atOnce; ++s) {
+        ORVEX_UNROLL for (int begun = Reach - 1; begun > 0; --begun) {
+          total[s][begun] = total[s][begun - 1];
+          if constexpr (Sum::hasCenter) center[s][begun] = center[s][begun - 1];
+        }
+        total[s][0] = P::all(0.0);
+        if constexpr (Sum::hasCenter) {
+          if (pack < packs) center[s][0] = P::load(columns.center + row + s * stretch);
+        }
+      }
+      const auto take = [&](std::ptrdiff_t step, auto windows) {
+        P value[atOnce];
+        ORVEX_UNROLL for (int s = 0; s < atOnce; ++s) {
+          value[s] = loadOnce(columns.values + row + s * stretch + toFirst + step * toNext);
+        }
+        ORVEX_UNROLL for (int begun = 0; begun < windows.value; ++begun) {
+          const std::ptrdiff_t passed = step + begun * lanes;
+          const P place = P::all(wholeNumbers.values[order == Order::newestFirst ? window - passed : passed + 1]);
+          ORVEX_UNROLL for (int s = 0; s < atOnce; ++s) {
+            total[s][begun] = sum.next(total[s][begun], value[s], place, center[s][begun]);
+          }
+        }
+      };
+      for (std::ptrdiff_t step = 0; step < rest; ++step) take(step, Constant<Reach>());
+      // The last windows of the piece are at their end, where the column may be as well.
+      if (pack < packs + Reach - 2) {
+        for (std::ptrdiff_t step = rest; step < lanes; ++step) take(step, Constant<Reach - 1>());
+      }
+      if (pack < Reach - 1) continue;
+      ORVEX_UNROLL for (int s = 0; s < atOnce; ++s) {
+        sum.result(total[s][Reach - 1]).store(columns.out + row + s * stretch - (Reach - 1) * onward);
+      }
+    }
+    const std::ptrdiff_t finite = Sum::isChecked ? finitePrefix(columns.out + first + done, piece) : piece;
+    done += finite;
+    if (finite < piece) return done;
+  }
+}
+
+/// The sum of the window's values, and nothing more: of values that a caller knows, or with rows that it looks at.
+struct PlainSum {
+  static constexpr bool hasCenter = false, isChecked = false;
+
+  template <class P>
+  P next(P sum, P value, P, P) const {
+    return sum + value;
+  }
+  template <class P>
+  P result(P sum) const {
+    return sum;
+  }
+};
+
+/// The same of windows of any length. Narrower packs wait less for loads, and have fewer registers: 0 with those.
+template <int Chains, Order order, class Sum>
+std::ptrdiff_t slideShort(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t first,
+                          std::ptrdiff_t count, const Sum& sum) {
+  if constexpr (widestLanes == 8) {
+    switch ((window + widestLanes - 1) / widestLanes) {
+      case 2:
+        return slideTogether<2, Chains, order>(columns, window, first, count, sum);
+      case 3:
+        return slideTogether<3, Chains, order>(columns, window, first, count, sum);
+      case 4:
+        return slideTogether<4, Chains, order>(columns, window, first, count, sum);
+      case 5:
+        return slideTogether<5, Chains, order>(columns, window, first, count, sum);
+    }
+  }
+  return 0;
+}
+
+/// What `slide` does, for a result that comes of one sum over the window, the newest value first:
+/// `sum.next(sum, value, place, center)` is the sum with one value more, whose place in the window is counted from the
+/// oldest, which has 1; `sum.result(sum)` is the row.
+template <int Count, int Chains, class Sum>
+std::size_t slideSum(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t longEnough,
+                     std::ptrdiff_t first, std::ptrdiff_t count, Sum sum) {
+  const std::ptrdiff_t done = slideShort<Chains, Order::newestFirst>(columns, window, first, count, sum);
+  const auto each = [=]<class Block>(const Block& block) {
+    using P = typename Block::P;
+    P total[Block::count] = {};
+    P center[Block::count] = {};
+    if constexpr (Sum::hasCenter) {
+      ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) center[i] = block.center(i);
+    }
+    block.newestFirst(window, [&](int i, std::ptrdiff_t age, P value) {
+      total[i] = sum.next(total[i], value, block.number(window - age), center[i]);
+    });
+    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum.result(total[i]));
+  };
+  return static_cast<std::size_t>(done) + slide<Count>(columns, window, longEnough, first + done, count - done, each);
+}
+
 }  // namespace

@@ -159,12 +159,7 @@ std::size_t follow(Source source, Source share, Records records, double* out) {
 std::size_t windowSum(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
-  slide<8>({source.rows, nullptr, out}, window, 40, records.first - 1, count, [=]<class Block>(const Block& block) {
-    using P = typename Block::P;
-    P sum[Block::count] = {};
-    block.newestFirst(window, [&](int i, std::ptrdiff_t, P value) { sum[i] = sum[i] + value; });
-    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum[i]);
-  });
+  slideSum<8, 12>({source.rows, nullptr, out}, window, 40, records.first - 1, count, PlainSum());
   return static_cast<std::size_t>(count);
 }
 

@@ -7,6 +7,7 @@
 #include "orvex/kernels/pointwise.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/quotients.inl"
+#include "orvex/kernels/sliding.inl"
 
 namespace {
 
@@ -31,7 +32,9 @@ std::size_t ratioSum(Source above, Source below, int window, Records records, do
   const double* const b = below.rows;
   fillTerms(from - (window - 1), from + count, terms,
             [=]<class P>(std::ptrdiff_t row, int turn) { return quotient(P::load(a + row), P::load(b + row), turn); });
-  eachBlock<8>(from, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+  const std::ptrdiff_t done =
+      slideShort<12, Order::oldestFirst>({terms, nullptr, out}, window, from, count, PlainSum());
+  eachBlock<8>(from + done, count - done, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     P sum[Count] = {};
     for (std::ptrdiff_t j = 1 - window; j <= 0; ++j) {

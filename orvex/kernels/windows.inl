@@ -10,18 +10,35 @@
 
 namespace {
 
+struct Mean : PlainSum {
+  static constexpr bool isChecked = true;
+  Divisor length;
+
+  template <class P>
+  P result(P sum) const {
+    return sum / length;
+  }
+};
+
 std::size_t mean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
-  const std::ptrdiff_t count = present(source, records, window - 1);
-  const Divisor length(window);
-  const SlidingColumns columns = {source.rows, nullptr, out};
-  return slide<8>(columns, window, 40, records.first - 1, count, [=]<class Block>(const Block& block) {
-    using P = typename Block::P;
-    P sum[Block::count] = {};
-    block.newestFirst(window, [&](int i, std::ptrdiff_t, P value) { sum[i] = sum[i] + value; });
-    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum[i] / length);
-  });
+  return slideSum<8, 12>({source.rows, nullptr, out}, window, 40, records.first - 1,
+                         present(source, records, window - 1), Mean{{}, Divisor(window)});
 }
+
+struct WeightedMean {
+  static constexpr bool hasCenter = false, isChecked = true;
+  Divisor weights;
+
+  template <class P>
+  P next(P sum, P value, P place, P) const {
+    return sum + place * value;
+  }
+  template <class P>
+  P result(P sum) const {
+    return sum / weights;
+  }
+};
 
 std::size_t weightedMean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
@@ -29,15 +46,8 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
   if (count == 0) return 0;
   double total = 0.0;
   for (int weight = 1; weight <= window; ++weight) total += weight;
-  const Divisor weights(total);
-  const SlidingColumns columns = {source.rows, nullptr, out};
-  return slide<8>(columns, window, 80, records.first - 1, count, [=]<class Block>(const Block& block) {
-    using P = typename Block::P;
-    P sum[Block::count] = {};
-    block.newestFirst(
-        window, [&](int i, std::ptrdiff_t age, P value) { sum[i] = sum[i] + block.number(window - age) * value; });
-    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum[i] / weights);
-  });
+  return slideSum<8, 12>({source.rows, nullptr, out}, window, 80, records.first - 1, count,
+                         WeightedMean{Divisor(total)});
 }
 
 using orvex::kernels::RegressionRows;
@@ -113,24 +123,28 @@ std::size_t regression(Source source, int window, Records records, double* quali
   return regressionParts<true, true>(source, window, records, quality, out);
 }
 
+struct Deviation {
+  static constexpr bool hasCenter = true, isChecked = true;
+  Divisor length;
+  double factor;
+
+  template <class P>
+  P next(P sum, P value, P, P center) const {
+    const P distance = value - center;
+    return sum + distance * distance;
+  }
+  template <class P>
+  P result(P sum) const {
+    return spread(factor, sum) * root(sum / length);
+  }
+};
+
 std::size_t deviation(Source source, Source center, int window, int lag, double factor, Records records, double* out) {
   if (window < 1 || lag < 0 || !isHandled(factor)) return 0;
   const std::ptrdiff_t count =
       least(present(source, records, static_cast<std::ptrdiff_t>(window) - 1 + lag), present(center, records, 0));
-  if (count == 0) return 0;
-  const Divisor length(window);
-  const SlidingColumns columns = {source.rows - lag, center.rows, out};
-  return slide<4>(columns, window, 60, records.first - 1, count, [=]<class Block>(const Block& block) {
-    using P = typename Block::P;
-    P sum[Block::count] = {};
-    P middle[Block::count];
-    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) middle[i] = block.center(i);
-    block.newestFirst(window, [&](int i, std::ptrdiff_t, P value) {
-      const P distance = value - middle[i];
-      sum[i] = sum[i] + distance * distance;
-    });
-    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, P::all(factor) * root(sum[i] / length));
-  });
+  return slideSum<4, 6>({source.rows - lag, center.rows, out}, window, 60, records.first - 1, count,
+                        Deviation{Divisor(window), factor});
 }
 
 }  // namespace
