@@ -15,6 +15,7 @@ cache=${XDG_CACHE_HOME:-$HOME/.cache}/orvex
     lint_packages=(clang clang-tidy clang-tools)
     script_packages=(shellcheck)
     windows_packages=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools googletest python3)
+    arm_packages=(g++-aarch64-linux-gnu qemu-user googletest)
     wine_packages=(wine64)
     python_packages=(python3-dev python3-venv)
     bare_packages=(debootstrap git ca-certificates)

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdlib>
 #include <optional>
 #include <random>
 #include <set>
@@ -17,6 +16,7 @@
 #include "orvex/catalogue/usual.h"
 #include "orvex/kernels/kernels.h"
 #include "tests/support/series.h"
+#include "tests/support/times.h"
 
 namespace orvex::test {
 namespace {
@@ -28,10 +28,9 @@ using catalogue::Type;
 using catalogue::Value;
 using kernels::Level;
 
-/// How many sequences of changes of each method; more of them by name.
+/// Sequences of changes.
 int sequencesOfEach() {
-  const char* const wanted = std::getenv("ORVEX_SEQUENCES");
-  return wanted != nullptr ? std::atoi(wanted) : 1000;
+  return timesOfEach("ORVEX_SEQUENCES", 1000);
 }
 
 struct Named {

@@ -1,18 +1,16 @@
 // Counts of both widths in one program: where 16 bits suffice, both give the same.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <random>
 
+#include "tests/support/times.h"
 #include "tests/widths/outcome.h"
 
 namespace widths {
 namespace {
 
-/// How many calls of each method; more of them by name.
 int callsOfEach() {
-  const char* const wanted = std::getenv("ORVEX_CALLS");
-  return wanted != nullptr ? std::atoi(wanted) : 300;
+  return orvex::test::timesOfEach("ORVEX_WIDTHS_CALLS", 300);
 }
 
 class BothWidths : public testing::TestWithParam<std::string> {};
