@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 #include <algorithm>
 
-#include "orvex/catalogue/catalogue.h"
+#include "orvex/catalogue/description.h"
 
 namespace orvex::bench {
 

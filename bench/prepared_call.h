@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "bench/cases.h"
-#include "orvex/catalogue/catalogue.h"
+#include "orvex/catalogue/description.h"
 #include "orvex/data/database.h"
 
 namespace orvex::bench {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "native/computation.h"
-#include "orvex/catalogue/catalogue.h"
+#include "orvex/catalogue/description.h"
 #include "orvex/catalogue/names.h"
 
 namespace orvex::python {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "orvex/catalogue/catalogue.h"
+#include "orvex/catalogue/description.h"
 #include "orvex/data/note.h"
 #include "tests/support/series.h"
 

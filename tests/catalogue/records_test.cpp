@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "orvex/catalogue/catalogue.h"
+#include "orvex/catalogue/description.h"
 #include "orvex/catalogue/computed_rows.h"
 #include "orvex/data/host_events.h"
 #include "tests/support/series.h"

@@ -9,7 +9,7 @@
 #include "orvex/averages/linear_regression.h"
 #include "orvex/averages/moving_average.h"
 #include "orvex/bands/bands.h"
-#include "orvex/catalogue/catalogue.h"
+#include "orvex/catalogue/description.h"
 #include "orvex/data/real.h"
 #include "orvex/kernels/kernels.h"
 #include "orvex/patterns/cycle.h"

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "orvex/catalogue/catalogue.h"
+#include "orvex/catalogue/description.h"
 #include "orvex/kernels/kernels.h"
 
 namespace orvex::test {
