@@ -119,24 +119,23 @@ std::size_t meanHalfUp(Source source, Records records, double* out) {
   });
 }
 
-/// Into `out` how far from the beginning of the `window` rows before each row, and the row itself, the best of them
-/// stands, in percent. `values` and `places` hold the best of 1, 2, 4, ... rows from each row on.
+/// Into `out`, for `count` rows from `x` on, how far from the beginning of the `window` rows before each row, and the
+/// row itself, the best of them stands, in percent. `values` and `places` hold the best of 1, 2, 4, ... rows.
 template <bool isHighest>
-void placesOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t first, std::ptrdiff_t count,
-                      double* values, double* places, double* out) {
+void placesOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t count, double* values, double* places,
+                      double* out) {
   const auto choose = []<class P>(P older, P newer, P yes, P no) {
     return isHighest ? whereGreater(newer, older, yes, no) : whereGreater(older, newer, yes, no);
   };
-  const std::ptrdiff_t from = first - window;
   std::ptrdiff_t length = count + window - 1;
-  for (std::ptrdiff_t i = from; i < from + length; ++i) {
-    values[i] = x[i];
+  for (std::ptrdiff_t i = 0; i < length; ++i) {
+    values[i] = x[i - window];
     places[i] = 0.0;
   }
   std::ptrdiff_t k = 1;
   for (; 2 * k <= window; k *= 2) {
     length -= k;
-    eachBlock<4>(from, length, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
+    eachBlock<4>(0, length, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
       using P = Pack<Lanes>;
       ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
         const std::ptrdiff_t at = row + i * Lanes;
@@ -149,15 +148,14 @@ void placesOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t fir
   }
   const std::ptrdiff_t shift = window - k;
   const Divisor periods(static_cast<double>(window));
-  eachBlock<4>(first, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
+  eachBlock<4>(0, count, [=]<int Lanes, int Packs>(std::ptrdiff_t row) {
     using P = Pack<Lanes>;
     const P n = P::all(static_cast<double>(window));
     ORVEX_UNROLL for (int i = 0; i < Packs; ++i) {
       const std::ptrdiff_t at = row + i * Lanes;
-      const std::ptrdiff_t oldest = at - window;
-      const P older = P::load(values + oldest), newer = P::load(values + oldest + shift);
-      const P place = choose(older, newer, P::load(places + oldest + shift) + P::all(static_cast<double>(shift)),
-                             P::load(places + oldest));
+      const P older = P::load(values + at), newer = P::load(values + at + shift);
+      const P place =
+          choose(older, newer, P::load(places + at + shift) + P::all(static_cast<double>(shift)), P::load(places + at));
       // The row's own value is beaten only by a better one.
       const P best = choose(older, newer, newer, older);
       (choose(P::load(x + at), best, place, n) / periods * P::all(100.0)).store(out + at);
@@ -169,9 +167,14 @@ std::size_t aroon(Source high, Source low, int window, Records records, AroonRow
   if (window < 1) return 0;
   const std::ptrdiff_t count = least(provable(high, records, window), provable(low, records, window));
   if (count == 0) return 0;
-  const std::ptrdiff_t first = records.first - 1;
-  placesOfExtremes<true>(high.rows, window, first, count, out.extremes, out.places, out.up);
-  placesOfExtremes<false>(low.rows, window, first, count, out.extremes, out.places, out.down);
+  // What a piece works on stays in the first-level cache, unless its windows are too long for that.
+  const std::ptrdiff_t piece = window < 256 ? 1024 : 4 * static_cast<std::ptrdiff_t>(window);
+  const std::ptrdiff_t end = records.first - 1 + count;
+  for (std::ptrdiff_t row = records.first - 1; row < end; row += piece) {
+    const std::ptrdiff_t rows = least(piece, end - row);
+    placesOfExtremes<true>(high.rows + row, window, rows, out.extremes, out.places, out.up + row);
+    placesOfExtremes<false>(low.rows + row, window, rows, out.extremes, out.places, out.down + row);
+  }
   return fillFinite(records, count, out.oscillator,
                     [=]<class P>(std::ptrdiff_t at) { return P::load(out.up + at) - P::load(out.down + at); });
 }

@@ -74,8 +74,14 @@ std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records
   double prices[piece + 1];
   const std::ptrdiff_t end = records.first - 1 + count;
   std::ptrdiff_t done = records.first - 1;
+  // Of short windows each piece stands in the same place, so that it stays in the first-level cache, behind the rows
+  // that windows have of the one before.
+  const std::ptrdiff_t before = window - 1;
+  const bool inPlace = window <= piece && records.last >= 2 * piece;
   for (std::ptrdiff_t start = records.first - window; start < end; start += piece) {
     const std::ptrdiff_t rows = least(piece, end - start);
+    double* const rises = rising + (inPlace ? before : start);
+    double* const falls = falling + (inPlace ? before : start);
     eachBlock<4>(0, rows + 1, [=, &prices]<int Lanes, int Count>(std::ptrdiff_t i) {
       using P = Pack<Lanes>;
       ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
@@ -89,26 +95,30 @@ std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records
       const P zero = P::all(0.0);
       ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
         const std::ptrdiff_t at = i + k * Lanes;
-        const P before = P::load(prices + at), price = P::load(prices + at + 1);
+        const P last = P::load(prices + at), price = P::load(prices + at + 1);
         const P flow = price * P::load(volume.rows + start + at);
-        whereGreater(price, before, flow, zero).store(rising + start + at);
-        whereGreater(before, price, flow, zero).store(falling + start + at);
+        whereGreater(price, last, flow, zero).store(rises + at);
+        whereGreater(last, price, flow, zero).store(falls + at);
       }
     });
     if (start + rows <= done) continue;
-    eachBlock<4>(done, start + rows - done, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+    eachBlock<4>(done - start, start + rows - done, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
       using P = Pack<Lanes>;
       P up[Count] = {};
       P down[Count] = {};
       for (std::ptrdiff_t j = 1 - window; j <= 0; ++j) {
         ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-          up[i] = up[i] + P::load(rising + row + i * Lanes + j);
-          down[i] = down[i] + P::load(falling + row + i * Lanes + j);
+          up[i] = up[i] + P::load(rises + row + i * Lanes + j);
+          down[i] = down[i] + P::load(falls + row + i * Lanes + j);
         }
       }
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) percentage(up[i], down[i], 0).store(out + row + i * Lanes);
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) percentage(up[i], down[i], 0).store(out + start + row + i * Lanes);
     });
     done = start + rows;
+    for (std::ptrdiff_t i = rows - before; inPlace && i < rows; ++i) {
+      rises[i - rows] = rises[i];
+      falls[i - rows] = falls[i];
+    }
   }
   return static_cast<std::size_t>(finitePrefix(out + records.first - 1, count));
 }

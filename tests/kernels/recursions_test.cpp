@@ -1,5 +1,5 @@
-// Rows that follow from the row before are computed in stretches side by side. Here are series that are long enough for
-// it, those among them on which the stretches do not meet of themselves.
+// Rows that follow from the row before are computed in stretches side by side, others piece by piece. Here are series
+// that are long enough for it, those among them on which the stretches do not meet of themselves.
 #include <limits>
 #include <random>
 #include <utility>
@@ -109,6 +109,32 @@ TEST(Recursions, StretchesOfTrendsAreOneChain) {
       SCOPED_TRACE(testing::Message() << least << " up to " << most << " from " << lows[0]);
       expectTheSameOnAllLevels(
           world, owner, {&owner, &method, {world.data, field(highs), field(lows), least, most, catalogue::Missing{}}});
+    }
+  }
+}
+
+TEST(Pieces, OfALongColumnAreTheColumn) {
+  const struct {
+    const char* owner;
+    const char* method;
+  } inPieces[] = {{"Oscillator", "Aroon"}, {"Index", "MoneyFlowIndex"}};
+  std::mt19937 random(5);
+  std::vector<Bar> series;
+  for (int i = 0; i < 3001; ++i) {
+    const double close = 100.0 + static_cast<double>(random() % 64) / 4.0;
+    series.push_back(
+        {close, close + 1.0, close - static_cast<double>(random() % 3), close, static_cast<double>(random() % 100)});
+  }
+  const auto data = bars(series);
+  const World world{data, {}, {}, static_cast<int>(series.size())};
+  for (const auto& [className, methodName] : inPieces) {
+    const catalogue::Class& owner = *catalogue::findClass(className);
+    const catalogue::Method& method = *catalogue::findMethod(owner, methodName);
+    for (const int periods : {1, 2, 14, 255, 256, 512, 513, 1400, 2999}) {
+      Call call{&owner, &method, {data, data->getRecordset(), Integer(periods), catalogue::Missing{}}};
+      call.arguments.resize(method.arguments.size());
+      SCOPED_TRACE(testing::Message() << methodName << " over " << periods);
+      expectTheSameOnAllLevels(world, owner, call);
     }
   }
 }
