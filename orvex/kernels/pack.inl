@@ -215,7 +215,12 @@ Pack<Lanes> wholePart(Pack<Lanes> a) {
 /// The value without its sign; 0 without one too.
 template <int Lanes>
 Pack<Lanes> magnitude(Pack<Lanes> a) {
+#if defined(__GNUC__)
+  typedef long long Bits __attribute__((vector_size(Lanes * sizeof(double))));
+  return {(typename Pack<Lanes>::Vector)((Bits)a.v & 0x7fffffffffffffff)};
+#else
   return larger(a, Pack<Lanes>::all(0.0) - a);
+#endif
 }
 
 /// A number that is part of a type, so that what is chosen by it is chosen when it is compiled.
