@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "orvex/catalogue/description.h"
 #include "orvex/catalogue/computed_rows.h"
+#include "orvex/catalogue/description.h"
 #include "orvex/data/host_events.h"
 #include "tests/support/series.h"
 
