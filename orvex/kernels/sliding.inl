@@ -4,7 +4,8 @@
 // What a processor can do here is add; what it waits for are loads, since every value is needed by as many windows as
 // it is in, and each time from another lane. So, where windows are long, the records are cut into as many stretches as
 // a pack has lanes, and a pack holds one record of each: a window is then a row of whole packs, and each of them is
-// loaded once for all windows of a block that it is in. Other records go one after the other in the lanes.
+// loaded once for all windows of a block that it is in. Other records go one after the other in the lanes, and those of
+// short windows many packs together, which then share what they load.
 //
 // An example with two lanes and the records 1 to 8: the stretches are 1 2 3 4 and 5 6 7 8, the packs (1 5), (2 6),
 // (3 7) and (4 8), and the sums of two records, (2 6) + (1 5), (3 7) + (2 6), (4 8) + (3 7), load no pack anew.
@@ -186,8 +187,26 @@ std::size_t slide(const SlidingColumns& columns, std::ptrdiff_t window, std::ptr
 /// In which order a window's values are taken.
 enum class Order { newestFirst, oldestFirst };
 
-/// Fills rows from `first` (counted from 0) on, as many as make whole pieces, of windows that `Reach` packs side by
-/// side cover and fewer do not; their number, or how many are numbers up to the first that is none.
+// A kind of sum over a window: `next(sum, value, place, center)` is the sum with one value more, whose place in the
+// window is counted from the oldest, which has 1; `result(sum)` is the row. `hasCenter` tells whether there is a
+// center, `isChecked` whether rows may come out as no numbers that nobody else looks for.
+
+/// The sum of the window's values, and nothing more: of values that a caller knows, or with rows that it looks at.
+struct PlainSum {
+  static constexpr bool hasCenter = false, isChecked = false;
+
+  template <class P>
+  P next(P sum, P value, P, P) const {
+    return sum + value;
+  }
+  template <class P>
+  P result(P sum) const {
+    return sum;
+  }
+};
+
+/// Fills rows from `first` (counted from 0) on, all but the few of a last piece that is too short, of windows that
+/// `Reach` packs side by side cover and fewer do not. Their number; of a checked sum up to the first that is no number.
 ///
 /// Windows that begin a pack apart share all values but those at their ends. So packs are gone through in the order of
 /// the values, each shifted by a record, by two, ... and loaded once for all the windows that it is in, of which each
@@ -207,6 +226,7 @@ std::ptrdiff_t slideTogether(SlidingColumns columns, std::ptrdiff_t window, std:
   while (true) {
     // Few, so that they stay in the first-level cache.
     const std::ptrdiff_t packs = least(32, (count - done) / (atOnce * lanes));
+    // Windows are shared but at the ends of a stretch.
     if (packs < 2 * Reach) return done;
     const std::ptrdiff_t stretch = packs * lanes, piece = atOnce * stretch;
     P total[atOnce][Reach] = {};
@@ -252,21 +272,8 @@ std::ptrdiff_t slideTogether(SlidingColumns columns, std::ptrdiff_t window, std:
   }
 }
 
-/// The sum of the window's values, and nothing more: of values that a caller knows, or with rows that it looks at.
-struct PlainSum {
-  static constexpr bool hasCenter = false, isChecked = false;
-
-  template <class P>
-  P next(P sum, P value, P, P) const {
-    return sum + value;
-  }
-  template <class P>
-  P result(P sum) const {
-    return sum;
-  }
-};
-
-/// The same of windows of any length. Narrower packs wait less for loads, and have fewer registers: 0 with those.
+/// `slideTogether` for a window of any length: no row of one that is too short or too long to gain by it, and none with
+/// narrower packs, which wait less for loads and have fewer registers.
 template <int Chains, Order order, class Sum>
 std::ptrdiff_t slideShort(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t first,
                           std::ptrdiff_t count, const Sum& sum) {
@@ -285,9 +292,7 @@ std::ptrdiff_t slideShort(const SlidingColumns& columns, std::ptrdiff_t window, 
   return 0;
 }
 
-/// What `slide` does, for a result that comes of one sum over the window, the newest value first:
-/// `sum.next(sum, value, place, center)` is the sum with one value more, whose place in the window is counted from the
-/// oldest, which has 1; `sum.result(sum)` is the row.
+/// What `slide` does, for a result that comes of one sum over the window, the newest value first.
 template <int Count, int Chains, class Sum>
 std::size_t slideSum(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t longEnough,
                      std::ptrdiff_t first, std::ptrdiff_t count, Sum sum) {

@@ -28,7 +28,6 @@ using catalogue::Type;
 using catalogue::Value;
 using kernels::Level;
 
-/// Sequences of changes.
 int sequencesOfEach() {
   return timesOfEach("ORVEX_SEQUENCES", 1000);
 }
