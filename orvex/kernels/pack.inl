@@ -103,6 +103,21 @@ struct Pack {
 };
 #endif
 
+/// sum + a b, for a check that asks only whether numbers are finite: with one rounding where the processor has that.
+template <int Lanes>
+Pack<Lanes> plusProduct(Pack<Lanes> sum, Pack<Lanes> a, Pack<Lanes> b) {
+  return sum + a * b;
+}
+#if defined(__AVX512F__)
+Pack<8> plusProduct(Pack<8> sum, Pack<8> a, Pack<8> b) {
+  return {_mm512_fmadd_pd(a.v, b.v, sum.v)};
+}
+#elif defined(__AVX2__) && defined(__FMA__)
+Pack<4> plusProduct(Pack<4> sum, Pack<4> a, Pack<4> b) {
+  return {_mm256_fmadd_pd(a.v, b.v, sum.v)};
+}
+#endif
+
 // Of two of the widest packs the first halves, or the second ones, lane by lane in turn.
 using WidestPack = Pack<widestLanes>;
 #if defined(__AVX512F__)

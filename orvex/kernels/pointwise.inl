@@ -42,7 +42,7 @@ std::ptrdiff_t fillPiece(std::ptrdiff_t first, std::ptrdiff_t count, double* out
     ORVEX_UNROLL for (int i = 0; i < packs; ++i) {
       const P result = rowsOf<P>(formula, row + i * widestLanes, i);
       result.store(out + row + i * widestLanes);
-      sum[i] = sum[i] + result * zero;
+      sum[i] = plusProduct(sum[i], result, zero);
     }
   }
   eachBlock<1>(row, end - row,

@@ -17,6 +17,10 @@ using orvex::kernels::Source;
 // summed over a window or a column of at most 2^31 rows: below 2^840.
 constexpr double largestInput = 0x1p200;
 
+// Scaled so, an input that is too large makes a sum that is not finite, and any sum after it: where all sums are
+// finite, no addend has twice the size of the largest double, be it rounded by itself or with the sum.
+constexpr double inputScale = 0x1p825;
+
 // Marks a row that is left to the steps. A constant: 0 / 0 would be divided anew for every pack.
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
@@ -31,19 +35,21 @@ bool isZero(Pack<widestLanes> pack) {
   return all == 0.0;
 }
 
-/// Whether `count` values, a multiple of eight packs, are finite once multiplied by `scale`.
+/// Whether `count` values, a multiple of eight packs, are finite once multiplied by `scale` and added up. A sum may be
+/// too large where no value is.
 bool areFinite(const double* x, std::ptrdiff_t count, double scale) {
   using P = Pack<widestLanes>;
   constexpr std::ptrdiff_t packs = 8;
-  // 0 times an infinity, like 0 times not-a-number, is no number.
-  const P zero = P::all(0.0);
   P sum[packs] = {};
   for (std::ptrdiff_t done = 0; done < count; done += packs * widestLanes) {
     ORVEX_UNROLL for (int i = 0; i < packs; ++i) {
-      sum[i] = sum[i] + P::load(x + done + i * widestLanes) * P::all(scale) * zero;
+      sum[i] = plusProduct(sum[i], P::load(x + done + i * widestLanes), P::all(scale));
     }
   }
-  return isZero(((sum[0] + sum[1]) + (sum[2] + sum[3])) + ((sum[4] + sum[5]) + (sum[6] + sum[7])));
+  // 0 times an infinity, like 0 times not-a-number, is no number.
+  P all = {};
+  ORVEX_UNROLL for (int i = 0; i < packs; ++i) all = all + sum[i] * P::all(0.0);
+  return isZero(all);
 }
 
 /// How many values from the first on are finite once multiplied by `scale`.
@@ -58,8 +64,7 @@ std::ptrdiff_t finitePrefix(const double* x, std::ptrdiff_t count, double scale 
 
 /// How many values from the first on a kernel can take.
 std::ptrdiff_t handledPrefix(const double* x, std::ptrdiff_t count) {
-  // Scaled so, a number that is too large becomes an infinity.
-  return finitePrefix(x, count, 0x1p824);
+  return finitePrefix(x, count, inputScale);
 }
 
 /// How many of the records, from the first on, have the rows record - before .. record in the source.

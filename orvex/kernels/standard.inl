@@ -34,14 +34,13 @@ Pack<Lanes> part(Pack<Lanes> x, double n) {
   return x / Divisor(n);
 }
 
-/// Every row by the formula. What is read and what comes out is looked at in the same pass: multiplied by 2^824 and by
-/// 0, whatever is too large or no number makes a sum of such products one that is not 0.
+/// Every row by the formula. What is read and what comes out is looked at in the same pass: 0 times the sum of it all,
+/// scaled, is not 0 where anything is too large or no number.
 template <class Formula>
 std::size_t pointwise(const Operand* operands, const StandardParameters& given, Records records, double* out) {
   using P = WidestPack;
   constexpr int columns = Formula::columns;
   constexpr int packs = 4;
-  constexpr double scale = 0x1p824;
   struct Columns {
     const double* rows[columns];
   } x;
@@ -56,9 +55,9 @@ std::size_t pointwise(const Operand* operands, const StandardParameters& given, 
     ORVEX_UNROLL for (int i = 0; i < columns; ++i) values[i] = Q::load(x.rows[i] + row);
     const Q result = Formula::of(values, parameters, turn);
     result.store(out + row);
-    Q sum = result * Q::all(scale);
-    ORVEX_UNROLL for (int i = 0; i < columns; ++i) sum = sum + values[i] * Q::all(scale);
-    return sum * Q::all(0.0);
+    Q sum = result * Q::all(inputScale);
+    ORVEX_UNROLL for (int i = 0; i < columns; ++i) sum = plusProduct(sum, values[i], Q::all(inputScale));
+    return sum;
   };
   std::ptrdiff_t done = 0;
   while (done < count) {
@@ -68,14 +67,14 @@ std::size_t pointwise(const Operand* operands, const StandardParameters& given, 
     std::ptrdiff_t row = first;
     for (; row + packs * widestLanes <= first + rows; row += packs * widestLanes) {
       ORVEX_UNROLL for (int i = 0; i < packs; ++i) {
-        sum[i] = sum[i] + fill.template operator()<P>(row + i * widestLanes, i);
+        sum[i] = plusProduct(sum[i], fill.template operator()<P>(row + i * widestLanes, i), P::all(0.0));
       }
     }
     double rest = 0.0;
-    for (; row < first + rows; ++row) rest += fill.template operator()<Pack<1>>(row, 0).v[0];
+    for (; row < first + rows; ++row) rest += fill.template operator()<Pack<1>>(row, 0).v[0] * 0.0;
     if (!isZero((sum[0] + sum[1]) + (sum[2] + sum[3])) || rest != 0.0) {
       for (row = first; row < first + rows; ++row) {
-        if (fill.template operator()<Pack<1>>(row, 0).v[0] != 0.0) break;
+        if (fill.template operator()<Pack<1>>(row, 0).v[0] * 0.0 != 0.0) break;
       }
       return static_cast<std::size_t>(row - (records.first - 1));
     }

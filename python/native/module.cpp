@@ -5,6 +5,7 @@
 #include <nanobind/stl/string.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <new>
 #include <utility>
 #include <vector>
@@ -21,6 +22,15 @@ namespace nb = nanobind;
 namespace orvex::python {
 
 namespace {
+
+/// The GNU library gives freed memory back to the system, and each call would then wait for the system to clear it
+/// again, until blocks as large have once been freed that it had mapped by themselves; no block beyond 32 MB teaches it
+/// that.
+void keepFreedMemory() {
+  constexpr std::size_t largest = (std::size_t{32} << 20) - (std::size_t{64} << 10);
+  void* volatile block = std::malloc(largest);
+  std::free(block);
+}
 
 /// The numbers of an array of int64 that stands in one piece.
 std::span<const std::int64_t> wholeNumbers(nb::handle object) {
@@ -147,6 +157,7 @@ NB_MODULE(_native, module) {
   if (fillNumpyTable() == nullptr || addColumnType(module.ptr()) != 0 || addFunctionType(module.ptr()) != 0) {
     throw nb::python_error();
   }
+  keepFreedMemory();
   module.attr("FUNCTIONS") = allFunctions();
   addReader(module);
   addLive(module);

@@ -52,6 +52,25 @@ def test_many_calls_leave_nothing(call: Any, times: int) -> None:
     assert psutil.Process().memory_info().rss - memory < 4_000_000
 
 
+def test_calls_do_not_wait_for_memory() -> None:
+    """Columns of a call go where those of the last one were: in a process that has not had large ones before."""
+    program = """
+        import resource
+        import numpy as np
+        import orvex as ox
+
+        close = 100.0 + np.arange(32_766.0) % 7
+        for _ in range(3):
+            ox.macd(close)
+        before = resource.getrusage(resource.RUSAGE_SELF).ru_minflt
+        for _ in range(100):
+            ox.macd(close)
+        print((resource.getrusage(resource.RUSAGE_SELF).ru_minflt - before) / 100)
+    """
+    run = subprocess.run([sys.executable, "-c", textwrap.dedent(program)], capture_output=True, text=True, check=True)
+    assert float(run.stdout) < 1
+
+
 def test_results_outlive_everything() -> None:
     """A view of a view of a result keeps its rows."""
     expected = ox.simple_moving_average(make_prices(5000)["close"]).copy()
