@@ -46,6 +46,10 @@ struct StandardTable {
   /// Sum of the `window` values that end at the record, newest first.
   std::size_t (*sum)(Source source, int window, Records records, double* out);
 
+  /// `formulas::Ultimate` of the sums over the cycles that end at the record, newest first. REQUIRES: cycles from the
+  /// shortest to the longest.
+  std::size_t (*ultimate)(Source buying, Source range, Cycles cycles, Records records, double* out);
+
   /// How many of the `window` values before the record are below its own.
   std::size_t (*below)(Source source, int window, Records records, double* out);
 

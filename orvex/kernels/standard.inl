@@ -162,6 +162,36 @@ std::size_t windowSum(Source source, int window, Records records, double* out) {
   return static_cast<std::size_t>(count);
 }
 
+/// Each cycle's sums go on from where those of the next shorter one end.
+std::size_t ultimateOfSums(Source buying, Source range, orvex::kernels::Cycles cycles, Records records, double* out) {
+  const int longest = cycles.lengths[2];
+  if (cycles.lengths[0] < 1) return 0;
+  const std::ptrdiff_t count = least(provable(buying, records, longest - 1), provable(range, records, longest - 1));
+  const SlidingColumns columns = {buying.rows, range.rows, out, true};
+  return slide<2, 4>(columns, longest, 4, records.first - 1, count, [=]<class Block>(const Block& block) {
+    using P = typename Block::P;
+    P bought[Block::count] = {};
+    P ranged[Block::count] = {};
+    P sums[Block::count][6];
+    std::ptrdiff_t age = 0;
+    ORVEX_UNROLL for (int cycle = 0; cycle < 3; ++cycle) {
+      for (; age < cycles.lengths[cycle]; ++age) {
+        ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) {
+          bought[i] = bought[i] + block.value(i, age);
+          ranged[i] = ranged[i] + block.center(i, age);
+        }
+      }
+      ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) {
+        sums[i][cycle] = bought[i];
+        sums[i][cycle + 3] = ranged[i];
+      }
+    }
+    ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) {
+      block.fill(i, orvex::standard::formulas::Ultimate::of(sums[i], StandardParameters(), i));
+    }
+  });
+}
+
 std::size_t below(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
   const std::ptrdiff_t count = provable(source, records, window);

@@ -89,6 +89,7 @@ constexpr StandardTable withoutPointwise = {
     .halfway = halfway,
     .follow = follow,
     .sum = windowSum,
+    .ultimate = ultimateOfSums,
     .below = below,
     .scatter = scatterAround,
     .highestRecord = recordOf<Highest>,

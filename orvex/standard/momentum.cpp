@@ -239,13 +239,7 @@ Standard::Result Standard::ULTOSC(DataRef data, SetRef OHLCV, Integer Cycle1, In
     const Series buying = call.of<formulas::BuyingPressure>(2, {close, low, {close, 1}});
     std::array cycles = {Cycle1.value(), Cycle2.value(), Cycle3.value()};
     std::sort(cycles.begin(), cycles.end());
-    std::array<Series, 3> pressures, wholes;
-    for (std::size_t i = 0; i < cycles.size(); ++i) {
-      pressures[i] = sum(call, buying, cycles[i]);
-      wholes[i] = sum(call, range, cycles[i]);
-    }
-    return call.of<formulas::Ultimate>(wholes[2].first,
-                                       {pressures[0], pressures[1], pressures[2], wholes[0], wholes[1], wholes[2]});
+    return ultimate(call, buying, range, cycles);
   });
 }
 

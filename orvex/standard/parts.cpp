@@ -442,6 +442,29 @@ Series stochastic(Call& call, const Series& high, const Series& low, const Serie
   return call.of<formulas::Place>(std::max({top.first, bottom.first, close.first}), {top, bottom, close});
 }
 
+Series ultimate(Call& call, const Series& pressure, const Series& range, const std::array<int, 3>& cycles) {
+  return call.by(
+      std::max(pressure.first, range.first) + cycles[2] - 1,
+      [&](Records records, double* rows) {
+        const kernels::Cycles lengths{{cycles[0], cycles[1], cycles[2]}};
+        return kernels::run(&StandardTable::ultimate, source(pressure), source(range), lengths, records, rows);
+      },
+      [&]<class T>(At<T> at, int r) {
+        T sums[6];
+        T bought = 0, whole = 0;
+        int age = 0;
+        for (int i = 0; i < 3; ++i) {
+          for (; age < cycles[i]; ++age) {
+            bought += at(pressure, r - age);
+            whole += at(range, r - age);
+          }
+          sums[i] = bought;
+          sums[i + 3] = whole;
+        }
+        return formulas::Ultimate::of(sums, {}, 0);
+      });
+}
+
 Series percentRank(Call& call, const Series& x, int periods) {
   const Series below = call.by(
       x.first + periods,

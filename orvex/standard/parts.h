@@ -107,6 +107,10 @@ Series chandeMomentum(Call& call, const Series& x, int periods);
 /// 100 x ((close - lowest) / (highest - lowest)), 0 without a range: 100 at the top.
 Series stochastic(Call& call, const Series& high, const Series& low, const Series& close, int periods);
 
+/// 100 x (4 a + 2 b + c) / 7, of the sums of the pressures over those of the ranges in three windows, from the shortest
+/// to the longest; 0 for one without a range.
+Series ultimate(Call& call, const Series& pressure, const Series& range, const std::array<int, 3>& cycles);
+
 /// How many of the P values before are below the value, in percent.
 Series percentRank(Call& call, const Series& x, int periods);
 
