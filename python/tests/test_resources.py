@@ -52,6 +52,7 @@ def test_many_calls_leave_nothing(call: Any, times: int) -> None:
     assert psutil.Process().memory_info().rss - memory < 4_000_000
 
 
+@pytest.mark.measures
 def test_calls_do_not_wait_for_memory() -> None:
     """Columns of a call go where those of the last one were: in a process that has not had large ones before."""
     program = """

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "orvex/catalogue/description.h"
+#include "orvex/catalogue/usual.h"
 #include "orvex/kernels/kernels.h"
 
 namespace orvex::test {
@@ -76,36 +77,28 @@ std::shared_ptr<Database> series(const std::shared_ptr<const Prices>& prices, st
   return data;
 }
 
-Value argumentOf(const catalogue::Argument& argument, const std::shared_ptr<Database>& data) {
-  static const std::map<std::string_view, int> wholes = {
-      {"MA_Type", 1},     {"MAType", 1}, {"Epochs", 1}, {"StandardDeviations", 2},
-      {"StartPeriod", 2}, {"Levels", 5}, {"Cycle1", 7}, {"Cycle3", 28}};
-  static const std::map<std::string_view, double> reals = {
-      {"TrainingShare", 0.5}, {"LearningRate", 0.01}, {"R2Scale", 0.65}, {"Shift", 5}, {"MinTickValue", 0.05}};
+/// The usual arguments but those that say how much is computed, and the closes for a column that no file has.
+std::vector<Value> argumentsOf(const Method& method, const std::shared_ptr<Database>& data) {
+  const std::map<std::string_view, Value> given = {
+      {"EndPeriod", data->getRecordCount()}, {"StartPeriod", Integer(2)}, {"Epochs", Integer(1)}};
   const auto prices = data->getRecordset();
-  switch (argument.type) {
-    case Type::Database:
-      return data;
-    case Type::RecordSet:
-      return prices;
-    case Type::Field:
-      return prices->getField(prices->isValidField(argument.name) ? argument.name : Database::CloseName);
-    case Type::Integer:
-      if (argument.optional) return catalogue::Missing{};
-      if (argument.name == "EndPeriod") return data->getRecordCount();
-      return wholes.contains(argument.name) ? Integer(wholes.at(argument.name)) : Integer(14);
-    case Type::Double:
-      if (argument.optional) return catalogue::Missing{};
-      return reals.contains(argument.name) ? reals.at(argument.name) : 1.5;
-    default:
-      return catalogue::Missing{};
+  std::vector<Value> arguments;
+  for (const catalogue::Argument& argument : method.arguments) {
+    arguments.push_back(given.contains(argument.name) ? given.at(argument.name) : catalogue::Missing{});
+    if (argument.type != Type::Field) continue;
+    arguments.back() = prices->getField(prices->isValidField(argument.name) ? argument.name : Database::CloseName);
   }
+  catalogue::takeUsual(method, arguments, data);
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (!std::holds_alternative<catalogue::Missing>(arguments[i]) || method.arguments[i].optional) continue;
+    if (method.arguments[i].type == Type::Integer) arguments[i] = Integer(14);
+  }
+  return arguments;
 }
 
 std::shared_ptr<RecordSet> resultOf(const Named& named, const std::shared_ptr<Database>& data, Level level) {
   kernels::setLevel(level);
-  std::vector<Value> arguments;
-  for (const catalogue::Argument& argument : named.method->arguments) arguments.push_back(argumentOf(argument, data));
+  std::vector<Value> arguments = argumentsOf(*named.method, data);
   return std::get<std::shared_ptr<RecordSet>>(catalogue::call(*named.method, named.owner->create().get(), arguments));
 }
 
@@ -121,7 +114,8 @@ class Million : public testing::TestWithParam<Named> {
 TEST_P(Million, AreComputedAsEachIsAlone) {
   const auto plain = resultOf(GetParam(), series(prices, million), Level::Off);
   ASSERT_EQ(plain->getFieldCount(), static_cast<int>(GetParam().method->columns.size()));
-  for (const Level level : {Level::Baseline, Level::Avx2, Level::Avx512}) {
+  for (const Level level : kernels::allLevels) {
+    if (level == Level::Off) continue;
     const auto result = resultOf(GetParam(), series(prices, million), level);
     for (int i = 0; i < plain->getFieldCount().value(); ++i) {
       const auto expected = plain->fields()[static_cast<std::size_t>(i)]->values();
@@ -141,6 +135,8 @@ TEST_P(Million, AreComputedAsEachIsAlone) {
     const auto alone = resultOf(GetParam(), series(prices, count), Level::Off);
     for (int column = 0; column < plain->getFieldCount().value(); ++column) {
       const auto place = static_cast<std::size_t>(column);
+      // A line that is drawn back ends before the series does.
+      if (GetParam().method->columns[place].lastRow != "N") continue;
       EXPECT_EQ(alone->fields()[place]->values()[count - 1], plain->fields()[place]->values()[count - 1])
           << "record " << count << ", column " << column + 1;
     }
