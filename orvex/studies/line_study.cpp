@@ -1,12 +1,15 @@
 #include "orvex/studies/line_study.h"
 
+#include <array>
 #include <functional>
+#include <tuple>
 
 #include "orvex/data/columns.h"
 #include "orvex/data/object.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
 #include "orvex/general/general.h"
+#include "orvex/kernels/kernels.h"
 
 namespace orvex::inline ORVEX_COUNTS {
 
@@ -34,6 +37,38 @@ Extreme highestOf(const std::shared_ptr<Field>& column, Integer first, Integer l
 
 Extreme lowestOf(const std::shared_ptr<Field>& column, Integer first, Integer last) {
   return extremeOf(column, first, last, std::less<double>());
+}
+
+/// A line over a series: a column, and where the line is in a record.
+template <class At>
+struct Line {
+  std::shared_ptr<Field> column;
+  At at;
+};
+template <class At>
+Line(std::shared_ptr<Field>, At) -> Line<At>;
+
+/// Writes lines over the records, each with doubles as they are: as many records as were handed over, or none where
+/// numbers come out that are none, which the steps then meet.
+template <class... At>
+std::size_t drawn(kernels::Records records, const Line<At>&... lines) {
+  if (kernels::active() == nullptr) return 0;
+  const auto draw = [&](const auto& line) {
+    double* const rows = line.column->writableValues().data();
+    double sum = 0.0;
+    for (int record = records.first; record <= records.last; ++record) {
+      const double value = line.at(record);
+      rows[record - 1] = value;
+      sum += value * 0.0;
+    }
+    return sum == 0.0;
+  };
+  return (draw(lines) && ...) ? static_cast<std::size_t>(records.last - records.first) + 1 : 0;
+}
+
+/// What lies at one height all along.
+auto level(Real height) {
+  return [height = height.value()](int) { return height; };
 }
 
 void checkSpan(Integer first, Integer last, Integer count, const Fault& startFault, const Fault& endFault) {
@@ -85,13 +120,17 @@ std::shared_ptr<RecordSet> LineStudy::TironeLevel(std::shared_ptr<Database> data
 
     // The cursor runs one record behind the rows. A span that begins at record 1 therefore fails here; that is kept.
     data->setPosition(StartPeriod - 1);
-    walk(*data, StartPeriod, EndPeriod, noKernel,
-         [&](Integer record) {
-           tops->setValue(record, top);
-           medians->setValue(record, median);
-           bottoms->setValue(record, bottom);
-         },
-         {.behind = 1});
+    walk(
+        *data, StartPeriod, EndPeriod,
+        [&](kernels::Records records) {
+          return drawn(records, Line{tops, level(top)}, Line{medians, level(median)}, Line{bottoms, level(bottom)});
+        },
+        [&](Integer record) {
+          tops->setValue(record, top);
+          medians->setValue(record, median);
+          bottoms->setValue(record, bottom);
+        },
+        {.behind = 1});
     data->MoveFirst();
     return makeRecordSet({tops, medians, bottoms});
   });
@@ -104,21 +143,22 @@ std::shared_ptr<RecordSet> LineStudy::QuadrantLines(std::shared_ptr<Database> da
   return trap(QuadrantLinesFault, [&] {
     const Real high = highestOf(Source, StartPeriod, EndPeriod).value;
     const Real low = lowestOf(Source, StartPeriod, EndPeriod).value;
-    struct Line {
-      std::shared_ptr<Field> column;
-      Real value;
+    const auto line = [&](std::string_view name, Real height) {
+      return Line{makeColumn(count, name, StartPeriod.value(), EndPeriod.value()), level(height)};
     };
-    const auto line = [&](std::string_view name, Real value) {
-      return Line{makeColumn(count, name, StartPeriod.value(), EndPeriod.value()), value};
-    };
-    const Line lines[] = {line(QuadrantHighName, high), line(Quadrant75Name, low + (high - low) * 0.75),
-                          line(Quadrant50Name, low + (high - low) * 0.5),
-                          line(Quadrant25Name, low + (high - low) * 0.25), line(QuadrantLowName, low)};
-    eachRecord(StartPeriod, EndPeriod, noKernel, [&](Integer record) {
-      for (const Line& each : lines) each.column->setValue(record, each.value);
-    });
+    const std::array lines = {line(QuadrantHighName, high), line(Quadrant75Name, low + (high - low) * 0.75),
+                              line(Quadrant50Name, low + (high - low) * 0.5),
+                              line(Quadrant25Name, low + (high - low) * 0.25), line(QuadrantLowName, low)};
+    eachRecord(
+        StartPeriod, EndPeriod,
+        [&](kernels::Records records) {
+          return std::apply([&](const auto&... each) { return drawn(records, each...); }, lines);
+        },
+        [&](Integer record) {
+          for (const auto& each : lines) each.column->setValue(record, each.at(record.value()));
+        });
     auto result = makeRecordSet({});
-    for (const Line& each : lines) result->addField(each.column);
+    for (const auto& each : lines) result->addField(each.column);
     data->MoveFirst();
     return result;
   });
@@ -138,12 +178,23 @@ std::shared_ptr<RecordSet> LineStudy::SpeedResistanceLines(std::shared_ptr<Datab
     const auto [a, origin] = highest.record < lowest.record ? highest : lowest;
     const auto [b, target] = highest.record < lowest.record ? lowest : highest;
     const Real move = target - origin;
-    eachRecord(a, EndPeriod, noKernel, [&, a = a, b = b, origin = origin](Integer record) {
-      // With both extremes on one record there is no line, and the division by zero says so.
-      line->setValue(record, origin + move * (record - a) / (b - a));
-      twoThirds->setValue(record, origin + move * 2 / 3 * (record - a) / (b - a));
-      oneThird->setValue(record, origin + move / 3 * (record - a) / (b - a));
-    });
+    const auto lineOf = [start = origin.value(), from = a.value(), length = (b - a).value()](double slope) {
+      return [=](int record) { return start + slope * (record - from) / length; };
+    };
+    const double whole = move.value();
+    eachRecord(
+        a, EndPeriod,
+        [&, a = a, b = b](kernels::Records records) {
+          if (a == b) return std::size_t{0};
+          return drawn(records, Line{line, lineOf(whole)}, Line{twoThirds, lineOf(whole * 2 / 3)},
+                       Line{oneThird, lineOf(whole / 3)});
+        },
+        [&, a = a, b = b, origin = origin](Integer record) {
+          // With both extremes on one record there is no line, and the division by zero says so.
+          line->setValue(record, origin + move * (record - a) / (b - a));
+          twoThirds->setValue(record, origin + move * 2 / 3 * (record - a) / (b - a));
+          oneThird->setValue(record, origin + move / 3 * (record - a) / (b - a));
+        });
     data->MoveFirst();
     return makeRecordSet({line, twoThirds, oneThird});
   });
