@@ -1,8 +1,9 @@
 #include "orvex/studies/line_study.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <functional>
-#include <tuple>
 
 #include "orvex/data/columns.h"
 #include "orvex/data/object.h"
@@ -39,36 +40,32 @@ Extreme lowestOf(const std::shared_ptr<Field>& column, Integer first, Integer la
   return extremeOf(column, first, last, std::less<double>());
 }
 
-/// A line over a series: a column, and where the line is in a record.
-template <class At>
-struct Line {
-  std::shared_ptr<Field> column;
-  At at;
-};
-template <class At>
-Line(std::shared_ptr<Field>, At) -> Line<At>;
+template <std::size_t Count>
+using Columns = std::array<std::shared_ptr<Field>, Count>;
 
-/// Writes lines over the records, each with doubles as they are: as many records as were handed over, or none where
-/// numbers come out that are none, which the steps then meet.
-template <class... At>
-std::size_t drawn(kernels::Records records, const Line<At>&... lines) {
-  if (kernels::active() == nullptr) return 0;
-  const auto draw = [&](const auto& line) {
-    double* const rows = line.column->writableValues().data();
-    double sum = 0.0;
-    for (int record = records.first; record <= records.last; ++record) {
-      const double value = line.at(record);
-      rows[record - 1] = value;
-      sum += value * 0.0;
-    }
-    return sum == 0.0;
-  };
-  return (draw(lines) && ...) ? static_cast<std::size_t>(records.last - records.first) + 1 : 0;
+/// Writes where lines are in a record.
+template <std::size_t Count, class Number>
+void draw(const Columns<Count>& lines, Integer record, const std::array<Number, Count>& heights) {
+  for (std::size_t i = 0; i < Count; ++i) lines[i]->setValue(record, heights[i]);
 }
 
-/// What lies at one height all along.
-auto level(Real height) {
-  return [height = height.value()](int) { return height; };
+/// The same for as many records as are handed over, by `heights(record)`, which computes with doubles as they are; or
+/// for none where numbers come out that are none, which the steps then meet.
+template <std::size_t Count, class Heights>
+std::size_t drawAll(const Columns<Count>& lines, kernels::Records records, Heights heights) {
+  if (kernels::active() == nullptr) return 0;
+  std::array<double*, Count> rows;
+  for (std::size_t i = 0; i < Count; ++i) rows[i] = lines[i]->writableValues().data();
+  std::array<double, Count> sums{};
+  for (int record = records.first; record <= records.last; ++record) {
+    const std::array<double, Count> all = heights(record);
+    for (std::size_t i = 0; i < Count; ++i) {
+      rows[i][record - 1] = all[i];
+      sums[i] += all[i] * 0.0;
+    }
+  }
+  const bool finite = std::all_of(sums.begin(), sums.end(), [](double sum) { return sum == 0.0; });
+  return finite ? static_cast<std::size_t>(records.last - records.first) + 1 : 0;
 }
 
 void checkSpan(Integer first, Integer last, Integer count, const Fault& startFault, const Fault& endFault) {
@@ -120,17 +117,12 @@ std::shared_ptr<RecordSet> LineStudy::TironeLevel(std::shared_ptr<Database> data
 
     // The cursor runs one record behind the rows. A span that begins at record 1 therefore fails here; that is kept.
     data->setPosition(StartPeriod - 1);
+    const Columns<3> lines = {tops, medians, bottoms};
+    const std::array<double, 3> heights = {top, median, bottom};
     walk(
         *data, StartPeriod, EndPeriod,
-        [&](kernels::Records records) {
-          return drawn(records, Line{tops, level(top)}, Line{medians, level(median)}, Line{bottoms, level(bottom)});
-        },
-        [&](Integer record) {
-          tops->setValue(record, top);
-          medians->setValue(record, median);
-          bottoms->setValue(record, bottom);
-        },
-        {.behind = 1});
+        [&](kernels::Records records) { return drawAll(lines, records, [&](int) { return heights; }); },
+        [&](Integer record) { draw(lines, record, heights); }, {.behind = 1});
     data->MoveFirst();
     return makeRecordSet({tops, medians, bottoms});
   });
@@ -143,22 +135,19 @@ std::shared_ptr<RecordSet> LineStudy::QuadrantLines(std::shared_ptr<Database> da
   return trap(QuadrantLinesFault, [&] {
     const Real high = highestOf(Source, StartPeriod, EndPeriod).value;
     const Real low = lowestOf(Source, StartPeriod, EndPeriod).value;
-    const auto line = [&](std::string_view name, Real height) {
-      return Line{makeColumn(count, name, StartPeriod.value(), EndPeriod.value()), level(height)};
+    const auto line = [&](std::string_view name) {
+      return makeColumn(count, name, StartPeriod.value(), EndPeriod.value());
     };
-    const std::array lines = {line(QuadrantHighName, high), line(Quadrant75Name, low + (high - low) * 0.75),
-                              line(Quadrant50Name, low + (high - low) * 0.5),
-                              line(Quadrant25Name, low + (high - low) * 0.25), line(QuadrantLowName, low)};
+    const Columns<5> lines = {line(QuadrantHighName), line(Quadrant75Name), line(Quadrant50Name), line(Quadrant25Name),
+                              line(QuadrantLowName)};
+    const std::array<double, 5> heights = {high, low + (high - low) * 0.75, low + (high - low) * 0.5,
+                                           low + (high - low) * 0.25, low};
     eachRecord(
         StartPeriod, EndPeriod,
-        [&](kernels::Records records) {
-          return std::apply([&](const auto&... each) { return drawn(records, each...); }, lines);
-        },
-        [&](Integer record) {
-          for (const auto& each : lines) each.column->setValue(record, each.at(record.value()));
-        });
+        [&](kernels::Records records) { return drawAll(lines, records, [&](int) { return heights; }); },
+        [&](Integer record) { draw(lines, record, heights); });
     auto result = makeRecordSet({});
-    for (const auto& each : lines) result->addField(each.column);
+    for (const auto& column : lines) result->addField(column);
     data->MoveFirst();
     return result;
   });
@@ -170,33 +159,30 @@ std::shared_ptr<RecordSet> LineStudy::SpeedResistanceLines(std::shared_ptr<Datab
   const Integer count = object(data).getRecordCount();
   checkSpan(StartPeriod, EndPeriod, count, SpeedResistanceLinesStartFault, SpeedResistanceLinesEndFault);
   return trap(SpeedResistanceLinesFault, [&] {
-    const auto line = makeColumn(count, SpeedLineName);
-    const auto twoThirds = makeColumn(count, SpeedTwoThirdsName);
-    const auto oneThird = makeColumn(count, SpeedOneThirdName);
+    const Columns<3> lines = {makeColumn(count, SpeedLineName), makeColumn(count, SpeedTwoThirdsName),
+                              makeColumn(count, SpeedOneThirdName)};
     const Extreme highest = highestOf(object(OHLCV).getField(Database::HighName), StartPeriod, EndPeriod);
     const Extreme lowest = lowestOf(OHLCV->getField(Database::LowName), StartPeriod, EndPeriod);
     const auto [a, origin] = highest.record < lowest.record ? highest : lowest;
     const auto [b, target] = highest.record < lowest.record ? lowest : highest;
     const Real move = target - origin;
-    const auto lineOf = [start = origin.value(), from = a.value(), length = (b - a).value()](double slope) {
-      return [=](int record) { return start + slope * (record - from) / length; };
+    const auto heights = [start = origin, from = a, to = b]<class Number>(Number whole, Integer record) {
+      const auto along = [&](Number slope) -> Number {
+        return Number(start) + slope * (record - from).value() / (to - from).value();
+      };
+      return std::array{along(whole), along(whole * 2 / 3), along(whole / 3)};
     };
-    const double whole = move.value();
+    const bool isLine = a != b;
     eachRecord(
         a, EndPeriod,
-        [&, a = a, b = b](kernels::Records records) {
-          if (a == b) return std::size_t{0};
-          return drawn(records, Line{line, lineOf(whole)}, Line{twoThirds, lineOf(whole * 2 / 3)},
-                       Line{oneThird, lineOf(whole / 3)});
+        [&](kernels::Records records) -> std::size_t {
+          if (!isLine) return 0;
+          return drawAll(lines, records, [&](int record) { return heights(move.value(), record); });
         },
-        [&, a = a, b = b, origin = origin](Integer record) {
-          // With both extremes on one record there is no line, and the division by zero says so.
-          line->setValue(record, origin + move * (record - a) / (b - a));
-          twoThirds->setValue(record, origin + move * 2 / 3 * (record - a) / (b - a));
-          oneThird->setValue(record, origin + move / 3 * (record - a) / (b - a));
-        });
+        // With both extremes on one record there is no line, and the division by zero says so.
+        [&](Integer record) { draw(lines, record, heights(move, record)); });
     data->MoveFirst();
-    return makeRecordSet({line, twoThirds, oneThird});
+    return makeRecordSet({lines[0], lines[1], lines[2]});
   });
 }
 
