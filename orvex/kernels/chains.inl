@@ -164,7 +164,7 @@ class ChainRun {
       Alone in[C::inputs], out[C::outputs];
       for (int k = 0; k < C::inputs; ++k) {
         in[k].x = in_[k][row];
-        if constexpr (C::checksInputs) check_ += in[k].x * scale * 0.0;
+        if constexpr (C::checksInputs) check_ += in[k].x * inputScale * 0.0;
       }
       chain_.next(state, in, out, 0);
       for (int k = 0; k < C::outputs; ++k) {
@@ -239,7 +239,7 @@ class ChainRun {
     unroll<0, widestLanes>([&](auto j) {
       chain_.next(state, in[j.value], out[j.value], j.value);
       if constexpr (C::checksInputs) {
-        for (int k = 0; k < C::inputs; ++k) sum = sum + in[j.value][k] * Abreast::all(scale) * Abreast::all(0.0);
+        for (int k = 0; k < C::inputs; ++k) sum = sum + in[j.value][k] * Abreast::all(inputScale) * Abreast::all(0.0);
       }
       if constexpr (C::checksOutputs && own) {
         for (int k = 0; k < C::outputs; ++k) sum = sum + out[j.value][k] * Abreast::all(0.0);
@@ -264,9 +264,6 @@ class ChainRun {
       }
     });
   }
-
-  // Scaled so, a number that is too large for a kernel becomes an infinity.
-  static constexpr double scale = 0x1p824;
 
   const C chain_;
   const double* in_[C::inputs];
