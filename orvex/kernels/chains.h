@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "orvex/kernels/kernels.h"
+#include "orvex/standard/formulas.h"
 
 /// Kernels that have several stages, each of which goes on from the row before, in one pass over the records: what the
 /// stages hand to each other is written nowhere. They go on from the values that walks have left, and fill all of the
@@ -22,18 +23,33 @@ struct ConvergenceRows {
   double* histogram;
 };
 
-/// Exponential averages, each of the one before it, likewise.
-struct Triple {
+/// Exponential averages, each of the one before it, likewise, and the parameters of what is made of them.
+struct Cascade {
+  static constexpr int most = 6;
+
   double factor;
-  double before[3];
+  double before[most];
+  standard::Parameters parameters;
 };
 
-struct Chains {
-  /// The first average of the source less the second, the average of that, and their difference.
-  std::size_t (*convergence)(Source source, Convergence averages, Records records, ConvergenceRows out);
+/// What is made of a cascade.
+using CascadeKernel = std::size_t (*)(Source source, Cascade averages, Records records, double* out);
 
-  /// How far the third average moves in a record, in percent: from a row that is 0 not at all.
-  std::size_t (*tripleRate)(Source source, Triple averages, Records records, double* out);
+struct Chains {
+  /// The first average of the source less the second, the average of that, and their difference: of averages as
+  /// `Table::exponential` has them, and as `Table::approach` has.
+  std::size_t (*convergence)(Source source, Convergence averages, Records records, ConvergenceRows out);
+  std::size_t (*approachConvergence)(Source source, Convergence averages, Records records, ConvergenceRows out);
+
+  /// How far the third average moves in a record, in percent: from a row that is 0 not at all. Likewise.
+  CascadeKernel tripleRate;
+  CascadeKernel approachTripleRate;
+
+  /// `formulas::TwiceLess` of two averages, `ThriceLess` of three, and `Combined` of the sixth to the third, of
+  /// averages as `Table::approach` has them.
+  CascadeKernel doubleAverage;
+  CascadeKernel tripleAverage;
+  CascadeKernel tillson;
 };
 
 /// Those of the level in use; none at `Off`.

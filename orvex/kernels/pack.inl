@@ -220,6 +220,24 @@ bool hasZero(Pack<Lanes> a) {
   return false;
 }
 
+/// Whether no lane of a is less than b's, nor no number.
+#if defined(__AVX512F__)
+inline bool areAtLeast(Pack<8> a, Pack<8> b) {
+  return _mm512_cmp_pd_mask(a.v, b.v, _CMP_GE_OQ) == 0xff;
+}
+#elif defined(__AVX2__)
+inline bool areAtLeast(Pack<4> a, Pack<4> b) {
+  return _mm256_movemask_pd(_mm256_cmp_pd(a.v, b.v, _CMP_GE_OQ)) == 0xf;
+}
+#endif
+template <int Lanes>
+bool areAtLeast(Pack<Lanes> a, Pack<Lanes> b) {
+  for (int lane = 0; lane < Lanes; ++lane) {
+    if (!(a.v[lane] >= b.v[lane])) return false;
+  }
+  return true;
+}
+
 /// The whole part of values from 0 to below 2^31.
 template <int Lanes>
 Pack<Lanes> wholePart(Pack<Lanes> a) {

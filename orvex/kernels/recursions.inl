@@ -10,12 +10,16 @@
 
 namespace {
 
+/// Whether averages move by such a factor.
+bool isShare(double factor) {
+  return factor > 0.0 && factor <= 1.0;
+}
+
 /// row = (1 - factor) x the row before + factor x the source.
 struct Exponential {
   double kept, factor;
 
   explicit Exponential(double share) : kept(1.0 - share), factor(share) {}
-  static bool takes(double factor) { return factor > 0.0 && factor <= 1.0; }
 
   template <class T>
   T after(const T& before, const T& x) const {
@@ -23,21 +27,25 @@ struct Exponential {
   }
 };
 
-struct ExponentialChain : Chain<1, 1, 1> {
-  Exponential average;
+/// row = the row before + (the source - the row before) x factor.
+struct Approach {
+  double factor;
+
+  explicit Approach(double share) : factor(share) {}
+
+  template <class T>
+  T after(const T& before, const T& x) const {
+    return before + (x - before) * T::all(factor);
+  }
+};
+
+template <class Average>
+struct AverageChain : Chain<1, 1, 1> {
+  Average average;
 
   template <class T>
   void next(T (&state)[1], const T (&in)[1], T (&out)[1], int) const {
     out[0] = state[0] = average.after(state[0], in[0]);
-  }
-};
-
-struct ApproachChain : Chain<1, 1, 1> {
-  double factor;
-
-  template <class T>
-  void next(T (&state)[1], const T (&in)[1], T (&out)[1], int) const {
-    out[0] = state[0] = state[0] + (in[0] - state[0]) * T::all(factor);
   }
 };
 
@@ -56,13 +64,13 @@ std::size_t recursion(const C& chain, Source source, Records records, double mem
 }
 
 std::size_t exponential(Source source, double factor, Records records, double* out) {
-  if (!Exponential::takes(factor)) return 0;
-  return recursion(ExponentialChain{{}, Exponential(factor)}, source, records, 1.0 / factor, out);
+  if (!isShare(factor)) return 0;
+  return recursion(AverageChain<Exponential>{{}, Exponential(factor)}, source, records, 1.0 / factor, out);
 }
 
 std::size_t approach(Source source, double factor, Records records, double* out) {
-  if (!Exponential::takes(factor)) return 0;
-  return recursion(ApproachChain{{}, factor}, source, records, 1.0 / factor, out);
+  if (!isShare(factor)) return 0;
+  return recursion(AverageChain<Approach>{{}, Approach(factor)}, source, records, 1.0 / factor, out);
 }
 
 /// How many records it takes to forget all but 1 / e of what averages of these factors began with, one of the other.
@@ -75,8 +83,9 @@ double memoryOf(double factor, int stages) {
 using orvex::kernels::ConvergenceRows;
 
 /// The difference of two averages, its average, and the difference of these.
+template <class Average>
 struct ConvergenceChain : Chain<1, 3, 3> {
-  Exponential shorter, longer, signal;
+  Average shorter, longer, signal;
 
   template <class T>
   void next(T (&state)[3], const T (&in)[1], T (&out)[3], int) const {
@@ -90,47 +99,24 @@ struct ConvergenceChain : Chain<1, 3, 3> {
   }
 };
 
-/// Whether averages of such factors go on from such values.
-bool areTaken(const double (&before)[3], const double* factors, int count) {
-  bool taken = isHandled(before[0]) && isHandled(before[1]) && isHandled(before[2]);
-  for (int i = 0; i < count; ++i) taken = taken && Exponential::takes(factors[i]);
-  return taken;
+template <int Count>
+bool areHandled(const double (&values)[Count]) {
+  bool handled = true;
+  for (const double value : values) handled = handled && isHandled(value);
+  return handled;
 }
 
+template <class Average>
 std::size_t convergence(Source source, orvex::kernels::Convergence averages, Records records, ConvergenceRows out) {
   const std::ptrdiff_t first = records.first - 1, count = present(source, records, 0);
-  if (count == 0 || !areTaken(averages.before, averages.factors, 3)) return 0;
   const auto& [shorter, longer, signal] = averages.factors;
-  const ConvergenceChain chain{{}, Exponential(shorter), Exponential(longer), Exponential(signal)};
+  if (count == 0 || !areHandled(averages.before)) return 0;
+  if (!isShare(shorter) || !isShare(longer) || !isShare(signal)) return 0;
+  const ConvergenceChain<Average> chain{{}, Average(shorter), Average(longer), Average(signal)};
   const double slowest = smaller(smaller(shorter, longer), signal);
   const bool done =
       runChain(chain, {source.rows + first}, {out.line + first, out.signal + first, out.histogram + first},
                averages.before, count, memoryOf(slowest, 2));
-  return done ? static_cast<std::size_t>(count) : 0;
-}
-
-/// How far the average of an average of an average moves in a record, in percent.
-struct TripleChain : Chain<1, 1, 3> {
-  static constexpr bool checksOutputs = true;
-
-  Exponential average;
-
-  template <class T>
-  void next(T (&state)[3], const T (&in)[1], T (&out)[1], int turn) const {
-    const T before = state[2], none = T::all(0.0);
-    state[0] = average.after(state[0], in[0]);
-    state[1] = average.after(state[1], state[0]);
-    state[2] = average.after(state[2], state[1]);
-    const T move = state[2] - before;
-    out[0] = whereEqual(before, none, move - move, quotient(move, before, turn) * T::all(100.0));
-  }
-};
-
-std::size_t tripleRate(Source source, orvex::kernels::Triple averages, Records records, double* out) {
-  const std::ptrdiff_t first = records.first - 1, count = present(source, records, 0);
-  if (count == 0 || !areTaken(averages.before, &averages.factor, 1)) return 0;
-  const bool done = runChain(TripleChain{{}, Exponential(averages.factor)}, {source.rows + first}, {out + first},
-                             averages.before, count, memoryOf(averages.factor, 3));
   return done ? static_cast<std::size_t>(count) : 0;
 }
 

@@ -22,8 +22,9 @@ struct ScatterRows {
 };
 
 struct StandardTable {
-  /// What the formula of that place in `Formulas` makes of its columns. Stops before a row that an operand's row or the
-  /// row itself is too large for (2^200), so that what it handles is proven for all that follows.
+  /// What the formula of that place in `Formulas` makes of its columns. Stops before a row that is too large (2^200),
+  /// or an operand's of which is, so that what it handles is proven for all that follows; of a formula that tells,
+  /// operands are proven to be finite.
   std::size_t (*pointwise[standard::Formulas::size])(const Operand* operands, const standard::Parameters& parameters,
                                                      Records records, double* out);
 
@@ -50,6 +51,11 @@ struct StandardTable {
   /// shortest to the longest.
   std::size_t (*ultimate)(Source buying, Source range, Cycles cycles, Records records, double* out);
 
+  /// `formulas::ShareOfBoth` of the sums of typical price x volume over the `window` records, newest first, by whether
+  /// the typical price rose or fell. `rising` and `falling` are working space of as many rows as the columns have.
+  std::size_t (*moneyFlowIndex)(Bars bars, Source volume, int window, Records records, double* rising, double* falling,
+                                double* out);
+
   /// How many of the `window` values before the record are below its own.
   std::size_t (*below)(Source source, int window, Records records, double* out);
 
@@ -57,9 +63,13 @@ struct StandardTable {
   std::size_t (*scatter)(Source x, Source y, Source meanX, Source meanY, int window, Records records, ScatterRows out);
 
   /// The numbers of the records of the largest (smallest) of the `window` values that end at the record: of equal ones
-  /// the newest and, where `oldest` is not null, the oldest.
+  /// the newest, and the oldest.
   std::size_t (*highestRecord)(Source source, int window, Records records, double* newest, double* oldest);
   std::size_t (*lowestRecord)(Source source, int window, Records records, double* newest, double* oldest);
+
+  /// How many records before the record the newest of them is.
+  std::size_t (*highestAge)(Source source, int window, Records records, double* out);
+  std::size_t (*lowestAge)(Source source, int window, Records records, double* out);
 
   /// Rows whose source is as in the row before become the row before; the others stay.
   std::size_t (*holdStill)(Source source, Records records, double* out);

@@ -33,9 +33,19 @@ template <int Lanes>
 Pack<Lanes> part(Pack<Lanes> x, double n) {
   return x / Divisor(n);
 }
+/// Where no high is below its low, the three distances' largest is that of the outermost two: rounding keeps their
+/// order. Comparisons would hide what is no number elsewhere; it is added to the row, which is otherwise as it was.
+template <int Lanes>
+Pack<Lanes> rangeFrom(Pack<Lanes> high, Pack<Lanes> low, Pack<Lanes> close) {
+  if (areAtLeast(high, low)) [[likely]]
+    return larger(high, close) - smaller(low, close);
+  const Pack<Lanes> nothing =
+      (high * Pack<Lanes>::all(0.0) + low * Pack<Lanes>::all(0.0)) + close * Pack<Lanes>::all(0.0);
+  return orvex::standard::rangeFrom<Pack<Lanes>>(high, low, close) + nothing;
+}
 
-/// Every row by the formula. What is read and what comes out is looked at in the same pass: 0 times the sum of it all,
-/// scaled, is not 0 where anything is too large or no number.
+/// Every row by the formula. What comes out is looked at in the same pass, and what is read where that does not tell:
+/// the sums of it all, scaled, are not finite where anything is too large or no number.
 template <class Formula>
 std::size_t pointwise(const Operand* operands, const StandardParameters& given, Records records, double* out) {
   using P = WidestPack;
@@ -50,33 +60,36 @@ std::size_t pointwise(const Operand* operands, const StandardParameters& given, 
     x.rows[i] = operands[i].source.rows - operands[i].lag;
   }
   const StandardParameters parameters = given;
-  const auto fill = [=]<class Q>(std::ptrdiff_t row, int turn) {
+  const auto fill = [=]<class Q>(std::ptrdiff_t row, int turn, Q& read, Q& written) {
     Q values[columns];
     ORVEX_UNROLL for (int i = 0; i < columns; ++i) values[i] = Q::load(x.rows[i] + row);
     const Q result = Formula::of(values, parameters, turn);
     result.store(out + row);
-    Q sum = result * Q::all(inputScale);
-    ORVEX_UNROLL for (int i = 0; i < columns; ++i) sum = plusProduct(sum, values[i], Q::all(inputScale));
-    return sum;
+    written = plusProduct(written, result, Q::all(inputScale));
+    if constexpr (!Formula::tells) {
+      ORVEX_UNROLL for (int i = 0; i < columns; ++i) read = plusProduct(read, values[i], Q::all(inputScale));
+    }
+  };
+  const auto isProven = [=](std::ptrdiff_t row) {
+    Pack<1> read = {}, written = {};
+    fill(row, 0, read, written);
+    return (read.v[0] + written.v[0]) * 0.0 == 0.0;
   };
   std::ptrdiff_t done = 0;
   while (done < count) {
     const std::ptrdiff_t first = records.first - 1 + done;
     const std::ptrdiff_t rows = nextPiece(out + first, count - done);
-    P sum[packs] = {};
+    P read[packs] = {}, written[packs] = {};
     std::ptrdiff_t row = first;
     for (; row + packs * widestLanes <= first + rows; row += packs * widestLanes) {
-      ORVEX_UNROLL for (int i = 0; i < packs; ++i) {
-        sum[i] = plusProduct(sum[i], fill.template operator()<P>(row + i * widestLanes, i), P::all(0.0));
-      }
+      ORVEX_UNROLL for (int i = 0; i < packs; ++i) fill(row + i * widestLanes, i, read[i], written[i]);
     }
-    double rest = 0.0;
-    for (; row < first + rows; ++row) rest += fill.template operator()<Pack<1>>(row, 0).v[0] * 0.0;
-    if (!isZero((sum[0] + sum[1]) + (sum[2] + sum[3])) || rest != 0.0) {
-      for (row = first; row < first + rows; ++row) {
-        if (fill.template operator()<Pack<1>>(row, 0).v[0] * 0.0 != 0.0) break;
-      }
-      return static_cast<std::size_t>(row - (records.first - 1));
+    P sum = {};
+    ORVEX_UNROLL for (int i = 0; i < packs; ++i) sum = sum + (read[i] + written[i]) * P::all(0.0);
+    // A sum may be too large where no row is.
+    const std::ptrdiff_t known = isZero(sum) ? row : first;
+    for (row = known; row < first + rows; ++row) {
+      if (!isProven(row)) return static_cast<std::size_t>(row - (records.first - 1));
     }
     done += rows;
   }
@@ -140,19 +153,24 @@ std::size_t halfway(Source source, Records records, double* out) {
   return runChain(HalfwayChain(), {x}, {out + first}, state, count, 2.0) ? static_cast<std::size_t>(count) : 0;
 }
 
-std::size_t follow(Source source, Source share, Records records, double* out) {
-  const std::ptrdiff_t count = least(provable(source, records, 0), provable(share, records, 0));
-  if (count == 0 || records.first < 2 || !isHandled(out[records.first - 2])) return 0;
-  const double* const x = source.rows + (records.first - 1);
-  const double* const part = share.rows + (records.first - 1);
-  double* const row = out + (records.first - 1);
-  double last = row[-1];
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    // With shares from 0 to 1 a row lies between the row before and the source.
-    if (!(part[i] >= 0.0 && part[i] <= 1.0)) return static_cast<std::size_t>(i);
-    row[i] = last = last + (x[i] - last) * part[i];
+struct FollowChain : Chain<2, 1, 1> {
+  template <class T>
+  void next(T (&state)[1], const T (&in)[2], T (&out)[1], int) const {
+    out[0] = state[0] = state[0] + (in[0] - state[0]) * in[1];
   }
-  return static_cast<std::size_t>(count);
+};
+
+std::size_t follow(Source source, Source share, Records records, double* out) {
+  const std::ptrdiff_t count = least(present(source, records, 0), present(share, records, 0)),
+                       first = records.first - 1;
+  if (count == 0 || first < 1 || !isHandled(out[first - 1])) return 0;
+  // How soon it forgets depends on the shares. A guess: where a stretch has not met the one before it, it goes on
+  // alone.
+  constexpr double memory = 20.0;
+  double state[] = {out[first - 1]};
+  const bool done =
+      runChain(FollowChain(), {source.rows + first, share.rows + first}, {out + first}, state, count, memory);
+  return done ? static_cast<std::size_t>(count) : 0;
 }
 
 std::size_t windowSum(Source source, int window, Records records, double* out) {
@@ -191,6 +209,14 @@ std::size_t ultimateOfSums(Source buying, Source range, orvex::kernels::Cycles c
     }
   });
 }
+
+struct ShareOfBoth {
+  template <class P>
+  static P of(P part, P rest, int turn) {
+    const P both[] = {part, rest};
+    return orvex::standard::formulas::ShareOfBoth::of(both, StandardParameters(), turn);
+  }
+};
 
 std::size_t below(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
@@ -258,11 +284,10 @@ std::size_t scatterAround(Source x, Source y, Source meanX, Source meanY, int wi
   return static_cast<std::size_t>(count);
 }
 
-/// The place of the extreme of each window, as those of highest and lowest values are found (extremes.inl): of k values
-/// from each one on, then of 2k.
-template <class Extreme, bool isNewest>
-void recordsOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t first, std::ptrdiff_t count,
-                       double* out) {
+/// `tell(row, record)` of the record of each window's extreme, of a pack of rows. It is found as highest and lowest
+/// values are (extremes.inl): of k values from each one on, then of 2k.
+template <class Extreme, bool isNewest, class Tell>
+void recordsOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t first, std::ptrdiff_t count, Tell tell) {
   constexpr std::ptrdiff_t piece = 512;
   double values[piece + widestDoubled];
   double places[piece + widestDoubled];
@@ -280,34 +305,51 @@ void recordsOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t fi
       return isNewest ? whereEqual(best, newer, placeNewer, placeOlder)
                       : whereEqual(best, older, placeOlder, placeNewer);
     };
-    std::ptrdiff_t k = 1;
-    const auto combine = [&, place](std::ptrdiff_t number, std::ptrdiff_t distance, double* to, bool keepsValues) {
-      eachBlock<4>(0, number, [&, distance, to, keepsValues]<int Lanes, int Count>(std::ptrdiff_t row) {
+    const auto combine = [&, place](std::ptrdiff_t number, std::ptrdiff_t distance, auto put) {
+      eachBlock<4>(0, number, [&, distance, put]<int Lanes, int Count>(std::ptrdiff_t row) {
         using P = Pack<Lanes>;
         ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
           const std::ptrdiff_t at = row + i * Lanes;
           const P older = P::load(values + at), newer = P::load(values + at + distance);
-          place(older, newer, P::load(places + at), P::load(places + at + distance)).store(to + at);
-          if (keepsValues) Extreme::choose(older, newer).store(values + at);
+          put(at, Extreme::choose(older, newer),
+              place(older, newer, P::load(places + at), P::load(places + at + distance)));
         }
       });
     };
+    std::ptrdiff_t k = 1;
     for (; 2 * k <= window; k *= 2) {
       length -= k;
-      combine(length, k, places, true);
+      combine(length, k, [&]<class P>(std::ptrdiff_t at, P best, P record) {
+        best.store(values + at);
+        record.store(places + at);
+      });
     }
-    combine(rows, window - k, out + start, false);
+    combine(rows, window - k, [=]<class P>(std::ptrdiff_t at, P, P record) { tell(start + at, record); });
   }
 }
 
 template <class Extreme>
 std::size_t recordOf(Source source, int window, Records records, double* newest, double* oldest) {
   if (window < 1 || window > widestDoubled) return 0;
+  const std::ptrdiff_t count = provable(source, records, window - 1), first = records.first - 1;
+  recordsOfExtremes<Extreme, true>(source.rows, window, first, count,
+                                   [=]<class P>(std::ptrdiff_t row, P record) { record.store(newest + row); });
+  recordsOfExtremes<Extreme, false>(source.rows, window, first, count,
+                                    [=]<class P>(std::ptrdiff_t row, P record) { record.store(oldest + row); });
+  return static_cast<std::size_t>(count);
+}
+
+constexpr double laneNumbers[] = {0, 1, 2, 3, 4, 5, 6, 7};
+
+template <class Extreme>
+std::size_t ageOf(Source source, int window, Records records, double* out) {
+  if (window < 1 || window > widestDoubled) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
-  recordsOfExtremes<Extreme, true>(source.rows, window, records.first - 1, count, newest);
-  if (oldest != nullptr) {
-    recordsOfExtremes<Extreme, false>(source.rows, window, records.first - 1, count, oldest);
-  }
+  recordsOfExtremes<Extreme, true>(source.rows, window, records.first - 1, count,
+                                   [=]<class P>(std::ptrdiff_t row, P record) {
+                                     const P own = P::all(static_cast<double>(row + 1)) + P::load(laneNumbers);
+                                     (own - record).store(out + row);
+                                   });
   return static_cast<std::size_t>(count);
 }
 

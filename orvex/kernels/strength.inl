@@ -63,6 +63,16 @@ std::size_t strength(Source source, int window, Records records, int known, doub
   return static_cast<std::size_t>(count);
 }
 
+/// 100 x part / (part + rest): 50 where both are 0, 0 where only their total is.
+struct Percentage {
+  template <class P>
+  static P of(P part, P rest, int turn) {
+    return percentage(part, rest, turn);
+  }
+};
+
+/// What `Last` makes of the sums of rising and of falling flows.
+template <class Last, bool isNewestFirst>
 std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records, double* rising, double* falling,
                            double* out) {
   if (window < 1) return 0;
@@ -106,13 +116,14 @@ std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records
       using P = Pack<Lanes>;
       P up[Count] = {};
       P down[Count] = {};
-      for (std::ptrdiff_t j = 1 - window; j <= 0; ++j) {
+      for (std::ptrdiff_t k = 0; k < window; ++k) {
+        const std::ptrdiff_t j = isNewestFirst ? -k : k - before;
         ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
           up[i] = up[i] + P::load(rises + row + i * Lanes + j);
           down[i] = down[i] + P::load(falls + row + i * Lanes + j);
         }
       }
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) percentage(up[i], down[i], 0).store(out + start + row + i * Lanes);
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) Last::of(up[i], down[i], 0).store(out + start + row + i * Lanes);
     });
     done = start + rows;
     for (std::ptrdiff_t i = rows - before; inPlace && i < rows; ++i) {

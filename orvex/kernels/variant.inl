@@ -1,5 +1,6 @@
 // The kernels of one instruction set: included by a translation unit that is compiled for it and that names it in
 // ORVEX_VARIANT.
+#include "orvex/kernels/cascades.inl"
 #include "orvex/kernels/chains.inl"
 #include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/oscillators.inl"
@@ -71,14 +72,23 @@ const Variant variant = {
             .performance = performance,
             .ratio = ratio,
             .strength = strength,
-            .moneyFlowIndex = moneyFlowIndex,
+            .moneyFlowIndex = moneyFlowIndex<Percentage, false>,
             .ratioSum = ratioSum,
             .moneyFlow = moneyFlow,
             .channel = channel,
             .fromMiddle = fromMiddle,
             .percentOfHalf = percentOfHalf,
         },
-    .chains = {.convergence = convergence, .tripleRate = tripleRate},
+    .chains =
+        {
+            .convergence = convergence<Exponential>,
+            .approachConvergence = convergence<Approach>,
+            .tripleRate = cascade<Exponential, 3, standard::formulas::PercentRate, 3, 0>,
+            .approachTripleRate = cascade<Approach, 3, standard::formulas::PercentRate, 3, 0>,
+            .doubleAverage = cascade<Approach, 2, standard::formulas::TwiceLess, 1, 2>,
+            .tripleAverage = cascade<Approach, 3, standard::formulas::ThriceLess, 1, 2, 3>,
+            .tillson = cascade<Approach, 6, standard::formulas::Combined, 6, 5, 4, 3>,
+        },
 };
 
 constexpr StandardTable withoutPointwise = {
@@ -90,10 +100,13 @@ constexpr StandardTable withoutPointwise = {
     .follow = follow,
     .sum = windowSum,
     .ultimate = ultimateOfSums,
+    .moneyFlowIndex = moneyFlowIndex<ShareOfBoth, true>,
     .below = below,
     .scatter = scatterAround,
     .highestRecord = recordOf<Highest>,
     .lowestRecord = recordOf<Lowest>,
+    .highestAge = ageOf<Highest>,
+    .lowestAge = ageOf<Lowest>,
     .holdStill = holdStill,
 };
 const StandardTable standardTable = Pointwise<standard::Formulas>::table(withoutPointwise);

@@ -151,8 +151,9 @@ std::optional<Triple> tripleInOnePass(Integer count, const std::shared_ptr<Field
   return inOnePass<Triple>(count, last, {source.get()}, [&](const std::shared_ptr<Database>& data) {
     const Triple head = triple(data, headOf(*source, last), periods, name);
     Triple whole{{}, lengthened(*head.rate, count)};
-    const kernels::Triple stages{exponentialFactor(periods).value(),
-                                 {lastOf(*head.averages[0]), lastOf(*head.averages[1]), lastOf(*head.averages[2])}};
+    const kernels::Cascade stages{exponentialFactor(periods).value(),
+                                  {lastOf(*head.averages[0]), lastOf(*head.averages[1]), lastOf(*head.averages[2])},
+                                  {}};
     const std::size_t done = kernels::run(&kernels::Chains::tripleRate, rowsOf(source), stages, restAfter(last, count),
                                           whole.rate->writableValues().data());
     return std::pair(whole, done);

@@ -11,13 +11,10 @@ namespace orvex::inline ORVEX_COUNTS::standard {
 Series Call::take(const std::shared_ptr<Field>& column) {
   const auto& rows = static_cast<const Field&>(object(column)).values();
   if (rows.size() != static_cast<std::size_t>(count())) raise(faults::SubscriptOutOfRange);
-  const Unproven whole = {column, rows.data(), 1, count(), true};
-  if (Continuation::current() != nullptr) {
-    // Its walks come in one order, whatever the kernels prove.
-    checkTaken(whole);
-  } else {
-    unproven_.push_back(whole);
-  }
+  const Span whole = {1, count()};
+  unproven_.push_back({column, rows.data(), whole, whole, true});
+  // Its walks come in one order, whatever the kernels prove.
+  if (Continuation::current() != nullptr) checkTaken(unproven_.back());
   taken_.push_back(column);
   return {1, rows.data(), column};
 }
@@ -44,46 +41,49 @@ bool areHandled(kernels::Records records, const double* rows) {
 Series Call::done(const Series& made) {
   // Of a call that goes on with an earlier one the kernels have seen new rows alone.
   const bool proven = proven_ == made.rows && Continuation::current() == nullptr;
-  if (!proven && made.first <= count()) unproven_.push_back({made.column, made.rows, made.first, count(), false});
+  const Span whole = {made.first, count()};
+  if (!proven && !whole.isEmpty()) unproven_.push_back({made.column, made.rows, whole, whole, false});
   proven_ = nullptr;
   return made;
 }
 
-void Call::prove(const double* rows, Place first, Place last) {
+void Call::prove(const double* rows, const Span& span, bool areSized) {
   for (Unproven& column : unproven_) {
     if (column.rows != rows) continue;
-    if (first <= column.first) column.first = std::max(column.first, last + 1);
-    if (last >= column.last) column.last = std::min(column.last, first - 1);
+    column.finite.drop(span);
+    if (areSized) column.sized.drop(span);
   }
 }
 
-void Call::checkTaken(const Unproven& column) {
+void Call::checkTaken(Unproven& column) {
+  const Span span = column.finite;
   bool handled = false;
-  eachComputed(
-      column.first,
+  eachRecord(
+      span.first, static_cast<int>(span.last),
       [&](kernels::Records records) {
         const kernels::Source source{column.rows, static_cast<std::size_t>(count())};
         const std::size_t done = kernels::run(&kernels::Table::handled, source, records);
-        handled = records.first == column.first && done == numberOf({records.first, count()});
+        handled = records.first == span.first && done == numberOf({records.first, static_cast<int>(span.last)});
         return done;
       },
-      [&](int record) { static_cast<void>(Real(column.rows[record - 1])); });
-  plain_ = plain_ && handled;
+      [&](Integer record) { static_cast<void>(Real(column.rows[record.value() - 1])); }, noYield);
+  column.finite.drop(span);
+  if (handled) column.sized.drop(span);
 }
 
 void Call::check() {
   for (Unproven& column : unproven_) {
-    if (!column.taken || column.first > column.last) continue;
-    checkTaken(column);
-    column.first = column.last + 1;
+    if (column.taken && !column.finite.isEmpty()) checkTaken(column);
   }
 }
 
 void Call::settle() {
   check();
   for (const Unproven& column : unproven_) {
-    if (column.first > column.last || column.column.expired()) continue;
-    plain_ = plain_ && areHandled({static_cast<int>(column.first), static_cast<int>(column.last)}, column.rows);
+    if (column.sized.isEmpty() || column.column.expired()) continue;
+    // A call that goes on with an earlier one does not look through all of its rows again.
+    plain_ = plain_ && !(column.taken && Continuation::current() != nullptr) &&
+             areHandled({static_cast<int>(column.sized.first), static_cast<int>(column.sized.last)}, column.rows);
   }
   unproven_.clear();
 }

@@ -1,15 +1,20 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
+#include "orvex/data/continuation.h"
 #include "orvex/data/database.h"
 #include "orvex/data/field.h"
+#include "orvex/data/head_of_series.h"
 #include "orvex/data/integer.h"
 #include "orvex/data/kernel_rows.h"
 #include "orvex/data/real.h"
@@ -104,7 +109,7 @@ class Call {
     const std::size_t done = table->pointwise[Formulas::index<Formula>()](operands.data(), parameters, records, rows);
     if (done == numberOf(records)) {
       for (const Input& input : inputs) {
-        prove(input.series->rows, Place{records.first} - input.lag, Place{records.last} - input.lag);
+        prove(input.series->rows, {Place{records.first} - input.lag, Place{records.last} - input.lag}, !Formula::tells);
       }
       proven_ = rows;
     }
@@ -125,7 +130,7 @@ class Call {
   /// How many rows a kernel has done; of all `records`, whose rows and the `before` ahead of them it has looked at in
   /// x.
   std::size_t proves(std::size_t done, kernels::Records records, const Series& x, Place before = 0) {
-    if (done > 0 && done == numberOf(records)) prove(x.rows, records.first - before, records.last);
+    if (done > 0 && done == numberOf(records)) prove(x.rows, {records.first - before, records.last});
     return done;
   }
 
@@ -193,6 +198,43 @@ class Call {
     return made;
   }
 
+  /// The column that the kernel, handed the records and the rows to fill, makes at once. Nothing where it leaves a
+  /// record, and in a call that goes on with an earlier one: it is then to be made out of other columns, which that one
+  /// has.
+  template <class Kernel>
+  std::optional<Series> atOnce(Place first, Kernel kernel) {
+    if (Continuation::current() != nullptr || first > count()) return std::nullopt;
+    const Series made = make(first);
+    const kernels::Records records{static_cast<int>(first), count()};
+    if (kernel(records, made.column->writableValues().data()) != numberOf(records)) return std::nullopt;
+    return done(made);
+  }
+
+  /// The columns that `compute(call, x)` makes out of the first records, which `kernel(records, rows)` goes on with up
+  /// to the last one (head_of_series.h). Nothing where that cannot be: the whole is then to be computed as the first
+  /// records are. REQUIRES: where x is not finite, no state of the kernel is either.
+  template <std::size_t Columns, class Compute, class Kernel>
+  std::optional<std::array<Series, Columns>> inOnePass(const Series& x, Place head, Compute compute, Kernel kernel) {
+    auto made = orvex::inOnePass<std::array<Series, Columns>>(
+        count_, head, {x.column.get()}, [&](const std::shared_ptr<Database>& data) {
+          Call first(*data);
+          std::array<Series, Columns> columns = compute(first, first.take(headOf(*x.column, head)).from(x.first));
+          first.check();
+          std::array<double*, Columns> rows;
+          for (std::size_t i = 0; i < Columns; ++i) {
+            columns[i].column = lengthened(*columns[i].column, count_);
+            rows[i] = columns[i].column->writableValues().data();
+            columns[i].rows = rows[i];
+          }
+          const std::size_t handled = kernel(restAfter(head, count_), rows);
+          return std::pair(columns, handled);
+        });
+    if (!made) return std::nullopt;
+    prove(x.rows, {1, count()});
+    for (Series& one : *made) one = done(one);
+    return made;
+  }
+
   /// The column with its rows before `first` hidden.
   Series shown(const Series& series, Place first);
 
@@ -202,11 +244,24 @@ class Call {
   std::shared_ptr<RecordSet> result(std::string_view alias, const std::vector<Named>& columns);
 
  private:
-  /// A column that no kernel has looked at yet, in rows `first` to `last`. One that is gone matters to nobody.
+  /// Rows of a column; none where the first is behind the last.
+  struct Span {
+    Place first, last;
+
+    bool isEmpty() const { return first > last; }
+    /// Without those at one of its ends.
+    void drop(const Span& others) {
+      if (others.first <= first) first = std::max(first, others.last + 1);
+      if (others.last >= last) last = std::min(last, others.first - 1);
+    }
+  };
+
+  /// A column that no kernel has looked at in these rows: whether they are finite, and whether they are of a size with
+  /// which nothing can overflow. One that is gone matters to nobody.
   struct Unproven {
     std::weak_ptr<Field> column;
     const double* rows;
-    Place first, last;
+    Span finite, sized;
     bool taken;
   };
 
@@ -218,11 +273,11 @@ class Call {
   Series make(Place first) const;
   /// Takes note that a column is filled.
   Series done(const Series& made);
-  /// Takes note that rows are finite and of a size with which nothing can overflow.
-  void prove(const double* rows, Place first, Place last);
+  /// Takes note that rows are finite and, mostly, of a size with which nothing can overflow.
+  void prove(const double* rows, const Span& span, bool areSized = true);
   /// Looks at what is not proven yet.
   void settle();
-  void checkTaken(const Unproven& column);
+  void checkTaken(Unproven& column);
   /// Whether plain doubles may be tried.
   bool isPlain() {
     settle();

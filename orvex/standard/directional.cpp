@@ -149,23 +149,22 @@ Standard::Result Standard::MINUS_DM(DataRef data, SetRef OHLCV, Integer Periods,
 Standard::Result Standard::Aroon(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"Aroon">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const int periods = Periods.value();
-    const Series top = highestRecord(call, prices.high(), periods + 1);
-    const Series bottom = lowestRecord(call, prices.low(), periods + 1);
-    const double share = 100.0 / periods;
-    const auto freshness = [&](const Series& extreme) {
-      return call.each(extreme.first, [&](auto at, int r) { return share * (periods - (r - at(extreme, r))); });
+    const auto freshness = [&](const Series& age) {
+      const double periods = Periods.value();
+      return call.of<formulas::Freshness>(age.first, {age}, {{100.0 / periods, periods}});
     };
-    return std::vector<Named>{{DownSuffix, freshness(bottom)}, {UpSuffix, freshness(top)}};
+    const Series top = freshness(highestAge(call, prices.high(), Periods.value() + 1));
+    const Series bottom = freshness(lowestAge(call, prices.low(), Periods.value() + 1));
+    return std::vector<Named>{{DownSuffix, bottom}, {UpSuffix, top}};
   });
 }
 
 Standard::Result Standard::AROONOSC(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"AROONOSC">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series top = highestRecord(call, prices.high(), Periods.value() + 1);
-    const Series bottom = lowestRecord(call, prices.low(), Periods.value() + 1);
-    return ofBoth<formulas::TimesDifference>(call, top, bottom, {{100.0 / Periods.value()}});
+    const Series top = highestAge(call, prices.high(), Periods.value() + 1);
+    const Series bottom = lowestAge(call, prices.low(), Periods.value() + 1);
+    return ofBoth<formulas::TimesDifference>(call, bottom, top, {{100.0 / Periods.value()}});
   });
 }
 

@@ -26,6 +26,12 @@ T efficiencyShare(T move, T path, int turn) {
   return share * share;
 }
 
+/// The largest of the bar's own range and the distances of both its ends from the close before.
+template <class T>
+T rangeFrom(T high, T low, T close) {
+  return larger(high - low, larger(magnitude(high - close), magnitude(low - close)));
+}
+
 template <class T>
 T directionalMove(T way, T other) {
   const T none = spread(0.0, way);
@@ -42,9 +48,13 @@ T directionalIndex(T plus, T minus, int turn) {
 namespace formulas {
 
 // clang-format off
-#define ORVEX_FORMULA(name, count, ...)                                                       \
+#define ORVEX_FORMULA(name, count, ...) ORVEX_FORMULA_OF(name, count, false, __VA_ARGS__)
+/// One that is finite only where all of its columns are.
+#define ORVEX_TELLING_FORMULA(name, count, ...) ORVEX_FORMULA_OF(name, count, true, __VA_ARGS__)
+#define ORVEX_FORMULA_OF(name, count, isTelling, ...)                                         \
   struct name {                                                                               \
     static constexpr int columns = count;                                                     \
+    static constexpr bool tells = isTelling;                                                  \
     template <class T>                                                                        \
     static T of(const T (&x)[count], const Parameters& p, int turn) {                         \
       const auto number = [&](double value) { return spread(value, x[0]); };                  \
@@ -53,16 +63,18 @@ namespace formulas {
     }                                                                                         \
   };
 
-ORVEX_FORMULA(Same, 1, x[0])
-ORVEX_FORMULA(Square, 1, x[0] * x[0])
+ORVEX_TELLING_FORMULA(Same, 1, x[0])
+ORVEX_TELLING_FORMULA(Square, 1, x[0] * x[0])
 ORVEX_FORMULA(PercentOf, 1, part(x[0], p[0]) * number(100))
+/// Of an age of p[1] records at most, how far from that it is.
+ORVEX_FORMULA(Freshness, 1, number(p[0]) * (number(p[1]) - x[0]))
 ORVEX_FORMULA(Magnitude, 1, magnitude(x[0]))
-ORVEX_FORMULA(Sum, 2, x[0] + x[1])
-ORVEX_FORMULA(Difference, 2, x[0] - x[1])
+ORVEX_TELLING_FORMULA(Sum, 2, x[0] + x[1])
+ORVEX_TELLING_FORMULA(Difference, 2, x[0] - x[1])
 ORVEX_FORMULA(TimesDifference, 2, number(p[0]) * (x[0] - x[1]))
 ORVEX_FORMULA(Product, 2, x[0] * x[1])
 ORVEX_FORMULA(Distance, 2, magnitude(x[0] - x[1]))
-ORVEX_FORMULA(Middle, 2, (x[0] + x[1]) * number(0.5))
+ORVEX_TELLING_FORMULA(Middle, 2, (x[0] + x[1]) * number(0.5))
 ORVEX_FORMULA(Apart, 2, x[0] + x[1] * number(p[0]))
 ORVEX_FORMULA(Quotient, 2, over(x[0], x[1], turn))
 ORVEX_FORMULA(Ratio, 2, overOr(x[0], x[1], p[0], turn))
@@ -83,10 +95,10 @@ ORVEX_FORMULA(Combined, 4, number(p[0]) * x[0] + number(p[1]) * x[1] + number(p[
 ORVEX_FORMULA(Efficiency, 3, efficiencyShare(x[0] - x[1], x[2] * number(p[0]), turn))
 
 // Prices: high, low, close (before), then open or volume.
-ORVEX_FORMULA(AveragePrice, 4, (x[0] + x[1] + x[2] + x[3]) * number(0.25))
-ORVEX_FORMULA(TypicalPrice, 3, part(x[0] + x[1] + x[2], 3))
-ORVEX_FORMULA(WeightedClose, 3, (x[0] + x[1] + number(2) * x[2]) * number(0.25))
-ORVEX_FORMULA(TrueRange, 3, larger(x[0] - x[1], larger(magnitude(x[0] - x[2]), magnitude(x[1] - x[2]))))
+ORVEX_TELLING_FORMULA(AveragePrice, 4, (x[0] + x[1] + x[2] + x[3]) * number(0.25))
+ORVEX_TELLING_FORMULA(TypicalPrice, 3, part(x[0] + x[1] + x[2], 3))
+ORVEX_TELLING_FORMULA(WeightedClose, 3, (x[0] + x[1] + number(2) * x[2]) * number(0.25))
+ORVEX_TELLING_FORMULA(TrueRange, 3, rangeFrom(x[0], x[1], x[2]))
 ORVEX_FORMULA(BuyingPressure, 3, x[0] - smaller(x[1], x[2]))
 ORVEX_FORMULA(BalanceOfPower, 4, overOr(x[2] - x[3], larger(x[0] - x[1], number(0)), 0, turn))
 ORVEX_FORMULA(Place, 3, number(100) * overOr(x[2] - x[1], x[0] - x[1], 0, turn))
@@ -113,7 +125,9 @@ ORVEX_FORMULA(Correlation, 3, overOr(x[0], root(x[1] * x[2]), 0, turn))
 ORVEX_FORMULA(LineSlope, 2, part(number(6) * (x[0] - x[1]), p[0]))
 ORVEX_FORMULA(LineStart, 2, (number(3) * x[0] - number(2) * x[1]) - part(number(6) * (x[0] - x[1]), p[0]) * number(p[0]))
 ORVEX_FORMULA(LineAhead, 2, (number(3) * x[0] - number(2) * x[1]) + part(number(6) * (x[0] - x[1]), p[0]))
+#undef ORVEX_TELLING_FORMULA
 #undef ORVEX_FORMULA
+#undef ORVEX_FORMULA_OF
 // clang-format on
 
 }  // namespace formulas
@@ -135,7 +149,7 @@ struct List {
 
 /// All of them, as the tables of kernels have them.
 using Formulas =
-    List<formulas::Same, formulas::Square, formulas::PercentOf, formulas::Magnitude, formulas::Sum,
+    List<formulas::Same, formulas::Square, formulas::PercentOf, formulas::Freshness, formulas::Magnitude, formulas::Sum,
          formulas::Difference, formulas::TimesDifference, formulas::Product, formulas::Distance, formulas::Middle,
          formulas::Apart, formulas::Quotient, formulas::Ratio, formulas::Percentage, formulas::Rate,
          formulas::PercentRate, formulas::ShareOfBoth, formulas::Balance, formulas::Rise, formulas::WhereGreater,

@@ -2,6 +2,7 @@
 #include <array>
 #include <utility>
 
+#include "orvex/kernels/chains.h"
 #include "orvex/standard/elementary.h"
 #include "orvex/standard/method.h"
 #include "orvex/standard/parts.h"
@@ -21,17 +22,20 @@ struct Averaged {
   Place lookback() const { return standard::lookback(kind, periods); }
 };
 
-/// The faster and the slower average, each from its own first record on. The one of more records is the slower, in
-/// whatever order they are given.
-std::pair<Series, Series> fastAndSlow(Call& call, const Series& x, Averaged fast, Averaged slow) {
+/// The average of more records is the slower one, in whatever order they are given.
+void sort(Averaged& fast, Averaged& slow) {
   if (slow.periods < fast.periods) std::swap(fast, slow);
+}
+
+/// The faster and the slower average, each from its own first record on.
+std::pair<Series, Series> fastAndSlow(Call& call, const Series& x, Averaged fast, Averaged slow) {
+  sort(fast, slow);
   return {average(call, fast.kind, x, fast.periods), average(call, slow.kind, x, slow.periods)};
 }
 
 /// The same, but both from the record on at which the later of them can begin: each starts from the records that it
 /// covers there.
-std::pair<Series, Series> alignedFastAndSlow(Call& call, const Series& x, Averaged fast, Averaged slow) {
-  if (slow.periods < fast.periods) std::swap(fast, slow);
+std::pair<Series, Series> alignedFastAndSlow(Call& call, const Series& x, const Averaged& fast, const Averaged& slow) {
   const Place first = x.first + std::max(fast.lookback(), slow.lookback());
   const auto from = [&](const Averaged& one) {
     return average(call, one.kind, x.from(first - one.lookback()), one.periods);
@@ -39,20 +43,48 @@ std::pair<Series, Series> alignedFastAndSlow(Call& call, const Series& x, Averag
   return {from(fast), from(slow)};
 }
 
-std::vector<Named> withSignal(Call& call, const Series& line, Averaged signal) {
-  const Series follower = average(call, signal.kind, line, signal.periods);
-  return {{"", call.shown(line, follower.first)},
-          {Standard::SignalSuffix, follower},
-          {Standard::HistogramSuffix, difference(call, line, follower)}};
-}
+/// A line, the average of it, and how far it is from that.
+using Convergence = std::array<Series, 3>;
 
-std::vector<Named> convergence(Call& call, const Series& x, const Averaged& fast, const Averaged& slow,
-                               const Averaged& signal) {
-  const auto [quick, late] = alignedFastAndSlow(call, x, fast, slow);
-  return withSignal(call, difference(call, quick, late), signal);
+Convergence withSignal(Call& call, const Series& line, const Averaged& signal) {
+  const Series follower = average(call, signal.kind, line, signal.periods);
+  return {call.shown(line, follower.first), follower, difference(call, line, follower)};
 }
 
 constexpr int Exponential = static_cast<int>(Kind::Exponential);
+
+Convergence convergenceOf(Call& call, const Series& x, const Averaged& fast, const Averaged& slow,
+                          const Averaged& signal) {
+  std::pair<Series, Series> averages;
+  const auto compute = [&](Call& within, const Series& from) {
+    averages = alignedFastAndSlow(within, from, fast, slow);
+    return withSignal(within, difference(within, averages.first, averages.second), signal);
+  };
+  // The average of 1 record is the column itself, whatever its kind.
+  const auto isExponential = [](const Averaged& one) { return one.kind == Exponential && one.periods > 1; };
+  if (isExponential(fast) && isExponential(slow) && isExponential(signal)) {
+    const Place head = x.first + slow.lookback() + signal.lookback();
+    Convergence known;
+    const auto made = call.inOnePass<3>(
+        x, head, [&](Call& within, const Series& from) { return known = compute(within, from); },
+        [&](kernels::Records records, const std::array<double*, 3>& rows) {
+          const auto factor = [](const Averaged& one) { return exponentialFactor(one.periods.value()); };
+          const kernels::Convergence stages{
+              {factor(fast), factor(slow), factor(signal)},
+              {lastOf(*averages.first.column), lastOf(*averages.second.column), lastOf(*known[1].column)}};
+          return kernels::run(&kernels::Chains::approachConvergence, rowsOf(x.column), stages, records,
+                              kernels::ConvergenceRows{rows[0], rows[1], rows[2]});
+        });
+    if (made) return *made;
+  }
+  return compute(call, x);
+}
+
+std::vector<Named> convergence(Call& call, const Series& x, Averaged fast, Averaged slow, const Averaged& signal) {
+  sort(fast, slow);
+  const Convergence columns = convergenceOf(call, x, fast, slow, signal);
+  return {{"", columns[0]}, {Standard::SignalSuffix, columns[1]}, {Standard::HistogramSuffix, columns[2]}};
+}
 
 }  // namespace
 
@@ -225,9 +257,7 @@ Standard::Result Standard::StochRSI(DataRef data, FieldRef Source, Integer Perio
 
 Standard::Result Standard::TRIX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"TRIX">(data, Alias).periods(Periods).compute([&](Call& call) {
-    Series smooth = call.take(Source);
-    for (int i = 0; i < 3; ++i) smooth = exponential(call, smooth, Periods.value());
-    return rate(call, smooth, 1);
+    return tripleRate(call, call.take(Source), Periods.value());
   });
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "orvex/kernels/chains.h"
 #include "orvex/kernels/kernels.h"
 
 namespace orvex::inline ORVEX_COUNTS::standard {
@@ -74,7 +75,7 @@ Series smoothed(Call& call, const Series& x, int periods, double factor) {
 }
 
 Series fromFirst(Call& call, const Series& x, int periods) {
-  const double factor = 2.0 / (periods + 1.0);
+  const double factor = exponentialFactor(periods);
   return chain(
       call, x, x.first, x.first, [&](auto at) { return at(x, static_cast<int>(x.first)); },
       [&](Records records, double* rows) {
@@ -114,7 +115,7 @@ Series leakyMean(Call& call, const Series& x, int periods) {
 }
 
 Series exponential(Call& call, const Series& x, int periods) {
-  return smoothed(call, x, periods, 2.0 / (periods + 1.0));
+  return smoothed(call, x, periods, exponentialFactor(periods));
 }
 
 Series wilder(Call& call, const Series& x, int periods) {
@@ -162,15 +163,44 @@ Series kaufman(Call& call, const Series& x, int periods) {
       });
 }
 
+namespace {
+
+/// Exponential averages, each of the one before it, and what `finish` and the kernel make of them.
+template <int Stages, class Finish>
+Series cascade(Call& call, const Series& x, int periods, kernels::CascadeKernel kernels::Chains::*kernel,
+               const Parameters& parameters, Finish finish) {
+  std::array<Series, Stages> averages;
+  const auto compute = [&](Call& within, const Series& from) {
+    for (int i = 0; i < Stages; ++i) averages[i] = exponential(within, i == 0 ? from : averages[i - 1], periods);
+    return std::array{finish(within, averages)};
+  };
+  const Place head = x.first + Stages * (Place{periods} - 1) + 1;
+  const auto made = call.inOnePass<1>(x, head, compute, [&](Records records, const std::array<double*, 1>& rows) {
+    kernels::Cascade known{exponentialFactor(periods), {}, parameters};
+    for (int i = 0; i < Stages; ++i) known.before[i] = lastOf(*averages[i].column);
+    return kernels::run(kernel, source(x), known, records, rows[0]);
+  });
+  return made ? made->front() : compute(call, x).front();
+}
+
+}  // namespace
+
+Series tripleRate(Call& call, const Series& x, int periods) {
+  return cascade<3>(call, x, periods, &kernels::Chains::approachTripleRate, {},
+                    [](Call& within, const std::array<Series, 3>& e) { return rate(within, e[2], 1); });
+}
+
 Series tillson(Call& call, const Series& x, int periods, double factor) {
-  std::array<Series, 6> e;
-  for (std::size_t i = 0; i < e.size(); ++i) e[i] = exponential(call, i == 0 ? x : e[i - 1], periods);
   const double square = factor * factor;
   const double c1 = -(square * factor);
   const double c2 = 3.0 * (square - c1);
   const double c3 = -6.0 * square - 3.0 * (factor - c1);
   const double c4 = 1.0 + 3.0 * factor - c1 + 3.0 * square;
-  return call.of<formulas::Combined>(e[5].first, {e[5], e[4], e[3], e[2]}, {{c1, c2, c3, c4}});
+  const Parameters weights{{c1, c2, c3, c4}};
+  return cascade<6>(call, x, periods, &kernels::Chains::tillson, weights,
+                    [&](Call& within, const std::array<Series, 6>& e) {
+                      return within.of<formulas::Combined>(e[5].first, {e[5], e[4], e[3], e[2]}, weights);
+                    });
 }
 
 Place lookback(Integer kind, Integer periods) {
@@ -200,15 +230,15 @@ Series average(Call& call, Integer kind, const Series& x, Integer periods) {
       return exponential(call, x, p);
     case Kind::Weighted:
       return weighted(call, x, p);
-    case Kind::Double: {
-      const Series once = exponential(call, x, p), twice = exponential(call, once, p);
-      return ofBoth<formulas::TwiceLess>(call, once, twice);
-    }
-    case Kind::Triple: {
-      const Series once = exponential(call, x, p), twice = exponential(call, once, p);
-      const Series thrice = exponential(call, twice, p);
-      return call.of<formulas::ThriceLess>(thrice.first, {once, twice, thrice});
-    }
+    case Kind::Double:
+      return cascade<2>(
+          call, x, p, &kernels::Chains::doubleAverage, {},
+          [](Call& within, const std::array<Series, 2>& e) { return ofBoth<formulas::TwiceLess>(within, e[0], e[1]); });
+    case Kind::Triple:
+      return cascade<3>(call, x, p, &kernels::Chains::tripleAverage, {},
+                        [](Call& within, const std::array<Series, 3>& e) {
+                          return within.of<formulas::ThriceLess>(e[2].first, {e[0], e[1], e[2]});
+                        });
     case Kind::Triangular:
       return triangular(call, x, p);
     case Kind::Kaufman:
@@ -286,38 +316,36 @@ Series deviation(Call& call, const Series& x, const Series& mean, int periods, d
 
 namespace {
 
-/// The record of the extreme of the last values: the newest of those that none beats.
+/// The age of the extreme of the last values: the newest of those that none beats.
 template <class Beats>
-Series recordOf(Call& call, const Series& x, int periods, decltype(&StandardTable::highestRecord) kernel, Beats beats) {
+Series ageOf(Call& call, const Series& x, int periods, decltype(&StandardTable::highestAge) kernel, Beats beats) {
   const Place first = x.first + periods - 1;
   return call.recursion(
       first,
       [&](Records records, double* rows) {
-        double* const none = nullptr;
-        return call.proves(kernels::run(kernel, source(x), periods, records, rows, none), records, x, periods - 1);
+        return call.proves(kernels::run(kernel, source(x), periods, records, rows), records, x, periods - 1);
       },
       [&]<class T>(At<T> at, const Series& own, int r) {
-        const int begin = r - periods + 1;
-        int best = r > first ? static_cast<int>(double(at(own, r - 1))) : 0;
-        if (best < begin) {
-          best = begin;
-          for (int j = begin + 1; j <= r; ++j)
-            if (!beats(at(x, best), at(x, j))) best = j;
-        } else if (!beats(at(x, best), at(x, r))) {
-          best = r;
+        int age = r > first ? static_cast<int>(double(at(own, r - 1))) + 1 : periods;
+        if (age == periods) {
+          --age;
+          for (int j = periods - 2; j >= 0; --j)
+            if (!beats(at(x, r - age), at(x, r - j))) age = j;
+        } else if (!beats(at(x, r - age), at(x, r))) {
+          age = 0;
         }
-        return T(best);
+        return T(age);
       });
 }
 
 }  // namespace
 
-Series highestRecord(Call& call, const Series& x, int periods) {
-  return recordOf(call, x, periods, &StandardTable::highestRecord, [](auto a, auto b) { return a > b; });
+Series highestAge(Call& call, const Series& x, int periods) {
+  return ageOf(call, x, periods, &StandardTable::highestAge, [](auto a, auto b) { return a > b; });
 }
 
-Series lowestRecord(Call& call, const Series& x, int periods) {
-  return recordOf(call, x, periods, &StandardTable::lowestRecord, [](auto a, auto b) { return a < b; });
+Series lowestAge(Call& call, const Series& x, int periods) {
+  return ageOf(call, x, periods, &StandardTable::lowestAge, [](auto a, auto b) { return a < b; });
 }
 
 Series difference(Call& call, const Series& a, const Series& b) {

@@ -25,6 +25,9 @@ Series simple(Call& call, const Series& x, int periods);
 /// value + (x - value) x factor, from the mean of the first P values on.
 Series smoothed(Call& call, const Series& x, int periods, double factor);
 /// The same with 2 / (P + 1), the exponential average, and with 1 / P, Wilder's.
+inline double exponentialFactor(int periods) {
+  return 2.0 / (periods + 1.0);
+}
 Series exponential(Call& call, const Series& x, int periods);
 Series wilder(Call& call, const Series& x, int periods);
 /// Weights P (newest) to 1.
@@ -32,6 +35,8 @@ Series weighted(Call& call, const Series& x, int periods);
 Series triangular(Call& call, const Series& x, int periods);
 Series kaufman(Call& call, const Series& x, int periods);
 Series tillson(Call& call, const Series& x, int periods, double factor);
+/// How far the exponential average of the average of the average moves in a record, in percent.
+Series tripleRate(Call& call, const Series& x, int periods);
 /// The MESA adaptive average and the one that follows it.
 std::array<Series, 2> mesa(Call& call, const Series& x, double fastLimit, double slowLimit);
 
@@ -46,9 +51,9 @@ Series leakyMean(Call& call, const Series& x, int periods);
 Series sum(Call& call, const Series& x, int periods);
 Series highest(Call& call, const Series& x, int periods);
 Series lowest(Call& call, const Series& x, int periods);
-/// The records of the largest and of the smallest of the last P values, the newest of equal ones.
-Series highestRecord(Call& call, const Series& x, int periods);
-Series lowestRecord(Call& call, const Series& x, int periods);
+/// How many records ago the largest and the smallest of the last P values were, the newest of equal ones.
+Series highestAge(Call& call, const Series& x, int periods);
+Series lowestAge(Call& call, const Series& x, int periods);
 /// The root of the mean square distance of the last P values from their mean, times `factor`.
 Series deviation(Call& call, const Series& x, const Series& mean, int periods, double factor);
 

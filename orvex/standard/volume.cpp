@@ -11,6 +11,17 @@ using namespace standard;
 Standard::Result Standard::MFI(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"MFI">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
+    const auto atOnce = call.atOnce(Periods.value() + 1, [&](kernels::Records records, double* rows) {
+      const Series columns[] = {prices.high(), prices.low(), prices.close(), prices.volume()};
+      const auto source = [&](int i) { return rowsOf(columns[i].column); };
+      const auto flows = workingRows(call.count(), 2);
+      std::size_t done =
+          kernels::run(&kernels::StandardTable::moneyFlowIndex, kernels::Bars{source(0), source(1), source(2)},
+                       source(3), Periods.value(), records, flows.get(), flows.get() + call.count(), rows);
+      for (const Series& one : columns) done = call.proves(done, records, one, Periods.value());
+      return done;
+    });
+    if (atOnce) return *atOnce;
     const Series price = typicalPrice(call, prices), flow = product(call, price, prices.volume());
     const Series up = call.of<formulas::WhereGreater>(2, {price, {price, 1}, flow});
     const Series down = call.of<formulas::WhereGreater>(2, {Input(price, 1), price, flow});
