@@ -21,6 +21,27 @@ struct ScatterRows {
   double* yy;
 };
 
+/// How the factor of a parabolic stop grows in a trend: by `step`, from `start` to `maximum`.
+struct Acceleration {
+  double start, step, maximum;
+};
+
+/// What a record of it leaves to the next: the stop of that one, and extreme and factor of the trend so far.
+struct Stop {
+  bool isLong = true;
+  double level = 0.0;
+  double extreme = 0.0;
+  double factor = 0.0;
+};
+
+/// A parabolic stop's rules: `offset` is the share of itself by which a stop that turns stands off, and stops of
+/// falling trends are negative where `isSigned`.
+struct StopRules {
+  Acceleration longSide, shortSide;
+  double offset = 0.0;
+  bool isSigned = false;
+};
+
 struct StandardTable {
   /// What the formula of that place in `Formulas` makes of its columns. Stops before a row that is too large (2^200),
   /// or an operand's of which is, so that what it handles is proven for all that follows; of a formula that tells,
@@ -70,6 +91,10 @@ struct StandardTable {
   /// How many records before the record the newest of them is.
   std::size_t (*highestAge)(Source source, int window, Records records, double* out);
   std::size_t (*lowestAge)(Source source, int window, Records records, double* out);
+
+  /// The stop at which a record finds or leaves the trend, held back by the bars of the record and of the one before,
+  /// for factors up to 1. `stop` becomes that of the last record.
+  std::size_t (*parabolicStop)(Source high, Source low, StopRules rules, Stop* stop, Records records, double* out);
 
   /// Rows whose source is as in the row before become the row before; the others stay.
   std::size_t (*holdStill)(Source source, Records records, double* out);

@@ -353,6 +353,68 @@ std::size_t ageOf(Source source, int window, Records records, double* out) {
   return static_cast<std::size_t>(count);
 }
 
+using orvex::kernels::Acceleration;
+
+/// The state: the direction (1 or -1), the stop of the record, extreme and factor of the trend, and the bar before. As
+/// in `ParabolicChain`, both directions are worked out and one is chosen.
+struct StopChain : Chain<2, 1, 6> {
+  static constexpr bool checksInputs = true;
+
+  orvex::kernels::StopRules rules;
+
+  template <class T>
+  void next(T (&state)[6], const T (&in)[2], T (&out)[1], int) const {
+    const T top = in[0], bottom = in[1], topBefore = state[4], bottomBefore = state[5];
+    const T direction = state[0], level = state[1], extreme = state[2], factor = state[3];
+    const T none = T::all(0.0);
+    const auto choose = [&](const T& way, const T& ifLong, const T& ifShort) {
+      return whereGreater(way, none, ifLong, ifShort);
+    };
+    const auto of = [&](const T& way, double Acceleration::*number) {
+      return choose(way, T::all(rules.longSide.*number), T::all(rules.shortSide.*number));
+    };
+    const auto heldBack = [&](const T& way, const T& stop) {
+      return choose(way, smaller(smaller(stop, bottomBefore), bottom), larger(larger(stop, topBefore), top));
+    };
+    // The trend goes on where the upper of these is above the lower.
+    const T upper = choose(direction, bottom, level), lower = choose(direction, level, top);
+    const auto where = [&](const T& goesOn, const T& turns) { return whereGreater(upper, lower, goesOn, turns); };
+    const T way = where(direction, none - direction);
+
+    const T turned = heldBack(none - direction, extreme), distance = turned * T::all(rules.offset);
+    const T shown = where(level, choose(direction, turned + distance, turned - distance));
+    const T furthest = choose(direction, larger(top, extreme), smaller(bottom, extreme));
+    const T faster = smaller(factor + of(direction, &Acceleration::step), of(direction, &Acceleration::maximum));
+    const T grown = whereEqual(furthest, extreme, factor, faster);
+    state[2] = where(furthest, choose(direction, bottom, top));
+    state[3] = where(grown, of(none - direction, &Acceleration::start));
+    state[1] = heldBack(way, shown + state[3] * (state[2] - shown));
+    state[0] = way;
+    state[4] = top;
+    state[5] = bottom;
+    out[0] = rules.isSigned ? choose(way, shown, shown * T::all(-1.0)) : shown;
+  }
+};
+
+std::size_t parabolicStop(Source high, Source low, orvex::kernels::StopRules rules, orvex::kernels::Stop* stop,
+                          Records records, double* out) {
+  // With factors up to 1 a stop stays between itself and the extreme: nothing overflows that the bars or the result
+  // would not show.
+  for (const Acceleration& side : {rules.longSide, rules.shortSide}) {
+    if (!(side.start <= 1.0 && side.step <= 1.0 && side.maximum <= 1.0)) return 0;
+  }
+  const std::ptrdiff_t first = records.first - 1, count = least(present(high, records, 1), present(low, records, 1));
+  if (count == 0 || !isHandled(stop->level) || !isHandled(stop->extreme) || !isHandled(stop->factor)) return 0;
+  // As `parabolic` has it.
+  constexpr double memory = 8.0;
+  double state[] = {stop->isLong ? 1.0 : -1.0, stop->level,        stop->extreme, stop->factor,
+                    high.rows[first - 1],      low.rows[first - 1]};
+  const StopChain chain{{}, rules};
+  if (!runChain(chain, {high.rows + first, low.rows + first}, {out + first}, state, count, memory)) return 0;
+  *stop = {state[0] > 0.0, state[1], state[2], state[3]};
+  return static_cast<std::size_t>(count);
+}
+
 std::size_t holdStill(Source source, Records records, double* out) {
   const std::ptrdiff_t count = present(source, records, 1);
   const double* const x = source.rows;

@@ -107,6 +107,7 @@ constexpr StandardTable withoutPointwise = {
     .lowestRecord = recordOf<Lowest>,
     .highestAge = ageOf<Highest>,
     .lowestAge = ageOf<Lowest>,
+    .parabolicStop = parabolicStop,
     .holdStill = holdStill,
 };
 const StandardTable standardTable = Pointwise<standard::Formulas>::table(withoutPointwise);

@@ -86,25 +86,14 @@ Standard::Result Standard::MIDPRICE(DataRef data, SetRef OHLCV, Integer Periods,
 
 namespace {
 
-/// How the factor of the parabolic stop begins, grows and ends on one side.
-struct Acceleration {
-  double start, step, maximum;
-};
-
-struct Stop {
-  bool isLong = true;
-  double level = 0.0;    // of the record to come
-  double extreme = 0.0;  // of the trend so far
-  double factor = 0.0;
-};
+using kernels::Acceleration;
+using kernels::Stop;
 
 /// What the stop does with a bar: shows its level, turns where the bar reaches it, and follows the trend. The last two
 /// bars hold it back.
 struct Parabolic {
-  Acceleration longSide, shortSide;
+  kernels::StopRules rules;
   double startValue = 0.0;
-  double offset = 0.0;
-  bool isSigned = false;
 
   template <class T>
   T operator()(At<T> at, const Series& high, const Series& low, Stop& stop, int r) const {
@@ -117,14 +106,14 @@ struct Parabolic {
     const bool turns = stop.isLong ? l <= level : h >= level;
     if (turns) {
       stop.isLong = !stop.isLong;
-      const Acceleration& side = stop.isLong ? longSide : shortSide;
+      const Acceleration& side = stop.isLong ? rules.longSide : rules.shortSide;
       level = heldBack(stop.isLong, extreme, oldHigh, oldLow, h, l);
-      level = stop.isLong ? level - level * offset : level + level * offset;
+      level = stop.isLong ? level - level * rules.offset : level + level * rules.offset;
       shown = level;
       factor = side.start;
       extreme = stop.isLong ? h : l;
     } else {
-      const Acceleration& side = stop.isLong ? longSide : shortSide;
+      const Acceleration& side = stop.isLong ? rules.longSide : rules.shortSide;
       if (stop.isLong ? h > extreme : l < extreme) {
         extreme = stop.isLong ? h : l;
         factor = smaller(factor + side.step, T(side.maximum));
@@ -132,7 +121,7 @@ struct Parabolic {
     }
     const T next = heldBack(stop.isLong, level + factor * (extreme - level), oldHigh, oldLow, h, l);
     stop = {stop.isLong, next, extreme, factor};
-    return isSigned && !stop.isLong ? -shown : shown;
+    return rules.isSigned && !stop.isLong ? -shown : shown;
   }
 
  private:
@@ -148,7 +137,7 @@ struct Parabolic {
     stop.extreme = stop.isLong ? at(high, 2) : at(low, 2);
     stop.level = stop.isLong ? at(low, 1) : at(high, 1);
     if (startValue != 0.0) stop.level = magnitude(startValue);
-    stop.factor = (stop.isLong ? longSide : shortSide).start;
+    stop.factor = (stop.isLong ? rules.longSide : rules.shortSide).start;
   }
 };
 
@@ -160,7 +149,28 @@ Acceleration held(double start, double step, double maximum) {
 Series parabolic(Call& call, const std::shared_ptr<RecordSet>& set, const Parabolic& rule) {
   Prices prices(call, set);
   const Series high = prices.high(), low = prices.low();
-  return call.carried(2, Stop(), [&](auto at, Stop& stop, int r) { return rule(at, high, low, stop, r); });
+  const auto step = [&](auto at, Stop& stop, int r) { return std::array{rule(at, high, low, stop, r)}; };
+  const auto kernel = [&](kernels::Records records, const std::array<double*, 1>& rows, Stop& stop) -> std::size_t {
+    std::size_t done = 0;
+    const auto take = [&](kernels::Records bars, std::size_t taken) {
+      return call.proves(call.proves(taken, bars, high), bars, low);
+    };
+    if (records.first == 2) {
+      // What it begins with is looked at here, so that nothing in it can overflow.
+      const kernels::Records bars{1, 2};
+      for (const Series& one : {high, low}) {
+        if (kernels::run(&kernels::Table::handled, rowsOf(one.column), bars) != 2) return 0;
+      }
+      rows[0][1] = step(At<double>(), stop, 2)[0];
+      take(bars, 2);
+      done = 1;
+      ++records.first;
+    }
+    if (records.first > records.last) return done;
+    return done + take(records, kernels::run(&kernels::StandardTable::parabolicStop, rowsOf(high.column),
+                                             rowsOf(low.column), rule.rules, &stop, records, rows[0]));
+  };
+  return call.columns<1>(2, kernel, Stop(), step).front();
 }
 
 }  // namespace
@@ -168,7 +178,7 @@ Series parabolic(Call& call, const std::shared_ptr<RecordSet>& set, const Parabo
 Standard::Result Standard::SAR(DataRef data, SetRef OHLCV, double Acceleration, double Maximum, Name Alias) {
   return Method<"SAR">(data, Alias).factor(Acceleration, 0.0).factor(Maximum, 0.0).compute([&](Call& call) {
     const auto side = held(Acceleration, Acceleration, Maximum);
-    return parabolic(call, OHLCV, {.longSide = side, .shortSide = side});
+    return parabolic(call, OHLCV, {.rules = {.longSide = side, .shortSide = side}});
   });
 }
 
@@ -186,11 +196,11 @@ Standard::Result Standard::SAREXT(DataRef data, SetRef OHLCV, double StartValue,
       .factor(ShortMaximum, 0.0)
       .compute([&](Call& call) {
         return parabolic(call, OHLCV,
-                         {.longSide = held(LongStart, LongStep, LongMaximum),
-                          .shortSide = held(ShortStart, ShortStep, ShortMaximum),
-                          .startValue = StartValue,
-                          .offset = OffsetOnReverse,
-                          .isSigned = true});
+                         {.rules = {.longSide = held(LongStart, LongStep, LongMaximum),
+                                    .shortSide = held(ShortStart, ShortStep, ShortMaximum),
+                                    .offset = OffsetOnReverse,
+                                    .isSigned = true},
+                          .startValue = StartValue});
       });
 }
 
