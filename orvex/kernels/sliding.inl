@@ -184,6 +184,9 @@ std::size_t slide(const SlidingColumns& columns, std::ptrdiff_t window, std::ptr
   return static_cast<std::size_t>(done);
 }
 
+/// More rows than the second-level cache has room for.
+constexpr std::ptrdiff_t beyondCaches = 200'000;
+
 /// In which order a window's values are taken.
 enum class Order { newestFirst, oldestFirst };
 
@@ -229,10 +232,16 @@ std::ptrdiff_t slideTogether(SlidingColumns columns, std::ptrdiff_t window, std:
     // Windows are shared but at the ends of a stretch.
     if (packs < 2 * Reach) return done;
     const std::ptrdiff_t stretch = packs * lanes, piece = atOnce * stretch;
+    // Of a column that no cache holds the next piece is fetched meanwhile: the processor foresees no such leaps.
+    const bool fetchesNext = count > beyondCaches && count - done >= 2 * piece;
     P total[atOnce][Reach] = {};
     P center[atOnce][Reach] = {};
     std::ptrdiff_t row = first + done + (order == Order::newestFirst ? stretch - lanes : 0);
     for (std::ptrdiff_t pack = 0; pack < packs + Reach - 1; ++pack, row += onward) {
+      ORVEX_UNROLL for (int s = 0; fetchesNext && s < atOnce; ++s) {
+        __builtin_prefetch(columns.values + row + s * stretch + toFirst + piece);
+        __builtin_prefetch(columns.out + row + s * stretch + piece, 1);
+      }
       ORVEX_UNROLL for (int s = 0; s < atOnce; ++s) {
         ORVEX_UNROLL for (int begun = Reach - 1; begun > 0; --begun) {
           total[s][begun] = total[s][begun - 1];
