@@ -42,6 +42,16 @@ struct StopRules {
   bool isSigned = false;
 };
 
+/// Means of rises and falls, and what was made of them.
+struct Moves {
+  double rise = 0.0;
+  double fall = 0.0;
+  double row = 0.0;
+};
+
+/// What is made of the extremes of windows.
+using ExtremesKernel = std::size_t (*)(Source high, Source low, Source x, int window, Records records, double* out);
+
 struct StandardTable {
   /// What the formula of that place in `Formulas` makes of its columns. Stops before a row that is too large (2^200),
   /// or an operand's of which is, so that what it handles is proven for all that follows; of a formula that tells,
@@ -50,14 +60,11 @@ struct StandardTable {
                                                      Records records, double* out);
 
   /// The row before - the row before / `periods` + the source, from the row before the first record on; so are the
-  /// four that follow.
+  /// three that follow.
   std::size_t (*leakySum)(Source source, int periods, Records records, double* out);
 
   /// (the row before x (`periods` - 1) + the source) / `periods`.
   std::size_t (*leakyMean)(Source source, int periods, Records records, double* out);
-
-  /// The same of the source's rises and of its falls, 0 where it moves the other way.
-  std::size_t (*leakyMoves)(Source source, int periods, Records records, double* rises, double* falls);
 
   /// (the row before + the source's row before) / 2.
   std::size_t (*halfway)(Source source, Records records, double* out);
@@ -96,8 +103,17 @@ struct StandardTable {
   /// for factors up to 1. `stop` becomes that of the last record.
   std::size_t (*parabolicStop)(Source high, Source low, StopRules rules, Stop* stop, Records records, double* out);
 
-  /// Rows whose source is as in the row before become the row before; the others stay.
-  std::size_t (*holdStill)(Source source, Records records, double* out);
+  /// `formulas::ShareOfBoth` and `formulas::Balance` of the means of rises and of falls, which go on from `moves`: (the
+  /// mean x (`periods` - 1) + the move or 0) / `periods`. Where the source stays, so does the row. `moves` become those
+  /// of the last record.
+  std::size_t (*shareOfMoves)(Source source, int periods, Moves* moves, Records records, double* out);
+  std::size_t (*balanceOfMoves)(Source source, int periods, Moves* moves, Records records, double* out);
+
+  /// `formulas::Middle`, `Place` and `PlaceBelow` of the highest high and the lowest low of the `window` values that
+  /// end at the record, and of x there. Declines windows of more than 256.
+  ExtremesKernel middleOfExtremes;
+  ExtremesKernel placeInExtremes;
+  ExtremesKernel placeBelowExtremes;
 };
 
 /// The kernels of the level in use; none at `Off`.

@@ -126,14 +126,33 @@ std::size_t leakyMean(Source source, int periods, Records records, double* out) 
   return recursion(chain, source, records, periods, out);
 }
 
-std::size_t leakyMoves(Source source, int periods, Records records, double* rises, double* falls) {
+/// The means of rises and falls, the row before of the source, and that of the result.
+template <class Formula>
+struct MovesChain : Chain<1, 1, 4> {
+  static constexpr bool checksOutputs = true;
+
+  MeanMovesChain means;
+
+  template <class T>
+  void next(T (&state)[4], const T (&in)[1], T (&out)[1], int turn) const {
+    const T before = state[2];
+    T moves[] = {state[0], state[1], state[2]}, both[2];
+    means.next(moves, in, both, turn);
+    for (int i = 0; i < 3; ++i) state[i] = moves[i];
+    state[3] = out[0] = whereEqual(in[0], before, state[3], Formula::of(both, StandardParameters(), turn));
+  }
+};
+
+template <class Formula>
+std::size_t ofMoves(Source source, int periods, orvex::kernels::Moves* moves, Records records, double* out) {
   const std::ptrdiff_t count = provable(source, records, 1), first = records.first - 1;
-  if (count == 0 || periods < 1 || !isHandled(rises[first - 1]) || !isHandled(falls[first - 1])) return 0;
+  if (count == 0 || periods < 1 || !isHandled(moves->rise) || !isHandled(moves->fall)) return 0;
   const double* const x = source.rows + first;
-  double state[] = {rises[first - 1], falls[first - 1], x[-1]};
-  const MeanMovesChain chain{{}, static_cast<double>(periods - 1), Divisor(periods)};
-  const bool done = runChain(chain, {x}, {rises + first, falls + first}, state, count, periods);
-  return done ? static_cast<std::size_t>(count) : 0;
+  double state[] = {moves->rise, moves->fall, x[-1], moves->row};
+  const MovesChain<Formula> chain{{}, {{}, static_cast<double>(periods - 1), Divisor(periods)}};
+  if (!runChain(chain, {x}, {out + first}, state, count, periods)) return 0;
+  *moves = {state[0], state[1], state[3]};
+  return static_cast<std::size_t>(count);
 }
 
 /// The second value of the state is the source's row before.
@@ -415,20 +434,42 @@ std::size_t parabolicStop(Source high, Source low, orvex::kernels::StopRules rul
   return static_cast<std::size_t>(count);
 }
 
-std::size_t holdStill(Source source, Records records, double* out) {
-  const std::ptrdiff_t count = present(source, records, 1);
-  const double* const x = source.rows;
-  eachBlock<4>(records.first - 1, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
-    using P = Pack<Lanes>;
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-      const std::ptrdiff_t at = row + i * Lanes;
-      if (!hasZero(P::load(x + at) - P::load(x + at - 1))) continue;
-      for (int lane = 0; lane < Lanes; ++lane) {
-        if (x[at + lane] == x[at + lane - 1]) out[at + lane] = out[at + lane - 1];
-      }
+template <class Formula>
+std::size_t ofExtremes(Source high, Source low, Source x, int window, Records records, double* out) {
+  using orvex::kernels::Ties;
+  if (window < 1 || window > widestDoubled) return 0;
+  const std::ptrdiff_t before = window - 1, first = records.first - 1;
+  const std::ptrdiff_t count =
+      least(least(present(high, records, before), present(low, records, before)), present(x, records, 0));
+  constexpr std::ptrdiff_t piece = 1024;
+  double tops[piece + widestDoubled];
+  double bottoms[piece + widestDoubled];
+  for (std::ptrdiff_t done = 0; done < count; done += piece) {
+    const std::ptrdiff_t rows = least(piece, count - done), row = first + done, all = before + rows;
+    const double *const highs = high.rows + row - before, *const lows = low.rows + row - before;
+    const double* const own = x.rows + row;
+    if (handledPrefix(highs, all) < all || handledPrefix(lows, all) < all || handledPrefix(own, rows) < rows) {
+      return static_cast<std::size_t>(done);
     }
-  });
-  return static_cast<std::size_t>(count);
+    extremesByDoubling<Pick<Highest, Ties::Newest>>(highs, window, before, rows, tops);
+    extremesByDoubling<Pick<Lowest, Ties::Newest>>(lows, window, before, rows, bottoms);
+    eachBlock<4>(0, rows, [=, &tops, &bottoms]<int Lanes, int Count>(std::ptrdiff_t at) {
+      using P = Pack<Lanes>;
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i, at += Lanes) {
+        const P top = P::load(tops + before + at), bottom = P::load(bottoms + before + at);
+        P result;
+        if constexpr (Formula::columns == 2) {
+          const P both[] = {top, bottom};
+          result = Formula::of(both, StandardParameters(), i);
+        } else {
+          const P three[] = {top, bottom, P::load(own + at)};
+          result = Formula::of(three, StandardParameters(), i);
+        }
+        result.store(out + row + at);
+      }
+    });
+  }
+  return static_cast<std::size_t>(finitePrefix(out + first, count));
 }
 
 template <class Formulas>

@@ -95,7 +95,6 @@ constexpr StandardTable withoutPointwise = {
     .pointwise = {},
     .leakySum = leakySum,
     .leakyMean = leakyMean,
-    .leakyMoves = leakyMoves,
     .halfway = halfway,
     .follow = follow,
     .sum = windowSum,
@@ -108,7 +107,11 @@ constexpr StandardTable withoutPointwise = {
     .highestAge = ageOf<Highest>,
     .lowestAge = ageOf<Lowest>,
     .parabolicStop = parabolicStop,
-    .holdStill = holdStill,
+    .shareOfMoves = ofMoves<standard::formulas::ShareOfBoth>,
+    .balanceOfMoves = ofMoves<standard::formulas::Balance>,
+    .middleOfExtremes = ofExtremes<standard::formulas::Middle>,
+    .placeInExtremes = ofExtremes<standard::formulas::Place>,
+    .placeBelowExtremes = ofExtremes<standard::formulas::PlaceBelow>,
 };
 const StandardTable standardTable = Pointwise<standard::Formulas>::table(withoutPointwise);
 

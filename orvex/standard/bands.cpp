@@ -72,15 +72,15 @@ Standard::Result Standard::Keltner(DataRef data, SetRef OHLCV, Integer Periods, 
 Standard::Result Standard::MIDPOINT(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"MIDPOINT">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     const Series x = call.take(Source);
-    return middleOf(call, highest(call, x, Periods.value()), lowest(call, x, Periods.value()));
+    return middleOfRange(call, x, x, Periods.value());
   });
 }
 
 Standard::Result Standard::MIDPRICE(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"MIDPRICE">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series top = highest(call, prices.high(), Periods.value());
-    return middleOf(call, top, lowest(call, prices.low(), Periods.value()));
+    const Series high = prices.high();
+    return middleOfRange(call, high, prices.low(), Periods.value());
   });
 }
 
@@ -257,9 +257,7 @@ Standard::Result Standard::ICHIMOKU(DataRef data, SetRef OHLCV, Integer Conversi
       .compute([&](Call& call) {
         Prices prices(call, OHLCV);
         const Series high = prices.high(), low = prices.low(), close = prices.close();
-        const auto middle = [&](Integer periods) {
-          return middleOf(call, highest(call, high, periods.value()), lowest(call, low, periods.value()));
-        };
+        const auto middle = [&](Integer periods) { return middleOfRange(call, high, low, periods.value()); };
         const int ahead = Displacement.value();
         const auto displaced = [&](const Series& x) {
           return call.of<formulas::Same>(x.first + ahead, {Input(x, ahead)});

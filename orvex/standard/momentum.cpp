@@ -276,9 +276,8 @@ Standard::Result Standard::ULTOSC(DataRef data, SetRef OHLCV, Integer Cycle1, In
 Standard::Result Standard::WILLR(DataRef data, SetRef OHLCV, Integer Periods, Name Alias) {
   return Method<"WILLR">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    const Series top = highest(call, prices.high(), Periods.value());
-    const Series bottom = lowest(call, prices.low(), Periods.value()), close = prices.close();
-    return call.of<formulas::PlaceBelow>(top.first, {top, bottom, close});
+    const Series high = prices.high(), low = prices.low(), close = prices.close();
+    return stochasticBelow(call, high, low, close, Periods.value());
   });
 }
 

@@ -386,88 +386,86 @@ Series averageTrueRange(Call& call, Prices& prices, int periods) {
 
 namespace {
 
-/// Wilder's means of rises and falls.
-struct Means {
-  double rise = 0.0;
-  double fall = 0.0;
-};
-
-/// What the formula makes of them.
+/// What the formula makes of Wilder's means of rises and falls. Without a move both shrink alike, and what is made of
+/// them stays: it is not left to their rounding.
 template <class Formula>
-Series ofMoves(Call& call, const Series& x, int periods) {
+Series ofMoves(Call& call, const Series& x, int periods, decltype(&StandardTable::shareOfMoves) kernel) {
   const Place first = x.first + periods;
-  const auto step = [&]<class T>(At<T> at, Means& means, int r) {
-    T rise = means.rise, fall = means.fall;
+  const auto step = [&]<class T>(At<T> at, kernels::Moves& moves, int r) {
+    T means[] = {moves.rise, moves.fall};
     const auto add = [&](int j) {
       const T move = at(x, j) - at(x, j - 1);
-      if (move > T(0)) rise = rise + move;
-      if (move < T(0)) fall = fall - move;
+      if (move > T(0)) means[0] = means[0] + move;
+      if (move < T(0)) means[1] = means[1] - move;
     };
     if (r == first) {
       for (int j = r - periods + 1; j <= r; ++j) add(j);
     } else {
-      rise = rise * (periods - 1);
-      fall = fall * (periods - 1);
+      for (T& mean : means) mean = mean * (periods - 1);
       add(r);
     }
-    rise = rise / periods;
-    fall = fall / periods;
-    means = {rise, fall};
-    return std::array{rise, fall};
+    for (T& mean : means) mean = mean / periods;
+    const bool stays = r > first && at(x, r) == at(x, r - 1);
+    const T row = stays ? T(moves.row) : Formula::of(means, {}, 0);
+    moves = {means[0], means[1], row};
+    return std::array{row};
   };
-  const auto sides = call.columns<2>(
-      first,
-      [&](Records records, const std::array<double*, 2>& rows, Means& means) -> std::size_t {
-        std::size_t done = 0;
-        if (records.first == first) {
-          const Records seeds = {static_cast<int>(x.first), records.first};
-          const auto all = static_cast<std::size_t>(periods) + 1;
-          if (kernels::run(&Table::handled, source(x), seeds) != all) return 0;
-          const auto seed = step(At<double>(), means, records.first);
-          rows[0][records.first - 1] = seed[0];
-          rows[1][records.first - 1] = seed[1];
-          call.proves(all, seeds, x);
-          done = 1;
-          ++records.first;
-        }
-        if (records.first > records.last) return done;
-        const std::size_t rest = call.proves(
-            kernels::run(&StandardTable::leakyMoves, source(x), periods, records, rows[0], rows[1]), records, x);
-        const std::size_t last = static_cast<std::size_t>(records.first) - 2 + rest;
-        if (rest > 0) means = {rows[0][last], rows[1][last]};
-        return done + rest;
-      },
-      Means(), step);
-  const Series &rises = sides[0], &falls = sides[1];
-  const std::array<Input, 2> means = {rises, falls};
-  // Without a move both means shrink alike, and what is made of them stays: it is not left to their rounding.
-  return call.recursion(
-      first,
-      [&](Records records, double* rows) {
-        const std::size_t done = call.ran<Formula>(means, {}, records, rows);
-        records.last = records.first + static_cast<int>(done) - 1;
-        if (records.first == first) ++records.first;
-        if (records.first <= records.last) kernels::run(&StandardTable::holdStill, source(x), records, rows);
-        return done;
-      },
-      [&]<class T>(At<T> at, const Series& own, int r) {
-        return r > first && at(x, r) == at(x, r - 1) ? at(own, r - 1) : call.value<Formula>(at, means, {}, r);
-      });
+  const auto fill = [&](Records records, const std::array<double*, 1>& rows, kernels::Moves& moves) -> std::size_t {
+    std::size_t done = 0;
+    if (records.first == first) {
+      const Records seeds = {static_cast<int>(x.first), records.first};
+      const auto all = static_cast<std::size_t>(periods) + 1;
+      if (kernels::run(&Table::handled, source(x), seeds) != all) return 0;
+      rows[0][records.first - 1] = step(At<double>(), moves, records.first)[0];
+      call.proves(all, seeds, x);
+      done = 1;
+      ++records.first;
+    }
+    if (records.first > records.last) return done;
+    return done + call.proves(kernels::run(kernel, source(x), periods, &moves, records, rows[0]), records, x);
+  };
+  return call.columns<1>(first, fill, kernels::Moves(), step).front();
+}
+
+/// What the formula makes of the highest high and the lowest low of the last P values, and of x.
+template <class Formula>
+Series ofExtremes(Call& call, const Series& high, const Series& low, const Series& x, int periods,
+                  kernels::ExtremesKernel StandardTable::*kernel) {
+  const Place first = std::max({high.first + periods - 1, low.first + periods - 1, x.first});
+  const auto made = call.atOnce(first, [&](Records records, double* rows) {
+    std::size_t done = kernels::run(kernel, source(high), source(low), source(x), periods, records, rows);
+    for (const Series* one : {&high, &low}) done = call.proves(done, records, *one, periods - 1);
+    return call.proves(done, records, x);
+  });
+  if (made) return *made;
+  const Series top = highest(call, high, periods), bottom = lowest(call, low, periods);
+  if constexpr (Formula::columns == 2) {
+    return call.of<Formula>(first, {top, bottom});
+  } else {
+    return call.of<Formula>(first, {top, bottom, x});
+  }
 }
 
 }  // namespace
 
 Series relativeStrength(Call& call, const Series& x, int periods) {
-  return ofMoves<formulas::ShareOfBoth>(call, x, periods);
+  return ofMoves<formulas::ShareOfBoth>(call, x, periods, &StandardTable::shareOfMoves);
 }
 
 Series chandeMomentum(Call& call, const Series& x, int periods) {
-  return ofMoves<formulas::Balance>(call, x, periods);
+  return ofMoves<formulas::Balance>(call, x, periods, &StandardTable::balanceOfMoves);
+}
+
+Series middleOfRange(Call& call, const Series& high, const Series& low, int periods) {
+  return ofExtremes<formulas::Middle>(call, high, low, high, periods, &StandardTable::middleOfExtremes);
 }
 
 Series stochastic(Call& call, const Series& high, const Series& low, const Series& close, int periods) {
-  const Series top = highest(call, high, periods), bottom = lowest(call, low, periods);
-  return call.of<formulas::Place>(std::max({top.first, bottom.first, close.first}), {top, bottom, close});
+  return ofExtremes<formulas::Place>(call, high, low, close, periods, &StandardTable::placeInExtremes);
+}
+
+Series stochasticBelow(Call& call, const Series& high, const Series& low, const Series& close, int periods) {
+  return ofExtremes<formulas::PlaceBelow>(call, high, low, close, periods, &StandardTable::placeBelowExtremes);
 }
 
 Series ultimate(Call& call, const Series& pressure, const Series& range, const std::array<int, 3>& cycles) {

@@ -109,8 +109,13 @@ Series relativeStrength(Call& call, const Series& x, int periods);
 /// 100 x the difference of both in all moves, likewise.
 Series chandeMomentum(Call& call, const Series& x, int periods);
 
+/// (highest high + lowest low) / 2.
+Series middleOfRange(Call& call, const Series& high, const Series& low, int periods);
+
 /// 100 x ((close - lowest) / (highest - lowest)), 0 without a range: 100 at the top.
 Series stochastic(Call& call, const Series& high, const Series& low, const Series& close, int periods);
+/// -100 x ((highest - close) / (highest - lowest)), likewise: 0 at the top.
+Series stochasticBelow(Call& call, const Series& high, const Series& low, const Series& close, int periods);
 
 /// 100 x (4 a + 2 b + c) / 7, of the sums of the pressures over those of the ranges in three windows, from the shortest
 /// to the longest; 0 for one without a range.
