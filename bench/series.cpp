@@ -36,11 +36,14 @@ std::shared_ptr<Database> makeSeries(Prices prices, int count) {
   const bool ordinary = prices == Prices::Ordinary;
   const int base = ordinary ? 10000 : prices == Prices::NearTwo31 ? 2'000'000'000 : 1'000'000'000;
   const double unit = ordinary ? 100.0 : 1.0;
+  // A walk without a bound would get to other prices in a longer series, and of larger ones a search for primes takes
+  // longer.
+  const int least = base / 10, most = std::min(base, 700'000'000) * 3;
   Draws draws;
   int last = base;
   for (std::size_t i = 0; i < close.size(); ++i) {
     const int first = last;
-    last = std::max(last + draws.below(201) - 100, base / 10);
+    last = std::clamp(last + draws.below(201) - 100, least, most);
     open[i] = first / unit;
     close[i] = last / unit;
     high[i] = (std::max(first, last) + draws.below(60)) / unit;

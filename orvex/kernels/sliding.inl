@@ -238,9 +238,11 @@ std::ptrdiff_t slideTogether(SlidingColumns columns, std::ptrdiff_t window, std:
     P center[atOnce][Reach] = {};
     std::ptrdiff_t row = first + done + (order == Order::newestFirst ? stretch - lanes : 0);
     for (std::ptrdiff_t pack = 0; pack < packs + Reach - 1; ++pack, row += onward) {
-      ORVEX_UNROLL for (int s = 0; fetchesNext && s < atOnce; ++s) {
-        __builtin_prefetch(columns.values + row + s * stretch + toFirst + piece);
-        __builtin_prefetch(columns.out + row + s * stretch + piece, 1);
+      if (fetchesNext) {
+        ORVEX_UNROLL for (int s = 0; s < atOnce; ++s) {
+          __builtin_prefetch(columns.values + row + s * stretch + toFirst + piece);
+          __builtin_prefetch(columns.out + row + s * stretch + piece, 1);
+        }
       }
       ORVEX_UNROLL for (int s = 0; s < atOnce; ++s) {
         ORVEX_UNROLL for (int begun = Reach - 1; begun > 0; --begun) {
