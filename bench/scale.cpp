@@ -29,7 +29,7 @@ template <class Run>
 double nanosecondsOf(int count, Run run) {
   using Clock = std::chrono::steady_clock;
   double shortest = std::numeric_limits<double>::infinity();
-  const int runs = std::clamp(3'000'000 / count, 2, 30);
+  const int runs = std::clamp(20'000'000 / count, 6, 100);
   for (int i = 0; i < runs; ++i) {
     const Clock::time_point start = Clock::now();
     run();
