@@ -14,23 +14,10 @@ namespace {
 
 using orvex::kernels::Cascade;
 
-// What formulas do beside arithmetic.
-inline Abreast spread(double x, const Abreast&) {
-  return Abreast::all(x);
-}
-inline Alone spread(double x, Alone) {
-  return Alone::all(x);
-}
-inline Abreast overOr(const Abreast& a, const Abreast& b, double otherwise, int turn) {
-  return whereEqual(b, Abreast::all(0.0), Abreast::all(otherwise), quotient(a, b, turn));
-}
-inline Alone overOr(Alone a, Alone b, double otherwise, int) {
-  return b.x == 0.0 ? Alone::all(otherwise) : Alone::all(a.x / b.x);
-}
-
 /// The formula of some of the averages, by their numbers: 1 is that of the source, and 0 the last one's row before.
 template <class Average, int Stages, class Formula, int... Picked>
 struct CascadeChain : Chain<1, 1, Stages> {
+  static_assert(Stages <= Cascade::most);
   static constexpr bool checksOutputs = true;
 
   Average average;
@@ -52,12 +39,9 @@ struct CascadeChain : Chain<1, 1, Stages> {
 template <class Average, int Stages, class Formula, int... Picked>
 std::size_t cascade(Source source, Cascade averages, Records records, double* out) {
   const std::ptrdiff_t first = records.first - 1, count = present(source, records, 0);
-  if (count == 0 || !isShare(averages.factor)) return 0;
   double before[Stages];
-  for (int i = 0; i < Stages; ++i) {
-    before[i] = averages.before[i];
-    if (!isHandled(before[i])) return 0;
-  }
+  for (int i = 0; i < Stages; ++i) before[i] = averages.before[i];
+  if (count == 0 || !isShare(averages.factor) || !areHandled(before)) return 0;
   const CascadeChain<Average, Stages, Formula, Picked...> chain{{}, Average(averages.factor), averages.parameters};
   const bool done =
       runChain(chain, {source.rows + first}, {out + first}, before, count, memoryOf(averages.factor, Stages));

@@ -72,6 +72,10 @@ struct Abreast {
   friend Abreast quotient(const Abreast& x, const Abreast& divisor, int turn) {
     return each([&](int i) { return quotient(x.part[i], divisor.part[i], turn + i); });
   }
+  friend Abreast spread(double x, const Abreast&) { return all(x); }
+  friend Abreast overOr(const Abreast& a, const Abreast& b, double otherwise, int turn) {
+    return whereEqual(b, all(0.0), all(otherwise), quotient(a, b, turn));
+  }
 };
 
 // The same for the one number of a chain that runs alone.
@@ -89,6 +93,8 @@ struct Alone {
   friend Alone whereGreater(Alone a, Alone b, Alone yes, Alone no) { return a.x > b.x ? yes : no; }
   friend Alone whereEqual(Alone a, Alone b, Alone yes, Alone no) { return a.x == b.x ? yes : no; }
   friend Alone quotient(Alone a, Alone b, int) { return {a.x / b.x}; }
+  friend Alone spread(double x, Alone) { return all(x); }
+  friend Alone overOr(Alone a, Alone b, double otherwise, int) { return b.x == 0.0 ? all(otherwise) : all(a.x / b.x); }
 };
 
 /// What every chain is a kind of: `next(state, in, out, turn)` turns the state of the record before into that of the

@@ -18,7 +18,6 @@ namespace {
 
 using orvex::kernels::Operand;
 using orvex::kernels::ScatterRows;
-using StandardParameters = orvex::standard::Parameters;
 
 // What formulas do beside arithmetic.
 template <int Lanes>
@@ -228,14 +227,6 @@ std::size_t ultimateOfSums(Source buying, Source range, orvex::kernels::Cycles c
     }
   });
 }
-
-struct ShareOfBoth {
-  template <class P>
-  static P of(P part, P rest, int turn) {
-    const P both[] = {part, rest};
-    return orvex::standard::formulas::ShareOfBoth::of(both, StandardParameters(), turn);
-  }
-};
 
 std::size_t below(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;

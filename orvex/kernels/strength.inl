@@ -8,19 +8,24 @@
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/quotients.inl"
+#include "orvex/standard/formulas.h"
 
 namespace {
 
 using orvex::kernels::Bars;
 
+using StandardParameters = orvex::standard::Parameters;
+
 /// 100 x part / (part + rest): 50 where both are 0, 0 where only their total is.
-template <class P>
-P percentage(P part, P rest, int turn) {
-  const P zero = P::all(0.0);
-  const P whole = part + rest;
-  return whereEqual(whole, zero, whereEqual(part, zero, P::all(50.0), zero),
-                    quotient(P::all(100.0) * part, whole, turn));
-}
+struct Percentage {
+  template <class P>
+  static P of(const P (&x)[2], const StandardParameters&, int turn) {
+    const P zero = P::all(0.0);
+    const P whole = x[0] + x[1];
+    return whereEqual(whole, zero, whereEqual(x[0], zero, P::all(50.0), zero),
+                      quotient(P::all(100.0) * x[0], whole, turn));
+  }
+};
 
 /// The means of rises and of falls, which forget; the third value is the row before.
 struct MeanMovesChain : Chain<1, 2, 3> {
@@ -57,22 +62,15 @@ std::size_t strength(Source source, int window, Records records, int known, doub
     using P = Pack<Lanes>;
     ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
       double* const at = out + row + i * Lanes;
-      percentage(P::load(at), P::load(scratch + row + i * Lanes), i).store(at);
+      const P both[] = {P::load(at), P::load(scratch + row + i * Lanes)};
+      Percentage::of(both, {}, i).store(at);
     }
   });
   return static_cast<std::size_t>(count);
 }
 
-/// 100 x part / (part + rest): 50 where both are 0, 0 where only their total is.
-struct Percentage {
-  template <class P>
-  static P of(P part, P rest, int turn) {
-    return percentage(part, rest, turn);
-  }
-};
-
-/// What `Last` makes of the sums of rising and of falling flows.
-template <class Last, bool isNewestFirst>
+/// The formula of the sums of rising and of falling flows.
+template <class Formula, bool isNewestFirst>
 std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records, double* rising, double* falling,
                            double* out) {
   if (window < 1) return 0;
@@ -123,7 +121,10 @@ std::size_t moneyFlowIndex(Bars bars, Source volume, int window, Records records
           down[i] = down[i] + P::load(falls + row + i * Lanes + j);
         }
       }
-      ORVEX_UNROLL for (int i = 0; i < Count; ++i) Last::of(up[i], down[i], 0).store(out + start + row + i * Lanes);
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
+        const P both[] = {up[i], down[i]};
+        Formula::of(both, {}, 0).store(out + start + row + i * Lanes);
+      }
     });
     done = start + rows;
     for (std::ptrdiff_t i = rows - before; inPlace && i < rows; ++i) {

@@ -150,27 +150,11 @@ Series parabolic(Call& call, const std::shared_ptr<RecordSet>& set, const Parabo
   Prices prices(call, set);
   const Series high = prices.high(), low = prices.low();
   const auto step = [&](auto at, Stop& stop, int r) { return std::array{rule(at, high, low, stop, r)}; };
-  const auto kernel = [&](kernels::Records records, const std::array<double*, 1>& rows, Stop& stop) -> std::size_t {
-    std::size_t done = 0;
-    const auto take = [&](kernels::Records bars, std::size_t taken) {
-      return call.proves(call.proves(taken, bars, high), bars, low);
-    };
-    if (records.first == 2) {
-      // What it begins with is looked at here, so that nothing in it can overflow.
-      const kernels::Records bars{1, 2};
-      for (const Series& one : {high, low}) {
-        if (kernels::run(&kernels::Table::handled, rowsOf(one.column), bars) != 2) return 0;
-      }
-      rows[0][1] = step(At<double>(), stop, 2)[0];
-      take(bars, 2);
-      done = 1;
-      ++records.first;
-    }
-    if (records.first > records.last) return done;
-    return done + take(records, kernels::run(&kernels::StandardTable::parabolicStop, rowsOf(high.column),
-                                             rowsOf(low.column), rule.rules, &stop, records, rows[0]));
-  };
-  return call.columns<1>(2, kernel, Stop(), step).front();
+  return begun(call, std::array{&high, &low}, 1, 2, Stop(), step,
+               [&](kernels::Records records, double* rows, Stop& stop) {
+                 return kernels::run(&kernels::StandardTable::parabolicStop, rowsOf(high.column), rowsOf(low.column),
+                                     rule.rules, &stop, records, rows);
+               });
 }
 
 }  // namespace

@@ -96,33 +96,6 @@ class Call {
         made, [&](kernels::Records records, double* rows) { return ran<Formula>(inputs, parameters, records, rows); },
         [&]<class T>(At<T> at, int record) { return value<Formula>(at, inputs, parameters, record); });
   }
-  /// What its kernel does: fills rows.
-  template <class Formula>
-  std::size_t ran(const std::array<Input, Formula::columns>& inputs, const Parameters& parameters,
-                  kernels::Records records, double* rows) {
-    const kernels::StandardTable* const table = kernels::activeStandard();
-    if (table == nullptr) return 0;
-    std::array<kernels::Operand, Formula::columns> operands;
-    for (std::size_t i = 0; i < inputs.size(); ++i) {
-      operands[i] = {rowsOf(inputs[i].series->column), inputs[i].lag};
-    }
-    const std::size_t done = table->pointwise[Formulas::index<Formula>()](operands.data(), parameters, records, rows);
-    if (done == numberOf(records)) {
-      for (const Input& input : inputs) {
-        prove(input.series->rows, {Place{records.first} - input.lag, Place{records.last} - input.lag}, !Formula::tells);
-      }
-      proven_ = rows;
-    }
-    return done;
-  }
-  /// And one row of it.
-  template <class Formula, class T>
-  static T value(At<T> at, const std::array<Input, Formula::columns>& inputs, const Parameters& parameters,
-                 int record) {
-    T values[Formula::columns];
-    for (std::size_t i = 0; i < inputs.size(); ++i) values[i] = at(*inputs[i].series, record - inputs[i].lag);
-    return Formula::of(values, parameters, 0);
-  }
 
   /// Fails as the call would, if a column of the caller's has a value that is not finite.
   void check();
@@ -267,6 +240,34 @@ class Call {
 
   static std::size_t numberOf(kernels::Records records) {
     return static_cast<std::size_t>(records.last - records.first) + 1;
+  }
+
+  /// What a formula's kernel does: fills rows.
+  template <class Formula>
+  std::size_t ran(const std::array<Input, Formula::columns>& inputs, const Parameters& parameters,
+                  kernels::Records records, double* rows) {
+    const kernels::StandardTable* const table = kernels::activeStandard();
+    if (table == nullptr) return 0;
+    std::array<kernels::Operand, Formula::columns> operands;
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+      operands[i] = {rowsOf(inputs[i].series->column), inputs[i].lag};
+    }
+    const std::size_t done = table->pointwise[Formulas::index<Formula>()](operands.data(), parameters, records, rows);
+    if (done == numberOf(records)) {
+      for (const Input& input : inputs) {
+        prove(input.series->rows, {Place{records.first} - input.lag, Place{records.last} - input.lag}, !Formula::tells);
+      }
+      proven_ = rows;
+    }
+    return done;
+  }
+  /// And one row of it.
+  template <class Formula, class T>
+  static T value(At<T> at, const std::array<Input, Formula::columns>& inputs, const Parameters& parameters,
+                 int record) {
+    T values[Formula::columns];
+    for (std::size_t i = 0; i < inputs.size(); ++i) values[i] = at(*inputs[i].series, record - inputs[i].lag);
+    return Formula::of(values, parameters, 0);
   }
 
   /// A new column, 0 before `first` and with nothing in its rows from there on.

@@ -410,21 +410,10 @@ Series ofMoves(Call& call, const Series& x, int periods, decltype(&StandardTable
     moves = {means[0], means[1], row};
     return std::array{row};
   };
-  const auto fill = [&](Records records, const std::array<double*, 1>& rows, kernels::Moves& moves) -> std::size_t {
-    std::size_t done = 0;
-    if (records.first == first) {
-      const Records seeds = {static_cast<int>(x.first), records.first};
-      const auto all = static_cast<std::size_t>(periods) + 1;
-      if (kernels::run(&Table::handled, source(x), seeds) != all) return 0;
-      rows[0][records.first - 1] = step(At<double>(), moves, records.first)[0];
-      call.proves(all, seeds, x);
-      done = 1;
-      ++records.first;
-    }
-    if (records.first > records.last) return done;
-    return done + call.proves(kernels::run(kernel, source(x), periods, &moves, records, rows[0]), records, x);
-  };
-  return call.columns<1>(first, fill, kernels::Moves(), step).front();
+  return begun(call, std::array{&x}, x.first, first, kernels::Moves(), step,
+               [&](Records records, double* rows, kernels::Moves& moves) {
+                 return kernels::run(kernel, source(x), periods, &moves, records, rows);
+               });
 }
 
 /// What the formula makes of the highest high and the lowest low of the last P values, and of x.

@@ -5,6 +5,7 @@
 
 #include "orvex/data/integer.h"
 #include "orvex/data/record_set.h"
+#include "orvex/kernels/kernels.h"
 #include "orvex/standard/computation.h"
 
 /// The computations that several methods of `Standard` are made of. Each takes columns as they are, however many of
@@ -24,10 +25,11 @@ Series average(Call& call, Integer kind, const Series& x, Integer periods);
 Series simple(Call& call, const Series& x, int periods);
 /// value + (x - value) x factor, from the mean of the first P values on.
 Series smoothed(Call& call, const Series& x, int periods, double factor);
-/// The same with 2 / (P + 1), the exponential average, and with 1 / P, Wilder's.
+/// 2 / (P + 1), by which an exponential average of P records moves.
 inline double exponentialFactor(int periods) {
   return 2.0 / (periods + 1.0);
 }
+/// The same with that factor, and with 1 / P, Wilder's.
 Series exponential(Call& call, const Series& x, int periods);
 Series wilder(Call& call, const Series& x, int periods);
 /// Weights P (newest) to 1.
@@ -61,6 +63,36 @@ Series deviation(Call& call, const Series& x, const Series& mean, int periods, d
 template <class Formula>
 Series ofBoth(Call& call, const Series& a, const Series& b, const Parameters& parameters = {}) {
   return call.of<Formula>(std::max(a.first, b.first), {a, b}, parameters);
+}
+
+/// The column of which row r is `step(at, state, r)[0]`, from row `first` on, which comes out of the sources' rows from
+/// `from` on. The rows after it are first handed to `kernel(records, rows, state)`, which looks at the records' rows in
+/// all sources and leaves the state as of the last record that it fills.
+template <std::size_t Sources, class State, class Step, class Kernel>
+Series begun(Call& call, const std::array<const Series*, Sources>& sources, Place from, Place first, State begin,
+             Step step, Kernel kernel) {
+  const auto prove = [&](std::size_t done, kernels::Records records) {
+    for (const Series* source : sources) done = call.proves(done, records, *source);
+    return done;
+  };
+  const auto fill = [&](kernels::Records records, const std::array<double*, 1>& rows, State& state) -> std::size_t {
+    std::size_t done = 0;
+    if (records.first == first) {
+      // What it begins with is looked at here, so that nothing in it can overflow.
+      const kernels::Records seeds = {static_cast<int>(from), records.first};
+      const auto all = static_cast<std::size_t>(first - from) + 1;
+      for (const Series* source : sources) {
+        if (kernels::run(&kernels::Table::handled, rowsOf(source->column), seeds) != all) return 0;
+      }
+      rows[0][records.first - 1] = step(At<double>(), state, records.first)[0];
+      prove(all, seeds);
+      done = 1;
+      ++records.first;
+    }
+    if (records.first > records.last) return done;
+    return done + prove(kernel(records, rows[0], state), records);
+  };
+  return call.columns<1>(first, fill, begin, step).front();
 }
 
 /// a - b, (a - b) / b x 100 (0 where b is 0) and a x b.
