@@ -20,8 +20,12 @@ class Carried {
   Carried() = default;
   /// A variable that the step captures by reference. REQUIRES: it outlives the walk.
   template <class T>
-  requires(!std::is_same_v<T, Carried>) explicit Carried(T& variable) : place_(&variable), size_(sizeof(T)) {
+  requires(!std::is_same_v<T, Carried>) explicit Carried(T& variable) {
     static_assert(std::is_trivially_copyable_v<T>);
+    if constexpr (!std::is_empty_v<T>) {
+      place_ = &variable;
+      size_ = sizeof(T);
+    }
   }
   /// The row of the record before, of a column whose rows are blanked once the walk has ended.
   static Carried rowBefore(Field& column) {
@@ -46,7 +50,8 @@ class Carried {
 /// While it is the thread's current one, `makeColumn` gives the columns that the last such call made, and the walks go
 /// on where that call's ended. Both are found again by their order: a method makes the same columns and reaches the
 /// same walks whatever the length of the series. Rows and what is carried are kept as of the record before the last,
-/// which is closed; from there a call goes on, whether the last record is another now or others have followed it.
+/// which is closed, and as of the last one: from there a call goes on where others have followed it, from the closed
+/// one where it is another now.
 class Continuation {
  public:
   /// The current one of this thread; nothing in a plain call.
@@ -85,9 +90,10 @@ class Continuation {
   Continuation(const Continuation&) = delete;
   Continuation& operator=(const Continuation&) = delete;
 
-  /// Prepares for a call over `count` records, of which those before the last call's last one are the same. To be
-  /// followed by `commit` or by `rollBack`, after which the next call goes on from where this one did.
-  void begin(std::int64_t count) noexcept;
+  /// Prepares for a call over `count` records, of which those before the last call's last one are the same, and that
+  /// one too where `lastIsSame` is true and there are more now. To be followed by `commit` or by `rollBack`, after
+  /// which the next call goes on from where this one did.
+  void begin(std::int64_t count, bool lastIsSame = false) noexcept;
   void commit() noexcept;
   void rollBack() noexcept;
   /// Forgets everything: the next call begins with the first record.
@@ -112,19 +118,29 @@ class Continuation {
   std::int64_t closed() const noexcept { return entered_.closed; }
   /// Keeps what the walk that was entered last carries. To be called with its records stepped up to `closed`.
   void keep(const Carried& carried) noexcept;
+  /// The same, with all of them stepped.
+  void keepLast(const Carried& carried) noexcept;
   /// Takes the next walk, which has no records yet.
   void pass() {
     enter(1, 0, Carried());
     keep(Carried());
+    keepLast(Carried());
   }
   /// Whether the next walk begins with its own first record.
   bool nextBeginsAnew() const noexcept { return nextWalk_ >= walks_.size() || !walks_[nextWalk_].kept[side_].begun; }
 
  private:
+  /// How far a walk has come, and what it carries from there.
+  struct Place {
+    std::int64_t record = 0;
+    std::vector<std::byte> carried;
+
+    void keep(const Carried& from);
+    void giveBack(const Carried& to) const;
+  };
   struct Progress {
     bool begun = false;
-    std::int64_t last = 0;  // the record that was stepped last
-    std::vector<std::byte> carried;
+    Place closed, last;
   };
   /// As of the last call that was committed, and as of the one under way.
   struct Walk {
@@ -137,10 +153,12 @@ class Continuation {
   std::vector<Walk> walks_;
   std::size_t side_ = 0;    // of each walk: what the last call kept
   std::int64_t count_ = 0;  // the records of the last call
+  bool allBegun_ = false;   // whether all of its walks had a closed record
 
   // The call under way.
   std::int64_t newCount_ = 0;
   std::int64_t kept_ = 0;
+  bool lastStands_ = false;  // its rows are those of the last call's last record too
   std::int64_t before_ = 0;
   std::size_t nextColumn_ = 0, nextWalk_ = 0;
   Records entered_{};

@@ -22,8 +22,9 @@
 /// call: after every record they yield to the host, which may free them. An error that leaves a step tells its record.
 ///
 /// A call that goes on with an earlier one (continuation.h) walks the records that are new, and the last one before
-/// them anew. What its steps hand on beside their rows is therefore named to the walk (`Carried`); what stands before a
-/// walk is done again, so what costs time there, and what a seed writes, asks `nextWalkBeginsAnew` first.
+/// them where that may be another now. What its steps hand on beside their rows is therefore named to the walk
+/// (`Carried`); what stands before a walk is done again, so what costs time there, and what a seed writes, asks
+/// `nextWalkBeginsAnew` first.
 ///
 /// Their counter is stepped after the last pass too, at the width of the counts: a loop that reaches the greatest count
 /// (32,767 of 16 bits) ends in error 6 after its last record.
@@ -98,7 +99,7 @@ void countRecords(Integer first, Integer last, int ahead, Kernel&& kernel, Step&
     }
     if (continuation == nullptr) return;
     if (end.value() - ahead == continuation->closed()) continuation->keep(carried);
-    if (end == last) return;
+    if (end == last) return continuation->keepLast(carried);
     end = last;
   }
 }

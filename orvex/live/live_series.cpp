@@ -73,11 +73,11 @@ class LiveSeries::Kept final : public LiveResult {
       const auto* number = std::get_if<Integer>(&given_[i]);
       looksAhead = looksAhead || (number != nullptr && *number < 1 && method().arguments[i].choices.empty());
     }
-    const bool isOfPart = std::any_of(sources_.begin(), sources_.end(), [](const Source& one) { return one.kept; });
+    isOfPrices_ = std::none_of(sources_.begin(), sources_.end(), [](const Source& one) { return one.kept; });
     const bool hasRecords = std::any_of(method().columns.begin(), method().columns.end(),
                                         [](const catalogue::Column& column) { return column.record; });
     // Numbers of records that are counted from within the series are those of a fresh call only.
-    continues_ = !method().recomputed && !looksAhead && !(isOfPart && hasRecords) &&
+    continues_ = !method().recomputed && !looksAhead && (isOfPrices_ || !hasRecords) &&
                  std::all_of(sources_.begin(), sources_.end(),
                              [](const Source& source) { return source.kept == nullptr || source.kept->continues_; });
   }
@@ -226,7 +226,8 @@ class LiveSeries::Kept final : public LiveResult {
       }
     }
     bindObjects(prices, records);
-    continuation_.begin(records);
+    // Rows of another kept call may change with the record that follows them.
+    continuation_.begin(records, isOfPrices_);
     next_.kept = continuation_.keptRows();
     {
       const Continuation::Scope scope(continuation_);
@@ -361,6 +362,7 @@ class LiveSeries::Kept final : public LiveResult {
   std::vector<Value> given_;  // each of its argument's type; `Missing` for those that each change binds
   std::vector<Source> sources_;
   bool continues_;
+  bool isOfPrices_;
   Continuation continuation_;
   std::vector<Value> arguments_;
   std::vector<RowsOfColumn> rowsOfColumns_;
