@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <vector>
 
 #include "orvex/standard/elementary.h"
 #include "orvex/standard/method.h"
@@ -143,32 +142,42 @@ std::array<Series, Columns> ofCycle(Call& call, const Series& x, int early, int 
 }
 
 /// The sines and cosines of the equal parts of a circle, for cycles of up to 50 records.
-class Circle {
+class Circles {
  public:
   struct Point {
     double sine, cosine;
   };
 
   /// The points of a cycle of that length.
-  const Point* of(int length) {
-    std::vector<Point>& points = points_[static_cast<std::size_t>(length)];
-    for (int i = static_cast<int>(points.size()); i < length; ++i) {
-      const double angle = i * (2.0 * Pi) / length;
-      points.push_back({sine(angle), cosine(angle)});
-    }
-    return points.data();
+  static const Point* of(int length) {
+    static const Circles all;
+    return all.points_.data() + before(length);
   }
 
  private:
-  std::array<std::vector<Point>, 52> points_;
+  static constexpr int longest = 50;
+
+  Circles() {
+    for (int length = 1; length <= longest; ++length) {
+      for (int i = 0; i < length; ++i) {
+        const double angle = i * (2.0 * Pi) / length;
+        points_[before(length) + static_cast<std::size_t>(i)] = {sine(angle), cosine(angle)};
+      }
+    }
+  }
+
+  /// How many points shorter cycles have.
+  static constexpr std::size_t before(int length) { return static_cast<std::size_t>(length * (length - 1) / 2); }
+
+  std::array<Point, longest*(longest + 1) / 2> points_;
 };
 
 /// The phase of the dominant cycle in degrees, from -45 to 315: the smoothed price of one cycle against a sine and a
 /// cosine of its length. Prices before the first smoothed one count as 0.
 template <class T>
-T dominantPhase(At<T> at, CycleState& s, Circle& circle, const Series& smooth, int r) {
+T dominantPhase(At<T> at, CycleState& s, const Series& smooth, int r) {
   const int length = static_cast<int>(s.smoothPeriod + 0.5);
-  const Circle::Point* const points = circle.of(length);
+  const Circles::Point* const points = Circles::of(length);
   const int seen = std::min(length, static_cast<int>(r - smooth.first) + 1);
   T real = 0, imaginary = 0;
   for (int i = 0; i < seen; ++i) {
@@ -221,10 +230,9 @@ Standard::Result Standard::HT_DCPERIOD(DataRef data, FieldRef Source, Name Alias
 
 Standard::Result Standard::HT_DCPHASE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_DCPHASE">(data, Alias).compute([&](Call& call) {
-    Circle circle;
     return ofCycle<1>(call, call.take(Source), LongStart, LongFirst,
                       [&](auto at, CycleState& s, const Series& smooth, int r) {
-                        return std::array{dominantPhase(at, s, circle, smooth, r)};
+                        return std::array{dominantPhase(at, s, smooth, r)};
                       })[0];
   });
 }
@@ -241,11 +249,10 @@ Standard::Result Standard::HT_PHASOR(DataRef data, FieldRef Source, Name Alias) 
 
 Standard::Result Standard::HT_SINE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_SINE">(data, Alias).compute([&](Call& call) {
-    Circle circle;
     const auto waves =
         ofCycle<2>(call, call.take(Source), LongStart, LongFirst,
                    [&]<class T>(At<T> at, CycleState& s, const Series& smooth, int r) {
-                     const T phase = dominantPhase(at, s, circle, smooth, r);
+                     const T phase = dominantPhase(at, s, smooth, r);
                      return std::array{sine(phase / DegreesPerRadian), sine((phase + 45) / DegreesPerRadian)};
                    });
     return std::vector<Named>{{"", waves[0]}, {LeadSuffix, waves[1]}};
@@ -255,11 +262,10 @@ Standard::Result Standard::HT_SINE(DataRef data, FieldRef Source, Name Alias) {
 Standard::Result Standard::HT_TRENDMODE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_TRENDMODE">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source);
-    Circle circle;
     return ofCycle<1>(call, x, LongStart, LongFirst,
                       [&]<class T>(At<T> at, CycleState& s, const Series& smooth, int r) {
                         const T phaseBefore = s.dominantPhase, sineBefore = s.sine, leadBefore = s.leadSine;
-                        const T phase = dominantPhase(at, s, circle, smooth, r);
+                        const T phase = dominantPhase(at, s, smooth, r);
                         const T now = sine(phase / DegreesPerRadian), lead = sine((phase + 45) / DegreesPerRadian);
                         s.sine = now;
                         s.leadSine = lead;
