@@ -136,6 +136,14 @@ constexpr std::array<char32_t, 32> windows1252From80 = {0x20AC, 0x81,   0x201A, 
 bool equalNames(std::string_view a, std::string_view b) noexcept {
   if (a == b) return true;
   while (!a.empty() && !b.empty()) {
+    const auto x = static_cast<unsigned char>(a.front()), y = static_cast<unsigned char>(b.front());
+    if (x < 0x80 && y < 0x80) {
+      // What nearly all names are made of.
+      if (x != y && smallLetter(x) != smallLetter(y)) return false;
+      a.remove_prefix(1);
+      b.remove_prefix(1);
+      continue;
+    }
     const Decoded first = decode(a);
     const Decoded second = decode(b);
     if (first.character != second.character && smallLetter(first.character) != smallLetter(second.character)) {

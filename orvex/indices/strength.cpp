@@ -101,10 +101,13 @@ std::shared_ptr<RecordSet> Index::MoneyFlowIndex(std::shared_ptr<Database> data,
         },
         [&](Integer record) {
           Real rising = 0, falling = 0;
-          for (int j = (record - Periods + 1).value(); j <= record; ++j) {
-            const Real price = typical(j), before = typical(j - 1);
+          const int first = (record - Periods + 1).value();
+          Real before = typical(first - 1);
+          for (int j = first; j <= record; ++j) {
+            const Real price = typical(j);
             if (price > before) rising += price * volumes(j);
             if (price < before) falling += price * volumes(j);
+            before = price;
           }
           result->setValue(record, percentage(rising, falling));
         });

@@ -132,9 +132,9 @@ std::shared_ptr<RecordSet> Oscillator::UltimateOscillator(std::shared_ptr<Databa
       const auto pressure = [&](Integer cycle) {
         Pressure sum;
         visitSpan(*data, cycle, record, [&](Integer j) {
-          const Real before = close(j - 1);
-          sum.buying += close(j) - std::min(low(j), before);
-          sum.range += std::max({high(j) - low(j), high(j) - before, before - low(j)});
+          const Real before = close(j - 1), bottom = low(j), top = high(j);
+          sum.buying += close(j) - std::min(bottom, before);
+          sum.range += std::max({top - bottom, top - before, before - bottom});
         });
         return sum;
       };

@@ -79,7 +79,11 @@ struct At {
 /// first step that is not a kernel's, and before a result is given.
 class Call {
  public:
-  explicit Call(const Database& data) : count_(data.getRecordCount()) {}
+  explicit Call(const Database& data) : count_(data.getRecordCount()) {
+    // As many as most methods have: a change of a live series costs little more than such lists.
+    unproven_.reserve(8);
+    taken_.reserve(8);
+  }
 
   int count() const { return count_.value(); }
 
