@@ -1,9 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <string>
 #include <string_view>
-#include <utility>
 
 #include "orvex/data/columns.h"
 #include "orvex/data/kernel_rows.h"
@@ -13,10 +11,10 @@
 namespace orvex::inline ORVEX_COUNTS {
 
 /// A column of a set, looked up by its name when the first row is read and kept from then on: a set without it
-/// fails where a computation first needs it, and no record looks it up again.
+/// fails where a computation first needs it, and no record looks it up again. REQUIRES: set and name live as long.
 class PriceColumn {
  public:
-  PriceColumn(std::shared_ptr<RecordSet> set, std::string_view name) : set_(std::move(set)), name_(name) {}
+  PriceColumn(const std::shared_ptr<RecordSet>& set, std::string_view name) : set_(set), name_(name) {}
 
   const std::shared_ptr<Field>& field() {
     if (column_ == nullptr) column_ = object(set_).getField(name_);
@@ -35,8 +33,8 @@ class PriceColumn {
   }
 
  private:
-  std::shared_ptr<RecordSet> set_;
-  std::string name_;
+  const std::shared_ptr<RecordSet>& set_;
+  std::string_view name_;
   std::shared_ptr<Field> column_;
 };
 
