@@ -64,9 +64,11 @@ void writePriceFile(const std::string& path) {
   const auto prices = series(Prices::Ordinary)->getRecordset();
   auto file = fmt::output_file(path);
   for (int row = 1; row <= RecordCount; ++row) {
-    file.print("{}/{}/{},{},{},{},{},{}\n", row % 12 + 1, row % 28 + 1, 1900 + row / 336, prices->getValue("Open", row),
-               prices->getValue("High", row), prices->getValue("Low", row), prices->getValue("Close", row),
-               prices->getValue("Volume", row));
+    // The reader wants dates in order: months of 28 days.
+    const int day = row - 1;
+    file.print("{}/{}/{},{},{},{},{},{}\n", day / 28 % 12 + 1, day % 28 + 1, 1900 + day / 336,
+               prices->getValue("Open", row), prices->getValue("High", row), prices->getValue("Low", row),
+               prices->getValue("Close", row), prices->getValue("Volume", row));
   }
 }
 
