@@ -33,6 +33,14 @@ struct Abreast {
 
   P part[parts];
 
+  // Part by part: as a whole it would be copied through memory, in pieces that no processor puts together at once.
+  Abreast() = default;
+  Abreast(const Abreast& from) { *this = from; }
+  Abreast& operator=(const Abreast& from) {
+    unroll<0, parts>([&](auto i) { part[i.value] = from.part[i.value]; });
+    return *this;
+  }
+
   template <class Operation>
   static Abreast each(const Operation& operation) {
     Abreast result;

@@ -118,44 +118,38 @@ Pack<4> plusProduct(Pack<4> sum, Pack<4> a, Pack<4> b) {
 }
 #endif
 
-// Of two of the widest packs the first halves, or the second ones, lane by lane in turn.
 using WidestPack = Pack<widestLanes>;
-#if defined(__AVX512F__)
-WidestPack interleaveFirst(WidestPack a, WidestPack b) {
-  return {__builtin_shufflevector(a.v, b.v, 0, 8, 1, 9, 2, 10, 3, 11)};
-}
-WidestPack interleaveSecond(WidestPack a, WidestPack b) {
-  return {__builtin_shufflevector(a.v, b.v, 4, 12, 5, 13, 6, 14, 7, 15)};
-}
-#elif defined(__AVX2__)
-WidestPack interleaveFirst(WidestPack a, WidestPack b) {
-  return {__builtin_shufflevector(a.v, b.v, 0, 4, 1, 5)};
-}
-WidestPack interleaveSecond(WidestPack a, WidestPack b) {
-  return {__builtin_shufflevector(a.v, b.v, 2, 6, 3, 7)};
-}
-#else
-WidestPack interleaveFirst(WidestPack a, WidestPack b) {
-  a.v[1] = b.v[0];
-  return a;
-}
-WidestPack interleaveSecond(WidestPack a, WidestPack b) {
-  b.v[0] = a.v[1];
-  return b;
-}
-#endif
 
-/// Lane j of pack i becomes lane i of pack j.
-void transpose(WidestPack (&square)[widestLanes]) {
-  constexpr int half = widestLanes / 2;
-  ORVEX_UNROLL for (int step = 1; step < widestLanes; step *= 2) {
-    WidestPack mixed[widestLanes];
-    ORVEX_UNROLL for (int i = 0; i < half; ++i) {
-      mixed[2 * i] = interleaveFirst(square[i], square[i + half]);
-      mixed[2 * i + 1] = interleaveSecond(square[i], square[i + half]);
-    }
-    ORVEX_UNROLL for (int i = 0; i < widestLanes; ++i) square[i] = mixed[i];
+/// Of lanes in blocks of `Step` those of every other block: the first, third, ... or with `areSecond` the others. Those
+/// of `b` take the places behind those of `a`.
+template <int Step, bool areSecond>
+WidestPack everyOther(WidestPack a, WidestPack b) {
+#if defined(__AVX512F__)
+  constexpr auto lane = [](int i) { return ((i & Step) == 0 ? i : 8 + i - Step) + (areSecond ? Step : 0); };
+  return {__builtin_shufflevector(a.v, b.v, lane(0), lane(1), lane(2), lane(3), lane(4), lane(5), lane(6), lane(7))};
+#elif defined(__AVX2__)
+  constexpr auto lane = [](int i) { return ((i & Step) == 0 ? i : 4 + i - Step) + (areSecond ? Step : 0); };
+  return {__builtin_shufflevector(a.v, b.v, lane(0), lane(1), lane(2), lane(3))};
+#else
+  WidestPack result;
+  for (int i = 0; i < widestLanes; ++i) {
+    result.v[i] = (i & Step) == 0 ? a.v[areSecond ? i + Step : i] : b.v[areSecond ? i : i - Step];
   }
+  return result;
+#endif
+}
+
+/// Lane j of pack i becomes lane i of pack j: the blocks off the diagonal change places, of one lane, of two, and so
+/// on. Within a quarter or a half of a register that is one operation each.
+template <int Step = 1>
+void transpose(WidestPack (&square)[widestLanes]) {
+  ORVEX_UNROLL for (int i = 0; i < widestLanes; ++i) {
+    if ((i & Step) != 0) continue;
+    const WidestPack first = square[i], second = square[i + Step];
+    square[i] = everyOther<Step, false>(first, second);
+    square[i + Step] = everyOther<Step, true>(first, second);
+  }
+  if constexpr (2 * Step < widestLanes) transpose<2 * Step>(square);
 }
 
 /// Rows that lie `stride` apart, one a lane.

@@ -12,6 +12,7 @@
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
 
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
@@ -283,21 +284,23 @@ std::ptrdiff_t slideTogether(SlidingColumns columns, std::ptrdiff_t window, std:
   }
 }
 
-/// `slideTogether` for a window of any length: no row of one that is too short or too long to gain by it, and none with
-/// narrower packs, which wait less for loads and have fewer registers.
+/// `slideTogether` for a window of any length: no row of one that is too short or too long to gain by it. Narrower
+/// packs wait less for loads and have half the registers: with four lanes only plain sums gain, and with two nothing
+/// does.
 template <int Chains, Order order, class Sum>
 std::ptrdiff_t slideShort(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t first,
                           std::ptrdiff_t count, const Sum& sum) {
-  if constexpr (widestLanes == 8) {
+  if constexpr (widestLanes == 8 || (widestLanes == 4 && std::is_base_of_v<PlainSum, Sum>)) {
+    constexpr int chains = widestLanes == 8 ? Chains : 10;
     switch ((window + widestLanes - 1) / widestLanes) {
       case 2:
-        return slideTogether<2, Chains, order>(columns, window, first, count, sum);
+        return slideTogether<2, chains, order>(columns, window, first, count, sum);
       case 3:
-        return slideTogether<3, Chains, order>(columns, window, first, count, sum);
+        return slideTogether<3, chains, order>(columns, window, first, count, sum);
       case 4:
-        return slideTogether<4, Chains, order>(columns, window, first, count, sum);
+        return slideTogether<4, chains, order>(columns, window, first, count, sum);
       case 5:
-        return slideTogether<5, Chains, order>(columns, window, first, count, sum);
+        return slideTogether<5, chains, order>(columns, window, first, count, sum);
     }
   }
   return 0;
