@@ -30,6 +30,12 @@ struct SlidingColumns {
 
 constexpr std::ptrdiff_t longestSliding = 256;
 
+/// The shortest window of which the stretches below pay, as measured: with packs of eight lanes, and of four.
+constexpr std::ptrdiff_t fromLength(std::ptrdiff_t eightLanes, std::ptrdiff_t fourLanes) {
+  return widestLanes == 4 ? fourLanes : eightLanes;
+}
+constexpr std::ptrdiff_t noLength = longestSliding + 1;
+
 /// Whole numbers as doubles, at hand for every lane.
 struct WholeNumbers {
   double values[longestSliding + 1];
@@ -163,10 +169,10 @@ std::ptrdiff_t slideInStretches(const SlidingColumns& columns, std::ptrdiff_t wi
 }
 
 /// Runs `kernel(block)` for `count` rows from `first` (counted from 0) on, with the window of records that ends at
-/// each. How many of the rows are numbers: up to the first that is none. `longEnough` is the shortest window that pays,
-/// as measured, for the turning of columns into packs and back; `Count` and `InTurn` are how many packs the registers
-/// hold side by side, and in stretches. REQUIRES: a result out of which an infinity or not-a-number, once met, does not
-/// come as a number.
+/// each. How many of the rows are numbers: up to the first that is none. `longEnough` is the shortest window that pays
+/// for the turning of columns into packs and back; `Count` and `InTurn` are how many packs the registers hold side by
+/// side, and in stretches. REQUIRES: a result out of which an infinity or not-a-number, once met, does not come as a
+/// number.
 template <int Count, int InTurn = 8, class Kernel>
 std::size_t slide(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t longEnough, std::ptrdiff_t first,
                   std::ptrdiff_t count, Kernel kernel) {

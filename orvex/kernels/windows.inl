@@ -22,7 +22,7 @@ struct Mean : PlainSum {
 
 std::size_t mean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
-  return slideSum<8, 12>({source.rows, nullptr, out}, window, 40, records.first - 1,
+  return slideSum<8, 12>({source.rows, nullptr, out}, window, fromLength(40, 24), records.first - 1,
                          present(source, records, window - 1), Mean{{}, Divisor(window)});
 }
 
@@ -46,7 +46,7 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
   if (count == 0) return 0;
   double total = 0.0;
   for (int weight = 1; weight <= window; ++weight) total += weight;
-  return slideSum<8, 12>({source.rows, nullptr, out}, window, 80, records.first - 1, count,
+  return slideSum<8, 12>({source.rows, nullptr, out}, window, fromLength(80, noLength), records.first - 1, count,
                          WeightedMean{Divisor(total)});
 }
 
