@@ -80,7 +80,7 @@ struct Abreast {
   friend Abreast quotient(const Abreast& x, const Abreast& divisor, int turn) {
     return each([&](int i) { return quotient(x.part[i], divisor.part[i], turn + i); });
   }
-  friend Abreast spread(double x, const Abreast&) { return all(x); }
+  friend Abreast spread(double number, const Abreast&) { return all(number); }
   friend Abreast overOr(const Abreast& a, const Abreast& b, double otherwise, int turn) {
     return whereEqual(b, all(0.0), all(otherwise), quotient(a, b, turn));
   }
@@ -101,7 +101,7 @@ struct Alone {
   friend Alone whereGreater(Alone a, Alone b, Alone yes, Alone no) { return a.x > b.x ? yes : no; }
   friend Alone whereEqual(Alone a, Alone b, Alone yes, Alone no) { return a.x == b.x ? yes : no; }
   friend Alone quotient(Alone a, Alone b, int) { return {a.x / b.x}; }
-  friend Alone spread(double x, Alone) { return all(x); }
+  friend Alone spread(double number, Alone) { return all(number); }
   friend Alone overOr(Alone a, Alone b, double otherwise, int) { return b.x == 0.0 ? all(otherwise) : all(a.x / b.x); }
 };
 
