@@ -96,10 +96,9 @@ bool Call::areFinite(kernels::Records records, const double* rows, bool whole) {
   return std::all_of(rows + records.first - 1, rows + records.last, [](double x) { return x - x == 0.0; });
 }
 
-Series Call::shown(const Series& series, Place first) {
+Series Call::copied(const Series& series, Place first) {
   return by(
-      std::max(first, series.first),
-      [&](kernels::Records records, double* rows) { return ran<formulas::Same>({series}, {}, records, rows); },
+      first, [&](kernels::Records records, double* rows) { return ran<formulas::Same>({series}, {}, records, rows); },
       [&](auto at, int record) { return at(series, record); });
 }
 
@@ -109,7 +108,7 @@ std::shared_ptr<RecordSet> Call::result(std::string_view alias, const std::vecto
   for (const auto& [suffix, series] : columns) {
     // A column of the caller's, or one that the result has under another name, is copied.
     const bool taken = std::find(taken_.begin(), taken_.end(), series.column) != taken_.end();
-    const auto column = taken ? shown(series, series.first).column : series.column;
+    const auto column = taken ? copied(series, series.first).column : series.column;
     taken_.push_back(column);
     column->setName(std::string(alias).append(suffix));
     set->addField(column);

@@ -212,8 +212,8 @@ class Call {
     return made;
   }
 
-  /// The column with its rows before `first` hidden.
-  Series shown(const Series& series, Place first);
+  /// The column with its rows before `first` hidden: itself where it has none.
+  Series shown(const Series& series, Place first) { return first <= series.first ? series : copied(series, first); }
 
   std::shared_ptr<RecordSet> result(std::string_view alias, const Series& column) {
     return result(alias, std::vector<Named>{{"", column}});
@@ -280,6 +280,8 @@ class Call {
   Series done(const Series& made);
   /// Takes note that rows are finite and, mostly, of a size with which nothing can overflow.
   void prove(const double* rows, const Span& span, bool areSized = true);
+  /// A new column of its rows from `first` on.
+  Series copied(const Series& series, Place first);
   /// Looks at what is not proven yet.
   void settle();
   void checkTaken(Unproven& column);
