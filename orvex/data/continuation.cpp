@@ -53,7 +53,7 @@ std::shared_ptr<Field> Continuation::column(Integer count, std::string_view name
   return column;
 }
 
-void Continuation::Place::keep(const Carried& from) {
+void Continuation::Place::keep(const Carried& from) noexcept {
   if (from.place_ != nullptr) std::memcpy(carried.data(), from.place_, from.size());
   if (from.column_ != nullptr) {
     const double* const row = from.column_->values().data() + (record - 1);
@@ -84,21 +84,18 @@ Continuation::Records Continuation::enter(std::int64_t first, std::int64_t last,
   Progress& reaches = walk.kept[1 - side_];
   reaches.last.record = std::min(last, newCount_ - before_);
   reaches.closed.record = std::min(last, newCount_ - 1 - before_);
-  entersAnew_ = !reached.begun;
-  if (entersAnew_) {
-    entered_ = {first, reaches.closed.record};
-    entersAnew_ = entered_.closed < first;
-    return entered_;
+  reaches.begun = reached.begun || reaches.closed.record >= first;
+  if (reached.begun) {
+    const Place& from = lastStands_ ? reached.last : reached.closed;
+    from.giveBack(carried);
+    first = from.record + 1;
   }
-  const Place& from = lastStands_ ? reached.last : reached.closed;
-  entered_ = {from.record + 1, reaches.closed.record};
-  from.giveBack(carried);
+  entered_ = {first, reaches.closed.record};
   return entered_;
 }
 
 void Continuation::keep(const Carried& carried) noexcept {
   Progress& reaches = walks_[nextWalk_ - 1].kept[1 - side_];
-  reaches.begun = !entersAnew_;
   if (reaches.begun) reaches.closed.keep(carried);
 }
 

@@ -102,7 +102,7 @@ class Continuation {
   /// How many columns the calls have made.
   std::size_t columnCount() const noexcept { return columns_.size(); }
 
-  /// How many rows of the columns under way stand as the last call left them.
+  /// How many rows of the columns under way stand as the last call left them, whatever its last record is now.
   std::int64_t keptRows() const noexcept { return kept_ > before_ ? kept_ - before_ : 0; }
 
   /// The next column, of `count` rows: those that are not kept are 0. Error 9 for a count below 1.
@@ -135,7 +135,7 @@ class Continuation {
     std::int64_t record = 0;
     std::vector<std::byte> carried;
 
-    void keep(const Carried& from);
+    void keep(const Carried& from) noexcept;
     void giveBack(const Carried& to) const;
   };
   struct Progress {
@@ -162,7 +162,6 @@ class Continuation {
   std::int64_t before_ = 0;
   std::size_t nextColumn_ = 0, nextWalk_ = 0;
   Records entered_{};
-  bool entersAnew_ = true;
 };
 
 /// Whether the walk that follows begins with its own first record, and so with its seed: always in a plain call.

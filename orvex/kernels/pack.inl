@@ -124,16 +124,16 @@ using WidestPack = Pack<widestLanes>;
 /// of `b` take the places behind those of `a`.
 template <int Step, bool areSecond>
 WidestPack everyOther(WidestPack a, WidestPack b) {
+  // Those of b are numbered on from those of a.
+  constexpr auto lane = [](int i) { return ((i & Step) == 0 ? i : widestLanes + i - Step) + (areSecond ? Step : 0); };
 #if defined(__AVX512F__)
-  constexpr auto lane = [](int i) { return ((i & Step) == 0 ? i : 8 + i - Step) + (areSecond ? Step : 0); };
   return {__builtin_shufflevector(a.v, b.v, lane(0), lane(1), lane(2), lane(3), lane(4), lane(5), lane(6), lane(7))};
 #elif defined(__AVX2__)
-  constexpr auto lane = [](int i) { return ((i & Step) == 0 ? i : 4 + i - Step) + (areSecond ? Step : 0); };
   return {__builtin_shufflevector(a.v, b.v, lane(0), lane(1), lane(2), lane(3))};
 #else
   WidestPack result;
-  for (int i = 0; i < widestLanes; ++i) {
-    result.v[i] = (i & Step) == 0 ? a.v[areSecond ? i + Step : i] : b.v[areSecond ? i : i - Step];
+  ORVEX_UNROLL for (int i = 0; i < widestLanes; ++i) {
+    result.v[i] = lane(i) < widestLanes ? a.v[lane(i)] : b.v[lane(i) - widestLanes];
   }
   return result;
 #endif

@@ -30,12 +30,6 @@ struct SlidingColumns {
 
 constexpr std::ptrdiff_t longestSliding = 256;
 
-/// The shortest window of which the stretches below pay, as measured: with packs of eight lanes, and of four.
-constexpr std::ptrdiff_t fromLength(std::ptrdiff_t eightLanes, std::ptrdiff_t fourLanes) {
-  return widestLanes == 4 ? fourLanes : eightLanes;
-}
-constexpr std::ptrdiff_t noLength = longestSliding + 1;
-
 /// Whole numbers as doubles, at hand for every lane.
 struct WholeNumbers {
   double values[longestSliding + 1];
@@ -199,11 +193,14 @@ enum class Order { newestFirst, oldestFirst };
 
 // A kind of sum over a window: `next(sum, value, place, center)` is the sum with one value more, whose place in the
 // window is counted from the oldest, which has 1; `result(sum)` is the row. `hasCenter` tells whether there is a
-// center, `isChecked` whether rows may come out as no numbers that nobody else looks for.
+// center, `isChecked` whether rows may come out as no numbers that nobody else looks for, and `longEnough` is the
+// shortest window that gains by stretches, as measured: those of plain sums with four lanes share loads without them,
+// weighted ones have them wait for nothing.
 
 /// The sum of the window's values, and nothing more: of values that a caller knows, or with rows that it looks at.
 struct PlainSum {
   static constexpr bool hasCenter = false, isChecked = false;
+  static constexpr std::ptrdiff_t longEnough = widestLanes == 4 ? 24 : 40;
 
   template <class P>
   P next(P sum, P value, P, P) const {
@@ -314,8 +311,8 @@ std::ptrdiff_t slideShort(const SlidingColumns& columns, std::ptrdiff_t window, 
 
 /// What `slide` does, for a result that comes of one sum over the window, the newest value first.
 template <int Count, int Chains, class Sum>
-std::size_t slideSum(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t longEnough,
-                     std::ptrdiff_t first, std::ptrdiff_t count, Sum sum) {
+std::size_t slideSum(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t first, std::ptrdiff_t count,
+                     Sum sum) {
   const std::ptrdiff_t done = slideShort<Chains, Order::newestFirst>(columns, window, first, count, sum);
   const auto each = [=]<class Block>(const Block& block) {
     using P = typename Block::P;
@@ -329,7 +326,8 @@ std::size_t slideSum(const SlidingColumns& columns, std::ptrdiff_t window, std::
     });
     ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) block.fill(i, sum.result(total[i]));
   };
-  return static_cast<std::size_t>(done) + slide<Count>(columns, window, longEnough, first + done, count - done, each);
+  return static_cast<std::size_t>(done) +
+         slide<Count>(columns, window, Sum::longEnough, first + done, count - done, each);
 }
 
 }  // namespace

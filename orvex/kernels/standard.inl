@@ -194,7 +194,7 @@ std::size_t follow(Source source, Source share, Records records, double* out) {
 std::size_t windowSum(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
-  slideSum<8, 12>({source.rows, nullptr, out}, window, fromLength(40, 24), records.first - 1, count, PlainSum());
+  slideSum<8, 12>({source.rows, nullptr, out}, window, records.first - 1, count, PlainSum());
   return static_cast<std::size_t>(count);
 }
 

@@ -13,7 +13,6 @@
 namespace {
 
 using orvex::kernels::Bars;
-
 using StandardParameters = orvex::standard::Parameters;
 
 /// 100 x part / (part + rest): 50 where both are 0, 0 where only their total is.

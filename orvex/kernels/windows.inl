@@ -22,12 +22,13 @@ struct Mean : PlainSum {
 
 std::size_t mean(Source source, int window, Records records, double* out) {
   if (window < 1) return 0;
-  return slideSum<8, 12>({source.rows, nullptr, out}, window, fromLength(40, 24), records.first - 1,
-                         present(source, records, window - 1), Mean{{}, Divisor(window)});
+  return slideSum<8, 12>({source.rows, nullptr, out}, window, records.first - 1, present(source, records, window - 1),
+                         Mean{{}, Divisor(window)});
 }
 
 struct WeightedMean {
   static constexpr bool hasCenter = false, isChecked = true;
+  static constexpr std::ptrdiff_t longEnough = widestLanes == 4 ? longestSliding + 1 : 80;
   Divisor weights;
 
   template <class P>
@@ -46,8 +47,7 @@ std::size_t weightedMean(Source source, int window, Records records, double* out
   if (count == 0) return 0;
   double total = 0.0;
   for (int weight = 1; weight <= window; ++weight) total += weight;
-  return slideSum<8, 12>({source.rows, nullptr, out}, window, fromLength(80, noLength), records.first - 1, count,
-                         WeightedMean{Divisor(total)});
+  return slideSum<8, 12>({source.rows, nullptr, out}, window, records.first - 1, count, WeightedMean{Divisor(total)});
 }
 
 using orvex::kernels::RegressionRows;
@@ -125,6 +125,7 @@ std::size_t regression(Source source, int window, Records records, double* quali
 
 struct Deviation {
   static constexpr bool hasCenter = true, isChecked = true;
+  static constexpr std::ptrdiff_t longEnough = 60;
   Divisor length;
   double factor;
 
@@ -143,7 +144,7 @@ std::size_t deviation(Source source, Source center, int window, int lag, double 
   if (window < 1 || lag < 0 || !isHandled(factor)) return 0;
   const std::ptrdiff_t count =
       least(present(source, records, static_cast<std::ptrdiff_t>(window) - 1 + lag), present(center, records, 0));
-  return slideSum<4, 6>({source.rows - lag, center.rows, out}, window, 60, records.first - 1, count,
+  return slideSum<4, 6>({source.rows - lag, center.rows, out}, window, records.first - 1, count,
                         Deviation{Divisor(window), factor});
 }
 

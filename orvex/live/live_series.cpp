@@ -362,7 +362,7 @@ class LiveSeries::Kept final : public LiveResult {
   std::vector<Value> given_;  // each of its argument's type; `Missing` for those that each change binds
   std::vector<Source> sources_;
   bool continues_;
-  bool isOfPrices_;
+  bool isOfPrices_;  // alone: its sources' rows stand but for the last record
   Continuation continuation_;
   std::vector<Value> arguments_;
   std::vector<RowsOfColumn> rowsOfColumns_;

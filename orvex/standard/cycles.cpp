@@ -169,7 +169,9 @@ class Circles {
   /// How many points shorter cycles have.
   static constexpr std::size_t before(int length) { return static_cast<std::size_t>(length * (length - 1) / 2); }
 
-  std::array<Point, longest*(longest + 1) / 2> points_;
+  static constexpr std::size_t allPoints = longest * (longest + 1) / 2;
+
+  std::array<Point, allPoints> points_;
 };
 
 /// The phase of the dominant cycle in degrees, from -45 to 315: the smoothed price of one cycle against a sine and a

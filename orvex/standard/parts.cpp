@@ -41,20 +41,10 @@ template <class Seed, class Kernel, class Step>
 Series chain(Call& call, const Series& x, Place from, Place first, Seed seed, Kernel kernel, Step step) {
   return call.recursion(
       first,
-      [&, from](Records records, double* rows) -> std::size_t {
-        std::size_t done = 0;
-        if (records.first == first) {
-          // What the seed is made of is looked at here, so that nothing in it can overflow.
-          const Records seeds = {static_cast<int>(from), records.first};
-          const auto all = static_cast<std::size_t>(records.first - from) + 1;
-          if (kernels::run(&Table::handled, source(x), seeds) != all) return 0;
-          rows[records.first - 1] = seed(At<double>());
-          call.proves(all, seeds, x);
-          done = 1;
-          ++records.first;
-        }
-        if (records.first > records.last) return done;
-        return done + call.proves(kernel(records, rows), records, x);
+      [&](Records records, double* rows) {
+        return seeded(
+            call, std::array{&x}, from, first, records, [&] { rows[first - 1] = seed(At<double>()); },
+            [&](Records rest) { return kernel(rest, rows); });
       },
       [&]<class T>(At<T> at, const Series& own, int r) { return r > first ? step(at, at(own, r - 1), r) : seed(at); });
 }

@@ -65,32 +65,43 @@ Series ofBoth(Call& call, const Series& a, const Series& b, const Parameters& pa
   return call.of<Formula>(std::max(a.first, b.first), {a, b}, parameters);
 }
 
+/// What the kernel of a walk does whose first row comes out of the sources' rows from `from` on: `seed()` writes that
+/// row, `fill(records)` what follows, which looks at the records' rows in all sources. How many rows that makes.
+template <std::size_t Sources, class Seed, class Fill>
+std::size_t seeded(Call& call, const std::array<const Series*, Sources>& sources, Place from, Place first,
+                   kernels::Records records, Seed seed, Fill fill) {
+  const auto prove = [&](std::size_t done, kernels::Records rows) {
+    for (const Series* source : sources) done = call.proves(done, rows, *source);
+    return done;
+  };
+  std::size_t done = 0;
+  if (records.first == first) {
+    // What the seed is made of is looked at here, so that nothing in it can overflow.
+    const kernels::Records seeds = {static_cast<int>(from), records.first};
+    const auto all = static_cast<std::size_t>(first - from) + 1;
+    for (const Series* source : sources) {
+      if (kernels::run(&kernels::Table::handled, rowsOf(source->column), seeds) != all) return 0;
+    }
+    seed();
+    prove(all, seeds);
+    done = 1;
+    ++records.first;
+  }
+  if (records.first > records.last) return done;
+  return done + prove(fill(records), records);
+}
+
 /// The column of which row r is `step(at, state, r)[0]`, from row `first` on, which comes out of the sources' rows from
 /// `from` on. The rows after it are first handed to `kernel(records, rows, state)`, which looks at the records' rows in
 /// all sources and leaves the state as of the last record that it fills.
 template <std::size_t Sources, class State, class Step, class Kernel>
 Series begun(Call& call, const std::array<const Series*, Sources>& sources, Place from, Place first, State begin,
              Step step, Kernel kernel) {
-  const auto prove = [&](std::size_t done, kernels::Records records) {
-    for (const Series* source : sources) done = call.proves(done, records, *source);
-    return done;
-  };
-  const auto fill = [&](kernels::Records records, const std::array<double*, 1>& rows, State& state) -> std::size_t {
-    std::size_t done = 0;
-    if (records.first == first) {
-      // What it begins with is looked at here, so that nothing in it can overflow.
-      const kernels::Records seeds = {static_cast<int>(from), records.first};
-      const auto all = static_cast<std::size_t>(first - from) + 1;
-      for (const Series* source : sources) {
-        if (kernels::run(&kernels::Table::handled, rowsOf(source->column), seeds) != all) return 0;
-      }
-      rows[0][records.first - 1] = step(At<double>(), state, records.first)[0];
-      prove(all, seeds);
-      done = 1;
-      ++records.first;
-    }
-    if (records.first > records.last) return done;
-    return done + prove(kernel(records, rows[0], state), records);
+  const auto fill = [&](kernels::Records records, const std::array<double*, 1>& rows, State& state) {
+    return seeded(
+        call, sources, from, first, records,
+        [&] { rows[0][first - 1] = step(At<double>(), state, static_cast<int>(first))[0]; },
+        [&](kernels::Records rest) { return kernel(rest, rows[0], state); });
   };
   return call.columns<1>(first, fill, begin, step).front();
 }
