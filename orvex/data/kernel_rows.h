@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 
 #include "orvex/data/field.h"
@@ -12,6 +13,12 @@ namespace orvex::inline ORVEX_COUNTS {
 /// The rows of a column; none of a null field, which the first step then reports.
 inline kernels::Source rowsOf(const std::shared_ptr<Field>& column) {
   return column == nullptr ? kernels::Source{} : kernels::source(column->values());
+}
+
+/// The same without the first `before` rows; none where there are not so many.
+inline kernels::Source behind(kernels::Source source, int before) {
+  const auto rows = static_cast<std::size_t>(before);
+  return source.count < rows ? kernels::Source{} : kernels::Source{source.rows + rows, source.count - rows};
 }
 
 /// Working space for a kernel: `columns` columns of `count` rows each, one after the other, with nothing in them yet.

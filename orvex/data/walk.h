@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "orvex/data/continuation.h"
 #include "orvex/data/database.h"
@@ -37,6 +38,17 @@ inline constexpr auto noKernel = [](kernels::Records) { return std::size_t{0}; }
 /// stepped.
 inline constexpr int fewRecords = 16;
 
+/// A kernel that costs less than one step: it is handed few records too.
+template <class Kernel>
+struct ForFewToo : Kernel {};
+template <class Kernel>
+ForFewToo(Kernel) -> ForFewToo<Kernel>;
+
+template <class Kernel>
+inline constexpr int leastRecords = fewRecords;
+template <class Kernel>
+inline constexpr int leastRecords<ForFewToo<Kernel>> = 1;
+
 /// What a loop is given that does not yield to the host.
 inline constexpr YieldHook noYield{};
 
@@ -67,14 +79,14 @@ void countRecords(Integer first, Integer last, int ahead, Kernel&& kernel, Step&
   // Where there is something to continue, the records up to the last closed one come first, and then the others.
   Integer end = last;
   if (continuation != nullptr) [[unlikely]] {
-    const auto records = continuation->enter(first.value() - ahead, last.value() - ahead, carried);
-    counter = records.first + ahead;
-    end = records.closed + ahead;
+    const auto entered = continuation->enter(first.value() - ahead, last.value() - ahead, carried);
+    counter = entered.first + ahead;
+    end = entered.closed + ahead;
     if (counter > first) pass(counter - 1 - ahead);
   }
   for (;;) {
-    const bool isLong = continuation == nullptr || std::int64_t{end.value()} - counter.value() + 1 >= fewRecords;
-    if (isLong) {
+    const std::int64_t records = std::int64_t{end.value()} - counter.value() + 1;
+    if (continuation == nullptr || records >= leastRecords<std::remove_cvref_t<Kernel>>) {
       const auto done = static_cast<int>(kernel(kernels::Records{counter.value() - ahead, end.value() - ahead}));
       if (done > 0 && !hook) {
         counter += done - 1;

@@ -113,21 +113,22 @@ std::shared_ptr<RecordSet> Oscillator::UltimateOscillator(std::shared_ptr<Databa
     const Integer count = object(data).getRecordCount();
     const Integer longest = std::max({Cycle1, Cycle2, Cycle3});
     const auto result = makeColumn(count, Alias.get(), longest.value() + 1LL);
-    const auto kernel = [&](kernels::Records records) -> std::size_t {
+    const ForFewToo kernel{[&](kernels::Records records) -> std::size_t {
       if (longest < 1 || records.first <= longest.value()) return 0;
-      const auto pressures = workingRows(count, 2);
+      // Counted from the record ahead of the first bar, whose close that one is compared with.
+      const int before = records.first - longest.value() - 1, last = records.last - before;
+      const auto rows = static_cast<std::size_t>(last);
+      const auto pressures = workingRows(last, 2);
       double* const buying = pressures.get();
-      double* const range = buying + count.value();
-      const auto rows = static_cast<std::size_t>(count.value());
-      // From the first bar of the first record's longest cycle on.
-      const kernels::Records bars{records.first - longest.value() + 1, records.last};
-      const std::size_t done = kernels::run(&kernels::Table::buyingPressure,
-                                            kernels::Bars{high.rows(), low.rows(), close.rows()}, bars, buying, range);
-      const kernels::Records known{records.first, bars.first - 1 + static_cast<int>(done)};
+      double* const range = buying + rows;
+      const kernels::Bars bars{behind(high.rows(), before), behind(low.rows(), before), behind(close.rows(), before)};
+      const std::size_t done =
+          kernels::run(&kernels::Table::buyingPressure, bars, kernels::Records{2, last}, buying, range);
       return kernels::run(&kernels::Table::ultimate, kernels::Source{buying, rows}, kernels::Source{range, rows},
-                          kernels::Cycles{{Cycle1.value(), Cycle2.value(), Cycle3.value()}}, known,
-                          result->writableValues().data());
-    };
+                          kernels::Cycles{{Cycle1.value(), Cycle2.value(), Cycle3.value()}},
+                          kernels::Records{longest.value() + 1, 1 + static_cast<int>(done)},
+                          result->writableValues().data() + before);
+    }};
     walkSpans(*data, longest + 2, count + 1, CursorAfter::NextRecord, kernel, [&](Integer record) {
       const auto pressure = [&](Integer cycle) {
         Pressure sum;
