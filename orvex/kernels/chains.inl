@@ -80,7 +80,20 @@ struct Abreast {
   friend Abreast quotient(const Abreast& x, const Abreast& divisor, int turn) {
     return each([&](int i) { return quotient(x.part[i], divisor.part[i], turn + i); });
   }
+  friend Abreast operator/(const Abreast& a, const Abreast& b) {
+    return each([&](int i) { return a.part[i] / b.part[i]; });
+  }
+  friend Abreast magnitude(const Abreast& a) {
+    return each([&](int i) { return magnitude(a.part[i]); });
+  }
+  friend Abreast wholePart(const Abreast& a) {
+    return each([&](int i) { return wholePart(a.part[i]); });
+  }
+  friend Abreast chosen(const double* table, const Abreast& places) {
+    return each([&](int i) { return chosen(table, places.part[i]); });
+  }
   friend Abreast spread(double number, const Abreast&) { return all(number); }
+  friend Abreast over(const Abreast& a, const Abreast& b, int turn) { return quotient(a, b, turn); }
   friend Abreast overOr(const Abreast& a, const Abreast& b, double otherwise, int turn) {
     return whereEqual(b, all(0.0), all(otherwise), quotient(a, b, turn));
   }
@@ -101,7 +114,12 @@ struct Alone {
   friend Alone whereGreater(Alone a, Alone b, Alone yes, Alone no) { return a.x > b.x ? yes : no; }
   friend Alone whereEqual(Alone a, Alone b, Alone yes, Alone no) { return a.x == b.x ? yes : no; }
   friend Alone quotient(Alone a, Alone b, int) { return {a.x / b.x}; }
+  friend Alone operator/(Alone a, Alone b) { return {a.x / b.x}; }
+  friend Alone magnitude(Alone a) { return {a.x < 0.0 ? 0.0 - a.x : a.x}; }
+  friend Alone wholePart(Alone a) { return {static_cast<double>(static_cast<int>(a.x))}; }
+  friend Alone chosen(const double* table, Alone place) { return {table[static_cast<int>(place.x)]}; }
   friend Alone spread(double number, Alone) { return all(number); }
+  friend Alone over(Alone a, Alone b, int) { return a / b; }
   friend Alone overOr(Alone a, Alone b, double otherwise, int) { return b.x == 0.0 ? all(otherwise) : all(a.x / b.x); }
 };
 

@@ -239,6 +239,13 @@ Pack<Lanes> wholePart(Pack<Lanes> a) {
   return a;
 }
 
+/// What a table has at each lane's place, a whole number.
+template <int Lanes>
+Pack<Lanes> chosen(const double* table, Pack<Lanes> places) {
+  for (int lane = 0; lane < Lanes; ++lane) places.v[lane] = table[static_cast<int>(places.v[lane])];
+  return places;
+}
+
 /// The value without its sign; 0 without one too.
 template <int Lanes>
 Pack<Lanes> magnitude(Pack<Lanes> a) {

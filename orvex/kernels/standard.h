@@ -103,6 +103,11 @@ struct StandardTable {
   /// for factors up to 1. `stop` becomes that of the last record.
   std::size_t (*parabolicStop)(Source high, Source low, StopRules rules, Stop* stop, Records records, double* out);
 
+  /// The length of the dominant cycle of smoothed prices, and its components (discriminator.h). `carried` are the
+  /// numbers that it carries: as of the record before the first, and then as of the last one.
+  std::size_t (*dominantCycle)(Source smooth, double* carried, Records records, double* length);
+  std::size_t (*phasor)(Source smooth, double* carried, Records records, double* inPhase, double* quadrature);
+
   /// `formulas::ShareOfBoth` and `formulas::Balance` of the means of rises and of falls, which go on from `moves`: (the
   /// mean x (`periods` - 1) + the move or 0) / `periods`. Where the source stays, so does the row. `moves` become those
   /// of the last record.

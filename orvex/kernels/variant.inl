@@ -2,6 +2,7 @@
 // ORVEX_VARIANT.
 #include "orvex/kernels/cascades.inl"
 #include "orvex/kernels/chains.inl"
+#include "orvex/kernels/cycles.inl"
 #include "orvex/kernels/extremes.inl"
 #include "orvex/kernels/oscillators.inl"
 #include "orvex/kernels/pack.inl"
@@ -107,6 +108,8 @@ constexpr StandardTable withoutPointwise = {
     .highestAge = ageOf<Highest>,
     .lowestAge = ageOf<Lowest>,
     .parabolicStop = parabolicStop,
+    .dominantCycle = dominantCycle,
+    .phasor = phasor,
     .shareOfMoves = ofMoves<standard::formulas::ShareOfBoth>,
     .balanceOfMoves = ofMoves<standard::formulas::Balance>,
     .middleOfExtremes = ofExtremes<standard::formulas::Middle>,

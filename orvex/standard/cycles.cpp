@@ -2,98 +2,25 @@
 #include <array>
 #include <cstddef>
 
+#include "orvex/standard/discriminator.h"
 #include "orvex/standard/elementary.h"
 #include "orvex/standard/method.h"
 #include "orvex/standard/parts.h"
 #include "orvex/standard/standard.h"
 
 // John Ehlers' measure of the dominant cycle (Rocket Science for Traders, 2001), as the field's most used library
-// computes it. Everything is carried from record to record in one structure, histories included: each is as long as
-// its filter looks back.
+// computes it, and what is made of it.
 namespace orvex::inline ORVEX_COUNTS {
 
 namespace standard {
 
 namespace {
 
-/// The last eight values of a column, of ages 0 (the newest) to 7.
-class History {
- public:
-  void push(double value) {
-    newest_ = (newest_ + 1) % length;
-    values_[newest_] = value;
-  }
-  double operator[](std::size_t age) const { return values_[(newest_ + length - age) % length]; }
+using Carried = double[Discriminator::values];
 
- private:
-  static constexpr std::size_t length = 8;
-
-  std::array<double, length> values_{};
-  std::size_t newest_ = 0;
+struct DiscriminatorState {
+  Carried carried{};
 };
-
-/// What the discriminator carries.
-struct CycleState {
-  History smooth, detrended, quadrature;
-  History inPhase;  // the detrended price of three records before
-  double inPhase2 = 0.0, quadrature2 = 0.0;
-  double real = 0.0, imaginary = 0.0;
-  double period = 0.0, smoothPeriod = 0.0;
-  double phase = 0.0;  // of the adaptive average, in degrees
-  double adaptive = 0.0, following = 0.0;
-  double dominantPhase = 0.0;
-  double sine = 0.0, leadSine = 0.0;
-  std::array<double, 3> trend{};  // the last averages over a cycle, the newest first
-  int daysInTrend = 0;
-};
-
-/// The transform's odd filter, four weights two records apart, scaled by how long the cycle was.
-template <class T>
-T hilbert(const History& x, T scale) {
-  return (0.0962 * T(x[0]) - 0.0962 * T(x[6]) - 0.5769 * T(x[4]) + 0.5769 * T(x[2])) * scale;
-}
-
-/// The arc tangent of a quotient in degrees, from -90 to 90, for an `along` that is not 0. A quotient beyond any double
-/// is that of a right angle.
-inline double angle(double up, double along) {
-  return arcTangent(up / along) * DegreesPerRadian;
-}
-
-/// The length of a cycle, held near the one before and within 6 and 50.
-inline double heldNear(double before, double period) {
-  if (period > 1.5 * before) period = 1.5 * before;
-  if (period < 0.67 * before) period = 0.67 * before;
-  if (period < 6.0) period = 6.0;
-  if (period > 50.0) period = 50.0;
-  return period;
-}
-
-/// Takes a record's smoothed price in.
-template <class T>
-void discriminate(CycleState& s, T smoothed) {
-  const T scale = 0.075 * T(s.period) + 0.54;
-  s.smooth.push(smoothed);
-  s.detrended.push(hilbert(s.smooth, scale));
-  s.quadrature.push(hilbert(s.detrended, scale));
-  s.inPhase.push(s.detrended[3]);
-  const T advancedI = hilbert(s.inPhase, scale), advancedQ = hilbert(s.quadrature, scale);
-  const T beforeI = s.inPhase2, beforeQ = s.quadrature2;
-  const T nowQ = 0.2 * (T(s.quadrature[0]) + advancedI) + 0.8 * beforeQ;
-  const T nowI = 0.2 * (T(s.inPhase[0]) - advancedQ) + 0.8 * beforeI;
-  s.inPhase2 = nowI;
-  s.quadrature2 = nowQ;
-  const T real = 0.2 * (nowI * beforeI + nowQ * beforeQ) + 0.8 * T(s.real);
-  const T imaginary = 0.2 * (nowI * beforeQ - nowQ * beforeI) + 0.8 * T(s.imaginary);
-  s.real = real;
-  s.imaginary = imaginary;
-  const double before = s.period;
-  const bool turns = imaginary != T(0) && real != T(0);
-  // Of an angle of 0 the cycle has no end, and is held back like any other that is too long.
-  const double held = heldNear(before, turns ? 360.0 / angle(imaginary, real) : before);
-  const double period = 0.2 * held + 0.8 * before;
-  s.period = period;
-  s.smoothPeriod = 0.33 * period + 0.67 * s.smoothPeriod;
-}
 
 /// The price smoothed by weights 4 to 1, from the record on at which the discriminator begins.
 Series smoothedPrice(Call& call, const Series& x, int early) {
@@ -105,14 +32,61 @@ constexpr int LongStart = 34;   // and where phases are computed too
 constexpr int ShortFirst = 32;  // after which the first row stands
 constexpr int LongFirst = 63;
 
+/// The columns that the discriminator of smoothed prices leaves: `columns(state)` after each record, or the kernel's.
+template <int Columns, class Kernel, class Value>
+std::array<Series, Columns> discriminated(Call& call, const Series& smooth, Kernel kernel, Value columns) {
+  return call.columns<Columns>(
+      smooth.first,
+      [&](kernels::Records records, const std::array<double*, Columns>& rows, DiscriminatorState& state) {
+        return call.proves(kernel(records, rows, state.carried), records, smooth, 6);
+      },
+      DiscriminatorState(),
+      [&]<class T>(At<T> at, DiscriminatorState& state, int r) {
+        const T ages[] = {at(smooth, r), at(smooth, r - 2), at(smooth, r - 4), at(smooth, r - 6)};
+        Discriminator::take(state.carried, ages, 0);
+        return columns(at, state.carried);
+      });
+}
+
+/// The length of the dominant cycle.
+Series dominantCycle(Call& call, const Series& smooth) {
+  return discriminated<1>(
+      call, smooth,
+      [&](kernels::Records records, const std::array<double*, 1>& rows, Carried& carried) {
+        return kernels::run(&kernels::StandardTable::dominantCycle, rowsOf(smooth.column), &carried[0], records,
+                            rows[0]);
+      },
+      []<class T>(At<T>, const Carried& carried) { return std::array{T(carried[Discriminator::smoothPeriod])}; })[0];
+}
+
+/// The price's components, in phase and a quarter of a cycle ahead.
+std::array<Series, 2> phasor(Call& call, const Series& smooth) {
+  return discriminated<2>(
+      call, smooth,
+      [&](kernels::Records records, const std::array<double*, 2>& rows, Carried& carried) {
+        return kernels::run(&kernels::StandardTable::phasor, rowsOf(smooth.column), &carried[0], records, rows[0],
+                            rows[1]);
+      },
+      []<class T>(At<T>, const Carried& carried) {
+        return std::array{T(carried[Discriminator::detrended + Discriminator::inPhase]),
+                          T(carried[Discriminator::quadrature])};
+      });
+}
+
+/// What the adaptive average carries.
+struct AdaptiveState {
+  double phase = 0.0;  // in degrees
+  double adaptive = 0.0, following = 0.0;
+};
+
 }  // namespace
 
 std::array<Series, 2> mesa(Call& call, const Series& x, double fastLimit, double slowLimit) {
-  const Series smooth = smoothedPrice(call, x, ShortStart);
-  auto both = call.columns<2>(smooth.first, CycleState(), [&]<class T>(At<T> at, CycleState& s, int r) {
-    discriminate(s, at(smooth, r));
-    const T inPhase = s.inPhase[0];
-    const T phase = inPhase != T(0) ? T(angle(s.quadrature[0], inPhase)) : T(0);
+  const auto components = phasor(call, smoothedPrice(call, x, ShortStart));
+  const Series &inPhase = components[0], &quadrature = components[1];
+  auto both = call.columns<2>(inPhase.first, AdaptiveState(), [&]<class T>(At<T> at, AdaptiveState& s, int r) {
+    const T along = at(inPhase, r);
+    const T phase = along != T(0) ? T(Discriminator::angle<double>(at(quadrature, r), along, 0)) : T(0);
     const T turned = larger(T(s.phase) - phase, T(1));
     s.phase = phase;
     const T share = turned > T(1) ? larger(fastLimit / turned, T(slowLimit)) : T(fastLimit);
@@ -128,16 +102,23 @@ std::array<Series, 2> mesa(Call& call, const Series& x, double fastLimit, double
 
 namespace {
 
-/// The columns that `value(at, state, r)` reads off the discriminator, shown from `first` records after the price's
-/// first.
+/// What is carried about the phase of the dominant cycle and about the trend.
+struct CycleState {
+  double phase = 0.0;  // in degrees
+  double sine = 0.0, leadSine = 0.0;
+  std::array<double, 3> trend{};  // the last averages over a cycle, the newest first
+  int daysInTrend = 0;
+};
+
+/// The columns that `value(at, state, smooth, length, r)` makes of smoothed prices and the length of their cycle, shown
+/// where phases stand.
 template <int Columns, class Value>
-std::array<Series, Columns> ofCycle(Call& call, const Series& x, int early, int first, Value value) {
-  const Series smooth = smoothedPrice(call, x, early);
+std::array<Series, Columns> ofCycle(Call& call, const Series& x, Value value) {
+  const Series smooth = smoothedPrice(call, x, LongStart), length = dominantCycle(call, smooth);
   auto made = call.columns<Columns>(smooth.first, CycleState(), [&](auto at, CycleState& s, int r) {
-    discriminate(s, at(smooth, r));
-    return value(at, s, smooth, r);
+    return value(at, s, smooth, at(length, r), r);
   });
-  for (Series& one : made) one = call.shown(one, x.first + first);
+  for (Series& one : made) one = call.shown(one, x.first + LongFirst);
   return made;
 }
 
@@ -177,8 +158,8 @@ class Circles {
 /// The phase of the dominant cycle in degrees, from -45 to 315: the smoothed price of one cycle against a sine and a
 /// cosine of its length. Prices before the first smoothed one count as 0.
 template <class T>
-T dominantPhase(At<T> at, CycleState& s, const Series& smooth, int r) {
-  const int length = static_cast<int>(s.smoothPeriod + 0.5);
+T dominantPhase(At<T> at, CycleState& s, const Series& smooth, double cycle, int r) {
+  const int length = static_cast<int>(cycle + 0.5);
   const Circles::Point* const points = Circles::of(length);
   const int seen = std::min(length, static_cast<int>(r - smooth.first) + 1);
   T real = 0, imaginary = 0;
@@ -187,9 +168,9 @@ T dominantPhase(At<T> at, CycleState& s, const Series& smooth, int r) {
     real += points[i].sine * price;
     imaginary += points[i].cosine * price;
   }
-  T phase = s.dominantPhase;
+  T phase = s.phase;
   if (imaginary != T(0)) {
-    phase = angle(real, imaginary);
+    phase = Discriminator::angle<double>(real, imaginary, 0);
   } else if (real < T(0)) {
     phase = phase - 90;
   } else if (real > T(0)) {
@@ -197,17 +178,17 @@ T dominantPhase(At<T> at, CycleState& s, const Series& smooth, int r) {
   }
   phase = phase + 90;
   // What the smoothing of four records held back.
-  phase = phase + 360 / T(s.smoothPeriod);
+  phase = phase + 360 / T(cycle);
   if (imaginary < T(0)) phase = phase + 180;
   if (phase > T(315)) phase = phase - 360;
-  s.dominantPhase = phase;
+  s.phase = phase;
   return phase;
 }
 
 /// The mean of the prices of one cycle, smoothed by weights 4 to 1.
 template <class T>
-T trendline(At<T> at, CycleState& s, const Series& x, int r) {
-  const int length = static_cast<int>(s.smoothPeriod + 0.5);
+T trendline(At<T> at, CycleState& s, const Series& x, double cycle, int r) {
+  const int length = static_cast<int>(cycle + 0.5);
   T total = 0;
   for (int i = 0; i < length; ++i) total += at(x, r - i);
   const T mean = length > 0 ? total / length : total;
@@ -224,39 +205,35 @@ using namespace standard;
 
 Standard::Result Standard::HT_DCPERIOD(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_DCPERIOD">(data, Alias).compute([&](Call& call) {
-    return ofCycle<1>(
-        call, call.take(Source), ShortStart, ShortFirst,
-        []<class T>(At<T>, CycleState& s, const Series&, int) { return std::array{T(s.smoothPeriod)}; })[0];
+    const Series x = call.take(Source);
+    return call.shown(dominantCycle(call, smoothedPrice(call, x, ShortStart)), x.first + ShortFirst);
   });
 }
 
 Standard::Result Standard::HT_DCPHASE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_DCPHASE">(data, Alias).compute([&](Call& call) {
-    return ofCycle<1>(call, call.take(Source), LongStart, LongFirst,
-                      [&](auto at, CycleState& s, const Series& smooth, int r) {
-                        return std::array{dominantPhase(at, s, smooth, r)};
-                      })[0];
+    return ofCycle<1>(call, call.take(Source), [](auto at, CycleState& s, const Series& smooth, double cycle, int r) {
+      return std::array{dominantPhase(at, s, smooth, cycle, r)};
+    })[0];
   });
 }
 
 Standard::Result Standard::HT_PHASOR(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_PHASOR">(data, Alias).compute([&](Call& call) {
-    const auto parts = ofCycle<2>(call, call.take(Source), ShortStart, ShortFirst,
-                                  []<class T>(At<T>, CycleState& s, const Series&, int) {
-                                    return std::array{T(s.inPhase[0]), T(s.quadrature[0])};
-                                  });
-    return std::vector<Named>{{InPhaseSuffix, parts[0]}, {QuadratureSuffix, parts[1]}};
+    const Series x = call.take(Source);
+    const auto [inPhase, quadrature] = phasor(call, smoothedPrice(call, x, ShortStart));
+    return std::vector<Named>{{InPhaseSuffix, call.shown(inPhase, x.first + ShortFirst)},
+                              {QuadratureSuffix, call.shown(quadrature, x.first + ShortFirst)}};
   });
 }
 
 Standard::Result Standard::HT_SINE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_SINE">(data, Alias).compute([&](Call& call) {
-    const auto waves =
-        ofCycle<2>(call, call.take(Source), LongStart, LongFirst,
-                   [&]<class T>(At<T> at, CycleState& s, const Series& smooth, int r) {
-                     const T phase = dominantPhase(at, s, smooth, r);
-                     return std::array{sine(phase / DegreesPerRadian), sine((phase + 45) / DegreesPerRadian)};
-                   });
+    const auto waves = ofCycle<2>(
+        call, call.take(Source), []<class T>(At<T> at, CycleState& s, const Series& smooth, double cycle, int r) {
+          const T phase = dominantPhase(at, s, smooth, cycle, r);
+          return std::array{sine(phase / DegreesPerRadian), sine((phase + 45) / DegreesPerRadian)};
+        });
     return std::vector<Named>{{"", waves[0]}, {LeadSuffix, waves[1]}};
   });
 }
@@ -264,36 +241,35 @@ Standard::Result Standard::HT_SINE(DataRef data, FieldRef Source, Name Alias) {
 Standard::Result Standard::HT_TRENDMODE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_TRENDMODE">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source);
-    return ofCycle<1>(call, x, LongStart, LongFirst,
-                      [&]<class T>(At<T> at, CycleState& s, const Series& smooth, int r) {
-                        const T phaseBefore = s.dominantPhase, sineBefore = s.sine, leadBefore = s.leadSine;
-                        const T phase = dominantPhase(at, s, smooth, r);
-                        const T now = sine(phase / DegreesPerRadian), lead = sine((phase + 45) / DegreesPerRadian);
-                        s.sine = now;
-                        s.leadSine = lead;
-                        const T line = trendline(at, s, x, r);
-                        bool isTrend = true;
-                        if ((now > lead && sineBefore <= leadBefore) || (now < lead && sineBefore >= leadBefore)) {
-                          s.daysInTrend = 0;
-                          isTrend = false;
-                        }
-                        ++s.daysInTrend;
-                        if (s.daysInTrend < 0.5 * s.smoothPeriod) isTrend = false;
-                        // A phase that goes on at about the pace of the cycle tells of a cycle.
-                        const T turned = phase - phaseBefore, pace = 360 / T(s.smoothPeriod);
-                        if (turned > 0.67 * pace && turned < 1.5 * pace) isTrend = false;
-                        const T price = at(smooth, r);
-                        if (line != T(0) && magnitude((price - line) / line) >= T(0.015)) isTrend = true;
-                        return std::array{T(isTrend ? 1 : 0)};
-                      })[0];
+    return ofCycle<1>(call, x, [&]<class T>(At<T> at, CycleState& s, const Series& smooth, double cycle, int r) {
+      const T phaseBefore = s.phase, sineBefore = s.sine, leadBefore = s.leadSine;
+      const T phase = dominantPhase(at, s, smooth, cycle, r);
+      const T now = sine(phase / DegreesPerRadian), lead = sine((phase + 45) / DegreesPerRadian);
+      s.sine = now;
+      s.leadSine = lead;
+      const T line = trendline(at, s, x, cycle, r);
+      bool isTrend = true;
+      if ((now > lead && sineBefore <= leadBefore) || (now < lead && sineBefore >= leadBefore)) {
+        s.daysInTrend = 0;
+        isTrend = false;
+      }
+      ++s.daysInTrend;
+      if (s.daysInTrend < 0.5 * cycle) isTrend = false;
+      // A phase that goes on at about the pace of the cycle tells of a cycle.
+      const T turned = phase - phaseBefore, pace = 360 / T(cycle);
+      if (turned > 0.67 * pace && turned < 1.5 * pace) isTrend = false;
+      const T price = at(smooth, r);
+      if (line != T(0) && magnitude((price - line) / line) >= T(0.015)) isTrend = true;
+      return std::array{T(isTrend ? 1 : 0)};
+    })[0];
   });
 }
 
 Standard::Result Standard::HT_TRENDLINE(DataRef data, FieldRef Source, Name Alias) {
   return Method<"HT_TRENDLINE">(data, Alias).compute([&](Call& call) {
     const Series x = call.take(Source);
-    return ofCycle<1>(call, x, LongStart, LongFirst, [&](auto at, CycleState& s, const Series&, int r) {
-      return std::array{trendline(at, s, x, r)};
+    return ofCycle<1>(call, x, [&](auto at, CycleState& s, const Series&, double cycle, int r) {
+      return std::array{trendline(at, s, x, cycle, r)};
     })[0];
   });
 }

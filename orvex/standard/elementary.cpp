@@ -14,21 +14,11 @@ constexpr double Log2Low = -4.2009150726810846e-11;
 constexpr double HalfPiHigh = 1.5707963267341256;
 constexpr double HalfPiMiddle = 6.077100506303966e-11;
 constexpr double HalfPiLow = 2.0222662487959506e-21;
-constexpr double HalfPiRest = 6.123233995736766e-17;  // Pi / 2 less its nearest double
 
-/// coefficients[0] + x (coefficients[1] + x (...)).
-template <std::size_t Size>
-double polynomial(double x, const double (&coefficients)[Size]) {
-  double sum = coefficients[Size - 1];
-  for (std::size_t i = Size - 1; i > 0; --i) sum = coefficients[i - 1] + x * sum;
-  return sum;
-}
-
-// Taylor's series: of (artanh s - s) / s^3, (arctan t - t) / t^3, (sin t - t) / t^3 and (cos t - 1 + t^2 / 2) / t^4, in
-// the square of the argument.
+// Taylor's series: of (artanh s - s) / s^3, (sin t - t) / t^3 and (cos t - 1 + t^2 / 2) / t^4, in the square of the
+// argument.
 constexpr double Artanh[] = {1.0 / 3,  1.0 / 5,  1.0 / 7,  1.0 / 9,  1.0 / 11,
                              1.0 / 13, 1.0 / 15, 1.0 / 17, 1.0 / 19, 1.0 / 21};
-constexpr double Arctan[] = {-1.0 / 3, 1.0 / 5, -1.0 / 7, 1.0 / 9, -1.0 / 11, 1.0 / 13};
 constexpr double Sin[] = {-1.0 / 6,
                           1.0 / 120,
                           -1.0 / 5040,
@@ -45,17 +35,6 @@ constexpr double Cos[] = {1.0 / 24,
                           -1.0 / 87178291200.0,
                           1.0 / 20922789888000.0,
                           -1.0 / 6402373705728000.0};
-
-/// The arc tangents of 0, 1/8, ..., 1.
-constexpr double ArctanOfEighths[] = {0.0,
-                                      0.12435499454676144,
-                                      0.24497866312686414,
-                                      0.35877067027057225,
-                                      0.4636476090008061,
-                                      0.5585993153435624,
-                                      0.6435011087932844,
-                                      0.7188299996216245,
-                                      0.7853981633974483};
 
 /// An angle from -Pi / 4 to Pi / 4, in two parts, and how many right angles it was turned by.
 struct Reduced {
@@ -100,19 +79,7 @@ double logarithm(double x) {
 }
 
 double arcTangent(double x) {
-  const double size = std::fabs(x);
-  if (!(size >= 0x1p-27)) return x;  // as good as the argument itself, or no number
-  if (size > 0x1p60) return x < 0.0 ? -(Pi / 2) : Pi / 2;
-  const bool isSteep = size > 1.0;
-  const double t = isSteep ? 1.0 / size : size;
-  const auto eighths = static_cast<std::size_t>(t * 8.0 + 0.5);
-  const double near = static_cast<double>(eighths) / 8.0;
-  // arctan t = arctan c + arctan((t - c) / (1 + t c)), here without the rounding of 1 / size
-  const double d = isSteep ? (1.0 - near * size) / (size + near) : (t - near) / (1.0 + t * near);
-  const double square = d * d;
-  const double angle = ArctanOfEighths[eighths] + (d + d * square * polynomial(square, Arctan));
-  const double result = isSteep ? Pi / 2 - (angle - HalfPiRest) : angle;
-  return x < 0.0 ? -result : result;
+  return std::isnan(x) ? x : arcTangentOf(x);
 }
 
 double sine(double x) {

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "orvex/data/real.h"
+#include "orvex/standard/arc_tangent.h"
 
 /// Logarithm, arc tangent, sine and cosine, of this library's own: the same bits on every system, where the standard
 /// library's differ from one to the next. Within two units in the last place.
 namespace orvex::inline ORVEX_COUNTS::standard {
-
-inline constexpr double Pi = 3.141592653589793238;
-inline constexpr double DegreesPerRadian = 180.0 / Pi;
 
 /// The natural logarithm. Minus infinity of 0, not-a-number below 0.
 double logarithm(double x);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <type_traits>
 
+#include "orvex/standard/arc_tangent.h"
 #include "orvex/standard/numbers.h"
 
 /// The definitions in which a row comes from one row of each column: of numbers `x`, one a column, and of parameters
@@ -125,6 +126,7 @@ ORVEX_FORMULA(Correlation, 3, overOr(x[0], root(x[1] * x[2]), 0, turn))
 ORVEX_FORMULA(LineSlope, 2, part(number(6) * (x[0] - x[1]), p[0]))
 ORVEX_FORMULA(LineStart, 2, (number(3) * x[0] - number(2) * x[1]) - part(number(6) * (x[0] - x[1]), p[0]) * number(p[0]))
 ORVEX_FORMULA(LineAhead, 2, (number(3) * x[0] - number(2) * x[1]) + part(number(6) * (x[0] - x[1]), p[0]))
+ORVEX_FORMULA(Degrees, 1, arcTangentOf(x[0]) * number(DegreesPerRadian))
 #undef ORVEX_TELLING_FORMULA
 #undef ORVEX_FORMULA
 #undef ORVEX_FORMULA_OF
@@ -158,6 +160,6 @@ using Formulas =
          formulas::BuyingPressure, formulas::BalanceOfPower, formulas::Place, formulas::PlaceBelow, formulas::MoneyFlow,
          formulas::Shadows, formulas::Largest, formulas::Smallest, formulas::Ultimate, formulas::DirectionalMove,
          formulas::DirectionalIndex, formulas::LineEnd, formulas::Correlation, formulas::LineSlope, formulas::LineStart,
-         formulas::LineAhead>;
+         formulas::LineAhead, formulas::Degrees>;
 
 }  // namespace orvex::inline ORVEX_COUNTS::standard

@@ -32,6 +32,17 @@ template <class T>
 T whereGreater(T a, T b, T yes, T no) {
   return a > b ? yes : no;
 }
+template <class T>
+T whereEqual(T a, T b, T yes, T no) {
+  return a == b ? yes : no;
+}
+/// The whole part of values from 0 to below 2^31, and what a table has at such a place.
+inline double wholePart(double x) {
+  return static_cast<double>(static_cast<int>(x));
+}
+inline double chosen(const double* table, double place) {
+  return table[static_cast<int>(place)];
+}
 /// The quotient; `otherwise` where the divisor is 0.
 template <class T>
 T quotient(T a, T b, T otherwise = 0) {

@@ -1,4 +1,3 @@
-#include "orvex/standard/elementary.h"
 #include "orvex/standard/method.h"
 #include "orvex/standard/parts.h"
 #include "orvex/standard/standard.h"
@@ -88,7 +87,7 @@ Standard::Result Standard::LINEARREG_INTERCEPT(DataRef data, FieldRef Source, In
 Standard::Result Standard::LINEARREG_ANGLE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"LINEARREG_ANGLE">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
     const Series slope = line<formulas::LineSlope>(call, call.take(Source), Periods.value());
-    return call.each(slope.first, [&](auto at, int r) { return arcTangent(at(slope, r)) * DegreesPerRadian; });
+    return call.of<formulas::Degrees>(slope.first, {slope});
   });
 }
 
