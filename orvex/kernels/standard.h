@@ -52,6 +52,9 @@ struct Moves {
 /// What is made of the extremes of windows.
 using ExtremesKernel = std::size_t (*)(Source high, Source low, Source x, int window, Records records, double* out);
 
+/// What is made of the means of a window, weighted and plain.
+using LineKernel = std::size_t (*)(Source source, int window, Records records, double* out);
+
 struct StandardTable {
   /// What the formula of that place in `Formulas` makes of its columns. Stops before a row that is too large (2^200),
   /// or an operand's of which is, so that what it handles is proven for all that follows; of a formula that tells,
@@ -83,6 +86,13 @@ struct StandardTable {
   /// the typical price rose or fell. `rising` and `falling` are working space of as many rows as the columns have.
   std::size_t (*moneyFlowIndex)(Bars bars, Source volume, int window, Records records, double* rising, double* falling,
                                 double* out);
+
+  /// `formulas::LineEnd` and its like of the means of the `window` values that end at the record, weighted 1 (oldest)
+  /// to `window` and plain, newest first. REQUIRES: a window of 2 or more.
+  LineKernel lineEnd;
+  LineKernel lineSlope;
+  LineKernel lineStart;
+  LineKernel lineAhead;
 
   /// How many of the `window` values before the record are below its own.
   std::size_t (*below)(Source source, int window, Records records, double* out);

@@ -13,6 +13,7 @@
 #include "orvex/kernels/sliding.inl"
 #include "orvex/kernels/standard.h"
 #include "orvex/kernels/strength.inl"
+#include "orvex/kernels/windows.inl"
 
 namespace {
 
@@ -196,6 +197,26 @@ std::size_t windowSum(Source source, int window, Records records, double* out) {
   const std::ptrdiff_t count = provable(source, records, window - 1);
   slideSum<8, 12>({source.rows, nullptr, out}, window, records.first - 1, count, PlainSum());
   return static_cast<std::size_t>(count);
+}
+
+template <class Formula>
+std::size_t lineOf(Source source, int window, Records records, double* out) {
+  const Divisor weights(0.5 * window * (window + 1.0)), length(window);
+  const StandardParameters parameters{{window - 1.0}};
+  return slide<4, 4>({source.rows, nullptr, out}, window, WeightedMean::longEnough, records.first - 1,
+                     present(source, records, window - 1), [=]<class Block>(const Block& block) {
+                       using P = typename Block::P;
+                       P weighted[Block::count] = {};
+                       P plain[Block::count] = {};
+                       block.newestFirst(window, [&](int i, std::ptrdiff_t age, P value) {
+                         weighted[i] = weighted[i] + block.number(window - age) * value;
+                         plain[i] = plain[i] + value;
+                       });
+                       ORVEX_UNROLL for (int i = 0; i < Block::count; ++i) {
+                         const P means[] = {weighted[i] / weights, plain[i] / length};
+                         block.fill(i, Formula::of(means, parameters, i));
+                       }
+                     });
 }
 
 /// Each cycle's sums go on from where those of the next shorter one end.

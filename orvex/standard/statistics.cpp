@@ -5,6 +5,7 @@
 namespace orvex::inline ORVEX_COUNTS {
 
 using namespace standard;
+using kernels::StandardTable;
 
 namespace {
 
@@ -18,7 +19,7 @@ Scatter scatter(Call& call, const Series& x, const Series& y, int periods) {
   const auto made = call.columns<3>(
       meanX.first,
       [&](kernels::Records records, const std::array<double*, 3>& rows, Nothing&) {
-        return kernels::run(&kernels::StandardTable::scatter, rowsOf(x.column), rowsOf(y.column), rowsOf(meanX.column),
+        return kernels::run(&StandardTable::scatter, rowsOf(x.column), rowsOf(y.column), rowsOf(meanX.column),
                             rowsOf(meanY.column), periods, records, kernels::ScatterRows{rows[0], rows[1], rows[2]});
       },
       Nothing(),
@@ -41,15 +42,19 @@ Scatter scatter(Call& call, const Series& x, const Series& y, int periods) {
 
 /// What the formula makes of each record's least-squares line through the last P values, the oldest at 0.
 template <class Formula>
-Series line(Call& call, const Series& x, int periods) {
+Series line(Call& call, const Series& x, int periods, kernels::LineKernel StandardTable::*kernel) {
+  const auto made = call.atOnce(x.first + periods - 1, [&](kernels::Records records, double* rows) {
+    return call.proves(kernels::run(kernel, rowsOf(x.column), periods, records, rows), records, x, periods - 1);
+  });
+  if (made) return *made;
   return ofBoth<Formula>(call, weighted(call, x, periods), simple(call, x, periods), {{periods - 1.0}});
 }
 
 template <Text name, class Formula>
 Standard::Result ofLines(const Standard::DataRef& data, const Standard::FieldRef& source, Integer periods,
-                         Standard::Name& alias) {
+                         Standard::Name& alias, kernels::LineKernel StandardTable::*kernel) {
   return Method<name>(data, alias).periods(periods, 2).compute([&](Call& call) {
-    return line<Formula>(call, call.take(source), periods.value());
+    return line<Formula>(call, call.take(source), periods.value(), kernel);
   });
 }
 
@@ -73,26 +78,26 @@ Standard::Result Standard::CORREL(DataRef data, FieldRef Source1, FieldRef Sourc
 }
 
 Standard::Result Standard::LINEARREG(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG", formulas::LineEnd>(data, Source, Periods, Alias);
+  return ofLines<"LINEARREG", formulas::LineEnd>(data, Source, Periods, Alias, &StandardTable::lineEnd);
 }
 
 Standard::Result Standard::LINEARREG_SLOPE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG_SLOPE", formulas::LineSlope>(data, Source, Periods, Alias);
+  return ofLines<"LINEARREG_SLOPE", formulas::LineSlope>(data, Source, Periods, Alias, &StandardTable::lineSlope);
 }
 
 Standard::Result Standard::LINEARREG_INTERCEPT(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"LINEARREG_INTERCEPT", formulas::LineStart>(data, Source, Periods, Alias);
+  return ofLines<"LINEARREG_INTERCEPT", formulas::LineStart>(data, Source, Periods, Alias, &StandardTable::lineStart);
 }
 
 Standard::Result Standard::LINEARREG_ANGLE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"LINEARREG_ANGLE">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
-    const Series slope = line<formulas::LineSlope>(call, call.take(Source), Periods.value());
+    const Series slope = line<formulas::LineSlope>(call, call.take(Source), Periods.value(), &StandardTable::lineSlope);
     return call.of<formulas::Degrees>(slope.first, {slope});
   });
 }
 
 Standard::Result Standard::TSF(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
-  return ofLines<"TSF", formulas::LineAhead>(data, Source, Periods, Alias);
+  return ofLines<"TSF", formulas::LineAhead>(data, Source, Periods, Alias, &StandardTable::lineAhead);
 }
 
 Standard::Result Standard::ZSCORE(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
@@ -131,8 +136,7 @@ namespace {
 /// left the window the oldest of those that remain does: which of them is told is as the field's most used library
 /// finds it on its way.
 template <class Beats>
-Series placeOf(Call& call, const Series& x, int periods, decltype(&kernels::StandardTable::highestRecord) kernel,
-               Beats beats) {
+Series placeOf(Call& call, const Series& x, int periods, decltype(&StandardTable::highestRecord) kernel, Beats beats) {
   const Place first = x.first + periods - 1;
   return call.recursion(
       first,
@@ -170,14 +174,14 @@ Series placeOf(Call& call, const Series& x, int periods, decltype(&kernels::Stan
 
 Standard::Result Standard::MININDEX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"MININDEX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
-    return placeOf(call, call.take(Source), Periods.value(), &kernels::StandardTable::lowestRecord,
+    return placeOf(call, call.take(Source), Periods.value(), &StandardTable::lowestRecord,
                    [](auto a, auto b) { return a < b; });
   });
 }
 
 Standard::Result Standard::MAXINDEX(DataRef data, FieldRef Source, Integer Periods, Name Alias) {
   return Method<"MAXINDEX">(data, Alias).periods(Periods, 2).compute([&](Call& call) {
-    return placeOf(call, call.take(Source), Periods.value(), &kernels::StandardTable::highestRecord,
+    return placeOf(call, call.take(Source), Periods.value(), &StandardTable::highestRecord,
                    [](auto a, auto b) { return a > b; });
   });
 }
