@@ -94,10 +94,12 @@ class LiveSeries::Kept final : public LiveResult {
     next_.isPrepared = true;
     next_.isMade = false;
     next_.error.reset();
+    // The last record may be another now.
+    next_.current = std::min(current_, count - 1);
     for (const Source& source : sources_) {
       if (source.kept == nullptr || !source.kept->reached().error) continue;
       if (!next_.error) next_.error = source.kept->reached().error;
-      count = std::min(count, source.kept->reached().count);
+      count = std::min(count, source.kept->reached().current);
     }
     while (!next_.error || (continues_ && count > count_)) {
       try {
@@ -125,6 +127,7 @@ class LiveSeries::Kept final : public LiveResult {
     next_.isPrepared = false;
     error_ = next_.error;
     standing_ = count_;
+    current_ = next_.isMade ? next_.count : next_.current;
     if (!next_.isMade) return;
     if (next_.isContinued) {
       continuation_.commit();
@@ -156,6 +159,7 @@ class LiveSeries::Kept final : public LiveResult {
     bool isContinued = false;
     std::optional<Error> error;
     int count = 0;
+    int current = 0;                              // of the rows before, those of the prices as they are now
     std::int64_t kept = 0;                        // rows of the columns that are as before
     std::vector<std::shared_ptr<Field>> columns;  // of the part that was computed
     int before = 0;                               // the records before that part
@@ -172,11 +176,13 @@ class LiveSeries::Kept final : public LiveResult {
   /// How far it has come, with the change under way where there is one.
   struct Reached {
     int count;
+    int current;  // how many of its rows are of the prices as they are: the last may be of a record that was revised
     const std::optional<Error>& error;
   };
   Reached reached() const noexcept {
-    if (!next_.isPrepared) return {count_, error_};
-    return {next_.isMade ? next_.count : count_, next_.error};
+    if (!next_.isPrepared) return {count_, current_, error_};
+    if (next_.isMade) return {next_.count, next_.count, next_.error};
+    return {count_, next_.current, next_.error};
   }
 
   /// The rows of a source and the records before the first of them, with those that are computed as of `count` records.
@@ -361,6 +367,7 @@ class LiveSeries::Kept final : public LiveResult {
   std::shared_ptr<void> object_;
   std::vector<Value> given_;  // each of its argument's type; `Missing` for those that each change binds
   std::vector<Source> sources_;
+  int current_ = 0;
   bool continues_;
   bool isOfPrices_;  // alone: its sources' rows stand but for the last record
   Continuation continuation_;

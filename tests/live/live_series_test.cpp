@@ -474,6 +474,24 @@ TEST_P(EveryKeptMethod, GivesWhatAFreshCallGives) {
   EXPECT_GT(succeeded, sequencesOfEach() / 2) << "too few results to tell anything";
 }
 
+TEST(LiveFaults, LeaveNoRowOfARecordThatHasBeenRevised) {
+  // The average keeps its row of the bar before the revision, which nothing new may be made of.
+  LiveSeries series;
+  for (const double price : {1.0, 2.0, 4.0}) series.append({price, price, price, price, 1, ""});
+  const auto average = series.keep("Standard.SMA", {{"Periods", 2}});
+  const auto volume = series.keep("Index.OnBalanceVolume", {{"Source", LiveColumn{average, 0}}});
+  series.append({8, 8, 8, 8, infinity, ""});
+  EXPECT_FALSE(average->error());
+  EXPECT_EQ(volume->error()->record(), 4);
+  EXPECT_EQ(volume->count(), 3);
+  series.revise({8, 8, 8, infinity, 1, ""});
+  EXPECT_EQ(average->error()->record(), 4);
+  EXPECT_EQ(volume->error()->record(), 4);
+  EXPECT_EQ(volume->count(), 3);
+  series.append({8, 8, 8, 8, 1, ""});
+  EXPECT_EQ(volume->count(), 3);
+}
+
 TEST(LiveSessions, BeginWhereTheDatesDo) {
   // Typical prices 1, 2, 4, 8, 16 with a volume of 1: the mean begins anew with each session.
   const struct {
