@@ -41,9 +41,9 @@ T arcTangentOf(T x) {
   const auto ifSteep = [&](const T& steep, const T& other) { return whereGreater(size, one, steep, other); };
   // 1 / size where that is below 1; by 1 nothing is divided.
   const T t = smaller(size, one) / larger(size, one);
-  const T eighths = wholePart(t * number(8) + number(0.5)), near = eighths * number(0.125);
+  const T eighths = wholePart(t * number(8) + number(0.5)), closest = eighths * number(0.125);
   // arctan t = arctan c + arctan((t - c) / (1 + t c)), here without the rounding of 1 / size
-  const T d = ifSteep(one - near * size, t - near) / ifSteep(size + near, one + t * near);
+  const T d = ifSteep(one - closest * size, t - closest) / ifSteep(size + closest, one + t * closest);
   const T square = d * d;
   const T angle = chosen(ArctanOfEighths, eighths) + (d + d * square * polynomial(square, Arctan));
   const T upright = number(Pi / 2), positive = ifSteep(upright - (angle - number(HalfPiRest)), angle);

@@ -74,8 +74,8 @@ struct Discriminator {
     const T zero = number(0), divisor = whereEqual(along, zero, number(1), along);
     const T turned = over(number(360), angle(up, divisor, turn), turn + 1);
     const T length = whereEqual(along, zero, before, whereEqual(up, zero, before, turned));
-    const T near = larger(number(0.67) * before, smaller(number(1.5) * before, length));
-    return smaller(number(50), larger(number(6), near));
+    const T nearby = larger(number(0.67) * before, smaller(number(1.5) * before, length));
+    return smaller(number(50), larger(number(6), nearby));
   }
 };
 
