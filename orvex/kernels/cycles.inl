@@ -12,18 +12,13 @@ namespace {
 
 using orvex::standard::Discriminator;
 
-/// With one output its length; with two the components of the price.
+/// With one output or two, as `Discriminator::show` has them.
 template <int Outputs>
 struct DiscriminatorChain : Chain<4, Outputs, static_cast<int>(Discriminator::values)> {
   template <class T>
   void next(T (&state)[Discriminator::values], const T (&in)[4], T (&out)[Outputs], int turn) const {
     Discriminator::take(state, in, turn);
-    if constexpr (Outputs == 1) {
-      out[0] = state[Discriminator::smoothPeriod];
-    } else {
-      out[0] = state[Discriminator::detrended + Discriminator::inPhase];
-      out[1] = state[Discriminator::quadrature];
-    }
+    Discriminator::show(state, out);
   }
 };
 

@@ -194,8 +194,7 @@ enum class Order { newestFirst, oldestFirst };
 // A kind of sum over a window: `next(sum, value, place, center)` is the sum with one value more, whose place in the
 // window is counted from the oldest, which has 1; `result(sum)` is the row. `hasCenter` tells whether there is a
 // center, `isChecked` whether rows may come out as no numbers that nobody else looks for, and `longEnough` is the
-// shortest window that gains by stretches, as measured: those of plain sums with four lanes share loads without them,
-// weighted ones have them wait for nothing.
+// shortest window that gains by stretches, as measured: with four lanes plain sums gain sooner, weighted ones never.
 
 /// The sum of the window's values, and nothing more: of values that a caller knows, or with rows that it looks at.
 struct PlainSum {

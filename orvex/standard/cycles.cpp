@@ -16,6 +16,7 @@ namespace standard {
 
 namespace {
 
+using kernels::StandardTable;
 using Carried = double[Discriminator::values];
 
 struct DiscriminatorState {
@@ -32,9 +33,9 @@ constexpr int LongStart = 34;   // and where phases are computed too
 constexpr int ShortFirst = 32;  // after which the first row stands
 constexpr int LongFirst = 63;
 
-/// The columns that the discriminator of smoothed prices leaves: `columns(state)` after each record, or the kernel's.
-template <int Columns, class Kernel, class Value>
-std::array<Series, Columns> discriminated(Call& call, const Series& smooth, Kernel kernel, Value columns) {
+/// The columns that the discriminator of smoothed prices shows.
+template <int Columns, class Kernel>
+std::array<Series, Columns> discriminated(Call& call, const Series& smooth, Kernel kernel) {
   return call.columns<Columns>(
       smooth.first,
       [&](kernels::Records records, const std::array<double*, Columns>& rows, DiscriminatorState& state) {
@@ -44,32 +45,25 @@ std::array<Series, Columns> discriminated(Call& call, const Series& smooth, Kern
       [&]<class T>(At<T> at, DiscriminatorState& state, int r) {
         const T ages[] = {at(smooth, r), at(smooth, r - 2), at(smooth, r - 4), at(smooth, r - 6)};
         Discriminator::take(state.carried, ages, 0);
-        return columns(at, state.carried);
+        T columns[Columns];
+        Discriminator::show(state.carried, columns);
+        return std::to_array(columns);
       });
 }
 
 /// The length of the dominant cycle.
 Series dominantCycle(Call& call, const Series& smooth) {
   return discriminated<1>(
-      call, smooth,
-      [&](kernels::Records records, const std::array<double*, 1>& rows, Carried& carried) {
-        return kernels::run(&kernels::StandardTable::dominantCycle, rowsOf(smooth.column), &carried[0], records,
-                            rows[0]);
-      },
-      []<class T>(At<T>, const Carried& carried) { return std::array{T(carried[Discriminator::smoothPeriod])}; })[0];
+      call, smooth, [&](kernels::Records records, const std::array<double*, 1>& rows, Carried& carried) {
+        return kernels::run(&StandardTable::dominantCycle, rowsOf(smooth.column), &carried[0], records, rows[0]);
+      })[0];
 }
 
 /// The price's components, in phase and a quarter of a cycle ahead.
 std::array<Series, 2> phasor(Call& call, const Series& smooth) {
   return discriminated<2>(
-      call, smooth,
-      [&](kernels::Records records, const std::array<double*, 2>& rows, Carried& carried) {
-        return kernels::run(&kernels::StandardTable::phasor, rowsOf(smooth.column), &carried[0], records, rows[0],
-                            rows[1]);
-      },
-      []<class T>(At<T>, const Carried& carried) {
-        return std::array{T(carried[Discriminator::detrended + Discriminator::inPhase]),
-                          T(carried[Discriminator::quadrature])};
+      call, smooth, [&](kernels::Records records, const std::array<double*, 2>& rows, Carried& carried) {
+        return kernels::run(&StandardTable::phasor, rowsOf(smooth.column), &carried[0], records, rows[0], rows[1]);
       });
 }
 

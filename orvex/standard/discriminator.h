@@ -12,8 +12,8 @@ namespace orvex::inline ORVEX_COUNTS::standard {
 /// What it carries from record to record is an array of numbers; these are their places. Of what is filtered further
 /// the values of the records before are kept, the newest first; all are 0 to begin with.
 struct Discriminator {
-  static constexpr std::size_t detrended = 0;     // 9 records, the price less its trend
-  static constexpr std::size_t quadrature = 9;    // 6 records, that a quarter of a cycle ahead
+  static constexpr std::size_t detrended = 0;   // 9 records, the price less its trend; in phase is that 3 records later
+  static constexpr std::size_t quadrature = 9;  // 6 records, that a quarter of a cycle ahead
   static constexpr std::size_t inPhaseMean = 15;  // both turned on and smoothed
   static constexpr std::size_t quadratureMean = 16;
   static constexpr std::size_t real = 17;  // their product with that of the record before
@@ -21,7 +21,6 @@ struct Discriminator {
   static constexpr std::size_t period = 19;
   static constexpr std::size_t smoothPeriod = 20;  // the length of the dominant cycle
   static constexpr std::size_t values = 21;
-  static constexpr std::size_t inPhase = 3;  // the detrended price of three records before
 
   /// Takes a record's smoothed price in: its own and those of two, four and six records before. The numbers carried are
   /// plain where `T` is checked: of lengths of cycles nothing is too large.
@@ -56,6 +55,19 @@ struct Discriminator {
     state[period] = rest * held(state[imaginary], state[real], state[period], turn) + share * state[period];
     state[smoothPeriod] =
         spread(0.33, state[period]) * state[period] + spread(0.67, state[period]) * state[smoothPeriod];
+  }
+
+  /// What is shown of a record once it is taken in: the length of the dominant cycle or, as two columns, the price's
+  /// components, in phase and a quarter of a cycle ahead.
+  template <class T, class Carried, std::size_t Columns>
+  static void show(const Carried (&state)[values], T (&columns)[Columns]) {
+    static_assert(Columns == 1 || Columns == 2);
+    if constexpr (Columns == 1) {
+      columns[0] = state[smoothPeriod];
+    } else {
+      columns[0] = state[detrended + 3];
+      columns[1] = state[quadrature];
+    }
   }
 
   /// The arc tangent of a quotient in degrees, from -90 to 90, for an `along` that is not 0. A quotient beyond any

@@ -1,7 +1,6 @@
 #include "orvex/standard/elementary.h"
 
 #include <cmath>
-#include <cstddef>
 
 namespace orvex::inline ORVEX_COUNTS::standard {
 

@@ -20,9 +20,6 @@ inline Real logarithm(Real x) {
   if (x.value() <= 0.0) raise(faults::InvalidCall);
   return logarithm(x.value());
 }
-inline Real arcTangent(Real x) {
-  return arcTangent(x.value());
-}
 inline Real sine(Real x) {
   return sine(x.value());
 }
