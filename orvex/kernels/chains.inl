@@ -26,10 +26,11 @@ namespace {
 
 constexpr int stretches = 8;
 
-/// A number of each stretch.
+/// A number of each of `Count` stretches.
+template <int Count>
 struct Abreast {
   using P = Pack<widestLanes>;
-  static constexpr int parts = stretches / widestLanes;
+  static constexpr int parts = Count / widestLanes;
 
   P part[parts];
 
@@ -51,7 +52,6 @@ struct Abreast {
     return each([&](int) { return P::all(x); });
   }
   double lane(int k) const { return part[k / widestLanes].v[k % widestLanes]; }
-  void set(int k, double x) { part[k / widestLanes].v[k % widestLanes] = x; }
 
   friend Abreast operator+(const Abreast& a, const Abreast& b) {
     return each([&](int i) { return a.part[i] + b.part[i]; });
@@ -76,6 +76,9 @@ struct Abreast {
   }
   friend Abreast whereEqual(const Abreast& a, const Abreast& b, const Abreast& yes, const Abreast& no) {
     return each([&](int i) { return whereEqual(a.part[i], b.part[i], yes.part[i], no.part[i]); });
+  }
+  friend Abreast plusProduct(const Abreast& sum, const Abreast& a, const Abreast& b) {
+    return each([&](int i) { return plusProduct(sum.part[i], a.part[i], b.part[i]); });
   }
   friend Abreast quotient(const Abreast& x, const Abreast& divisor, int turn) {
     return each([&](int i) { return quotient(x.part[i], divisor.part[i], turn + i); });
@@ -127,10 +130,12 @@ struct Alone {
 /// record whose inputs are `in`, and gives its outputs. It is written once for `Abreast` and `Alone`. An infinity or
 /// not-a-number in the state stays there, so one look at the end finds it; what the state need not show is looked for
 /// record by record: with `checksInputs` inputs that are no numbers or too large, with `checksOutputs` outputs that are
-/// no numbers.
+/// no numbers. Each operation is done in `together` stretches at once: in all, since what it gives is waited for, or in
+/// fewer where a record has so many operations that these fill the processor, and all would not fit its registers.
 template <int Inputs, int Outputs, int Values>
 struct Chain {
   static constexpr int inputs = Inputs, outputs = Outputs, values = Values;
+  static constexpr int together = stretches;
   static constexpr bool checksInputs = false, checksOutputs = false;
 };
 
@@ -181,12 +186,20 @@ class ChainRun {
   double state(int v) const { return state_[v]; }
 
  private:
-  static constexpr int kept = 32;
+  static constexpr int kept = 32, together = C::together, groups = stretches / together;
+  using Numbers = Abreast<together>;
+
+  /// The states of all stretches.
+  struct States {
+    Numbers of[groups][C::values];
+
+    double lane(int v, int k) const { return of[k / together][v].lane(k % together); }
+  };
 
   /// As of some records of every stretch: where a chain that is computed again meets its stretch.
   struct Marks {
     std::ptrdiff_t spacing;
-    Abreast state[kept][C::values];
+    States state[kept];
   };
 
   void alone(std::ptrdiff_t from, std::ptrdiff_t end) {
@@ -208,33 +221,35 @@ class ChainRun {
   }
 
   void inStretches(std::ptrdiff_t first, std::ptrdiff_t early, std::ptrdiff_t distance) {
-    Abreast state[C::values], met[C::values], sum = Abreast::all(0.0);
-    for (int v = 0; v < C::values; ++v) state[v] = Abreast::all(state_[v]);
-    for (std::ptrdiff_t row = 0; row < early; row += widestLanes) block<false>(first + row, distance, state, sum);
-    for (int v = 0; v < C::values; ++v) met[v] = state[v];
+    States states;
+    Numbers sum = Numbers::all(0.0);
+    for (Numbers(&state)[C::values] : states.of) {
+      for (int v = 0; v < C::values; ++v) state[v] = Numbers::all(state_[v]);
+    }
+    for (std::ptrdiff_t row = 0; row < early; row += widestLanes) block<false>(first + row, distance, states, sum);
+    const States met = states;
     Marks marks;
     marks.spacing = (distance / kept + 8) / 8 * 8;
     int next = 0;
     std::ptrdiff_t done = 0;
     while (done < distance) {
       const std::ptrdiff_t end = least(done + marks.spacing, distance);
-      for (; done < end; done += widestLanes) block<true>(first + early + done, distance, state, sum);
+      for (; done < end; done += widestLanes) block<true>(first + early + done, distance, states, sum);
       if (done == distance) break;
-      for (int v = 0; v < C::values; ++v) marks.state[next][v] = state[v];
-      ++next;
+      marks.state[next++] = states;
     }
-    for (int i = 0; i < Abreast::parts; ++i) check_ += isZero(sum.part[i]) ? 0.0 : notANumber;
+    for (int k = 0; k < together; ++k) check_ += sum.lane(k) * 0.0;
     // An infinity or not-a-number in a state stays there up to the end of its stretch.
     for (int v = 0; v < C::values; ++v) {
-      for (int k = 0; k < stretches; ++k) check_ += state[v].lane(k) * 0.0;
+      for (int k = 0; k < stretches; ++k) check_ += states.lane(v, k) * 0.0;
     }
-    for (int v = 0; v < C::values; ++v) state_[v] = state[v].lane(0);
+    for (int v = 0; v < C::values; ++v) state_[v] = states.lane(v, 0);
     for (int k = 1; k < stretches; ++k) {
       double begun[C::values];
-      for (int v = 0; v < C::values; ++v) begun[v] = met[v].lane(k);
+      for (int v = 0; v < C::values; ++v) begun[v] = met.lane(v, k);
       const std::ptrdiff_t own = first + early + k * distance;
       if (sameBits(begun, state_, C::values) || rejoins(own, distance, marks, k)) {
-        for (int v = 0; v < C::values; ++v) state_[v] = state[v].lane(k);
+        for (int v = 0; v < C::values; ++v) state_[v] = states.lane(v, k);
       }
     }
   }
@@ -248,7 +263,7 @@ class ChainRun {
       done = end;
       if (done == distance) break;
       double there[C::values];
-      for (int v = 0; v < C::values; ++v) there[v] = marks.state[mark][v].lane(k);
+      for (int v = 0; v < C::values; ++v) there[v] = marks.state[mark].lane(v, k);
       if (sameBits(there, state_, C::values)) return true;
     }
     return false;
@@ -256,44 +271,56 @@ class ChainRun {
 
   /// As many records of each stretch as a pack has lanes. Early, only the first stretch's are rows already.
   template <bool own>
-  void block(std::ptrdiff_t row, std::ptrdiff_t distance, Abreast (&state)[C::values], Abreast& sum) {
-    Abreast in[widestLanes][C::inputs], out[widestLanes][C::outputs];
-    unroll<0, C::inputs>([&](auto k) {
-      unroll<0, Abreast::parts>([&](auto i) {
+  void block(std::ptrdiff_t row, std::ptrdiff_t distance, States& states, Numbers& sum) {
+    Numbers in[widestLanes][groups][C::inputs], out[widestLanes][groups][C::outputs];
+    eachPart([&](auto group, auto i, int stretch) {
+      unroll<0, C::inputs>([&](auto k) {
         WidestPack square[widestLanes];
         ORVEX_UNROLL for (int lane = 0; lane < widestLanes; ++lane) {
-          square[lane] = WidestPack::load(in_[k.value] + row + (i.value * widestLanes + lane) * distance);
+          square[lane] = WidestPack::load(in_[k.value] + row + (stretch + lane) * distance);
         }
         transpose(square);
-        ORVEX_UNROLL for (int j = 0; j < widestLanes; ++j) in[j][k.value].part[i.value] = square[j];
+        ORVEX_UNROLL for (int j = 0; j < widestLanes; ++j) in[j][group.value][k.value].part[i.value] = square[j];
       });
     });
     unroll<0, widestLanes>([&](auto j) {
-      chain_.next(state, in[j.value], out[j.value], j.value);
-      if constexpr (C::checksInputs) {
-        for (int k = 0; k < C::inputs; ++k) sum = sum + in[j.value][k] * Abreast::all(inputScale) * Abreast::all(0.0);
-      }
-      if constexpr (C::checksOutputs && own) {
-        for (int k = 0; k < C::outputs; ++k) sum = sum + out[j.value][k] * Abreast::all(0.0);
-      }
+      unroll<0, groups>([&](auto group) {
+        const auto& x = in[j.value][group.value];
+        auto& y = out[j.value][group.value];
+        chain_.next(states.of[group.value], x, y, j.value);
+        if constexpr (C::checksInputs) {
+          for (int k = 0; k < C::inputs; ++k) sum = plusProduct(sum, x[k], Numbers::all(inputScale));
+        }
+        if constexpr (C::checksOutputs && own) {
+          for (int k = 0; k < C::outputs; ++k) sum = sum + y[k] * Numbers::all(0.0);
+        }
+      });
     });
     unroll<0, C::outputs>([&](auto k) {
-      if constexpr (!own) {
+      if constexpr (own) {
+        eachPart([&](auto group, auto i, int stretch) {
+          WidestPack square[widestLanes];
+          ORVEX_UNROLL for (int j = 0; j < widestLanes; ++j) square[j] = out[j][group.value][k.value].part[i.value];
+          transpose(square);
+          ORVEX_UNROLL for (int lane = 0; lane < widestLanes; ++lane) {
+            square[lane].store(out_[k.value] + row + (stretch + lane) * distance);
+          }
+        });
+      } else {
         for (int j = 0; j < widestLanes; ++j) {
-          const double value = out[j][k.value].part[0].v[0];
+          const double value = out[j][0][k.value].part[0].v[0];
           out_[k.value][row + j] = value;
           if constexpr (C::checksOutputs) check_ += value * 0.0;
         }
-      } else {
-        unroll<0, Abreast::parts>([&](auto i) {
-          WidestPack square[widestLanes];
-          ORVEX_UNROLL for (int j = 0; j < widestLanes; ++j) square[j] = out[j][k.value].part[i.value];
-          transpose(square);
-          ORVEX_UNROLL for (int lane = 0; lane < widestLanes; ++lane) {
-            square[lane].store(out_[k.value] + row + (i.value * widestLanes + lane) * distance);
-          }
-        });
       }
+    });
+  }
+
+  /// `body` of each pack of stretches: of which group, its place there, and its first stretch.
+  template <class Body>
+  static void eachPart(const Body& body) {
+    unroll<0, groups>([&](auto group) {
+      unroll<0, Numbers::parts>([&](auto i) { body(group, i, group.value * together + i.value * widestLanes); });
     });
   }
 

@@ -312,6 +312,7 @@ std::size_t ultimate(Source buying, Source range, orvex::kernels::Cycles cycles,
 /// out and one is chosen, since no processor foretells reversals. Two chains are one as soon as they turn in one
 /// record.
 struct ParabolicChain : Chain<2, 1, 4> {
+  static constexpr int together = widestLanes;
   static constexpr bool checksInputs = true;
 
   double step, bound;

@@ -24,6 +24,8 @@ struct ScatterRows {
 /// How the factor of a parabolic stop grows in a trend: by `step`, from `start` to `maximum`.
 struct Acceleration {
   double start, step, maximum;
+
+  bool operator==(const Acceleration&) const = default;
 };
 
 /// What a record of it leaves to the next: the stop of that one, and extreme and factor of the trend so far.

@@ -387,43 +387,49 @@ std::size_t ageOf(Source source, int window, Records records, double* out) {
 using orvex::kernels::Acceleration;
 
 /// The state: the direction (1 or -1), the stop of the record, extreme and factor of the trend, and the bar before. As
-/// in `ParabolicChain`, both directions are worked out and one is chosen.
+/// in `ParabolicChain`, both directions are worked out and one is chosen. Of plain rules both sides are alike, and
+/// stops neither stand off nor are signed.
+template <bool isPlain>
 struct StopChain : Chain<2, 1, 6> {
+  static constexpr int together = widestLanes;
   static constexpr bool checksInputs = true;
 
   orvex::kernels::StopRules rules;
 
   template <class T>
   void next(T (&state)[6], const T (&in)[2], T (&out)[1], int) const {
-    const T top = in[0], bottom = in[1], topBefore = state[4], bottomBefore = state[5];
-    const T direction = state[0], level = state[1], extreme = state[2], factor = state[3];
-    const T none = T::all(0.0);
-    const auto choose = [&](const T& way, const T& ifLong, const T& ifShort) {
-      return whereGreater(way, none, ifLong, ifShort);
+    const T none = T::all(0.0), top = in[0], bottom = in[1];
+    const T way = state[0], level = state[1], extreme = state[2], factor = state[3];
+    const T highest = larger(state[4], top), lowest = smaller(state[5], bottom);
+    const auto choose = [&](const T& direction, const T& ifLong, const T& ifShort) {
+      return whereGreater(direction, none, ifLong, ifShort);
     };
-    const auto of = [&](const T& way, double Acceleration::*number) {
-      return choose(way, T::all(rules.longSide.*number), T::all(rules.shortSide.*number));
-    };
-    const auto heldBack = [&](const T& way, const T& stop) {
-      return choose(way, smaller(smaller(stop, bottomBefore), bottom), larger(larger(stop, topBefore), top));
+    const auto of = [&](const T& direction, double Acceleration::*number) {
+      if constexpr (isPlain) return T::all(rules.longSide.*number);
+      return choose(direction, T::all(rules.longSide.*number), T::all(rules.shortSide.*number));
     };
     // The trend goes on where the upper of these is above the lower.
-    const T upper = choose(direction, bottom, level), lower = choose(direction, level, top);
+    const T upper = choose(way, bottom, level), lower = choose(way, level, top);
     const auto where = [&](const T& goesOn, const T& turns) { return whereGreater(upper, lower, goesOn, turns); };
-    const T way = where(direction, none - direction);
 
-    const T turned = heldBack(none - direction, extreme), distance = turned * T::all(rules.offset);
-    const T shown = where(level, choose(direction, turned + distance, turned - distance));
-    const T furthest = choose(direction, larger(top, extreme), smaller(bottom, extreme));
-    const T faster = smaller(factor + of(direction, &Acceleration::step), of(direction, &Acceleration::maximum));
+    const T ceiling = larger(extreme, highest), floor = smaller(extreme, lowest);
+    // A distance of 0 below a stop of -0 makes one of 0.
+    const T turned = isPlain
+                         ? choose(way, ceiling, floor + none)
+                         : choose(way, ceiling + ceiling * T::all(rules.offset), floor - floor * T::all(rules.offset));
+    const T shown = where(level, turned);
+    const T furthest = choose(way, larger(top, extreme), smaller(bottom, extreme));
+    const T faster = smaller(factor + of(way, &Acceleration::step), of(way, &Acceleration::maximum));
     const T grown = whereEqual(furthest, extreme, factor, faster);
-    state[2] = where(furthest, choose(direction, bottom, top));
-    state[3] = where(grown, of(none - direction, &Acceleration::start));
-    state[1] = heldBack(way, shown + state[3] * (state[2] - shown));
-    state[0] = way;
+    const T next = where(way, none - way);
+    state[0] = next;
+    state[2] = where(furthest, choose(way, bottom, top));
+    state[3] = where(grown, of(next, &Acceleration::start));
+    const T stop = shown + state[3] * (state[2] - shown);
+    state[1] = choose(next, smaller(stop, lowest), larger(stop, highest));
     state[4] = top;
     state[5] = bottom;
-    out[0] = rules.isSigned ? choose(way, shown, shown * T::all(-1.0)) : shown;
+    out[0] = !isPlain && rules.isSigned ? choose(next, shown, shown * T::all(-1.0)) : shown;
   }
 };
 
@@ -440,8 +446,12 @@ std::size_t parabolicStop(Source high, Source low, orvex::kernels::StopRules rul
   constexpr double memory = 8.0;
   double state[] = {stop->isLong ? 1.0 : -1.0, stop->level,        stop->extreme, stop->factor,
                     high.rows[first - 1],      low.rows[first - 1]};
-  const StopChain chain{{}, rules};
-  if (!runChain(chain, {high.rows + first, low.rows + first}, {out + first}, state, count, memory)) return 0;
+  const auto run = [&](const auto& chain) {
+    return runChain(chain, {high.rows + first, low.rows + first}, {out + first}, state, count, memory);
+  };
+  const auto& [longSide, shortSide, offset, isSigned] = rules;
+  const bool isPlain = longSide == shortSide && offset == 0.0 && !isSigned;
+  if (!(isPlain ? run(StopChain<true>{{}, rules}) : run(StopChain<false>{{}, rules}))) return 0;
   *stop = {state[0] > 0.0, state[1], state[2], state[3]};
   return static_cast<std::size_t>(count);
 }
