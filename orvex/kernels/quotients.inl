@@ -60,6 +60,8 @@ struct Divisor {
       : number(x),
         reciprocal(1.0 / x),
         proven(x >= 0.5 && x < 0x1p48 && static_cast<double>(static_cast<long long>(2.0 * x)) == 2.0 * x) {}
+
+  operator double() const { return number; }
 };
 
 constexpr double leastNumerator = 0x1p-900;

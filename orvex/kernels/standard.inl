@@ -30,6 +30,10 @@ Pack<Lanes> overOr(Pack<Lanes> a, Pack<Lanes> b, double otherwise, int turn) {
   return whereEqual(b, Pack<Lanes>::all(0.0), Pack<Lanes>::all(otherwise), quotient(a, b, turn));
 }
 template <int Lanes>
+Pack<Lanes> part(Pack<Lanes> x, const Divisor& n) {
+  return x / n;
+}
+template <int Lanes>
 Pack<Lanes> part(Pack<Lanes> x, double n) {
   return x / Divisor(n);
 }
@@ -201,8 +205,7 @@ std::size_t windowSum(Source source, int window, Records records, double* out) {
 
 template <class Formula>
 std::size_t lineOf(Source source, int window, Records records, double* out) {
-  const Divisor weights(0.5 * window * (window + 1.0)), length(window);
-  const StandardParameters parameters{{window - 1.0}};
+  const Divisor weights(0.5 * window * (window + 1.0)), length(window), parameters[] = {Divisor(window - 1.0)};
   return slide<4, 4>({source.rows, nullptr, out}, window, WeightedMean::longEnough, records.first - 1,
                      present(source, records, window - 1), [=]<class Block>(const Block& block) {
                        using P = typename Block::P;
@@ -315,6 +318,14 @@ std::size_t scatterAround(Source x, Source y, Source meanX, Source meanY, int wi
   return static_cast<std::size_t>(count);
 }
 
+constexpr double laneNumbers[] = {0, 1, 2, 3, 4, 5, 6, 7};
+
+/// The records of a pack of rows, counted from 1.
+template <class P>
+P recordsFrom(std::ptrdiff_t row) {
+  return P::all(static_cast<double>(row + 1)) + P::load(laneNumbers);
+}
+
 /// `tell(row, record)` of the record of each window's extreme, of a pack of rows. It is found as highest and lowest
 /// values are (extremes.inl): of k values from each one on, then of 2k.
 template <class Extreme, bool isNewest, class Tell>
@@ -326,36 +337,42 @@ void recordsOfExtremes(const double* x, std::ptrdiff_t window, std::ptrdiff_t fi
     const std::ptrdiff_t rows = least(piece, first + count - start);
     const std::ptrdiff_t from = start - (window - 1);
     std::ptrdiff_t length = rows + window - 1;
-    for (std::ptrdiff_t i = 0; i < length; ++i) {
-      values[i] = x[from + i];
-      places[i] = static_cast<double>(from + i + 1);
-    }
     // The older one is kept where it is better, or, of equal ones, where the oldest is wanted.
     const auto place = []<class P>(P older, P newer, P placeOlder, P placeNewer) {
       const P best = isNewest ? Extreme::choose(older, newer) : Extreme::choose(newer, older);
       return isNewest ? whereEqual(best, newer, placeNewer, placeOlder)
                       : whereEqual(best, older, placeOlder, placeNewer);
     };
-    const auto combine = [&, place](std::ptrdiff_t number, std::ptrdiff_t distance, auto put) {
-      eachBlock<4>(0, number, [&, distance, put]<int Lanes, int Count>(std::ptrdiff_t row) {
+    const auto combine = [&, place](std::ptrdiff_t number, std::ptrdiff_t distance, const double* column, auto placeAt,
+                                    auto put) {
+      eachBlock<4>(0, number, [&, distance, column, placeAt, put]<int Lanes, int Count>(std::ptrdiff_t row) {
         using P = Pack<Lanes>;
         ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
           const std::ptrdiff_t at = row + i * Lanes;
-          const P older = P::load(values + at), newer = P::load(values + at + distance);
+          const P older = P::load(column + at), newer = P::load(column + at + distance);
           put(at, Extreme::choose(older, newer),
-              place(older, newer, P::load(places + at), P::load(places + at + distance)));
+              place(older, newer, placeAt.template operator()<P>(at), placeAt.template operator()<P>(at + distance)));
         }
       });
     };
-    std::ptrdiff_t k = 1;
+    const auto keep = [&]<class P>(std::ptrdiff_t at, P best, P record) {
+      best.store(values + at);
+      record.store(places + at);
+    };
+    const auto show = [=]<class P>(std::ptrdiff_t at, P, P record) { tell(start + at, record); };
+    const auto own = [=]<class P>(std::ptrdiff_t at) { return recordsFrom<P>(from + at); };
+    const auto kept = [&]<class P>(std::ptrdiff_t at) { return P::load(places + at); };
+    if (window == 1) {
+      combine(rows, 0, x + from, own, show);
+      continue;
+    }
+    combine(--length, 1, x + from, own, keep);
+    std::ptrdiff_t k = 2;
     for (; 2 * k <= window; k *= 2) {
       length -= k;
-      combine(length, k, [&]<class P>(std::ptrdiff_t at, P best, P record) {
-        best.store(values + at);
-        record.store(places + at);
-      });
+      combine(length, k, values, kept, keep);
     }
-    combine(rows, window - k, [=]<class P>(std::ptrdiff_t at, P, P record) { tell(start + at, record); });
+    combine(rows, window - k, values, kept, show);
   }
 }
 
@@ -370,17 +387,13 @@ std::size_t recordOf(Source source, int window, Records records, double* newest,
   return static_cast<std::size_t>(count);
 }
 
-constexpr double laneNumbers[] = {0, 1, 2, 3, 4, 5, 6, 7};
-
 template <class Extreme>
 std::size_t ageOf(Source source, int window, Records records, double* out) {
   if (window < 1 || window > widestDoubled) return 0;
   const std::ptrdiff_t count = provable(source, records, window - 1);
-  recordsOfExtremes<Extreme, true>(source.rows, window, records.first - 1, count,
-                                   [=]<class P>(std::ptrdiff_t row, P record) {
-                                     const P own = P::all(static_cast<double>(row + 1)) + P::load(laneNumbers);
-                                     (own - record).store(out + row);
-                                   });
+  recordsOfExtremes<Extreme, true>(
+      source.rows, window, records.first - 1, count,
+      [=]<class P>(std::ptrdiff_t row, P record) { (recordsFrom<P>(row) - record).store(out + row); });
   return static_cast<std::size_t>(count);
 }
 

@@ -10,7 +10,7 @@
 /// `p`. Each is written once, for steps and kernels.
 namespace orvex::inline ORVEX_COUNTS::standard {
 
-/// The parameters of a formula.
+/// The parameters of a formula. Kernels may give divisors, of what is divided by.
 struct Parameters {
   double values[4];
 
@@ -56,8 +56,8 @@ namespace formulas {
   struct name {                                                                               \
     static constexpr int columns = count;                                                     \
     static constexpr bool tells = isTelling;                                                  \
-    template <class T>                                                                        \
-    static T of(const T (&x)[count], const Parameters& p, int turn) {                         \
+    template <class T, class Given = Parameters>                                              \
+    static T of(const T (&x)[count], const Given& p, int turn) {                              \
       const auto number = [&](double value) { return spread(value, x[0]); };                  \
       static_cast<void>(number), static_cast<void>(p), static_cast<void>(turn);               \
       return __VA_ARGS__;                                                                     \
