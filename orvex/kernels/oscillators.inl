@@ -12,6 +12,7 @@
 #include "orvex/kernels/provable.inl"
 #include "orvex/kernels/quotients.inl"
 #include "orvex/kernels/sliding.inl"
+#include "orvex/kernels/totals.inl"
 
 namespace {
 
@@ -359,19 +360,17 @@ std::size_t parabolic(Source high, Source low, double step, double bound, Trend*
 
 std::size_t accumulation(Bars bars, Records records, double* out) {
   const double *const high = bars.high.rows, *const low = bars.low.rows, *const close = bars.close.rows;
-  const std::ptrdiff_t first = records.first - 1;
-  if (first < 1 || !isHandled(out[first - 1])) return 0;
   const std::ptrdiff_t count =
       least(least(provable(bars.high, records, 0), provable(bars.low, records, 0)), provable(bars.close, records, 1));
-  fillPiece(first, count, out, [=]<class P>(std::ptrdiff_t at) {
-    const P last = P::load(close + at), before = P::load(close + at - 1), none = P::all(0.0);
-    const P fromLow = last - smaller(before, P::load(low + at));
-    const P fromHigh = last - larger(before, P::load(high + at));
-    return whereGreater(last, before, fromLow, whereGreater(before, last, fromHigh, none));
-  });
-  double sum = out[first - 1];
-  for (std::ptrdiff_t i = first; i < first + count; ++i) out[i] = sum = sum + out[i];
-  return static_cast<std::size_t>(count);
+  return totals(
+      records.first - 1, count, out,
+      [=]<class P>(std::ptrdiff_t at) {
+        const P last = P::load(close + at), before = P::load(close + at - 1), none = P::all(0.0);
+        const P fromLow = last - smaller(before, P::load(low + at));
+        const P fromHigh = last - larger(before, P::load(high + at));
+        return whereGreater(last, before, fromLow, whereGreater(before, last, fromHigh, none));
+      },
+      [](double before, double change) { return before + change; });
 }
 
 std::size_t easeOfMovement(Source high, Source low, Source volume, Records records, double* out) {

@@ -11,7 +11,8 @@ namespace {
 
 using orvex::kernels::Bars;
 
-constexpr std::ptrdiff_t totalPiece = 256;
+/// So few rows that the processor is at the changes of the next ones while it waits for the sums of these.
+constexpr std::ptrdiff_t totalPiece = 16;
 
 /// Rows of `out` for `count` rows from `from` (counted from 0): `change(pack of rows)` many at a time, then row =
 /// next(row before, change). An infinite or undefined change, or one that makes the row so, must show in every later
@@ -115,6 +116,8 @@ std::size_t tradeVolume(Source price, Source volume, double tick, int* direction
   return static_cast<std::size_t>(count);
 }
 
+constexpr std::ptrdiff_t swingPiece = 256;
+
 std::size_t swing(Source open, Bars bars, double limit, double* range, Records records, double* out) {
   const std::ptrdiff_t count = least(least(provable(bars.high, records, 0), provable(bars.low, records, 0)),
                                      provablePair(open, bars.close, records));
@@ -123,9 +126,9 @@ std::size_t swing(Source open, Bars bars, double limit, double* range, Records r
   const double* const h = bars.high.rows;
   const double* const l = bars.low.rows;
   const double* const c = bars.close.rows;
-  double ranges[totalPiece];
-  for (std::ptrdiff_t done = 0; done < count; done += totalPiece) {
-    const std::ptrdiff_t piece = least(totalPiece, count - done);
+  double ranges[swingPiece];
+  for (std::ptrdiff_t done = 0; done < count; done += swingPiece) {
+    const std::ptrdiff_t piece = least(swingPiece, count - done);
     const std::ptrdiff_t start = records.first - 1 + done;
     // Every range is above 0, so 0 can stand for a tie, which leaves that of the record before in force.
     eachBlock<2>(0, piece, [=, &ranges]<int Lanes, int Count>(std::ptrdiff_t i) {
