@@ -84,6 +84,9 @@ struct StandardTable {
   /// shortest to the longest.
   std::size_t (*ultimate)(Source buying, Source range, Cycles cycles, Records records, double* out);
 
+  /// The row before + `formulas::MoneyFlow` of the record.
+  std::size_t (*moneyFlowTotal)(Bars bars, Source volume, Records records, double* out);
+
   /// `formulas::ShareOfBoth` of the sums of typical price x volume over the `window` records, newest first, by whether
   /// the typical price rose or fell. `rising` and `falling` are working space of as many rows as the columns have.
   std::size_t (*moneyFlowIndex)(Bars bars, Source volume, int window, Records records, double* rising, double* falling,

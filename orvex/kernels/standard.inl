@@ -13,6 +13,7 @@
 #include "orvex/kernels/sliding.inl"
 #include "orvex/kernels/standard.h"
 #include "orvex/kernels/strength.inl"
+#include "orvex/kernels/totals.inl"
 #include "orvex/kernels/windows.inl"
 
 namespace {
@@ -194,6 +195,20 @@ std::size_t follow(Source source, Source share, Records records, double* out) {
   const bool done =
       runChain(FollowChain(), {source.rows + first, share.rows + first}, {out + first}, state, count, memory);
   return done ? static_cast<std::size_t>(count) : 0;
+}
+
+std::size_t moneyFlowTotal(orvex::kernels::Bars bars, Source volume, Records records, double* out) {
+  const Source columns[] = {bars.high, bars.low, bars.close, volume};
+  std::ptrdiff_t count = records.last - records.first + 1;
+  for (const Source& column : columns) count = least(count, provable(column, records, 0));
+  return totals(
+      records.first - 1, count, out,
+      [=]<class P>(std::ptrdiff_t row) {
+        const P bar[] = {P::load(columns[0].rows + row), P::load(columns[1].rows + row), P::load(columns[2].rows + row),
+                         P::load(columns[3].rows + row)};
+        return orvex::standard::formulas::MoneyFlow::of(bar, StandardParameters(), 0);
+      },
+      [](double before, double change) { return before + change; });
 }
 
 std::size_t windowSum(Source source, int window, Records records, double* out) {

@@ -100,6 +100,7 @@ constexpr StandardTable withoutPointwise = {
     .follow = follow,
     .sum = windowSum,
     .ultimate = ultimateOfSums,
+    .moneyFlowTotal = moneyFlowTotal,
     .moneyFlowIndex = moneyFlowIndex<standard::formulas::ShareOfBoth, true>,
     .lineEnd = lineOf<standard::formulas::LineEnd>,
     .lineSlope = lineOf<standard::formulas::LineSlope>,

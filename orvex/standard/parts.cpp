@@ -488,15 +488,23 @@ Series moneyFlowVolume(Call& call, Prices& prices) {
   return call.of<formulas::MoneyFlow>(1, {prices.high(), prices.low(), prices.close(), prices.volume()});
 }
 
-Series total(Call& call, const Series& x) {
-  return chain(
-      call, x, x.first, x.first, [&](auto at) { return at(x, static_cast<int>(x.first)); },
-      [&](Records records, double* rows) { return kernels::run(&Table::runningTotal, source(x), records, rows); },
-      [&]<class T>(At<T> at, T before, int r) { return before + at(x, r); });
-}
-
 Series accumulation(Call& call, Prices& prices) {
-  return total(call, moneyFlowVolume(call, prices));
+  const Series &high = prices.high(), &low = prices.low(), &close = prices.close(), &volume = prices.volume();
+  const auto flow = [&]<class T>(At<T> at, int r) {
+    const T bar[] = {at(high, r), at(low, r), at(close, r), at(volume, r)};
+    return formulas::MoneyFlow::of(bar, {}, 0);
+  };
+  const kernels::Bars bars = {source(high), source(low), source(close)};
+  return call.recursion(
+      1,
+      [&](Records records, double* rows) {
+        return seeded(
+            call, std::array{&high, &low, &close, &volume}, 1, 1, records, [&] { rows[0] = flow(At<double>(), 1); },
+            [&](Records rest) {
+              return kernels::run(&StandardTable::moneyFlowTotal, bars, source(volume), rest, rows);
+            });
+      },
+      [&]<class T>(At<T> at, const Series& own, int r) { return r == 1 ? flow(at, r) : at(own, r - 1) + flow(at, r); });
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS::standard

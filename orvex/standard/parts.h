@@ -171,7 +171,5 @@ Series percentRank(Call& call, const Series& x, int periods);
 Series moneyFlowVolume(Call& call, Prices& prices);
 /// Its sum from record 1 on.
 Series accumulation(Call& call, Prices& prices);
-/// The sum of all values so far.
-Series total(Call& call, const Series& x);
 
 }  // namespace orvex::inline ORVEX_COUNTS::standard
