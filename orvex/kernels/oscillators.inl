@@ -362,15 +362,12 @@ std::size_t accumulation(Bars bars, Records records, double* out) {
   const double *const high = bars.high.rows, *const low = bars.low.rows, *const close = bars.close.rows;
   const std::ptrdiff_t count =
       least(least(provable(bars.high, records, 0), provable(bars.low, records, 0)), provable(bars.close, records, 1));
-  return totals(
-      records.first - 1, count, out,
-      [=]<class P>(std::ptrdiff_t at) {
-        const P last = P::load(close + at), before = P::load(close + at - 1), none = P::all(0.0);
-        const P fromLow = last - smaller(before, P::load(low + at));
-        const P fromHigh = last - larger(before, P::load(high + at));
-        return whereGreater(last, before, fromLow, whereGreater(before, last, fromHigh, none));
-      },
-      [](double before, double change) { return before + change; });
+  return totals(records.first - 1, count, out, [=]<class P>(std::ptrdiff_t at) {
+    const P last = P::load(close + at), before = P::load(close + at - 1), none = P::all(0.0);
+    const P fromLow = last - smaller(before, P::load(low + at));
+    const P fromHigh = last - larger(before, P::load(high + at));
+    return whereGreater(last, before, fromLow, whereGreater(before, last, fromHigh, none));
+  });
 }
 
 std::size_t easeOfMovement(Source high, Source low, Source volume, Records records, double* out) {

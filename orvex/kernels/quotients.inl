@@ -61,6 +61,7 @@ struct Divisor {
         reciprocal(1.0 / x),
         proven(x >= 0.5 && x < 0x1p48 && static_cast<double>(static_cast<long long>(2.0 * x)) == 2.0 * x) {}
 
+  /// Where a formula takes it for a number.
   operator double() const { return number; }
 };
 

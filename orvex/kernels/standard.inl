@@ -201,14 +201,11 @@ std::size_t moneyFlowTotal(orvex::kernels::Bars bars, Source volume, Records rec
   const Source columns[] = {bars.high, bars.low, bars.close, volume};
   std::ptrdiff_t count = records.last - records.first + 1;
   for (const Source& column : columns) count = least(count, provable(column, records, 0));
-  return totals(
-      records.first - 1, count, out,
-      [=]<class P>(std::ptrdiff_t row) {
-        const P bar[] = {P::load(columns[0].rows + row), P::load(columns[1].rows + row), P::load(columns[2].rows + row),
-                         P::load(columns[3].rows + row)};
-        return orvex::standard::formulas::MoneyFlow::of(bar, StandardParameters(), 0);
-      },
-      [](double before, double change) { return before + change; });
+  return totals(records.first - 1, count, out, [=]<class P>(std::ptrdiff_t row) {
+    const P bar[] = {P::load(columns[0].rows + row), P::load(columns[1].rows + row), P::load(columns[2].rows + row),
+                     P::load(columns[3].rows + row)};
+    return orvex::standard::formulas::MoneyFlow::of(bar, StandardParameters(), 0);
+  });
 }
 
 std::size_t windowSum(Source source, int window, Records records, double* out) {
@@ -220,7 +217,8 @@ std::size_t windowSum(Source source, int window, Records records, double* out) {
 
 template <class Formula>
 std::size_t lineOf(Source source, int window, Records records, double* out) {
-  const Divisor weights(0.5 * window * (window + 1.0)), length(window), parameters[] = {Divisor(window - 1.0)};
+  const Divisor weights(0.5 * window * (window + 1.0)), length(window);
+  const Divisor parameters[] = {Divisor(window - 1.0)};
   return slide<4, 4>({source.rows, nullptr, out}, window, WeightedMean::longEnough, records.first - 1,
                      present(source, records, window - 1), [=]<class Block>(const Block& block) {
                        using P = typename Block::P;

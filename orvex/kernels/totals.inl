@@ -14,11 +14,13 @@ using orvex::kernels::Bars;
 /// So few rows that the processor is at the changes of the next ones while it waits for the sums of these.
 constexpr std::ptrdiff_t totalPiece = 16;
 
+constexpr auto addUp = [](double before, double change) { return before + change; };
+
 /// Rows of `out` for `count` rows from `from` (counted from 0): `change(pack of rows)` many at a time, then row =
-/// next(row before, change). An infinite or undefined change, or one that makes the row so, must show in every later
-/// row: a piece is good when its last row is.
-template <class Change, class Next>
-std::size_t totals(std::ptrdiff_t from, std::ptrdiff_t count, double* out, Change change, Next next) {
+/// next(row before, change), mostly their sum. An infinite or undefined change, or one that makes the row so, must show
+/// in every later row: a piece is good when its last row is.
+template <class Change, class Next = decltype(addUp)>
+std::size_t totals(std::ptrdiff_t from, std::ptrdiff_t count, double* out, Change change, Next next = addUp) {
   if (count == 0 || from < 1 || !isHandled(out[from - 1])) return 0;
   double changes[totalPiece];
   double row = out[from - 1];
@@ -49,34 +51,26 @@ std::ptrdiff_t provablePair(Source a, Source b, Records records) {
 
 std::size_t runningTotal(Source source, Records records, double* out) {
   const double* const x = source.rows;
-  return totals(
-      records.first - 1, provable(source, records, 0), out,
-      [=]<class P>(std::ptrdiff_t row) { return P::load(x + row); },
-      [](double before, double change) { return before + change; });
+  return totals(records.first - 1, provable(source, records, 0), out,
+                [=]<class P>(std::ptrdiff_t row) { return P::load(x + row); });
 }
 
 std::size_t onBalanceVolume(Source price, Source volume, Records records, double* out) {
   const double* const x = price.rows;
   const double* const v = volume.rows;
-  return totals(
-      records.first - 1, provablePair(price, volume, records), out,
-      [=]<class P>(std::ptrdiff_t row) {
-        const P now = P::load(x + row), then = P::load(x + row - 1), amount = P::load(v + row), zero = P::all(0.0);
-        return whereGreater(now, then, amount, whereGreater(then, now, zero - amount, zero));
-      },
-      [](double before, double change) { return before + change; });
+  return totals(records.first - 1, provablePair(price, volume, records), out, [=]<class P>(std::ptrdiff_t row) {
+    const P now = P::load(x + row), then = P::load(x + row - 1), amount = P::load(v + row), zero = P::all(0.0);
+    return whereGreater(now, then, amount, whereGreater(then, now, zero - amount, zero));
+  });
 }
 
 std::size_t priceVolumeTrend(Source price, Source volume, Records records, double* out) {
   const double* const x = price.rows;
   const double* const v = volume.rows;
-  return totals(
-      records.first - 1, provablePair(price, volume, records), out,
-      [=]<class P>(std::ptrdiff_t row) {
-        const P then = P::load(x + row - 1);
-        return (P::load(x + row) - then) / then * P::load(v + row);
-      },
-      [](double before, double change) { return change + before; });
+  return totals(records.first - 1, provablePair(price, volume, records), out, [=]<class P>(std::ptrdiff_t row) {
+    const P then = P::load(x + row - 1);
+    return (P::load(x + row) - then) / then * P::load(v + row);
+  });
 }
 
 template <bool rising>
@@ -116,6 +110,7 @@ std::size_t tradeVolume(Source price, Source volume, double tick, int* direction
   return static_cast<std::size_t>(count);
 }
 
+/// Its passes wait for no sum: short pieces cost more than they hide.
 constexpr std::ptrdiff_t swingPiece = 256;
 
 std::size_t swing(Source open, Bars bars, double limit, double* range, Records records, double* out) {

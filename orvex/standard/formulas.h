@@ -10,7 +10,7 @@
 /// `p`. Each is written once, for steps and kernels.
 namespace orvex::inline ORVEX_COUNTS::standard {
 
-/// The parameters of a formula. Kernels may give divisors, of what is divided by.
+/// The parameters of a formula. Kernels may give divisors in their place, made once for all that they divide.
 struct Parameters {
   double values[4];
 

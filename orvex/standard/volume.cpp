@@ -61,16 +61,12 @@ using VolumeKernel = std::size_t (*kernels::Table::*)(kernels::Source, kernels::
 /// Row 1 as `first()` gives it, and what the kernel makes of the rows after it.
 template <class First>
 auto startedAt(Call& call, First first, VolumeKernel kernel, const Series& x, const Series& volume) {
-  return [=, &call, &x, &volume](kernels::Records records, double* rows) -> std::size_t {
-    std::size_t done = 0;
-    if (records.first == 1) {
-      rows[0] = first();
-      done = 1;
-      ++records.first;
-    }
-    if (records.first > records.last) return done;
-    const std::size_t rest = kernels::run(kernel, rowsOf(x.column), rowsOf(volume.column), records, rows);
-    return done + call.proves(call.proves(rest, records, x, 1), records, volume, 1);
+  return [=, &call, &x, &volume](kernels::Records records, double* rows) {
+    return seeded(
+        call, std::array{&x, &volume}, 1, 1, records, [&] { rows[0] = first(); },
+        [&](kernels::Records rest) {
+          return kernels::run(kernel, rowsOf(x.column), rowsOf(volume.column), rest, rows);
+        });
   };
 }
 
