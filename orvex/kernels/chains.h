@@ -23,6 +23,21 @@ struct ConvergenceRows {
   double* histogram;
 };
 
+/// The factors of two averages, and their values as of the record before.
+struct FastAndSlow {
+  double factors[2];
+  double before[2];
+};
+
+/// The factors of an average and of the average of it, the source's row as of the record before, and the averages of
+/// its moves and of their sizes, once and twice.
+struct Smoothing {
+  double factors[2];
+  double source;
+  double net[2];
+  double whole[2];
+};
+
 /// Exponential averages, each of the one before it, likewise, and the parameters of what is made of them.
 struct Cascade {
   static constexpr int most = 6;
@@ -41,12 +56,20 @@ struct Chains {
   std::size_t (*convergence)(Source source, Convergence averages, Records records, ConvergenceRows out);
   std::size_t (*approachConvergence)(Source source, Convergence averages, Records records, ConvergenceRows out);
 
+  /// The first average of the source less the second, of averages as `Table::exponential` has them.
+  std::size_t (*difference)(Source source, FastAndSlow averages, Records records, double* out);
+
+  /// `formulas::Percentage` of the moves' twice smoothed average and of that of their sizes, of averages as
+  /// `Table::approach` has them.
+  std::size_t (*trueStrength)(Source source, Smoothing averages, Records records, double* out);
+
   /// How far the third average moves in a record, in percent: from a row that is 0 not at all. Likewise.
   CascadeKernel tripleRate;
   CascadeKernel approachTripleRate;
 
-  /// `formulas::TwiceLess` of two averages, `ThriceLess` of three, and `Combined` of the sixth to the third, of
-  /// averages as `Table::approach` has them.
+  /// `formulas::Ratio` of the first average to the second, `TwiceLess` of both, `ThriceLess` of three, and
+  /// `Combined` of the sixth to the third, of averages as `Table::approach` has them.
+  CascadeKernel ratioOfAverages;
   CascadeKernel doubleAverage;
   CascadeKernel tripleAverage;
   CascadeKernel tillson;

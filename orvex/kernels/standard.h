@@ -44,6 +44,33 @@ struct StopRules {
   bool isSigned = false;
 };
 
+/// The bands round the middle of bars, as of a record: each moves toward the price only, until a close has crossed it.
+struct Channel {
+  double top = 0.0;
+  double bottom = 0.0;
+  bool isUp = true;
+};
+
+/// A bar of means: its open and its close.
+struct Body {
+  double start = 0.0;
+  double end = 0.0;
+};
+
+/// The columns of bars.
+struct BarRows {
+  double* open;
+  double* high;
+  double* low;
+  double* close;
+};
+
+/// Prices times volumes, and volumes, since an average began.
+struct Traded {
+  double flow = 0.0;
+  double volume = 0.0;
+};
+
 /// Means of rises and falls, and what was made of them.
 struct Moves {
   double rise = 0.0;
@@ -65,14 +92,11 @@ struct StandardTable {
                                                      Records records, double* out);
 
   /// The row before - the row before / `periods` + the source, from the row before the first record on; so are the
-  /// three that follow.
+  /// two that follow.
   std::size_t (*leakySum)(Source source, int periods, Records records, double* out);
 
   /// (the row before x (`periods` - 1) + the source) / `periods`.
   std::size_t (*leakyMean)(Source source, int periods, Records records, double* out);
-
-  /// (the row before + the source's row before) / 2.
-  std::size_t (*halfway)(Source source, Records records, double* out);
 
   /// The row before + (the source - the row before) x the share.
   std::size_t (*follow)(Source source, Source share, Records records, double* out);
@@ -86,6 +110,10 @@ struct StandardTable {
 
   /// The row before + `formulas::MoneyFlow` of the record.
   std::size_t (*moneyFlowTotal)(Bars bars, Source volume, Records records, double* out);
+
+  /// The flows of typical prices x volumes / the volumes since the last record whose session is not the one before's, 0
+  /// of no volume; of a session without rows since the beginning. `sums` become those of the last record.
+  std::size_t (*meanPrice)(Bars bars, Source volume, Source session, Traded* sums, Records records, double* out);
 
   /// `formulas::ShareOfBoth` of the sums of typical price x volume over the `window` records, newest first, by whether
   /// the typical price rose or fell. `rising` and `falling` are working space of as many rows as the columns have.
@@ -117,6 +145,15 @@ struct StandardTable {
   /// The stop at which a record finds or leaves the trend, held back by the bars of the record and of the one before,
   /// for factors up to 1. `stop` becomes that of the last record.
   std::size_t (*parabolicStop)(Source high, Source low, StopRules rules, Stop* stop, Records records, double* out);
+
+  /// middle -+ factor x range, held as `Channel` says: the band that the price is inside of, and 1 of the lower, -1 of
+  /// the upper. `channel` becomes that of the last record.
+  std::size_t (*superTrend)(Source middle, Source range, Source close, double factor, Channel* channel, Records records,
+                            double* level, double* trend);
+
+  /// The middle of the body before, `formulas::AveragePrice`, and the largest and the smallest of them and the bar.
+  /// `body` becomes that of the last record.
+  std::size_t (*heikinAshi)(Source open, Bars bars, Body* body, Records records, BarRows out);
 
   /// The length of the dominant cycle of smoothed prices, and its components (discriminator.h). `carried` are the
   /// numbers that it carries: as of the record before the first, and then as of the last one.

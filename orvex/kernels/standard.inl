@@ -160,23 +160,6 @@ std::size_t ofMoves(Source source, int periods, orvex::kernels::Moves* moves, Re
   return static_cast<std::size_t>(count);
 }
 
-/// The second value of the state is the source's row before.
-struct HalfwayChain : Chain<1, 1, 2> {
-  template <class T>
-  void next(T (&state)[2], const T (&in)[1], T (&out)[1], int) const {
-    out[0] = state[0] = (state[0] + state[1]) * T::all(0.5);
-    state[1] = in[0];
-  }
-};
-
-std::size_t halfway(Source source, Records records, double* out) {
-  const std::ptrdiff_t count = provable(source, records, 1), first = records.first - 1;
-  if (count == 0 || first < 1 || !isHandled(out[first - 1])) return 0;
-  const double* const x = source.rows + first;
-  double state[] = {out[first - 1], x[-1]};
-  return runChain(HalfwayChain(), {x}, {out + first}, state, count, 2.0) ? static_cast<std::size_t>(count) : 0;
-}
-
 struct FollowChain : Chain<2, 1, 1> {
   template <class T>
   void next(T (&state)[1], const T (&in)[2], T (&out)[1], int) const {
@@ -479,6 +462,93 @@ std::size_t parabolicStop(Source high, Source low, orvex::kernels::StopRules rul
   const bool isPlain = longSide == shortSide && offset == 0.0 && !isSigned;
   if (!(isPlain ? run(StopChain<true>{{}, rules}) : run(StopChain<false>{{}, rules}))) return 0;
   *stop = {state[0] > 0.0, state[1], state[2], state[3]};
+  return static_cast<std::size_t>(count);
+}
+
+/// The state: both bands, the direction (1 or -1) and the close of the record before.
+struct ChannelChain : Chain<3, 2, 4> {
+  static constexpr bool checksInputs = true;
+
+  double factor;
+
+  template <class T>
+  void next(T (&state)[4], const T (&in)[3], T (&out)[2], int) const {
+    const T close = in[2], width = T::all(factor) * in[1], top = in[0] + width, bottom = in[0] - width;
+    const T oldTop = state[0], oldBottom = state[1], before = state[3], up = T::all(1.0), down = T::all(-1.0);
+    state[0] = whereGreater(oldTop, top, top, whereGreater(before, oldTop, top, oldTop));
+    state[1] = whereGreater(bottom, oldBottom, bottom, whereGreater(oldBottom, before, bottom, oldBottom));
+    state[2] = whereGreater(state[2], T::all(0.0), whereGreater(state[1], close, down, up),
+                            whereGreater(close, state[0], up, down));
+    state[3] = close;
+    out[0] = whereGreater(state[2], T::all(0.0), state[1], state[0]);
+    out[1] = state[2];
+  }
+};
+
+std::size_t superTrend(Source middle, Source range, Source close, double factor, orvex::kernels::Channel* channel,
+                       Records records, double* level, double* trend) {
+  const std::ptrdiff_t first = records.first - 1;
+  const std::ptrdiff_t count =
+      least(least(present(middle, records, 0), present(range, records, 0)), present(close, records, 1));
+  if (count == 0 || !isHandled(factor) || !isHandled(channel->top) || !isHandled(channel->bottom)) return 0;
+  // Until prices have crossed the channel. A guess, as `follow` has it.
+  constexpr double memory = 8.0;
+  double state[] = {channel->top, channel->bottom, channel->isUp ? 1.0 : -1.0, close.rows[first - 1]};
+  if (!runChain(ChannelChain{{}, factor}, {middle.rows + first, range.rows + first, close.rows + first},
+                {level + first, trend + first}, state, count, memory)) {
+    return 0;
+  }
+  *channel = {state[0], state[1], state[2] > 0.0};
+  return static_cast<std::size_t>(count);
+}
+
+/// Where bodies begin: the second value of the state is where the one before ended.
+struct BodyChain : Chain<1, 1, 2> {
+  template <class T>
+  void next(T (&state)[2], const T (&in)[1], T (&out)[1], int) const {
+    out[0] = state[0] = (state[0] + state[1]) * T::all(0.5);
+    state[1] = in[0];
+  }
+};
+
+std::size_t heikinAshi(Source open, orvex::kernels::Bars bars, orvex::kernels::Body* body, Records records,
+                       orvex::kernels::BarRows out) {
+  using namespace orvex::standard::formulas;
+  const Source columns[] = {open, bars.high, bars.low, bars.close};
+  std::ptrdiff_t count = records.last - records.first + 1;
+  for (const Source& column : columns) count = least(count, present(column, records, 0));
+  if (!isHandled(body->start) || !isHandled(body->end)) return 0;
+  double state[] = {body->start, body->end};
+  // So many that stretches pay, and so few that all columns of them fit the second-level cache.
+  constexpr std::ptrdiff_t piece = 4096;
+  for (std::ptrdiff_t done = 0; done < count; done += piece) {
+    const std::ptrdiff_t rows = least(piece, count - done), first = records.first - 1 + done;
+    for (const Source& column : columns) {
+      if (handledPrefix(column.rows + first, rows) < rows) return static_cast<std::size_t>(done);
+    }
+    eachBlock<4>(first, rows, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+      using P = Pack<Lanes>;
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i, row += Lanes) {
+        const P bar[] = {P::load(open.rows + row), P::load(bars.high.rows + row), P::load(bars.low.rows + row),
+                         P::load(bars.close.rows + row)};
+        AveragePrice::of(bar, StandardParameters(), i).store(out.close + row);
+      }
+    });
+    if (!runChain(BodyChain(), {out.close + first}, {out.open + first}, state, rows, 2.0)) {
+      return static_cast<std::size_t>(done);
+    }
+    *body = {state[0], state[1]};
+    eachBlock<4>(first, rows, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
+      using P = Pack<Lanes>;
+      ORVEX_UNROLL for (int i = 0; i < Count; ++i, row += Lanes) {
+        const P start = P::load(out.open + row), end = P::load(out.close + row);
+        const P tops[] = {P::load(bars.high.rows + row), start, end};
+        const P bottoms[] = {P::load(bars.low.rows + row), start, end};
+        Largest::of(tops, StandardParameters(), i).store(out.high + row);
+        Smallest::of(bottoms, StandardParameters(), i).store(out.low + row);
+      }
+    });
+  }
   return static_cast<std::size_t>(count);
 }
 

@@ -6,6 +6,8 @@
 
 #include "orvex/kernels/pack.inl"
 #include "orvex/kernels/provable.inl"
+#include "orvex/kernels/quotients.inl"
+#include "orvex/kernels/standard.h"
 
 namespace {
 
@@ -107,6 +109,74 @@ std::size_t tradeVolume(Source price, Source volume, double tick, int* direction
     for (std::ptrdiff_t i = 0; i < piece; ++i) out[start + i] = total += turns[i] * v[start + i];
   }
   *direction = last;
+  return static_cast<std::size_t>(count);
+}
+
+/// Whether `count` values are all the same.
+bool isConstant(const double* x, std::ptrdiff_t count) {
+  using P = WidestPack;
+  std::ptrdiff_t i = 1;
+  P moves = P::all(0.0);
+  for (; i + widestLanes <= count; i += widestLanes) moves = moves + distance(P::load(x + i), P::load(x + i - 1));
+  double rest = 0.0;
+  for (; i < count; ++i) rest = x[i] == x[i - 1] ? rest : 1.0;
+  double all = rest;
+  for (int lane = 0; lane < widestLanes; ++lane) all += moves.v[lane];
+  return all == 0.0;
+}
+
+std::size_t meanPrice(Bars bars, Source volume, Source session, orvex::kernels::Traded* sums, Records records,
+                      double* out) {
+  const std::ptrdiff_t from = records.first - 1;
+  std::ptrdiff_t count = least(least(provable(bars.high, records, 0), provable(bars.low, records, 0)),
+                               least(provable(bars.close, records, 0), provable(volume, records, 0)));
+  if (session.rows != nullptr) count = least(count, provable(session, records, 1));
+  if (count == 0 || !isHandled(sums->flow) || !isHandled(sums->volume)) return 0;
+  const Divisor three(3.0);
+  const double* const v = volume.rows;
+  const double* const begins = session.rows;
+  // A piece is divided when the next one has been added up: numbers that have just been written one by one are slow to
+  // be read as packs.
+  double flows[2][totalPiece];
+  double volumes[2][totalPiece];
+  double flow = sums->flow, total = sums->volume;
+  const auto divide = [&](std::ptrdiff_t start, std::ptrdiff_t piece, int turn) {
+    eachBlock<4>(0, piece, [=, &flows, &volumes]<int Lanes, int Count>(std::ptrdiff_t i) {
+      using P = Pack<Lanes>;
+      ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
+        const std::ptrdiff_t at = i + k * Lanes;
+        const P whole = P::load(volumes[turn] + at), zero = P::all(0.0);
+        whereEqual(whole, zero, zero, P::load(flows[turn] + at) / whole).store(out + start + at);
+      }
+    });
+  };
+  std::ptrdiff_t start = from, last = 0;
+  int turn = 0;
+  for (; start < from + count; start += totalPiece, turn = 1 - turn) {
+    const std::ptrdiff_t piece = least(totalPiece, from + count - start);
+    double* const flowing = flows[turn];
+    double* const trading = volumes[turn];
+    eachBlock<4>(0, piece, [=]<int Lanes, int Count>(std::ptrdiff_t i) {
+      using P = Pack<Lanes>;
+      ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
+        const std::ptrdiff_t at = i + k * Lanes, row = start + at;
+        const P sum = P::load(bars.high.rows + row) + P::load(bars.low.rows + row) + P::load(bars.close.rows + row);
+        (sum / three * P::load(v + row)).store(flowing + at);
+      }
+    });
+    // Most pieces are of one session.
+    const bool isOne = begins == nullptr || isConstant(begins + start - 1, piece + 1);
+    for (std::ptrdiff_t i = 0; i < piece; ++i) {
+      if (!isOne && begins[start + i] != begins[start + i - 1]) flow = total = 0.0;
+      flowing[i] = flow = flow + flowing[i];
+      trading[i] = total = total + v[start + i];
+    }
+    if (start > from) divide(start - totalPiece, totalPiece, 1 - turn);
+    last = piece;
+  }
+  divide(start - totalPiece, last, 1 - turn);
+  if (!isHandled(flow) || !isHandled(total)) return 0;
+  *sums = {flow, total};
   return static_cast<std::size_t>(count);
 }
 

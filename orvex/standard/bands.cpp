@@ -150,11 +150,11 @@ Series parabolic(Call& call, const std::shared_ptr<RecordSet>& set, const Parabo
   Prices prices(call, set);
   const Series high = prices.high(), low = prices.low();
   const auto step = [&](auto at, Stop& stop, int r) { return std::array{rule(at, high, low, stop, r)}; };
-  return begun(call, std::array{&high, &low}, 1, 2, Stop(), step,
-               [&](kernels::Records records, double* rows, Stop& stop) {
-                 return kernels::run(&kernels::StandardTable::parabolicStop, rowsOf(high.column), rowsOf(low.column),
-                                     rule.rules, &stop, records, rows);
-               });
+  const auto fill = [&](kernels::Records records, const std::array<double*, 1>& rows, Stop& stop) {
+    return kernels::run(&kernels::StandardTable::parabolicStop, rowsOf(high.column), rowsOf(low.column), rule.rules,
+                        &stop, records, rows[0]);
+  };
+  return begun<1>(call, std::array{&high, &low}, 1, 2, Stop(), step, fill).front();
 }
 
 }  // namespace
@@ -188,22 +188,12 @@ Standard::Result Standard::SAREXT(DataRef data, SetRef OHLCV, double StartValue,
       });
 }
 
-namespace {
-
-struct Channel {
-  double top = 0.0;
-  double bottom = 0.0;
-  bool isUp = true;
-};
-
-}  // namespace
-
 Standard::Result Standard::SUPERTREND(DataRef data, SetRef OHLCV, Integer Periods, double Factor, Name Alias) {
   return Method<"SUPERTREND">(data, Alias).periods(Periods, 2).factor(Factor).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series middle = medianPrice(call, prices), close = prices.close();
     const Series range = averageTrueRange(call, prices, Periods.value());
-    const auto rows = call.columns<2>(range.first, Channel(), [&]<class T>(At<T> at, Channel& channel, int r) {
+    const auto step = [&]<class T>(At<T> at, kernels::Channel& channel, int r) {
       const T width = Factor * at(range, r);
       T top = at(middle, r) + width, bottom = at(middle, r) - width;
       if (r > range.first) {
@@ -215,7 +205,13 @@ Standard::Result Standard::SUPERTREND(DataRef data, SetRef OHLCV, Integer Period
       }
       channel = {top, bottom, channel.isUp};
       return std::array{channel.isUp ? bottom : top, T(channel.isUp ? 1 : -1)};
-    });
+    };
+    const auto fill = [&](kernels::Records records, const std::array<double*, 2>& rows, kernels::Channel& channel) {
+      return kernels::run(&kernels::StandardTable::superTrend, rowsOf(middle.column), rowsOf(range.column),
+                          rowsOf(close.column), Factor, &channel, records, rows[0], rows[1]);
+    };
+    const auto rows =
+        begun<2>(call, std::array{&middle, &range, &close}, range.first, range.first, kernels::Channel(), step, fill);
     return std::vector<Named>{{"", rows[0]}, {TrendSuffix, rows[1]}};
   });
 }

@@ -283,13 +283,30 @@ Standard::Result Standard::WILLR(DataRef data, SetRef OHLCV, Integer Periods, Na
 
 Standard::Result Standard::TSI(DataRef data, FieldRef Source, Integer FirstPeriods, Integer SecondPeriods, Name Alias) {
   return Method<"TSI">(data, Alias).periods(FirstPeriods, 2).periods(SecondPeriods, 2).compute([&](Call& call) {
-    const auto twice = [&](const Series& x) {
-      return exponential(call, exponential(call, x, FirstPeriods.value()), SecondPeriods.value());
+    const int once = FirstPeriods.value(), again = SecondPeriods.value();
+    const Series x = call.take(Source);
+    std::array<Series, 2> net, whole;
+    const auto compute = [&](Call& within, const Series& from) {
+      const auto smooth = [&](const Series& series, std::array<Series, 2>& averages) {
+        averages[0] = exponential(within, series, once);
+        averages[1] = exponential(within, averages[0], again);
+      };
+      const Series moves = momentum(within, from, 1);
+      smooth(moves, net);
+      smooth(within.of<formulas::Magnitude>(2, {moves}), whole);
+      return std::array{ofBoth<formulas::Percentage>(within, net[1], whole[1])};
     };
-    const Series moves = momentum(call, call.take(Source), 1);
-    const Series net = twice(moves);
-    const Series whole = twice(call.of<formulas::Magnitude>(2, {moves}));
-    return ofBoth<formulas::Percentage>(call, net, whole);
+    const Place head = Place{once} + again;
+    const auto kernel = [&](kernels::Records records, const std::array<double*, 1>& rows) {
+      const auto known = [](const Series& average) { return lastOf(*average.column); };
+      const kernels::Smoothing averages{{exponentialFactor(once), exponentialFactor(again)},
+                                        x.rows[head - 1],
+                                        {known(net[0]), known(net[1])},
+                                        {known(whole[0]), known(whole[1])}};
+      return kernels::run(&kernels::Chains::trueStrength, rowsOf(x.column), averages, records, rows[0]);
+    };
+    const auto made = call.inOnePass<1>(x, head, compute, kernel);
+    return made ? made->front() : compute(call, x).front();
   });
 }
 
@@ -383,9 +400,8 @@ Standard::Result Standard::MASS(DataRef data, SetRef OHLCV, Integer FastPeriods,
   return Method<"MASS">(data, Alias).periods(FastPeriods, 2).periods(SlowPeriods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series high = prices.high();
-    const Series once = exponential(call, difference(call, high, prices.low()), FastPeriods.value());
-    const Series twice = exponential(call, once, FastPeriods.value());
-    return sum(call, ofBoth<formulas::Ratio>(call, once, twice, {{1}}), SlowPeriods.value());
+    const Series range = difference(call, high, prices.low());
+    return sum(call, ratioOfAverages(call, range, FastPeriods.value()), SlowPeriods.value());
   });
 }
 

@@ -180,6 +180,13 @@ Series tripleRate(Call& call, const Series& x, int periods) {
                     [](Call& within, const std::array<Series, 3>& e) { return rate(within, e[2], 1); });
 }
 
+Series ratioOfAverages(Call& call, const Series& x, int periods) {
+  const Parameters one{{1}};
+  return cascade<2>(
+      call, x, periods, &kernels::Chains::ratioOfAverages, one,
+      [&](Call& within, const std::array<Series, 2>& e) { return ofBoth<formulas::Ratio>(within, e[0], e[1], one); });
+}
+
 Series tillson(Call& call, const Series& x, int periods, double factor) {
   const double square = factor * factor;
   const double c1 = -(square * factor);
@@ -400,10 +407,10 @@ Series ofMoves(Call& call, const Series& x, int periods, decltype(&StandardTable
     moves = {means[0], means[1], row};
     return std::array{row};
   };
-  return begun(call, std::array{&x}, x.first, first, kernels::Moves(), step,
-               [&](Records records, double* rows, kernels::Moves& moves) {
-                 return kernels::run(kernel, source(x), periods, &moves, records, rows);
-               });
+  const auto fill = [&](Records records, const std::array<double*, 1>& rows, kernels::Moves& moves) {
+    return kernels::run(kernel, source(x), periods, &moves, records, rows[0]);
+  };
+  return begun<1>(call, std::array{&x}, x.first, first, kernels::Moves(), step, fill).front();
 }
 
 /// What the formula makes of the highest high and the lowest low of the last P values, and of x.

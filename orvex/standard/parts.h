@@ -39,6 +39,8 @@ Series kaufman(Call& call, const Series& x, int periods);
 Series tillson(Call& call, const Series& x, int periods, double factor);
 /// How far the exponential average of the average of the average moves in a record, in percent.
 Series tripleRate(Call& call, const Series& x, int periods);
+/// The exponential average / the exponential average of it; 1 where that is 0.
+Series ratioOfAverages(Call& call, const Series& x, int periods);
 /// The MESA adaptive average and the one that follows it.
 std::array<Series, 2> mesa(Call& call, const Series& x, double fastLimit, double slowLimit);
 
@@ -91,19 +93,21 @@ std::size_t seeded(Call& call, const std::array<const Series*, Sources>& sources
   return done + prove(fill(records), records);
 }
 
-/// The column of which row r is `step(at, state, r)[0]`, from row `first` on, which comes out of the sources' rows from
+/// The columns of which row r is `step(at, state, r)`, from row `first` on, which comes out of the sources' rows from
 /// `from` on. The rows after it are first handed to `kernel(records, rows, state)`, which looks at the records' rows in
 /// all sources and leaves the state as of the last record that it fills.
-template <std::size_t Sources, class State, class Step, class Kernel>
-Series begun(Call& call, const std::array<const Series*, Sources>& sources, Place from, Place first, State begin,
-             Step step, Kernel kernel) {
-  const auto fill = [&](kernels::Records records, const std::array<double*, 1>& rows, State& state) {
-    return seeded(
-        call, sources, from, first, records,
-        [&] { rows[0][first - 1] = step(At<double>(), state, static_cast<int>(first))[0]; },
-        [&](kernels::Records rest) { return kernel(rest, rows[0], state); });
+template <int Columns, std::size_t Sources, class State, class Step, class Kernel>
+std::array<Series, Columns> begun(Call& call, const std::array<const Series*, Sources>& sources, Place from,
+                                  Place first, State begin, Step step, Kernel kernel) {
+  const auto fill = [&](kernels::Records records, const std::array<double*, Columns>& rows, State& state) {
+    const auto seed = [&] {
+      const auto values = step(At<double>(), state, static_cast<int>(first));
+      for (int i = 0; i < Columns; ++i) rows[i][first - 1] = values[i];
+    };
+    return seeded(call, sources, from, first, records, seed,
+                  [&](kernels::Records rest) { return kernel(rest, rows, state); });
   };
-  return call.columns<1>(first, fill, begin, step).front();
+  return call.columns<Columns>(first, fill, begin, step);
 }
 
 /// a - b, (a - b) / b x 100 (0 where b is 0) and a x b.

@@ -39,30 +39,22 @@ Standard::Result Standard::HEIKIN_ASHI(DataRef data, SetRef OHLCV, Name Alias) {
   return Method<"HEIKIN_ASHI">(data, Alias).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series open = prices.open(), high = prices.high(), low = prices.low(), close = prices.close();
-    const Series end = call.of<formulas::AveragePrice>(1, {open, high, low, close});
-    const Series start = call.recursion(
-        1,
-        [&](kernels::Records records, double* rows) -> std::size_t {
-          std::size_t done = 0;
-          if (records.first == 1) {
-            const auto isHandled = [](const Series& x) {
-              return kernels::run(&kernels::Table::handled, rowsOf(x.column), kernels::Records{1, 1}) == 1;
-            };
-            if (!isHandled(open) || !isHandled(close)) return 0;
-            rows[0] = (open.rows[0] + close.rows[0]) / 2;
-            done = 1;
-            ++records.first;
-          }
-          if (records.first > records.last) return done;
-          return done + kernels::run(&kernels::StandardTable::halfway, rowsOf(end.column), records, rows);
-        },
-        [&]<class T>(At<T> at, const Series& own, int r) {
-          return r > 1 ? (at(own, r - 1) + at(end, r - 1)) / 2 : (at(open, r) + at(close, r)) / 2;
-        });
-    return std::vector<Named>{{OpenSuffix, start},
-                              {HighSuffix, call.of<formulas::Largest>(1, {high, start, end})},
-                              {LowSuffix, call.of<formulas::Smallest>(1, {low, start, end})},
-                              {CloseSuffix, end}};
+    const auto step = [&]<class T>(At<T> at, kernels::Body& before, int r) {
+      const T bar[] = {at(open, r), at(high, r), at(low, r), at(close, r)};
+      const T start = (r > 1 ? T(before.start) + T(before.end) : bar[0] + bar[3]) / 2;
+      const T end = formulas::AveragePrice::of(bar, {}, 0);
+      before = {start, end};
+      const T tops[] = {bar[1], start, end}, bottoms[] = {bar[2], start, end};
+      return std::array{start, formulas::Largest::of(tops, {}, 0), formulas::Smallest::of(bottoms, {}, 0), end};
+    };
+    const auto fill = [&](kernels::Records records, const std::array<double*, 4>& rows, kernels::Body& before) {
+      return kernels::run(&kernels::StandardTable::heikinAshi, rowsOf(open.column),
+                          kernels::Bars{rowsOf(high.column), rowsOf(low.column), rowsOf(close.column)}, &before,
+                          records, kernels::BarRows{rows[0], rows[1], rows[2], rows[3]});
+    };
+    const auto made = begun<4>(call, std::array{&open, &high, &low, &close}, 1, 1, kernels::Body(), step, fill);
+    return std::vector<Named>{
+        {OpenSuffix, made[0]}, {HighSuffix, made[1]}, {LowSuffix, made[2]}, {CloseSuffix, made[3]}};
   });
 }
 

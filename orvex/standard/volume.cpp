@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include "orvex/data/head_of_series.h"
+#include "orvex/kernels/chains.h"
 #include "orvex/standard/method.h"
 #include "orvex/standard/parts.h"
 #include "orvex/standard/standard.h"
@@ -48,9 +50,21 @@ Standard::Result Standard::ADOSC(DataRef data, SetRef OHLCV, Integer FastPeriods
   return Method<"ADOSC">(data, Alias).periods(FastPeriods, 2).periods(SlowPeriods, 2).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series line = accumulation(call, prices);
-    const Series fast = fromFirst(call, line, FastPeriods.value());
-    const Series slow = fromFirst(call, line, SlowPeriods.value());
-    return difference(call, fast.from(std::max(FastPeriods, SlowPeriods).value()), slow);
+    const Place first = std::max(FastPeriods, SlowPeriods).value();
+    Series fast, slow;
+    const auto compute = [&](Call& within, const Series& x) {
+      fast = fromFirst(within, x, FastPeriods.value());
+      slow = fromFirst(within, x, SlowPeriods.value());
+      return std::array{difference(within, fast.from(first), slow)};
+    };
+    const auto kernel = [&](kernels::Records records, const std::array<double*, 1>& rows) {
+      const kernels::FastAndSlow averages{
+          {exponentialFactor(FastPeriods.value()), exponentialFactor(SlowPeriods.value())},
+          {lastOf(*fast.column), lastOf(*slow.column)}};
+      return kernels::run(&kernels::Chains::difference, rowsOf(line.column), averages, records, rows[0]);
+    };
+    const auto made = call.inOnePass<1>(line, first, compute, kernel);
+    return made ? made->front() : compute(call, line).front();
   });
 }
 
@@ -193,22 +207,26 @@ Standard::Result Standard::PVT(DataRef data, FieldRef Source, FieldRef Volume, N
 
 namespace {
 
-/// Volumes, and volumes times typical prices, since the average began.
-struct Traded {
-  double flow = 0.0;
-  double volume = 0.0;
-};
-
-/// The mean price of what was traded since the last record for which `begins(at, record)`; 0 before any trade.
-template <class Begins>
-Series averagePrice(Call& call, Prices& prices, Place first, Begins begins) {
-  const Series flow = product(call, typicalPrice(call, prices), prices.volume()), volume = prices.volume();
-  return call.carried(first, Traded(), [&]<class T>(At<T> at, Traded& sums, int r) {
-    if (begins(at, r)) sums = {};
-    const T part = T(sums.flow) + at(flow, r), whole = T(sums.volume) + at(volume, r);
-    sums = {part, whole};
-    return quotient(part, whole);
-  });
+/// The mean price of what was traded since the last record where `session` has changed, where there is one; 0 before
+/// any trade.
+Series averagePrice(Call& call, Prices& prices, Place first, const Series* session) {
+  const Series &high = prices.high(), &low = prices.low(), &close = prices.close(), &volume = prices.volume();
+  const auto step = [&]<class T>(At<T> at, kernels::Traded& sums, int r) {
+    if (session != nullptr && r > 1 && at(*session, r) != at(*session, r - 1)) sums = {};
+    const T bar[] = {at(high, r), at(low, r), at(close, r)};
+    const T flow = T(sums.flow) + formulas::TypicalPrice::of(bar, {}, 0) * at(volume, r);
+    const T whole = T(sums.volume) + at(volume, r);
+    sums = {flow, whole};
+    return std::array{quotient(flow, whole)};
+  };
+  const auto fill = [&](kernels::Records records, const std::array<double*, 1>& rows, kernels::Traded& sums) {
+    return kernels::run(&kernels::StandardTable::meanPrice,
+                        kernels::Bars{rowsOf(high.column), rowsOf(low.column), rowsOf(close.column)},
+                        rowsOf(volume.column), session == nullptr ? kernels::Source() : rowsOf(session->column), &sums,
+                        records, rows[0]);
+  };
+  const std::array sources = {&high, &low, &close, &volume, session == nullptr ? &volume : session};
+  return begun<1>(call, sources, first, first, kernels::Traded(), step, fill).front();
 }
 
 }  // namespace
@@ -217,14 +235,14 @@ Standard::Result Standard::VWAP(DataRef data, SetRef OHLCV, FieldRef Session, Na
   return Method<"VWAP">(data, Alias).compute([&](Call& call) {
     Prices prices(call, OHLCV);
     const Series session = call.take(Session);
-    return averagePrice(call, prices, 1, [&](auto at, int r) { return r > 1 && at(session, r) != at(session, r - 1); });
+    return averagePrice(call, prices, 1, &session);
   });
 }
 
 Standard::Result Standard::AVWAP(DataRef data, SetRef OHLCV, Integer Anchor, Name Alias) {
   return Method<"AVWAP">(data, Alias).record(Anchor).compute([&](Call& call) {
     Prices prices(call, OHLCV);
-    return averagePrice(call, prices, Anchor.value(), [](auto, int) { return false; });
+    return averagePrice(call, prices, Anchor.value(), nullptr);
   });
 }
 
