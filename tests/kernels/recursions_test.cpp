@@ -35,11 +35,15 @@ std::vector<std::vector<double>> longSeries() {
   for (std::size_t i = 1000; i < 1040; ++i) leap[i] = 1e58;
   std::vector<double> broken = walk;
   broken[2500] = std::numeric_limits<double>::infinity();
-  return {walk, fading, resting, leap, broken};
+  // Its averages are numbers, and so are their differences, but not all differences of those.
+  std::vector<double> vast = repeated(9.75e307, 3000);
+  for (std::size_t i = 0; i < 400; ++i) vast[i] = 0.0;
+  for (std::size_t i = 1500; i < 1560; ++i) vast[i] = -9.75e307;
+  return {walk, fading, resting, leap, broken, vast};
 }
 
-/// What a call makes with kernels of every level is what its steps make.
-void expectTheSameOnAllLevels(const World& world, const catalogue::Class& owner, const Call& call) {
+/// What a call makes with kernels of every level is what its steps make. Whether that is columns.
+bool expectTheSameOnAllLevels(const World& world, const catalogue::Class& owner, const Call& call) {
   const auto outcome = [&](Level level) {
     kernels::setLevel(level);
     world.data->MoveFirst();
@@ -49,6 +53,7 @@ void expectTheSameOnAllLevels(const World& world, const catalogue::Class& owner,
   for (const Level level : kernels::allLevels) {
     EXPECT_EQ(outcome(level), expected) << "level " << static_cast<int>(level);
   }
+  return !expected.columns.empty();
 }
 
 TEST(Recursions, StretchesSideBySideAreOneChain) {
@@ -79,7 +84,7 @@ TEST(Recursions, AChainOfAveragesIsItsWalks) {
   const catalogue::Method& method = *catalogue::findMethod(owner, "MACD");
   const struct {
     int shorter, longer, signal;
-  } cycles[] = {{12, 26, 9}, {1, 1, 1}, {40, 3, 2}, {5, 35, 300}, {400, 500, 9}};
+  } cycles[] = {{12, 26, 9}, {1, 1, 1}, {40, 3, 2}, {5, 35, 300}, {400, 500, 9}, {2, 100, 100}};
   for (const std::vector<double>& series : longSeries()) {
     const World world{records(series.size()), {}, {}, static_cast<int>(series.size())};
     for (const auto& [shorter, longer, signal] : cycles) {
@@ -109,6 +114,50 @@ TEST(Recursions, StretchesOfTrendsAreOneChain) {
       SCOPED_TRACE(testing::Message() << least << " up to " << most << " from " << lows[0]);
       expectTheSameOnAllLevels(
           world, owner, {&owner, &method, {world.data, field(highs), field(lows), least, most, catalogue::Missing{}}});
+    }
+  }
+}
+
+TEST(Recursions, StretchesOfBarsAreOneChain) {
+  const catalogue::Class& owner = *catalogue::findClass("Standard");
+  std::vector<std::vector<double>> all = longSeries();
+  // Bands that no close crosses are held for ever.
+  std::vector<double> rising;
+  for (int i = 0; i < 5000; ++i) rising.push_back(100.0 + i);
+  all.push_back(rising);
+  for (const std::vector<double>& lows : all) {
+    std::vector<Bar> series;
+    std::vector<double> sessions;
+    for (const double low : lows) {
+      const auto i = static_cast<int>(series.size());
+      // Long sessions and short ones, some of them without a trade.
+      sessions.push_back(i % 2000 < 1000 ? i / 100 : i / 3);
+      series.push_back({low, low + 0.5, low, low + 0.25, static_cast<double>(i % 300 < 290 ? i % 7 : 0)});
+    }
+    const auto data = bars(series);
+    const World world{data, {}, {}, static_cast<int>(series.size())};
+    const catalogue::Value set = data->getRecordset(), none = catalogue::Missing{};
+    const struct {
+      const char* method;
+      std::vector<catalogue::Value> arguments;
+    } calls[] = {
+        {"SUPERTREND", {set, Integer(10), 3.0, none}},
+        {"SUPERTREND", {set, Integer(300), 0.0, none}},
+        {"SUPERTREND", {set, Integer(2), -1.0, none}},
+        {"HEIKIN_ASHI", {set, none}},
+        {"VWAP", {set, field(sessions), none}},
+        {"AVWAP", {set, Integer(40), none}},
+        {"ADOSC", {set, Integer(3), Integer(10), none}},
+        {"TSI", {field(lows), Integer(25), Integer(13), none}},
+        {"TSI", {field(lows), Integer(2), Integer(400), none}},
+        {"MASS", {set, Integer(9), Integer(25), none}},
+    };
+    for (const auto& [name, arguments] : calls) {
+      Call call{&owner, catalogue::findMethod(owner, name), arguments};
+      call.arguments.insert(call.arguments.begin(), data);
+      SCOPED_TRACE(testing::Message() << name << " from " << lows[0]);
+      const bool isMade = expectTheSameOnAllLevels(world, owner, call);
+      EXPECT_TRUE(isMade || (lows != all.front() && lows != rising));
     }
   }
 }
