@@ -13,7 +13,7 @@ Series Call::take(const std::shared_ptr<Field>& column) {
   if (rows.size() != static_cast<std::size_t>(count())) raise(faults::SubscriptOutOfRange);
   const Span whole = {1, count()};
   unproven_.push_back({column, rows.data(), whole, whole, true});
-  // Its walks come in one order, whatever the kernels prove.
+  // The kernels of a call that goes on with an earlier one see new rows alone, and prove nothing of the column.
   if (Continuation::current() != nullptr) checkTaken(unproven_.back());
   taken_.push_back(column);
   return {1, rows.data(), column};
@@ -57,18 +57,21 @@ void Call::prove(const double* rows, const Span& span, bool areSized) {
 
 void Call::checkTaken(Unproven& column) {
   const Span span = column.finite;
-  bool handled = false;
-  eachRecord(
-      span.first, static_cast<int>(span.last),
-      [&](kernels::Records records) {
-        const kernels::Source source{column.rows, static_cast<std::size_t>(count())};
-        const std::size_t done = kernels::run(&kernels::Table::handled, source, records);
-        handled = records.first == span.first && done == numberOf({records.first, static_cast<int>(span.last)});
-        return done;
-      },
-      [&](Integer record) { static_cast<void>(Real(column.rows[record.value() - 1])); }, noYield);
+  // Rows that an earlier call has looked at are finite.
+  const Place from = std::max(span.first, Place{keptRows()} + 1);
   column.finite.drop(span);
-  if (handled) column.sized.drop(span);
+  if (from == span.first && areHandled({static_cast<int>(span.first), static_cast<int>(span.last)}, column.rows)) {
+    column.sized.drop(span);
+    return;
+  }
+  for (Place record = from; record <= span.last; ++record) {
+    try {
+      static_cast<void>(Real(column.rows[record - 1]));
+    } catch (Error& error) {
+      error.setRecord(static_cast<int>(record));
+      throw;
+    }
+  }
 }
 
 void Call::check() {
