@@ -118,7 +118,7 @@ struct Alone {
   friend Alone whereEqual(Alone a, Alone b, Alone yes, Alone no) { return a.x == b.x ? yes : no; }
   friend Alone quotient(Alone a, Alone b, int) { return {a.x / b.x}; }
   friend Alone operator/(Alone a, Alone b) { return {a.x / b.x}; }
-  friend Alone magnitude(Alone a) { return {a.x < 0.0 ? 0.0 - a.x : a.x}; }
+  friend Alone magnitude(Alone a) { return {a.x < 0.0 ? 0.0 - a.x : a.x + 0.0}; }
   friend Alone wholePart(Alone a) { return {static_cast<double>(static_cast<int>(a.x))}; }
   friend Alone chosen(const double* table, Alone place) { return {table[static_cast<int>(place.x)]}; }
   friend Alone spread(double number, Alone) { return all(number); }

@@ -140,14 +140,20 @@ std::size_t meanPrice(Bars bars, Source volume, Source session, orvex::kernels::
   double flows[2][totalPiece];
   double volumes[2][totalPiece];
   double flow = sums->flow, total = sums->volume;
+  // Where volumes below 0 have left almost nothing of a total, the mean is no number.
+  double check = 0.0;
   const auto divide = [&](std::ptrdiff_t start, std::ptrdiff_t piece, int turn) {
-    eachBlock<4>(0, piece, [=, &flows, &volumes]<int Lanes, int Count>(std::ptrdiff_t i) {
+    eachBlock<4>(0, piece, [=, &flows, &volumes, &check]<int Lanes, int Count>(std::ptrdiff_t i) {
       using P = Pack<Lanes>;
+      P sum = P::all(0.0);
       ORVEX_UNROLL for (int k = 0; k < Count; ++k) {
         const std::ptrdiff_t at = i + k * Lanes;
         const P whole = P::load(volumes[turn] + at), zero = P::all(0.0);
-        whereEqual(whole, zero, zero, P::load(flows[turn] + at) / whole).store(out + start + at);
+        const P mean = whereEqual(whole, zero, zero, P::load(flows[turn] + at) / whole);
+        mean.store(out + start + at);
+        sum = sum + mean * zero;
       }
+      ORVEX_UNROLL for (int lane = 0; lane < Lanes; ++lane) check += sum.v[lane];
     });
   };
   std::ptrdiff_t start = from, last = 0;
@@ -175,7 +181,7 @@ std::size_t meanPrice(Bars bars, Source volume, Source session, orvex::kernels::
     last = piece;
   }
   divide(start - totalPiece, last, 1 - turn);
-  if (!isHandled(flow) || !isHandled(total)) return 0;
+  if (check != 0.0 || !isHandled(flow) || !isHandled(total)) return 0;
   *sums = {flow, total};
   return static_cast<std::size_t>(count);
 }

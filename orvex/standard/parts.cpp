@@ -43,8 +43,8 @@ Series chain(Call& call, const Series& x, Place from, Place first, Seed seed, Ke
       first,
       [&](Records records, double* rows) {
         return seeded(
-            call, std::array{&x}, from, first, records, [&] { rows[first - 1] = seed(At<double>()); },
-            [&](Records rest) { return kernel(rest, rows); });
+            call, std::array{&x}, from, first, records, std::array{rows},
+            [&] { return std::array{seed(At<double>())}; }, [&](Records rest) { return kernel(rest, rows); });
       },
       [&]<class T>(At<T> at, const Series& own, int r) { return r > first ? step(at, at(own, r - 1), r) : seed(at); });
 }
@@ -506,7 +506,8 @@ Series accumulation(Call& call, Prices& prices) {
       1,
       [&](Records records, double* rows) {
         return seeded(
-            call, std::array{&high, &low, &close, &volume}, 1, 1, records, [&] { rows[0] = flow(At<double>(), 1); },
+            call, std::array{&high, &low, &close, &volume}, 1, 1, records, std::array{rows},
+            [&] { return std::array{flow(At<double>(), 1)}; },
             [&](Records rest) {
               return kernels::run(&StandardTable::moneyFlowTotal, bars, source(volume), rest, rows);
             });

@@ -67,24 +67,29 @@ Series ofBoth(Call& call, const Series& a, const Series& b, const Parameters& pa
   return call.of<Formula>(std::max(a.first, b.first), {a, b}, parameters);
 }
 
-/// What the kernel of a walk does whose first row comes out of the sources' rows from `from` on: `seed()` writes that
-/// row, `fill(records)` what follows, which looks at the records' rows in all sources. How many rows that makes.
-template <std::size_t Sources, class Seed, class Fill>
+/// What the kernel of a walk does whose first row comes out of the sources' rows from `from` on: `seed()` gives that row
+/// of each column, `fill(records)` writes what follows, and looks at the records' rows in all sources. How many rows that
+/// makes.
+template <std::size_t Sources, std::size_t Columns, class Seed, class Fill>
 std::size_t seeded(Call& call, const std::array<const Series*, Sources>& sources, Place from, Place first,
-                   kernels::Records records, Seed seed, Fill fill) {
-  const auto prove = [&](std::size_t done, kernels::Records rows) {
-    for (const Series* source : sources) done = call.proves(done, rows, *source);
+                   kernels::Records records, const std::array<double*, Columns>& rows, Seed seed, Fill fill) {
+  const auto prove = [&](std::size_t done, kernels::Records seen) {
+    for (const Series* source : sources) done = call.proves(done, seen, *source);
     return done;
   };
   std::size_t done = 0;
   if (records.first == first) {
-    // What the seed is made of is looked at here, so that nothing in it can overflow.
+    // What the seed is made of is looked at here, so that no sum in it can overflow, and it itself, since a quotient may.
     const kernels::Records seeds = {static_cast<int>(from), records.first};
     const auto all = static_cast<std::size_t>(first - from) + 1;
     for (const Series* source : sources) {
       if (kernels::run(&kernels::Table::handled, rowsOf(source->column), seeds) != all) return 0;
     }
-    seed();
+    const std::array<double, Columns> values = seed();
+    for (const double value : values) {
+      if (value - value != 0.0) return 0;
+    }
+    for (std::size_t i = 0; i < Columns; ++i) rows[i][first - 1] = values[i];
     prove(all, seeds);
     done = 1;
     ++records.first;
@@ -100,12 +105,12 @@ template <int Columns, std::size_t Sources, class State, class Step, class Kerne
 std::array<Series, Columns> begun(Call& call, const std::array<const Series*, Sources>& sources, Place from,
                                   Place first, State begin, Step step, Kernel kernel) {
   const auto fill = [&](kernels::Records records, const std::array<double*, Columns>& rows, State& state) {
-    const auto seed = [&] {
-      const auto values = step(At<double>(), state, static_cast<int>(first));
-      for (int i = 0; i < Columns; ++i) rows[i][first - 1] = values[i];
-    };
-    return seeded(call, sources, from, first, records, seed,
-                  [&](kernels::Records rest) { return kernel(rest, rows, state); });
+    const State before = state;
+    const std::size_t done = seeded(
+        call, sources, from, first, records, rows, [&] { return step(At<double>(), state, static_cast<int>(first)); },
+        [&](kernels::Records rest) { return kernel(rest, rows, state); });
+    if (done == 0) state = before;
+    return done;
   };
   return call.columns<Columns>(first, fill, begin, step);
 }

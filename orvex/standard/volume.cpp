@@ -77,7 +77,7 @@ template <class First>
 auto startedAt(Call& call, First first, VolumeKernel kernel, const Series& x, const Series& volume) {
   return [=, &call, &x, &volume](kernels::Records records, double* rows) {
     return seeded(
-        call, std::array{&x, &volume}, 1, 1, records, [&] { rows[0] = first(); },
+        call, std::array{&x, &volume}, 1, 1, records, std::array{rows}, [&] { return std::array{first()}; },
         [&](kernels::Records rest) {
           return kernels::run(kernel, rowsOf(x.column), rowsOf(volume.column), rest, rows);
         });

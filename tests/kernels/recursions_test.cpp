@@ -162,6 +162,44 @@ TEST(Recursions, StretchesOfBarsAreOneChain) {
   }
 }
 
+TEST(Recursions, RowsThatOverflowAreFaultsOnAllLevels) {
+  const catalogue::Class& owner = *catalogue::findClass("Standard");
+  const std::vector<Bar> ordinary(20, {10, 12, 9, 11, 5});
+  // The third record leaves next to nothing of the volumes before it.
+  std::vector<Bar> cancelling = ordinary;
+  cancelling[0] = {1e10, 1e10, 1e10, 1e10, 1};
+  cancelling[1] = {1, 1, 1, 1, -1};
+  cancelling[2] = {1e10, 1e10, 1e10, 1e10, 1e-300};
+  // The close of the first record is a great many times as far from the low as the high is.
+  std::vector<Bar> narrow = ordinary;
+  narrow[0] = {0, 4e-306, 0, 100, 100};
+  const auto sessions = field(repeated(1, ordinary.size()));
+  const catalogue::Value none = catalogue::Missing{};
+  const struct {
+    const char* method;
+    const std::vector<Bar>& series;
+    std::vector<catalogue::Value> arguments;
+    int record;
+  } calls[] = {
+      {"VWAP", cancelling, {sessions, none}, 3},
+      {"AVWAP", cancelling, {Integer(1), none}, 3},
+      {"AD", narrow, {none}, 1},
+      {"ADOSC", narrow, {Integer(3), Integer(10), none}, 1},
+  };
+  for (const auto& [name, series, arguments, record] : calls) {
+    SCOPED_TRACE(name);
+    const auto data = bars(series);
+    const World world{data, {}, {}, static_cast<int>(series.size())};
+    Call call{&owner, catalogue::findMethod(owner, name), arguments};
+    call.arguments.insert(call.arguments.begin(), {data, data->getRecordset()});
+    for (const Level level : kernels::allLevels) {
+      kernels::setLevel(level);
+      EXPECT_EQ(run(world, call, owner.create().get()).record, record) << "level " << static_cast<int>(level);
+    }
+  }
+  kernels::setLevel(kernels::widestLevel());
+}
+
 TEST(Pieces, OfALongColumnAreTheColumn) {
   const struct {
     const char* owner;

@@ -225,6 +225,7 @@ Outcome run(const World& world, Call call, void* object) {
     }
   } catch (const Error& error) {
     outcome.fault = error.fault();
+    outcome.record = error.record();
   }
   outcome.other = other.str();
   for (std::size_t i = 0; i < call.arguments.size(); ++i) {
@@ -237,7 +238,8 @@ Outcome run(const World& world, Call call, void* object) {
 
 std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
   out << "position " << outcome.position << ", written " << outcome.written << ' ' << outcome.other;
-  if (outcome.fault) out << ", error " << outcome.fault->number << ' ' << outcome.fault->source;
+  if (outcome.fault)
+    out << ", error " << outcome.fault->number << ' ' << outcome.fault->source << " at " << outcome.record;
   for (const auto& [name, bits] : outcome.columns) {
     out << "\n  " << name << ':';
     for (const std::uint64_t bit : bits) out << ' ' << __builtin_bit_cast(double, bit);

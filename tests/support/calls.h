@@ -76,6 +76,7 @@ Call makeCall(Choices& choices, const World& world, const catalogue::Class& owne
 /// What came of a call, down to the bits.
 struct Outcome {
   std::optional<Fault> fault;
+  int record = 0;  // where the fault was
   std::vector<std::pair<std::string, std::vector<std::uint64_t>>> columns;
   std::string other;    // a note or a plain value, as a text
   std::string written;  // the texts and numbers of the arguments afterwards
