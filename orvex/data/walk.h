@@ -85,22 +85,22 @@ void countRecords(Integer first, Integer last, int ahead, Kernel&& kernel, Step&
     if (counter > first) pass(counter - 1 - ahead);
   }
   for (;;) {
-    const std::int64_t records = std::int64_t{end.value()} - counter.value() + 1;
-    if (continuation == nullptr || records >= leastRecords<std::remove_cvref_t<Kernel>>) {
-      const auto done = static_cast<int>(kernel(kernels::Records{counter.value() - ahead, end.value() - ahead}));
-      if (done > 0 && !hook) {
-        counter += done - 1;
-        pass(counter - ahead);
-        ++counter;
-      } else {
-        for (int i = 0; i < done; ++i) {
+    try {
+      const std::int64_t records = std::int64_t{end.value()} - counter.value() + 1;
+      if (continuation == nullptr || records >= leastRecords<std::remove_cvref_t<Kernel>>) {
+        const auto done = static_cast<int>(kernel(kernels::Records{counter.value() - ahead, end.value() - ahead}));
+        if (done > 0 && !hook) {
+          counter += done - 1;
           pass(counter - ahead);
-          hook();
           ++counter;
+        } else {
+          for (int i = 0; i < done; ++i) {
+            pass(counter - ahead);
+            hook();
+            ++counter;
+          }
         }
       }
-    }
-    try {
       for (; counter <= end; ++counter) {
         step(counter - ahead);
         if (hook) hook();

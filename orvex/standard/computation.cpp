@@ -58,19 +58,19 @@ void Call::prove(const double* rows, const Span& span, bool areSized) {
 void Call::checkTaken(Unproven& column) {
   const Span span = column.finite;
   // Rows that an earlier call has looked at are finite.
-  const Place from = std::max(span.first, Place{keptRows()} + 1);
+  Place from = std::max(span.first, Place{keptRows()} + 1);
   column.finite.drop(span);
-  if (from == span.first && areHandled({static_cast<int>(span.first), static_cast<int>(span.last)}, column.rows)) {
-    column.sized.drop(span);
-    return;
-  }
-  for (Place record = from; record <= span.last; ++record) {
-    try {
-      static_cast<void>(Real(column.rows[record - 1]));
-    } catch (Error& error) {
-      error.setRecord(static_cast<int>(record));
-      throw;
-    }
+  const int last = static_cast<int>(span.last);
+  const bool handled = from == span.first && areHandled({static_cast<int>(from), last}, column.rows);
+  if (handled) column.sized.drop(span);
+  try {
+    for (; !handled && from <= span.last; ++from) static_cast<void>(Real(column.rows[from - 1]));
+    from = span.last;
+    // The counter of a loop over all records is stepped after the last one too.
+    static_cast<void>(Integer(last) + 1);
+  } catch (Error& error) {
+    error.setRecord(static_cast<int>(from));
+    throw;
   }
 }
 

@@ -180,7 +180,7 @@ class Call {
   /// has.
   template <class Kernel>
   std::optional<Series> atOnce(Place first, Kernel kernel) {
-    if (Continuation::current() != nullptr || first > count()) return std::nullopt;
+    if (Continuation::current() != nullptr || first > count() || count_ == Integer::Greatest) return std::nullopt;
     const Series made = make(first);
     const kernels::Records records{static_cast<int>(first), count()};
     if (kernel(records, made.column->writableValues().data()) != numberOf(records)) return std::nullopt;

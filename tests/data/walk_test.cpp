@@ -8,6 +8,7 @@
 #include "orvex/indices/index.h"
 #include "orvex/kernels/kernels.h"
 #include "orvex/oscillators/oscillator.h"
+#include "orvex/standard/standard.h"
 #include "tests/support/series.h"
 
 namespace orvex::test {
@@ -58,6 +59,12 @@ const std::vector<LongestCase>& longestCases() {
       {"on an average of a CMO", [=](Data data) { General().StandardDeviation(data, close(data), 5, 2, 4); },
        General::StandardDeviationAverageFault, 32765, 32767},
       {"mass index", [=](Data data) { Index().MassIndex(data, prices(data), 5); }, Index::MassIndexFault, 32765, 32767},
+      {"in stretches", [=](Data data) { Standard().EMA(data, close(data), 5); },
+       unexpectedError("Standard.EMA.UnexpectedError"), 32766, 1},
+      {"in one pass", [=](Data data) { Standard().MIDPOINT(data, close(data), 14); },
+       unexpectedError("Standard.MIDPOINT.UnexpectedError"), 32766, 1},
+      {"without a row", [=](Data data) { Standard().MOM(data, close(data), 32767); },
+       unexpectedError("Standard.MOM.UnexpectedError"), 32766, 1},
   };
   return cases;
 }
@@ -68,15 +75,26 @@ TEST(Walk, StepsItsCounterAfterTheLastRecord) {
     for (int count = first; count <= last; ++count) all.push_back(longSeries(count));
     return all;
   }(32765, 32767);
-  for (const Level level : {Level::Off, kernels::widestLevel()}) {
-    kernels::setLevel(level);
-    for (const auto& one : longestCases()) {
-      SCOPED_TRACE(one.name);
-      const auto& fits = series[static_cast<std::size_t>(one.longest - 32765)];
-      const auto& tooLong = series[static_cast<std::size_t>(one.longest - 32764)];
+  const auto recordOf = [](const LongestCase& one, const std::shared_ptr<Database>& data) {
+    try {
+      one.call(data);
+    } catch (const Error& error) {
+      return error.record();
+    }
+    return -1;
+  };
+  for (const auto& one : longestCases()) {
+    SCOPED_TRACE(one.name);
+    const auto& fits = series[static_cast<std::size_t>(one.longest - 32765)];
+    const auto& tooLong = series[static_cast<std::size_t>(one.longest - 32764)];
+    std::vector<int> records;
+    for (const Level level : {Level::Off, kernels::widestLevel()}) {
+      kernels::setLevel(level);
       expectFaults(*fits, {{[&] { one.call(fits); }, std::nullopt, 1}});
       expectFaults(*tooLong, {{[&] { one.call(tooLong); }, one.fault, one.position}});
+      records.push_back(recordOf(one, tooLong));
     }
+    EXPECT_EQ(records.front(), records.back()) << "the record of the error without kernels, and with them";
   }
   kernels::setLevel(kernels::widestLevel());
 }
