@@ -17,7 +17,6 @@
 
 namespace orvex::inline ORVEX_COUNTS {
 
-using catalogue::Method;
 using catalogue::RowRange;
 using catalogue::Type;
 using catalogue::Value;
@@ -267,7 +266,7 @@ class LiveSeries::Kept final : public LiveResult {
     next_.computed.clear();
     if (std::any_of(sources_.begin(), sources_.end(), [](const Source& source) { return source.kept != nullptr; })) {
       catalogue::ValuedCall called = catalogue::callOnValues(method(), object_.get(), arguments_);
-      takeColumns(std::move(called.result));
+      takeColumns(called.result);
       next_.computed = std::move(called.computed);
       return;
     }

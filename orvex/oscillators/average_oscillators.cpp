@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <utility>
 
@@ -124,7 +125,7 @@ std::optional<Convergence> convergenceInOnePass(Integer count, const std::shared
 
 /// The averages of each other that TRIX goes by, and its column.
 struct Triple {
-  std::shared_ptr<Field> averages[3];
+  std::array<std::shared_ptr<Field>, 3> averages;
   std::shared_ptr<Field> rate;
 };
 

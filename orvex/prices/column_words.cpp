@@ -166,6 +166,7 @@ Meaning meaningOf(std::string_view name) {
 
 Meanings meaningsOf(const std::vector<std::string>& names) {
   std::vector<Meaning> found;
+  found.reserve(names.size());
   for (const std::string& name : names) found.push_back(meaningOf(name));
   Meanings result{std::vector<Role>(names.size(), Role::Other), {}};
   const auto holderOf = [&](Role role) {

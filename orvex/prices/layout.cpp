@@ -355,6 +355,7 @@ Layout findLayout(std::string_view text, const Options& options) {
     layout.headerLine = sample.front().number;
     layout.firstRecordLine = layout.headerLine + 1;
     std::vector<std::string> names;
+    names.reserve(first.size());
     for (const CellText& cell : first) names.push_back(cell.text);
     Meanings meanings = meaningsOf(names);
     nameColumns(layout, first, meanings.roles);

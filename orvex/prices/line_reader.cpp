@@ -31,7 +31,7 @@ LineReader::LineReader(Layout layout)
   dateColumn_ = layout_.find(Role::Date);
   timeColumn_ = layout_.find(Role::Clock);
   for (const ColumnLayout& column : layout_.columns) {
-    numeric_.push_back(column.role != Role::Date && column.role != Role::Clock);
+    numeric_.push_back(column.role != Role::Date && column.role != Role::Clock ? 1 : 0);
   }
   const std::string& delimiter = layout_.splitter.delimiter();
   const bool inNoNumber =

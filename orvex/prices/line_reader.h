@@ -52,7 +52,7 @@ class LineReader {
   void settleDates(bool monthFirst) { plainDates_.settle(monthFirst); }
 
   /// A further column that had a text is not read for numbers any more.
-  void keepTexts(std::size_t column) { numeric_[column] = false; }
+  void keepTexts(std::size_t column) { numeric_[column] = 0; }
 
  private:
   Outcome fail(std::string text, std::size_t cell, bool tooShort = false);

@@ -61,11 +61,11 @@ Parts partsOf(std::string_view cell) {
     }
     return takeFront(text, plus);
   };
-  bool hasSign = sign();
+  const bool hasSign = sign();
   const bool currency = takeFront(text, currencies);
   if (currency) {
     text = trimmed(text);
-    if (!hasSign) hasSign = sign();
+    if (!hasSign) sign();
   } else if (takeBack(text, currencies)) {
     text = trimmed(text);
   }

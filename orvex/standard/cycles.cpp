@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 
 #include "orvex/standard/discriminator.h"
@@ -149,11 +150,16 @@ class Circles {
   std::array<Point, allPoints> points_;
 };
 
+/// The records of a cycle, which is not below 0.
+int lengthOf(double cycle) {
+  return static_cast<int>(std::floor(cycle + 0.5));
+}
+
 /// The phase of the dominant cycle in degrees, from -45 to 315: the smoothed price of one cycle against a sine and a
 /// cosine of its length. Prices before the first smoothed one count as 0.
 template <class T>
 T dominantPhase(At<T> at, CycleState& s, const Series& smooth, double cycle, int r) {
-  const int length = static_cast<int>(cycle + 0.5);
+  const int length = lengthOf(cycle);
   const Circles::Point* const points = Circles::of(length);
   const int seen = std::min(length, static_cast<int>(r - smooth.first) + 1);
   T real = 0, imaginary = 0;
@@ -182,7 +188,7 @@ T dominantPhase(At<T> at, CycleState& s, const Series& smooth, double cycle, int
 /// The mean of the prices of one cycle, smoothed by weights 4 to 1.
 template <class T>
 T trendline(At<T> at, CycleState& s, const Series& x, double cycle, int r) {
-  const int length = static_cast<int>(cycle + 0.5);
+  const int length = lengthOf(cycle);
   T total = 0;
   for (int i = 0; i < length; ++i) total += at(x, r - i);
   const T mean = length > 0 ? total / length : total;
