@@ -38,7 +38,8 @@ struct Smoothing {
   double whole[2];
 };
 
-/// Exponential averages, each of the one before it, likewise, and the parameters of what is made of them.
+/// Exponential averages, each of the one before it: the factor of all, their values as of the record before, and the
+/// parameters of what is made of them.
 struct Cascade {
   static constexpr int most = 6;
 
@@ -63,7 +64,8 @@ struct Chains {
   /// `Table::approach` has them.
   std::size_t (*trueStrength)(Source source, Smoothing averages, Records records, double* out);
 
-  /// How far the third average moves in a record, in percent: from a row that is 0 not at all. Likewise.
+  /// How far the third average moves in a record, in percent: from a row that is 0 not at all. Of averages as
+  /// `Table::exponential` has them, and as `Table::approach` has.
   CascadeKernel tripleRate;
   CascadeKernel approachTripleRate;
 
