@@ -67,9 +67,9 @@ Series ofBoth(Call& call, const Series& a, const Series& b, const Parameters& pa
   return call.of<Formula>(std::max(a.first, b.first), {a, b}, parameters);
 }
 
-/// What the kernel of a walk does whose first row comes out of the sources' rows from `from` on: `seed()` gives that row
-/// of each column, `fill(records)` writes what follows, and looks at the records' rows in all sources. How many rows that
-/// makes.
+/// What the kernel of a walk does whose first row comes out of the sources' rows from `from` on: `seed()` gives that
+/// row of each column, `fill(records)` writes what follows, and looks at the records' rows in all sources. How many
+/// rows that makes.
 template <std::size_t Sources, std::size_t Columns, class Seed, class Fill>
 std::size_t seeded(Call& call, const std::array<const Series*, Sources>& sources, Place from, Place first,
                    kernels::Records records, const std::array<double*, Columns>& rows, Seed seed, Fill fill) {
@@ -79,7 +79,8 @@ std::size_t seeded(Call& call, const std::array<const Series*, Sources>& sources
   };
   std::size_t done = 0;
   if (records.first == first) {
-    // What the seed is made of is looked at here, so that no sum in it can overflow, and it itself, since a quotient may.
+    // What the seed is made of is looked at here, so that no sum in it can overflow, and it itself, since a quotient
+    // may.
     const kernels::Records seeds = {static_cast<int>(from), records.first};
     const auto all = static_cast<std::size_t>(first - from) + 1;
     for (const Series* source : sources) {
