@@ -22,11 +22,12 @@ class UsageError : public std::runtime_error {
 /// An error of the library, and what it means for this call in a reader's words: exit status 1.
 class Failure : public std::exception {
  public:
-  Failure(const Error& error, std::string explanation) : error_(error), explanation_(std::move(explanation)) {}
-  Failure(const Fault& fault, std::string explanation) : Failure(Error(fault), std::move(explanation)) {}
   /// Of a file that could not be read: the line and its cell, from 1; 0 where the matter lies in none.
-  Failure(const Fault& fault, std::string explanation, std::size_t line, std::size_t cell)
-      : error_(fault), explanation_(std::move(explanation)), line_(line), cell_(cell) {}
+  Failure(const Error& error, std::string explanation, std::size_t line = 0, std::size_t cell = 0)
+      // NOLINTNEXTLINE(bugprone-throw-keyword-missing): thrown inside of this one.
+      : error_(error), explanation_(std::move(explanation)), line_(line), cell_(cell) {}
+  Failure(const Fault& fault, std::string explanation, std::size_t line = 0, std::size_t cell = 0)
+      : Failure(Error(fault), std::move(explanation), line, cell) {}
 
   const Error& error() const noexcept { return error_; }
   const std::string& explanation() const noexcept { return explanation_; }
@@ -37,8 +38,8 @@ class Failure : public std::exception {
  private:
   Error error_;
   std::string explanation_;
-  std::size_t line_ = 0;
-  std::size_t cell_ = 0;
+  std::size_t line_;
+  std::size_t cell_;
 };
 
 /// Tells something on the standard error.

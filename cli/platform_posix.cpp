@@ -8,7 +8,8 @@
 
 #include "cli/platform.h"
 
-extern char** environ;
+// Not every system declares it.
+extern char** environ;  // NOLINT(readability-redundant-declaration)
 
 namespace orvex::cli::platform {
 

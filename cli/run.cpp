@@ -26,8 +26,6 @@ namespace orvex::cli {
 
 namespace {
 
-using catalogue::Class;
-using catalogue::Column;
 using catalogue::Method;
 using catalogue::RowRange;
 using catalogue::Type;

@@ -35,6 +35,7 @@
 extern "C" {
 #endif
 
+/* NOLINTBEGIN(modernize-use-using): C has no other. */
 /* A price series, and what a call gave. */
 typedef struct orvex_series orvex_series;
 typedef struct orvex_result orvex_result;
@@ -87,6 +88,7 @@ typedef struct orvex_value {
   const char* text; /* of a note, or a text; otherwise "" */
   int32_t record;   /* of a note its record, from 1; otherwise 0 */
 } orvex_value;
+/* NOLINTEND(modernize-use-using) */
 
 /* MAJOR.MINOR.PATCH. */
 ORVEX_C_API const char* orvex_version(void);
