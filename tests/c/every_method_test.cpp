@@ -32,7 +32,8 @@ struct Prices {
       low.push_back(middle - 1.0 - 0.125 * (row % 5));
       close.push_back(middle);
       volume.push_back(1000.0 + row * 37 % 101);
-      session.push_back(1.0 + row / 10);
+      const int day = 1 + row / 10;
+      session.push_back(day);
     }
   }
 

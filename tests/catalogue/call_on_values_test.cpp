@@ -39,10 +39,11 @@ std::shared_ptr<RecordSet> prices(int before, int behind) {
 
 std::vector<Value> argumentsOf(const catalogue::Method& method, int before, int behind) {
   const auto set = prices(before, behind);
+  const int count = before + records + behind;
   std::vector<Value> arguments;
   for (const catalogue::Argument& argument : method.arguments) {
     Value value = catalogue::Missing{};
-    if (argument.type == Type::Database) value = test::records(static_cast<std::size_t>(before + records + behind));
+    if (argument.type == Type::Database) value = test::records(static_cast<std::size_t>(count));
     if (argument.type == Type::RecordSet) value = set;
     if (argument.type == Type::Field) value = set->getField(argument.name == "Source2" ? "High" : "Close");
     if (argument.type == Type::Integer && !argument.optional) value = Integer(argument.name == "MA_Type" ? 1 : 3);

@@ -31,7 +31,8 @@ double weightedMeanAt(const std::vector<double>& x, const std::vector<double>&, 
   double sum = 0;
   double total = 0;
   for (int weight = window; weight >= 1; --weight) {
-    sum += weight * x[static_cast<std::size_t>(end - window + weight)];
+    const int place = end - window + weight;
+    sum += weight * x[static_cast<std::size_t>(place)];
     total += weight;
   }
   return sum / total;

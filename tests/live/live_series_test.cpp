@@ -252,8 +252,8 @@ class Bars {
     }
     if (odd_ > 0 && chance_.once(odd_)) {
       double* const values[] = {&bar.open, &bar.high, &bar.low, &bar.close, &bar.volume};
-      *values[chance_.below(5)] =
-          chance_.of({infinity, -infinity, undefined_ ? notANumber : infinity, 1e300, 0.0, -0.0, -3.0});
+      const double gap = undefined_ ? notANumber : infinity;
+      *values[chance_.below(5)] = chance_.of({infinity, -infinity, gap, 1e300, 0.0, -0.0, -3.0});
     }
     return bar;
   }
@@ -382,7 +382,7 @@ void expectStanding(const Given& before, const Given& after) {
     }
     EXPECT_EQ(firstThen, first) << after.names[i];
     EXPECT_EQ(lastThen, last) << after.names[i];
-    const auto from = static_cast<std::size_t>(first - 1), count = static_cast<std::size_t>(last - first + 1);
+    const auto from = static_cast<std::size_t>(first - 1), count = static_cast<std::size_t>(last) - from;
     EXPECT_TRUE(sameBits(std::span(before.rows[i]).subspan(from, count), std::span(after.rows[i]).subspan(from, count)))
         << after.names[i];
   }
