@@ -252,7 +252,8 @@ class Bars {
     }
     if (odd_ > 0 && chance_.once(odd_)) {
       double* const values[] = {&bar.open, &bar.high, &bar.low, &bar.close, &bar.volume};
-      const double gap = undefined_ ? notANumber : infinity;
+      double gap = infinity;
+      if (undefined_) gap = notANumber;
       *values[chance_.below(5)] = chance_.of({infinity, -infinity, gap, 1e300, 0.0, -0.0, -3.0});
     }
     return bar;
