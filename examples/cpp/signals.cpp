@@ -2,21 +2,23 @@
 // Build it with the CMakeLists.txt beside it, and run it as: signals prices.csv
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <memory>
 
 #include "orvex/data/database.h"
-#include "orvex/data/error.h"
 #include "orvex/indices/index.h"
 #include "orvex/oscillators/oscillator.h"
+#include "orvex/prices/price_reader.h"
 
 int main(int argc, char** argv) {
   if (argc != 2) {
-    std::fprintf(stderr, "usage: signals FILE, one of date,open,high,low,close,volume lines\n");
+    std::fprintf(stderr, "usage: signals FILE, with dates and prices\n");
     return 2;
   }
   try {
     const auto data = std::make_shared<orvex::Database>();
-    data->OpenDataBase(argv[1], ",");
+    // What the columns are is found out. A file that is not certain is refused with a word on what to do.
+    data->OpenDatabaseByRows(orvex::prices::rowsOf(orvex::prices::readFile(argv[1])));
     const auto dates = data->getRecordset()->getField("Date");
     const auto close = data->getRecordset()->getField("Close");
 
@@ -32,8 +34,9 @@ int main(int argc, char** argv) {
                   strength->getValue("RSI", record), histogram->getValue(record),
                   crossed ? "  crosses its signal" : "");
     }
-  } catch (const orvex::Error& error) {
-    // For example "File not found", or what went wrong inside an indicator, with the record.
+  } catch (const std::exception& error) {
+    // A `prices::ReadError`, "File not found." say, or an `orvex::Error`: what went wrong inside an indicator, with the
+    // record.
     std::fprintf(stderr, "signals: %s\n", error.what());
     return 1;
   }

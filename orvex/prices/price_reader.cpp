@@ -502,4 +502,19 @@ PriceTable read(std::string bytes, const Options& options) {
   return Collection(std::move(storage), options).collect();
 }
 
+PriceRows rowsOf(PriceTable table) {
+  const auto kept = std::make_shared<const PriceTable>(std::move(table));
+  const auto numbers = [&](Role role) {
+    const PriceColumn* const column = kept->find(role);
+    return column == nullptr ? Rows<double>{} : Rows<double>{column->numbers, kept};
+  };
+  PriceRows rows{.open = numbers(Role::Open),
+                 .high = numbers(Role::High),
+                 .low = numbers(Role::Low),
+                 .close = numbers(Role::Close),
+                 .volume = numbers(Role::Volume)};
+  if (const PriceColumn* const dates = kept->find(Role::Date)) rows.dates = {dates->texts, kept};
+  return rows;
+}
+
 }  // namespace orvex::inline ORVEX_COUNTS::prices

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "orvex/data/database.h"
 #include "orvex/prices/date_cell.h"
 #include "orvex/prices/options.h"
 #include "orvex/prices/read_error.h"
@@ -59,5 +60,9 @@ PriceTable read(std::string bytes, const Options& options = {});
 
 /// Reads the file at a UTF-8 path. ReadError also where there is no such file, or it cannot be read.
 PriceTable readFile(const std::string& path, const Options& options = {});
+
+/// The dates and those price columns that have values, for `Database::OpenDatabaseByRows`. They are looked at where
+/// they stand; the table is kept with them.
+PriceRows rowsOf(PriceTable table);
 
 }  // namespace orvex::inline ORVEX_COUNTS::prices

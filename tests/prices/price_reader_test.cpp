@@ -302,6 +302,19 @@ TEST(PriceReader, KeepsFurtherColumnsAsTheyAre) {
   EXPECT_EQ(table.find("volume"), nullptr);
 }
 
+TEST(PriceReader, HandsItsPricesToADatabase) {
+  Database data;
+  data.OpenDatabaseByRows(
+      prices::rowsOf(prices::read("Close;Note;Low;Date;Volume\n1,5;a;1;2020-01-02;\n2,5;b;2;2020-01-03;\n")));
+  const auto set = data.getRecordset();
+  // Neither what is no price nor a price without any value.
+  ASSERT_EQ(set->getFieldCount(), 3);
+  EXPECT_EQ(data.getRecordCount(), 2);
+  EXPECT_EQ(set->getField("Date")->getStrValue(2), "2020-01-03");
+  EXPECT_EQ(set->getValue("Low", 2), 2.0);
+  EXPECT_EQ(set->getValue("Close", 2), 2.5);
+}
+
 TEST(PriceReader, ReadsFilesByTheirPaths) {
   const File file("Date,Close\n2020-01-01,1.5\n");
   EXPECT_EQ(closesOf(prices::readFile(file.path())), "2020-01-01=1.5");
