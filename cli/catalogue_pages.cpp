@@ -167,6 +167,7 @@ Json methodJson(const Class& owner, const Method& method) {
     faults.push_back({{"number", fault.number}, {"source", fault.source}, {"description", fault.description}});
   }
   return {{"class", owner.name},
+          {"header", owner.header},
           {"name", method.name},
           {"key", catalogue::snakeCase(method.name)},
           {"module", owner.qualified ? catalogue::snakeCase(owner.name) : ""},

@@ -73,7 +73,7 @@ std::string anchorOf(std::string_view heading) {
   std::string anchor;
   for (const char c : heading) {
     if (c >= 'A' && c <= 'Z') anchor += static_cast<char>(c - 'A' + 'a');
-    if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) anchor += c;
+    if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-') anchor += c;
   }
   return anchor;
 }
@@ -141,8 +141,8 @@ std::string referencePage(const std::string& priceFile) {
     text += purposeSection(purpose);
   }
   for (const Class* owner : catalogue::classes()) {
-    text += fmt::format("\n## {}\n\n{}{}\n", owner->name, owner->help,
-                        owner->holdsState ? " Its objects hold data between calls." : "");
+    text += fmt::format("\n## {}\n\n{}{} In C++ `#include \"{}\"`.\n", owner->name, owner->help,
+                        owner->holdsState ? " Its objects hold data between calls." : "", owner->header);
     const TableRows names = nameRows(*owner);
     if (!names.empty()) {
       text += "\n### Which name for which indicator\n" +

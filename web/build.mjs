@@ -63,19 +63,6 @@ async function makePackage() {
   writeFileSync(`${out}/package/package.json`, `${JSON.stringify({ ...manifest, version }, null, 2)}\n`);
 }
 
-/** The header of each class of the library, by the class's name. */
-function headers() {
-  const found = {};
-  for (const folder of readdirSync(`${root}orvex`, { withFileTypes: true }).filter((each) => each.isDirectory())) {
-    for (const file of readdirSync(`${root}orvex/${folder.name}`).filter((each) => each.endsWith(".h"))) {
-      const name = file.slice(0, -2).replace(/(^|_)([a-z])/g, (_, _before, letter) => letter.toUpperCase());
-      const text = readFileSync(`${root}orvex/${folder.name}/${file}`, "utf8");
-      if (new RegExp(`^class ${name} `, "m").test(text)) found[name] = `orvex/${folder.name}/${file}`;
-    }
-  }
-  return found;
-}
-
 /** One file with everything inside: script, style, module, sample. Its policy lets that one script run and nothing connect. */
 async function makeStudio() {
   tsc("-p", ".");
@@ -88,7 +75,6 @@ async function makeStudio() {
     target: "es2022",
     charset: "utf8",
     legalComments: "none",
-    define: { ORVEX_HEADERS: JSON.stringify(headers()) },
   });
   const style = await build({ entryPoints: [`${here}studio/style.css`], minify: true, write: false });
   const script = bundle.outputFiles[0].text.trim().replaceAll("</script", "<\\/script").replaceAll("<!--", "<\\!--");

@@ -112,6 +112,7 @@ struct Description;
 struct Identity {
   std::string_view name;
   std::string_view help;
+  std::string_view header;
   Guid classId;
   Guid interfaceId;
   bool holdsState = false;
@@ -135,6 +136,7 @@ std::shared_ptr<void> create() {
 template <class C>
 inline constexpr Class classOf{Description<C>::identity.name,
                                Description<C>::identity.help,
+                               Description<C>::identity.header,
                                Description<C>::identity.classId,
                                Description<C>::identity.interfaceId,
                                Description<C>::identity.holdsState,

@@ -211,6 +211,8 @@ struct Guid {
 struct Class {
   std::string_view name;
   std::string_view help;
+  /// What a program in C++ includes for it.
+  std::string_view header;
   Guid classId;
   Guid interfaceId;
   /// Its objects hold data between calls; the others are calculators without a state.

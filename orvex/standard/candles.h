@@ -5,7 +5,7 @@
 
 #include "orvex/data/counts.h"
 
-/// The candlestick patterns that the field's most used library knows, in its order.
+/// The candlestick patterns that TA-Lib knows, in its order.
 namespace orvex::inline ORVEX_COUNTS::standard {
 
 /// A pattern, and how many records it needs before the one that completes it.

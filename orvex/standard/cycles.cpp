@@ -9,7 +9,7 @@
 #include "orvex/standard/parts.h"
 #include "orvex/standard/standard.h"
 
-// John Ehlers' measure of the dominant cycle (Rocket Science for Traders, 2001), as the field's most used library
+// John Ehlers' measure of the dominant cycle (Rocket Science for Traders, 2001), as TA-Lib
 // computes it, and what is made of it.
 namespace orvex::inline ORVEX_COUNTS {
 

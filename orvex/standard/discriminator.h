@@ -5,7 +5,7 @@
 #include "orvex/standard/arc_tangent.h"
 #include "orvex/standard/numbers.h"
 
-/// John Ehlers' homodyne discriminator (Rocket Science for Traders, 2001), as the field's most used library computes
+/// John Ehlers' homodyne discriminator (Rocket Science for Traders, 2001), as TA-Lib computes
 /// it, written once for steps and kernels.
 namespace orvex::inline ORVEX_COUNTS::standard {
 

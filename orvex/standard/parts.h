@@ -12,7 +12,7 @@
 /// their first rows are not computed, and gives a column whose first row follows from there.
 namespace orvex::inline ORVEX_COUNTS::standard {
 
-/// The kinds of average, by the numbers that the field's most used library gives them.
+/// The kinds of average, by the numbers that TA-Lib gives them.
 enum class Kind { Simple, Exponential, Weighted, Double, Triple, Triangular, Kaufman, Mesa, Tillson };
 
 /// How many records after the first of its column an average of that kind begins.

@@ -560,6 +560,37 @@ TEST_F(CommandLine, TellsWhatTookHowLong) {
   }
 }
 
+TEST_F(CommandLine, ReferencePageLeadsToWhatItHas) {
+  std::ifstream page(fs::path(ORVEX_SOURCE) / "docs/reference.md");
+  std::set<std::string> headings;
+  std::vector<std::string> links, headers;
+  std::string line, owner;
+  while (std::getline(page, line)) {
+    if (const std::size_t text = line.find_first_not_of('#'); text >= 1 && text <= 4 && line[text] == ' ') {
+      std::string anchor;
+      for (const char c : line.substr(text + 1)) {
+        if (c == ' ') anchor += '-';
+        if (std::isalnum(c) != 0 || c == '-' || c == '_') anchor += static_cast<char>(std::tolower(c));
+      }
+      headings.insert(anchor);
+      owner = line.substr(text + 1);
+    }
+    const std::string include = "In C++ `#include \"";
+    if (const std::size_t at = line.find(include); at != std::string::npos) {
+      const std::size_t begin = at + include.size();
+      headers.push_back(line.substr(begin, line.find('"', begin) - begin));
+      EXPECT_NE(contentsOf(fs::path(ORVEX_SOURCE) / headers.back()).find("\nclass " + owner + " "), std::string::npos)
+          << owner;
+    }
+    for (std::size_t at = line.find("](#"); at != std::string::npos; at = line.find("](#", at + 1)) {
+      links.push_back(line.substr(at + 3, line.find(')', at) - at - 3));
+    }
+  }
+  EXPECT_GT(headers.size(), 10U);
+  EXPECT_GT(links.size(), 100U);
+  for (const std::string& link : links) EXPECT_TRUE(headings.contains(link)) << link;
+}
+
 TEST_F(CommandLine, ReferencePageIsUpToDate) {
   fs::create_symlink(fs::path(ORVEX_SOURCE) / "examples", folder_ / "examples");
   const Ended page = orvex("reference examples/prices.csv");

@@ -2,9 +2,6 @@
 import { type Argument, type Calculation, camelCase, fullName } from "../package/src/catalogue.js";
 import type { Given } from "./studies.js";
 
-/** The header of each class, as the build found it. */
-declare const ORVEX_HEADERS: Readonly<Record<string, string>>;
-
 export interface Call {
   readonly language: string;
   readonly text: string;
@@ -94,10 +91,11 @@ function cpp(words: Words): string {
       return literal(argument, values.get(argument)!);
     });
   return [
-    `#include "${ORVEX_HEADERS[calculation.class] ?? ""}"`,
+    `#include "${calculation.header}"`,
+    '#include "orvex/prices/price_reader.h"',
     "",
     "const auto data = std::make_shared<orvex::Database>();",
-    `data->OpenDataBase(${JSON.stringify(words.file)}, ",");`,
+    `data->OpenDatabaseByRows(orvex::prices::rowsOf(orvex::prices::readFile(${JSON.stringify(words.file)})));`,
     `const auto result = orvex::${calculation.class}().${calculation.name}(`,
     `    ${all.join(", ")});`,
   ].join("\n");
@@ -130,11 +128,17 @@ function automation(words: Words): string {
     .join(", ");
 }
 
+/** The server's own loader takes one kind of file alone. */
+const loaded = (words: Words): string[] => [
+  "' Lines of date,open,high,low,close,volume without a header",
+  `data.OpenDataBase "${words.file}", ","`,
+];
+
 function vbscript(words: Words): string {
   const { calculation } = words;
   return [
     'Set data = CreateObject("Orvex.Database")',
-    `data.OpenDataBase "${words.file}", ","`,
+    ...loaded(words),
     `Set calculator = CreateObject("Orvex.${calculation.class}")`,
     `${isObject(calculation) ? "Set result" : "result"} = calculator.${calculation.name}(${automation(words)})`,
   ].join("\n");
@@ -147,7 +151,7 @@ function vba(words: Words): string {
     "Dim data As New Orvex.Database",
     `Dim calculator As New Orvex.${calculation.class}`,
     `Dim result As ${type}`,
-    `data.OpenDataBase "${words.file}", ","`,
+    ...loaded(words),
     `${isObject(calculation) ? "Set result" : "result"} = calculator.${calculation.name}(${automation(words)})`,
   ].join("\n");
 }

@@ -13,6 +13,7 @@ struct Description<Bands> {
   static constexpr Identity identity{
       .name = "Bands",
       .help = "Bands above and below a price.",
+      .header = "orvex/bands/bands.h",
       .classId = Guid("99924e30-3f9c-4660-9149-6b87a0544420"),
       .interfaceId = Guid("79f7c917-5d5a-4a33-bb59-a569f44b3964"),
   };

@@ -13,6 +13,7 @@ struct Description<CandleStick> {
   static constexpr Identity identity{
       .name = "CandleStick",
       .help = "Japanese candlestick patterns.",
+      .header = "orvex/patterns/candle_stick.h",
       .classId = Guid("42130d56-65f5-4e82-89c0-bb2f55337adb"),
       .interfaceId = Guid("965b6369-a659-47b4-a2ab-1b562132a927"),
   };

@@ -14,6 +14,7 @@ struct Description<ChartPattern> {
   static constexpr Identity identity{
       .name = "ChartPattern",
       .help = "Questions about the shape of a span of prices.",
+      .header = "orvex/studies/chart_pattern.h",
       .classId = Guid("ac2651c0-2d6d-40f8-b5fd-70f6cf10e316"),
       .interfaceId = Guid("670ea47f-7e13-460d-8f16-1c53927d7961"),
   };

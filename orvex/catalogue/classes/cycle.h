@@ -13,6 +13,7 @@ struct Description<Cycle> {
   static constexpr Identity identity{
       .name = "Cycle",
       .help = "The length of the cycle in a column.",
+      .header = "orvex/patterns/cycle.h",
       .classId = Guid("22a37c99-9001-486b-a383-2e289e386909"),
       .interfaceId = Guid("2e539042-9bc8-496a-860f-8535ac0cfb3c"),
   };

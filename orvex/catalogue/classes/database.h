@@ -12,6 +12,7 @@ struct Description<Database> {
   static constexpr Identity identity{
       .name = "Database",
       .help = "A price series with its six columns, record count and cursor.",
+      .header = "orvex/data/database.h",
       .classId = Guid("78db5049-c7de-4920-8574-a201c474f1a6"),
       .interfaceId = Guid("9f67ed0e-0a9a-471b-8e50-afb7d12029ee"),
       .holdsState = true,

@@ -12,6 +12,7 @@ struct Description<Field> {
   static constexpr Identity identity{
       .name = "Field",
       .help = "A named column: a number and a text a record, and one note.",
+      .header = "orvex/data/field.h",
       .classId = Guid("2c909018-7872-4221-8053-de17d4075c97"),
       .interfaceId = Guid("5e5135e1-6119-4b9d-9219-94ad0a99a9d2"),
       .holdsState = true,

@@ -13,6 +13,7 @@ struct Description<General> {
   static constexpr Identity identity{
       .name = "General",
       .help = "Price transforms, extremes, rates of change and statistics.",
+      .header = "orvex/general/general.h",
       .classId = Guid("fabc57d4-aa38-41ba-9d12-d1af2c6926ce"),
       .interfaceId = Guid("d4bb2331-a819-43a5-85eb-d36306c4f671"),
   };

@@ -13,6 +13,7 @@ struct Description<Index> {
   static constexpr Identity identity{
       .name = "Index",
       .help = "Running totals of price and volume, and indices of strength and of money flow.",
+      .header = "orvex/indices/index.h",
       .classId = Guid("881ac9d5-2cf1-4cac-8ea9-285e465e4a5d"),
       .interfaceId = Guid("eca7f72c-d721-4df8-b548-293ac184aa31"),
   };

@@ -13,6 +13,7 @@ struct Description<LineStudy> {
   static constexpr Identity identity{
       .name = "LineStudy",
       .help = "Lines and marks over a span of records.",
+      .header = "orvex/studies/line_study.h",
       .classId = Guid("c140b993-6f63-4d27-8e51-fddecb6d76a8"),
       .interfaceId = Guid("18aac915-03f1-4ccd-a4b9-d06c65f95a14"),
   };

@@ -13,6 +13,7 @@ struct Description<LinearRegression> {
   static constexpr Identity identity{
       .name = "LinearRegression",
       .help = "Least-squares straight lines through the last values of a column.",
+      .header = "orvex/averages/linear_regression.h",
       .classId = Guid("6265a472-073b-4272-87a4-3f12cb057fcf"),
       .interfaceId = Guid("d35866e7-21d1-4b75-90dc-b9d08ac1a5b9"),
   };

@@ -13,6 +13,7 @@ struct Description<MovingAverage> {
   static constexpr Identity identity{
       .name = "MovingAverage",
       .help = "Moving averages of a column.",
+      .header = "orvex/averages/moving_average.h",
       .classId = Guid("04e1ace3-c77b-4f30-8219-a35a97c9f437"),
       .interfaceId = Guid("478d6132-a3b3-410f-a879-2a9c2d0dd7ab"),
   };

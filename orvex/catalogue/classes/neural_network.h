@@ -13,6 +13,7 @@ struct Description<NeuralNetwork> {
   static constexpr Identity identity{
       .name = "NeuralNetwork",
       .help = "Forecasts by learning from the past.",
+      .header = "orvex/patterns/neural_network.h",
       .classId = Guid("3b56809b-2140-405e-b7c1-b96751c36378"),
       .interfaceId = Guid("3997d337-317a-4f93-a4c4-b5b9eabb80f3"),
   };

@@ -12,6 +12,7 @@ struct Description<Note> {
   static constexpr Identity identity{
       .name = "Note",
       .help = "A point of a series: a period, a value and a text.",
+      .header = "orvex/data/note.h",
       .classId = Guid("9d0fde10-191d-4fea-bfc0-3d23f4173bff"),
       .interfaceId = Guid("9b8747fa-586c-4b19-bdb5-8337ca2d0481"),
       .holdsState = true,

@@ -13,6 +13,7 @@ struct Description<Oscillator> {
   static constexpr Identity identity{
       .name = "Oscillator",
       .help = "Measures of range, trend, momentum and overbought prices.",
+      .header = "orvex/oscillators/oscillator.h",
       .classId = Guid("3144037b-7d7c-48d8-b8b4-3e13505b3a58"),
       .interfaceId = Guid("53aff887-9c6b-46de-b988-5089829b9d3f"),
   };

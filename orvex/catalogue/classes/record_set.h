@@ -12,6 +12,7 @@ struct Description<RecordSet> {
   static constexpr Identity identity{
       .name = "RecordSet",
       .help = "An ordered collection of fields, found by name without regard to case.",
+      .header = "orvex/data/record_set.h",
       .classId = Guid("0af4f828-0466-4bed-85e7-344cddac5949"),
       .interfaceId = Guid("7774a101-49d1-4daa-a835-3f248fba7d8a"),
       .holdsState = true,

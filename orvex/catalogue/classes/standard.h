@@ -20,6 +20,7 @@ struct Description<Standard> {
   static constexpr Identity identity{
       .name = "Standard",
       .help = "The definitions that charts and textbooks use.",
+      .header = "orvex/standard/standard.h",
       .classId = Guid("543c3f25-d05d-4b10-a887-eacf9f9fd348"),
       .interfaceId = Guid("22d62633-a1f3-4403-b617-697a5efc1197"),
       .qualified = true,

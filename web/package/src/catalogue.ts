@@ -60,6 +60,8 @@ export interface Guide {
 /** One calculation: `Oscillator.MACD`. */
 export interface Calculation {
   readonly class: string;
+  /** What a program in C++ includes for it. */
+  readonly header: string;
   readonly name: string;
   /** Its name in snake_case: `macd`. */
   readonly key: string;
