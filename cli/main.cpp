@@ -230,7 +230,7 @@ class Program {
     command
         .add_option_function<std::string>(
             "--columns", [&reading](const std::string& text) { reading.columns = columnsOf(text); },
-            "Which columns of the file are Date, Open, High, Low, Close or Volume, by their names or numbers.")
+            "Which columns of the file are Date, Time, Open, High, Low, Close or Volume, by their names or numbers.")
         ->option_text("Close=NAME,...");
   }
 

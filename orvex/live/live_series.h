@@ -50,10 +50,10 @@ class LiveValue {
 };
 
 /// A price series that grows, and calls that are kept on it. After each change the kept results have their rows up to
-/// date, with the bits of a fresh call on the same prices; but only the records that are new are computed, and the last
-/// one before them, so a change costs the same however long the series is. Methods that the catalogue tells
-/// to be `recomputed` are computed anew. A call on a kept column begins behind its rows that are not computed
-/// (call_on_values.h).
+/// date, with the bits of a fresh call on the same prices; but only the records that are new or revised are computed
+/// (after a change that failed, and on another kept column, the one before them too), so a change costs the same
+/// however long the series is. Methods that the catalogue tells to be `recomputed` are computed anew. A call on a kept
+/// column begins behind its rows that are not computed (call_on_values.h).
 ///
 /// A record that a method cannot compute leaves its result as of the record before, with the error attached, whether it
 /// comes alone or among others; one that is revised to be such leaves it as it was. The series and all other results go
