@@ -90,12 +90,24 @@ function cpp(words: Words): string {
       if (isColumn(argument)) return `data->getRecordset()->getField(${JSON.stringify(columnName(values.get(argument)!))})`;
       return literal(argument, values.get(argument)!);
     });
+  const sessions = calculation.arguments.some((argument) => argument.session);
+  const table = `orvex::prices::readFile(${JSON.stringify(words.file)})`;
   return [
     `#include "${calculation.header}"`,
     '#include "orvex/prices/price_reader.h"',
+    ...(sessions ? ['#include "orvex/prices/sessions.h"'] : []),
     "",
     "const auto data = std::make_shared<orvex::Database>();",
-    `data->OpenDatabaseByRows(orvex::prices::rowsOf(orvex::prices::readFile(${JSON.stringify(words.file)})));`,
+    ...(sessions
+      ? [
+          `auto table = ${table};`,
+          "const auto days = orvex::prices::sessionsOf(table.times, orvex::prices::SessionLength::Day);",
+          "data->OpenDatabaseByRows(orvex::prices::rowsOf(std::move(table)));",
+          "const auto session = std::make_shared<orvex::Field>();",
+          'session->view({days, nullptr}, "Session");',
+          "data->getRecordset()->addField(session);",
+        ]
+      : [`data->OpenDatabaseByRows(orvex::prices::rowsOf(${table}));`]),
     `const auto result = orvex::${calculation.class}().${calculation.name}(`,
     `    ${all.join(", ")});`,
   ].join("\n");
