@@ -71,14 +71,23 @@ std::shared_ptr<Field> bindSessions(const PriceFile& file, const Argument& argum
   const bool byDates = column != nullptr && column->field == file.dates;
   const auto length = byDates ? prices::SessionLength::Day : prices::sessionNamed(name);
   if (!length || (column != nullptr && !byDates)) return nullptr;
-  if (file.times.empty()) {
+  auto sessions = std::make_shared<Field>();
+  if (!file.times.empty()) {
+    sessions->view({prices::sessionsOf(file.times, *length), nullptr}, argument.name);
+    return sessions;
+  }
+  // Days are told apart also where nobody knows which number is the month.
+  std::vector<double> rows;
+  for (int row = 1; file.dates != nullptr && row <= file.dates->getRecordCount(); ++row) {
+    rows.push_back(prices::sessionOf(file.dates->getStrValue(row), *length));
+  }
+  if (rows.empty() || std::any_of(rows.begin(), rows.end(), [](double row) { return std::isnan(row); })) {
     throw Failure(faults::TypeMismatch,
                   fmt::format("{}={}: \"{}\" has no dates that could be read, so a column of numbers must tell where "
                               "sessions begin: {}=COLUMN.",
                               argument.name, name, file.name, argument.name));
   }
-  auto sessions = std::make_shared<Field>();
-  sessions->view({prices::sessionsOf(file.times, *length), nullptr}, argument.name);
+  sessions->view({rows, nullptr}, argument.name);
   return sessions;
 }
 

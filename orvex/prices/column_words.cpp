@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
+#include <utility>
 
 #include "orvex/data/text.h"
 #include "orvex/prices/text_encoding.h"
@@ -169,34 +171,31 @@ Meanings meaningsOf(const std::vector<std::string>& names) {
   found.reserve(names.size());
   for (const std::string& name : names) found.push_back(meaningOf(name));
   Meanings result{std::vector<Role>(names.size(), Role::Other), {}};
-  const auto holderOf = [&](Role role) {
-    const auto holder = std::find(result.roles.begin(), result.roles.end(), role);
-    return holder == result.roles.end() ? nullptr : &names[static_cast<std::size_t>(holder - result.roles.begin())];
-  };
+  std::map<Role, std::size_t> holders;
+  std::map<std::pair<Role, int>, int> same;
+  for (const Meaning& one : found) ++same[{one.role, one.distance}];
   for (int distance = 0; distance <= 2; ++distance) {
     for (std::size_t i = 0; i < names.size(); ++i) {
       const Role role = found[i].role;
       if (role == Role::Other || found[i].distance != distance) continue;
-      const std::string* const holder = holderOf(role);
-      if (holder == nullptr) {
-        const auto same = std::count_if(found.begin(), found.end(), [&](const Meaning& one) {
-          return one.role == role && one.distance == distance;
-        });
+      const auto holder = holders.find(role);
+      if (holder == holders.end()) {
         // Several words that may mean the same leave it open which one does.
-        if (distance == 2 && same > 1) continue;
+        if (distance == 2 && same[{role, distance}] > 1) continue;
         result.roles[i] = role;
+        holders[role] = i;
         if (distance == 2) {
           result.remarks.push_back("The column " + shown(names[i]) + " is taken for " + std::string(roleName(role)) +
                                    "; --columns " + std::string(roleName(role)) + "=NAME takes another.");
         }
-      } else if (distance < 2 && meaningOf(*holder).distance == distance) {
+      } else if (distance < 2 && found[holder->second].distance == distance) {
         result.remarks.push_back("More than one column could be " + std::string(roleName(role)) + ": " +
-                                 shown(*holder) + " is taken and not " + shown(names[i]) + ".");
+                                 shown(names[holder->second]) + " is taken and not " + shown(names[i]) + ".");
       }
     }
   }
   // A time stands for the date where no other column does.
-  if (holderOf(Role::Date) == nullptr) std::replace(result.roles.begin(), result.roles.end(), Role::Clock, Role::Date);
+  if (!holders.contains(Role::Date)) std::replace(result.roles.begin(), result.roles.end(), Role::Clock, Role::Date);
   return result;
 }
 

@@ -121,21 +121,17 @@ Time takeFraction(Cursor& cursor) {
   return fraction;
 }
 
-/// 9, 9:30, 09:30:00.000, with AM or PM. A time of hours alone only where `shortest` says so.
-std::optional<Time> takeClock(Cursor& cursor, bool hoursAlone) {
+/// 9:30, 09:30:00.000, with AM or PM.
+std::optional<Time> takeClock(Cursor& cursor) {
   const int hours = cursor.number(1, 2);
   if (hours < 0) return {};
-  int minutes = 0;
   int seconds = 0;
   Time fraction = 0;
+  if (!cursor.take(':')) return {};
+  const int minutes = cursor.number(2, 2);
   if (cursor.take(':')) {
-    minutes = cursor.number(2, 2);
-    if (cursor.take(':')) {
-      seconds = cursor.number(2, 2);
-      fraction = takeFraction(cursor);
-    }
-  } else if (!hoursAlone) {
-    return {};
+    seconds = cursor.number(2, 2);
+    fraction = takeFraction(cursor);
   }
   const Cursor before = cursor;
   cursor.takeBlanks();
@@ -183,7 +179,7 @@ std::optional<Time> takeTimeOfDay(Cursor& cursor) {
     time = clock(hours, minutes, digits == 6 ? cursor.number(std::size_t{2}) : 0);
     if (time) *time += takeFraction(cursor);
   } else {
-    time = takeClock(cursor, false);
+    time = takeClock(cursor);
   }
   if (!time) return {};
   const auto zone = takeZone(cursor);
@@ -217,17 +213,15 @@ std::optional<DateCell> finish(DateShape shape, std::optional<Time> day, Cursor&
 }
 
 /// "Jan 31, 2020" and, with the day read already, "31 Jan 2020" and "31-Jan-20".
-std::optional<DateCell> readMonthName(Cursor cursor, int day) {
+std::optional<DateCell> readMonthName(Cursor cursor, std::optional<int> dayBefore) {
   const char between = cursor.takeAny("-/ .");
   cursor.takeBlanks();
   const int month = monthOf(cursor.takeLetters());
   if (month == 0) return {};
   cursor.take('.');
-  if (day == 0) {
-    cursor.takeBlanks();
-    day = cursor.number(1, 2);
-    cursor.take(',');
-  }
+  if (!dayBefore) cursor.takeBlanks();
+  const int day = dayBefore ? *dayBefore : cursor.number(1, 2);
+  if (!dayBefore) cursor.take(',');
   if (cursor.takeAny("-/, ") == '\0' && between != '\0') return {};
   cursor.takeBlanks();
   const std::size_t digits = cursor.digits();
@@ -240,8 +234,7 @@ std::optional<DateCell> readDayAndMonth(Cursor cursor) {
   const int first = cursor.number(1, 2);
   const char between = cursor.takeAny("/.-");
   if (between == '\0') return readMonthName(cursor, first);
-  if (!isDigit(cursor.next()))
-    return between == '-' || between == '/' || between == '.' ? readMonthName(cursor, first) : std::nullopt;
+  if (!isDigit(cursor.next())) return readMonthName(cursor, first);
   const int second = cursor.number(1, 2);
   if (second < 0 || !cursor.take(between)) return {};
   const std::size_t digits = cursor.digits();
@@ -319,7 +312,7 @@ std::optional<Time> plainTime(std::string_view text) {
 std::optional<DateCell> readDateCell(std::string_view cell) {
   Cursor cursor(trimmed(cell));
   const std::size_t digits = cursor.digits();
-  if (digits == 0) return readMonthName(cursor, 0);
+  if (digits == 0) return readMonthName(cursor, {});
   if (digits > 4) return readDigits(cursor, digits);
   if (digits < 3) return readDayAndMonth(cursor);
   if (digits != 4) return {};
@@ -436,7 +429,7 @@ std::optional<Time> readTimeCell(std::string_view cell) {
     const std::int64_t clockNumber = digits <= 4 ? number * 100 : number;
     time = clock(clockNumber / 10'000, clockNumber / 100 % 100, clockNumber % 100);
   } else {
-    time = takeClock(cursor, false);
+    time = takeClock(cursor);
   }
   const auto zone = takeZone(cursor);
   if (!time || !zone || !cursor.done()) return {};
@@ -450,8 +443,10 @@ std::optional<TimeSpan> readTimeSpan(std::string_view text) {
     const int year = cursor.number(4, 4);
     const int month = cursor.take('-') ? cursor.number(2, 2) : -1;
     if (cursor.done() && month >= 1 && month <= 12) {
+      const auto begin = dayTime(year, month, 1);
       const auto end = month == 12 ? dayTime(year + 1, 1, 1) : dayTime(year, month + 1, 1);
-      return TimeSpan{*dayTime(year, month, 1), *end - 1};
+      if (!begin || !end) return {};
+      return TimeSpan{*begin, *end - 1};
     }
   }
   const auto date = readDateCell(whole);

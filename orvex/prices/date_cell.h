@@ -71,8 +71,8 @@ class PlainDates {
 /// The time of the day of a cell beside the date's: 9:30, 09:30:00, 93000, 9:30 PM.
 std::optional<Time> readTimeCell(std::string_view cell);
 
-/// What --from and --to take: a whole date or the beginning of one (2020-01, 2020-01-31, 2020-01-31 09), as the first
-/// and the last microsecond that it names.
+/// What --from and --to take: a whole date or the beginning of one (2020-01, 2020-01-31, 2020-01-31 09:30), as the
+/// first and the last microsecond that it names.
 struct TimeSpan {
   Time first;
   Time last;

@@ -164,8 +164,17 @@ std::size_t chosenColumn(const Layout& layout, const ColumnChoice& choice) {
 }
 
 void choose(Layout& layout, const std::vector<ColumnChoice>& choices) {
+  std::vector<std::size_t> taken;
   for (const ColumnChoice& choice : choices) {
     const std::size_t chosen = chosenColumn(layout, choice);
+    if (std::count(taken.begin(), taken.end(), chosen) != 0) {
+      throw ReadError(unsettled, "The column " + shown(choice.column) + " is chosen twice.");
+    }
+    if (std::count_if(choices.begin(), choices.end(),
+                      [&](const ColumnChoice& other) { return other.role == choice.role; }) > 1) {
+      throw ReadError(unsettled, "Two columns are chosen to be " + std::string(roleName(choice.role)) + '.');
+    }
+    taken.push_back(chosen);
     for (std::size_t i = 0; i < layout.columns.size(); ++i) {
       ColumnLayout& column = layout.columns[i];
       if (i == chosen) {
@@ -290,9 +299,8 @@ bool Splitter::split(std::string_view line, std::vector<CellText>& cells) const 
   if (byBlanks()) line = trimmed(line);
   for (;;) {
     CellText cell;
-    const std::size_t start = std::min(line.find_first_not_of(" \t"), line.size());
-    const bool tabsSplit = delimiter_ == "\t" && line.substr(0, start).find('\t') != std::string_view::npos;
-    if (!tabsSplit && start < line.size() && line[start] == '"') {
+    const std::size_t start = std::min(line.find_first_not_of(delimiter_ == "\t" ? " " : " \t"), line.size());
+    if (start < line.size() && line[start] == '"') {
       cell.quoted = true;
       line.remove_prefix(start + 1);
       for (;;) {
@@ -341,6 +349,9 @@ Layout findLayout(std::string_view text, const Options& options) {
   }
   if (sample.empty())
     throw ReadError(Database::loadFault(faults::SubscriptOutOfRange.description), "It has no records.");
+  if (options.delimiter && options.delimiter->empty()) {
+    throw ReadError(unsettled, "The delimiter is empty: it is one character, such as a semicolon.");
+  }
   layout.splitter = Splitter(options.delimiter    ? *options.delimiter
                              : !delimiter.empty() ? delimiter
                                                   : findDelimiter(sample));

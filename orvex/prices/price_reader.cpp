@@ -73,6 +73,8 @@ class Collection {
     settleMissing();
     settleDates();
     settleOrder();
+    // Either reading has shown the order; which one it is nobody knows.
+    if (datesUnsettled_) table_.times.clear();
     select();
     finishColumns();
     remarkOnOddBars();
@@ -287,16 +289,19 @@ class Collection {
     };
     const bool byDay = ordered(table_.times);
     const bool byMonth = ordered(monthFirst_);
+    if (table_.times == monthFirst_) return;
     if (byDay == byMonth) {
-      datesUnsettled_ = table_.times != monthFirst_;
+      datesUnsettled_ = true;
       const bool sameWay = table_.count < 2 || (table_.times[0] < table_.times[1]) == (monthFirst_[0] < monthFirst_[1]);
-      if (!byDay || !sameWay) {
+      if ((!byDay || !sameWay) && options_.order != Order::Keep) {
         throw ReadError(
             mismatch,
             "No date tells whether the day or the month comes first in " + shown(reader_.layout().dateSample) +
                 ", and the records are in order either way or neither. --order keep takes them as they are.",
             table_.lines.front(), dateColumn_ + 1);
       }
+      table_.remarks.push_back("Nothing tells whether the day or the month comes first in dates such as " +
+                               shown(reader_.layout().dateSample) + ", so they stay texts.");
     } else {
       table_.remarks.push_back(std::string("Dates such as ") + shown(reader_.layout().dateSample) +
                                " are read with the " + (byMonth ? "month" : "day") +
@@ -382,7 +387,7 @@ class Collection {
           mismatch, option + shown(text) +
                         " is neither the number of a record nor a date like 2020-01-31, 2020-01 or 2020-01-31 09:30.");
     }
-    if (table_.times.empty() || datesUnsettled_) {
+    if (table_.times.empty()) {
       throw ReadError(
           mismatch, option + text +
                         ": the dates of the file could not be read, so records are chosen by their numbers, " + option +
