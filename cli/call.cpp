@@ -46,6 +46,7 @@ std::string explain(const std::string& name, const Method& method, std::span<con
   if (const auto gap = catalogue::findGap(arguments)) {
     text += fmt::format(" {} has no value in record {}, and values before and behind it.", gap->column, gap->row);
   }
+  bool codesKnown = true;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const catalogue::Argument& argument = method.arguments[i];
     const auto* code = std::get_if<Integer>(&arguments[i]);
@@ -53,6 +54,7 @@ std::string explain(const std::string& name, const Method& method, std::span<con
     const bool known = std::any_of(argument.choices.begin(), argument.choices.end(),
                                    [&](const auto& choice) { return choice.code == code->value(); });
     if (!known) text += fmt::format(" {} is one of {}.", argument.name, listChoices(argument));
+    codesKnown = codesKnown && known;
   }
   if (file != nullptr) {
     std::vector<std::string> lacking;
@@ -67,6 +69,8 @@ std::string explain(const std::string& name, const Method& method, std::span<con
     }
     const int count = file->data->getRecordCount().value();
     for (const Column& column : method.columns) {
+      // Of a code that there is not no first row is known.
+      if (!codesKnown) break;
       const RowRange rows = catalogue::computedRows(method, column, count, arguments);
       if (rows.first <= rows.last) continue;
       text += fmt::format(" With these arguments its first value would stand in record {}, and \"{}\" has {}.",

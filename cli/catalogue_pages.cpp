@@ -23,7 +23,7 @@ using catalogue::Method;
 using Json = nlohmann::ordered_json;
 
 /// What is not plain in an expression of computed rows.
-constexpr std::array<std::string_view, 5> RowWords = {"average(", "lookback(", "candle(", "root(", "\\"};
+constexpr std::array<std::string_view, 6> RowWords = {"average(", "lookback(", "candle(", "root(", "choose(", "\\"};
 
 constexpr std::string_view stateNote = "Its objects hold data between calls, so its methods are not run from here.";
 

@@ -84,6 +84,10 @@ ChartStudy makeStudy(const std::vector<std::string>& words, PriceFile& file, std
     given.push_back({std::string(asked->name), "1"});
   }
   std::vector<catalogue::Value> arguments = bindArguments(*target.owner, method, given, &file).values;
+  if (asked != nullptr) {
+    arguments[static_cast<std::size_t>(asked - method.arguments.begin())] =
+        Integer(catalogue::partWithValues(arguments).first);
+  }
   ChartStudy study{name, {}};
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const catalogue::Argument& argument = method.arguments[i];

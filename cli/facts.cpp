@@ -66,7 +66,9 @@ std::string usualRowsOf(const Method& method, const Column& column) {
   for (const Argument& argument : method.arguments) arguments.push_back(catalogue::usualOf(argument, count));
   const catalogue::RowRange rows = catalogue::computedRows(method, column, count, arguments);
   const std::string first = rows.first == 1 ? "all rows" : fmt::format("from row {} on", rows.first);
-  return rows.last == count ? first : fmt::format("{} but the last", first);
+  if (rows.last == count) return first;
+  const int behind = count - rows.last;
+  return behind == 1 ? fmt::format("{} but the last", first) : fmt::format("{} but the last {}", first, behind);
 }
 
 std::string boundsOf(const Column& column) {

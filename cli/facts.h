@@ -28,7 +28,7 @@ std::string usualRowsOf(const catalogue::Method& method, const catalogue::Column
 /// "0 to 100", "0 and more"; empty where there are no bounds.
 std::string boundsOf(const catalogue::Column& column);
 
-/// Where a chart shows a column: "bars in a pane of its own".
+/// Where a chart shows a column: "bars by itself".
 std::string drawnOf(const catalogue::Column& column);
 
 /// What a method's guide says, under titles: formula, reading, origin, difference, when it fails, where else there is

@@ -204,16 +204,21 @@ class Following {
     };
     while (lines.next(line, finish)) {
       ++number_;
+      const char* end = lines.textEnd();
+      std::string decoded;
+      if (std::any_of(line.begin(), line.end(), [](char c) { return static_cast<signed char>(c) < 0; })) {
+        decoded = prices::textOf(std::string(line));
+        line = decoded;
+        end = line.data() + line.size();
+      }
       if (reader_) {
-        read(line, lines.textEnd());
+        read(line, end);
       } else {
         learn(line);
       }
     }
-    if (!reader_ && !beginning_.empty() && interrupted == 0) {
-      findReader();
-      for (const std::string& record : records_) read(record);
-    }
+    // What all lines leave open is told.
+    if (!reader_ && !beginning_.empty() && interrupted == 0) findReader();
     finish();
     if (interrupted == 0) reportErrors(true);
   }
@@ -402,7 +407,10 @@ class Following {
     for (const NamedText& given : call.arguments) {
       const auto argument = std::find_if(call.method->arguments.begin(), call.method->arguments.end(),
                                          [&](const auto& one) { return equalNames(one.name, given.name); });
-      if (argument->type == Type::Field) {
+      if (argument->session &&
+          (equalNames(given.value, Database::DateName) || prices::sessionNamed(given.value).has_value())) {
+        arguments.emplace_back(argument->name, given.value);
+      } else if (argument->type == Type::Field) {
         arguments.emplace_back(argument->name, columnNamed(given.value, call));
       } else if (argument->type == Type::String) {
         arguments.emplace_back(argument->name, given.value);

@@ -162,7 +162,9 @@ void runEveryRecord(Sink& sink, const Call& call, const BoundCall& bound, const 
   const Integer count = call.file->data->getRecordCount();
   const auto texts = makeColumn(count, "Text");
   const auto values = makeColumn(count, "Value");
-  for (int row = 1; row <= count; ++row) {
+  const RowRange part = catalogue::partWithValues(bound.values);
+  // Without any record the method says so.
+  for (int row = part.first; row <= std::max(part.first, part.last); ++row) {
     std::vector<Value> arguments = bound.values;
     arguments[static_cast<std::size_t>(&record - call.method.arguments.begin())] = Integer(row);
     const Value result = call(arguments).result;
@@ -171,9 +173,8 @@ void runEveryRecord(Sink& sink, const Call& call, const BoundCall& bound, const 
     values->setValue(row, note.getValue());
   }
   ShownColumns shown = beginWithFile(call.file, options);
-  const RowRange all{1, count.value()};
-  addResult(shown, call.method, {texts, true, all});
-  addResult(shown, call.method, {values, false, all});
+  addResult(shown, call.method, {texts, true, part});
+  addResult(shown, call.method, {values, false, part});
   chooseRecords(shown, count.value(), options);
   showColumns(sink, shown, options.format);
 }

@@ -43,19 +43,6 @@ std::span<const double> rowsOf(const Field& column, int count) {
   return rows.first(std::min(rows.size(), static_cast<std::size_t>(count)));
 }
 
-/// The records in which all columns have values. A column that is merely too short is left for the method to refuse.
-RowRange partWithValues(std::span<const Value> arguments, int count) {
-  RowRange part{1, count};
-  eachColumn(arguments, [&](const Field& column) {
-    const std::span<const double> rows = rowsOf(column, count);
-    if (rows.empty()) return;
-    const RowRange valued = valuedRows(rows);
-    part.first = std::max(part.first, valued.first);
-    if (std::isnan(rows.back())) part.last = std::min(part.last, valued.last);
-  });
-  return part;
-}
-
 std::shared_ptr<Field> cut(const std::shared_ptr<Field>& column, RowRange part) {
   if (column == nullptr) return nullptr;
   const std::span<const double> rows = column->values();
@@ -159,9 +146,22 @@ RowRange valuedRows(std::span<const double> rows) {
   return {static_cast<int>(first - rows.begin()) + 1, static_cast<int>(rows.rend() - last)};
 }
 
+RowRange partWithValues(std::span<const Value> arguments) {
+  const int count = recordCount(arguments);
+  RowRange part{1, count};
+  eachColumn(arguments, [&](const Field& column) {
+    const std::span<const double> rows = rowsOf(column, count);
+    if (rows.empty()) return;
+    const RowRange valued = valuedRows(rows);
+    part.first = std::max(part.first, valued.first);
+    if (std::isnan(rows.back())) part.last = std::min(part.last, valued.last);
+  });
+  return part;
+}
+
 ValuedCall callOnValues(const Method& method, void* object, std::span<Value> arguments) {
   const int count = recordCount(arguments);
-  ValuedCall outcome{{}, partWithValues(arguments, count), {}};
+  ValuedCall outcome{{}, partWithValues(arguments), {}};
   const RowRange& part = outcome.part;
   const auto findComputed = [&](int records, std::span<const Value> given) {
     if (method.result != Type::RecordSet) return;

@@ -23,12 +23,16 @@ RowRange valuedRows(std::span<const double> rows);
 struct ValuedCall {
   /// The columns of a set have as many rows as the series, 0 outside `part`; the period of a note is a record of it.
   Value result;
-  /// The records that it was computed from: those in which every column handed in has begun and none has ended, of a
-  /// set its price columns. All of them where no column has such rows.
+  /// The records that it was computed from: `partWithValues`.
   RowRange part;
   /// For each column of a set its computed rows: the method's own, counted from the beginning of `part`.
   std::vector<RowRange> computed;
 };
+
+/// The records in which every column handed in has begun and none has ended, of a set its price columns: all of them
+/// where no column begins or ends with NaN, `first` > `last` where there are none. A column that is merely too short is
+/// left for the method to refuse.
+RowRange partWithValues(std::span<const Value> arguments);
 
 /// Calls as `call` does, over the part of the series in which all columns have values as if it were the whole.
 /// Arguments and results that are record numbers are the caller's own, and the cursor of a database is left on the

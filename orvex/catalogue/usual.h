@@ -26,8 +26,8 @@ struct Taken {
 
 /// Makes a call whole that says only what differs from the usual: what is `Missing` becomes the database, its set of
 /// prices, the column of the usual name in that set, or the usual value. Returns the arguments that were given a usual
-/// value, in their order; optional ones are left to `call`, and so is what has no usual value. Errors: 1110 for a
-/// column that the database does not have. REQUIRES: as many values as the method has arguments.
+/// value, in their order; optional ones are left to `call`, and so is what has no usual value. Errors: 1105, caused
+/// by 1110, for a column that the database does not have. REQUIRES: as many values as the method has arguments.
 std::vector<Taken> takeUsual(const Method& method, std::span<Value> arguments, const std::shared_ptr<Database>& data);
 
 }  // namespace orvex::inline ORVEX_COUNTS::catalogue
