@@ -1,8 +1,5 @@
 #include "orvex/automation/variants.h"
 
-#include <array>
-#include <charconv>
-#include <cmath>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -14,6 +11,7 @@
 #include "orvex/automation/server_object.h"
 #include "orvex/automation/texts.h"
 #include "orvex/catalogue/catalogue.h"
+#include "orvex/data/double_digits.h"
 #include "orvex/data/number_text.h"
 
 namespace orvex::inline ORVEX_COUNTS::automation {
@@ -63,17 +61,6 @@ std::string dateText(DATE date) {
   return textOf(text);
 }
 
-/// The shortest text that reads back as the same Single.
-std::string singleText(float single) {
-  std::array<char, 32> buffer{};
-  return {buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), single).ptr};
-}
-
-/// The number that a Single stands for in an array: 10.1 is 10.1 there, and not the double next to the Single.
-double singleElement(float single) {
-  return std::isfinite(single) ? numberFromText(singleText(single)) : double{single};
-}
-
 double decimalNumber(DECIMAL decimal) {
   double number = 0.0;
   if (FAILED(VarR8FromDec(&decimal, &number))) raise(faults::Overflow);
@@ -107,7 +94,7 @@ Value scalarOf(const Content& content, Type wanted) {
     case VT_UI8:
       return static_cast<double>(content.as<std::uint64_t>());
     case VT_R4:
-      if (wanted == Type::String) return singleText(content.as<float>());
+      if (wanted == Type::String) return shortestText(content.as<float>());
       return double{content.as<float>()};
     case VT_R8:
       return content.as<double>();
@@ -181,7 +168,7 @@ Cell readCell(const Content& content) {
     case VT_NULL:
       return Null{};
     case VT_R4:
-      return singleElement(content.as<float>());
+      return numberFromSingle(content.as<float>());
     case VT_BSTR:
     case VT_BOOL:
     case VT_DATE:

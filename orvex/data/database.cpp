@@ -131,6 +131,8 @@ void Database::OpenDatabaseByRows(const PriceRows& prices) {
   load([&] {
     recordset_ = std::make_shared<RecordSet>();
     columns_ = {};
+    recordCount_ = 0;
+    MoveFirst();
     loadRows(prices);
   });
 }
@@ -200,18 +202,18 @@ void Database::loadElements(const VariantArray& longest, Fill&& fill) {
 }
 
 void Database::loadRows(const PriceRows& prices) {
-  Integer count = prices.dates.values.size();
+  recordCount_ = prices.dates.values.size();
   const auto add = [&](std::shared_ptr<Field>& field, const Rows<double>& rows, std::string_view name) {
     if (rows.values.empty()) return;
     field = std::make_shared<Field>();
     field->view(rows, name);
     recordset_->addField(field);
-    if (count == 0) count = field->getRecordCount();
-    if (count != field->getRecordCount()) raise(faults::SubscriptOutOfRange);
+    if (recordCount_ == 0) recordCount_ = field->getRecordCount();
+    if (recordCount_ != field->getRecordCount()) raise(faults::SubscriptOutOfRange);
   };
-  if (count > 0) {
+  if (recordCount_ > 0) {
     columns_.date = std::make_shared<Field>();
-    columns_.date->initialize(count, DateName);
+    columns_.date->initialize(recordCount_, DateName);
     columns_.date->viewTexts(prices.dates);
     recordset_->addField(columns_.date);
   }
@@ -220,9 +222,7 @@ void Database::loadRows(const PriceRows& prices) {
   add(columns_.low, prices.low, LowName);
   add(columns_.close, prices.close, CloseName);
   add(columns_.volume, prices.volume, VolumeName);
-  if (count == 0) raise(faults::SubscriptOutOfRange);
-  recordCount_ = count;
-  MoveFirst();
+  if (recordCount_ == 0) raise(faults::SubscriptOutOfRange);
 }
 
 }  // namespace orvex::inline ORVEX_COUNTS

@@ -78,7 +78,8 @@ class Database : public std::enable_shared_from_this<Database> {
 
   /// Loads columns at once. Those that have an owner are viewed and not copied, so loading them costs the same however
   /// long they are. A column without rows is left out of the set, and a method that needs it then fails as it does of
-  /// any set without it. Ends at record 1. Error 9 for columns that differ in length and where there are none.
+  /// any set without it. Ends at record 1. Fails, with the description of error 9, for columns that differ in length
+  /// and where there are none.
   void OpenDatabaseByRows(const PriceRows& prices);
 
   /// Lets go of the set. Fields, record count and cursor stay.

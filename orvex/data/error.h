@@ -19,8 +19,8 @@ struct Fault {
   friend bool operator==(const Fault&, const Fault&) = default;
 };
 
-/// The one exception type of the library. Only where memory runs out with no trap armed, the standard's own comes
-/// through: `currentFault` has a number for that too.
+/// What every method and object of the library throws; the price reader has its own (prices/read_error.h). Only where
+/// memory runs out with no trap armed, the standard's own comes through: `currentFault` has a number for that too.
 ///
 /// Beside the fault that its caller is told, an error keeps what went wrong inside and in which record. All of it is
 /// held by value: raising one allocates nothing of its own.

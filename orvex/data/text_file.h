@@ -15,12 +15,10 @@ namespace orvex::inline ORVEX_COUNTS {
 /// file begins no further line.
 class TextFile {
  public:
-  static constexpr std::size_t AnyNumberOfLines = std::numeric_limits<std::size_t>::max();
-
   /// Reads the file at a UTF-8 path, which is open no longer than this takes. Errors: 53 for a file that is not
   /// there, 76 for a folder on the way to it that is not, 75 for one that may not be read or is no ordinary file, 57
   /// where reading breaks off, 6 for one of more than `mostLines` lines, of which little more than those is read.
-  explicit TextFile(const std::string& path, std::size_t mostLines = AnyNumberOfLines);
+  TextFile(const std::string& path, std::size_t mostLines);
   TextFile(const TextFile&) = delete;
   TextFile& operator=(const TextFile&) = delete;
 

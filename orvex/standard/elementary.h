@@ -23,8 +23,5 @@ inline Real logarithm(Real x) {
 inline Real sine(Real x) {
   return sine(x.value());
 }
-inline Real cosine(Real x) {
-  return cosine(x.value());
-}
 
 }  // namespace orvex::inline ORVEX_COUNTS::standard

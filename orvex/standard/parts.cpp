@@ -89,21 +89,6 @@ Series leakySum(Call& call, const Series& x, int periods) {
       [&]<class T>(At<T> at, T before, int r) { return before - before / periods + at(x, r); });
 }
 
-Series leakyMean(Call& call, const Series& x, int periods) {
-  const Place first = x.first + periods - 1;
-  return chain(
-      call, x, x.first, first,
-      [&]<class T>(At<T> at) {
-        T total = 0;
-        for (Place j = x.first; j <= first; ++j) total += at(x, static_cast<int>(j));
-        return total / periods;
-      },
-      [&](Records records, double* rows) {
-        return kernels::run(&StandardTable::leakyMean, source(x), periods, records, rows);
-      },
-      [&]<class T>(At<T> at, T before, int r) { return (before * (periods - 1) + at(x, r)) / periods; });
-}
-
 Series exponential(Call& call, const Series& x, int periods) {
   return smoothed(call, x, periods, exponentialFactor(periods));
 }

@@ -48,8 +48,6 @@ std::array<Series, 2> mesa(Call& call, const Series& x, double fastLimit, double
 Series fromFirst(Call& call, const Series& x, int periods);
 /// The row before - the row before / P + the value, from the sum of the values up to record max(P, 2) on.
 Series leakySum(Call& call, const Series& x, int periods);
-/// (the row before x (P - 1) + the value) / P, from the mean of the first P values on.
-Series leakyMean(Call& call, const Series& x, int periods);
 
 /// The sum, the largest and the smallest of the last P values.
 Series sum(Call& call, const Series& x, int periods);
