@@ -4,6 +4,7 @@
 #include <nanobind/nanobind.h>
 #include <nanobind/stl/string.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <new>
@@ -92,6 +93,17 @@ Study readStudy(nb::handle function, nb::dict arguments, std::size_t rows, nb::l
   return study;
 }
 
+/// Throws for groups that lie outside `rows` rows: their threads read and write without looking.
+void checkGroups(const Groups& groups, std::size_t rows) {
+  if (groups.offsets.empty() || groups.offsets.front() < 0 || !std::ranges::is_sorted(groups.offsets)) {
+    throw nb::value_error("offsets that do not rise from 0");
+  }
+  const std::size_t placed = groups.order.empty() ? rows : groups.order.size();
+  if (std::cmp_greater(groups.offsets.back(), placed)) throw nb::value_error("groups of more rows than there are");
+  const auto outside = [&](std::int64_t row) { return row < 0 || std::cmp_greater_equal(row, rows); };
+  if (std::ranges::any_of(groups.order, outside)) throw nb::value_error("a row that is not there");
+}
+
 /// Makes the studies, pairs of a function and its arguments, for every group. `tick(done)` is called ten times a second
 /// with the number of groups that are done; what it raises, and an interrupt, ends the run. Returns the result columns
 /// of each study, in which rows of no group are not written, and the failures: group, study and error.
@@ -100,6 +112,8 @@ nb::tuple runGroups(nb::list pairs, std::size_t rows, nb::object order, nb::obje
   constexpr std::chrono::milliseconds Tick{100};
   Groups groups{{}, wholeNumbers(offsets)};
   if (!order.is_none()) groups.order = wholeNumbers(order);
+  checkGroups(groups, rows);
+  if (threads == 0) throw nb::value_error("groups are computed on one thread or more");
   nb::list results;
   std::vector<Study> studies;
   for (const nb::handle pair : pairs) {

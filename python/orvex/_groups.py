@@ -28,13 +28,18 @@ class Groups:
     order: npt.NDArray[np.int64] | None  # the rows, symbol after symbol; None where they stand so
     offsets: npt.NDArray[np.int64]
     symbol: Callable[[int], Any]  # the symbol of a group
-    covers: bool  # every row has a symbol
+    rows: int  # of the table, those without a symbol included
+
+    @property
+    def covers(self) -> bool:
+        """Tell whether every row has a symbol."""
+        return int(self.offsets[-1]) == self.rows
 
 
 def _from_codes(codes: npt.NDArray[Any], symbols: Any) -> Groups:
     codes = np.ascontiguousarray(codes, dtype=np.int64)
     order, offsets = _native.make_groups(codes, len(symbols))
-    return Groups(order, offsets, lambda group: symbols[group], int(offsets[-1]) == len(codes))
+    return Groups(order, offsets, lambda group: symbols[group], len(codes))
 
 
 def _pandas_groups(keys: Any) -> Groups:
@@ -61,7 +66,7 @@ def _polars_groups(keys: Any) -> Groups:
         np.ascontiguousarray(order),
         offsets,
         lambda group: symbols.row(group) if len(names) > 1 else symbols.row(group)[0],
-        covers=True,
+        rows=len(keys),
     )
 
 
@@ -169,9 +174,8 @@ def run(
         rows = len(next(iter(arrays.values())))
     kind = _columns.kind_of(calls[0].inputs)
     assert rows is not None
-    in_groups = int(groups.offsets[-1])
-    if in_groups > rows or (groups.covers and in_groups != rows):
-        raise ValueError(f"by= has {in_groups} rows and the columns have {rows}")
+    if groups.rows != rows:
+        raise ValueError(f"by= has {groups.rows} rows and the columns have {rows}; it takes the symbol of each row")
     progress = _Progress(len(groups.offsets) - 1)
     try:
         results, failures = _native.run_groups(
@@ -181,7 +185,7 @@ def run(
         progress.close()
     if not groups.covers:
         without = np.ones(rows, dtype=bool)
-        without[groups.order if groups.order is not None else slice(0, in_groups)] = False
+        without[groups.order if groups.order is not None else slice(0, int(groups.offsets[-1]))] = False
         for columns in results:
             for column in columns:
                 column[without] = np.nan

@@ -124,8 +124,37 @@ def test_or_an_error_that_names_symbol_and_row(damaged: pd.DataFrame) -> None:
 def test_wrong_names_say_what_is_there(table: pd.DataFrame) -> None:
     with pytest.raises(ValueError, match="no column 'ticker' for by="):
         ox.macd(table, by="ticker")
-    with pytest.raises(ValueError, match="rows"):
-        ox.macd(table["close"], by=table["symbol"][:10])
+
+
+@pytest.mark.parametrize(
+    "keys",
+    [["A"] * 3, ["A"] * 6, [None, "A", "A", "A"], [None] * 1000 + ["A"] * 3],
+    ids=["short", "long", "short with nulls", "long with nulls"],
+)
+def test_keys_are_as_many_as_the_rows(keys: list[Any]) -> None:
+    for by in (pd.Series(keys, dtype=object), pl.Series(keys, dtype=pl.String)):
+        with pytest.raises(ValueError, match=rf"by= has {len(keys)} rows and the columns have 5"):
+            ox.simple_moving_average(np.arange(5.0), periods=2, by=by)
+
+
+@pytest.mark.parametrize(
+    ("order", "offsets", "threads"),
+    [
+        (None, [0, 6], 1),
+        (None, [-1, 5], 1),
+        (None, [0, 4, 2], 1),
+        (None, [], 1),
+        ([0, 1, 5], [0, 3], 1),
+        ([0, -1], [0, 2], 1),
+        ([0, 1], [0, 3], 1),
+        (None, [0, 5], 0),
+    ],
+)
+def test_no_group_leaves_the_table(order: list[int] | None, offsets: list[int], threads: int) -> None:
+    place = None if order is None else np.array(order, dtype=np.int64)
+    study = (ox.simple_moving_average, {"source": np.arange(5.0), "periods": 2})
+    with pytest.raises(ValueError, match="rise from 0|more rows|not there|one thread"):
+        _native.run_groups([study], 5, place, np.array(offsets, dtype=np.int64), threads, lambda done: None)  # type: ignore[list-item]
 
 
 def test_several_indicators_in_one_pass(table: pd.DataFrame) -> None:
