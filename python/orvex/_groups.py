@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import functools
 import os
+import re
 import sys
 import time
 import warnings
@@ -126,9 +127,16 @@ class _Progress:
 
 
 def cores() -> int:
-    """Return the number of threads that symbols are computed on: that of the cores the process may use."""
-    given = os.environ.get("ORVEX_THREADS")
-    return int(given) if given else len(os.sched_getaffinity(0))
+    """Return the number of threads that symbols are computed on: that of the cores the process may use.
+
+    The environment variable ORVEX_THREADS sets another. ValueError where it is not a whole number from 1.
+    """
+    given = os.environ.get("ORVEX_THREADS", "").strip()
+    if not given:
+        return len(os.sched_getaffinity(0))
+    if not re.fullmatch("0*[1-9][0-9]{0,5}", given):
+        raise ValueError(f"ORVEX_THREADS must be a whole number from 1 to 999999, not {given!r}")
+    return int(given)
 
 
 def _report(failures: Sequence[tuple[int, int, OrvexError]], groups: Groups, kind: Any, errors: str) -> None:
@@ -164,6 +172,7 @@ def run(
     calls: Sequence[_call.Call], table: Any, by: Any, errors: str, threads: int | None = None
 ) -> list[list[npt.NDArray[np.float64]]]:
     """Make calls for each symbol; the result columns of each call stand in the rows of the table."""
+    threads = threads or cores()
     groups = find_groups(table, by)
     studies = []
     rows = None
@@ -178,9 +187,7 @@ def run(
         raise ValueError(f"by= has {groups.rows} rows and the columns have {rows}; it takes the symbol of each row")
     progress = _Progress(len(groups.offsets) - 1)
     try:
-        results, failures = _native.run_groups(
-            studies, rows, groups.order, groups.offsets, threads or cores(), progress
-        )
+        results, failures = _native.run_groups(studies, rows, groups.order, groups.offsets, threads, progress)
     finally:
         progress.close()
     if not groups.covers:

@@ -180,6 +180,10 @@ def test_any_number_of_threads_gives_the_same(table: pd.DataFrame, monkeypatch: 
         results.append(ox.bollinger_bands(table, by="symbol"))
     for other in results[1:]:
         pd.testing.assert_frame_equal(other, results[0], check_exact=True)
+    for wrong in ("0", "-1", "abc", "2.5", "1" * 5000):
+        monkeypatch.setenv("ORVEX_THREADS", wrong)
+        with pytest.raises(ValueError, match="ORVEX_THREADS must be a whole number from 1"):
+            ox.bollinger_bands(table, by="symbol")
 
 
 def test_progress_shows_from_a_second_on(monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]) -> None:
