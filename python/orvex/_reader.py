@@ -4,11 +4,13 @@ from __future__ import annotations
 
 import gzip
 import importlib.util
+import operator
 import os
+import sys
 import warnings
-from collections.abc import Mapping
+from collections.abc import Mapping, Sequence
 from pathlib import Path
-from typing import Any, Literal
+from typing import Any, Literal, SupportsIndex
 
 import numpy as np
 
@@ -24,6 +26,33 @@ def _frame_kind(frame: str | None) -> str:
         if importlib.util.find_spec(name) is not None:
             return name
     return "numpy"
+
+
+def _check_choice(name: str, value: object, choices: Sequence[str]) -> None:
+    if value not in choices:
+        raise ValueError(f"{name} is {' or '.join(map(repr, choices))}, not {value!r}")
+
+
+def _delimiter(value: object) -> str | None:
+    if value is None:
+        return None
+    if value in ("tab", "\\t"):
+        return "\t"
+    if not isinstance(value, str):
+        raise TypeError(f"delimiter is a text of one character, or 'tab', not {value!r}")
+    if len(value) != 1 or value in '\r\n"':
+        raise ValueError(f"delimiter is one character that ends no line and quotes no cell, or 'tab', not {value!r}")
+    return value
+
+
+def _tail(value: object) -> int | None:
+    if value is None:
+        return None
+    if isinstance(value, bool | np.bool_) or not isinstance(value, SupportsIndex):
+        raise TypeError(f"tail is a whole number of records, not {value!r}")
+    if operator.index(value) < 0:
+        raise ValueError(f"tail is a number of records from 0, not {value!r}")
+    return min(operator.index(value), sys.maxsize)
 
 
 def read(
@@ -52,8 +81,10 @@ def read(
     frame : {"pandas", "polars", "numpy"}, optional
         What comes back: a frame with the dates as its index (pandas) or first column (polars), or a mapping of arrays.
         Left out, the first of them that is installed.
-    delimiter, decimal : str, optional
-        In place of what is found out.
+    delimiter : str, optional
+        One character, or "tab", in place of what is found out.
+    decimal : {".", ","}, optional
+        The decimal sign, in place of what is found out.
     order : {"check", "keep"}
         "keep" takes records as they stand, whatever their dates say.
     missing : {"refuse", "skip", "previous"}
@@ -70,19 +101,28 @@ def read(
     ------
     OrvexError
         1012 for what is no price file.
+    ValueError, TypeError
+        For an argument that is none of those above.
     """
+    if frame is not None:
+        _check_choice("frame", frame, ("pandas", "polars", "numpy"))
+    if decimal is not None:
+        _check_choice("decimal", decimal, (".", ","))
+    _check_choice("order", order, ("check", "keep"))
+    _check_choice("missing", missing, ("refuse", "skip", "previous"))
+    separator, most = _delimiter(delimiter), _tail(tail)
     content = Path(path).read_bytes()
     if content.startswith(_GZIP):
         content = gzip.decompress(content)
     options = {
-        "delimiter": delimiter,
+        "delimiter": separator,
         "decimal": decimal,
         "order": order,
         "missing": missing,
         "columns": dict(columns or {}),
         "first": None if first is None else str(first),
         "last": None if last is None else str(last),
-        "tail": tail,
+        "tail": most,
     }
     dates, table, remarks = _native.read_prices(content, options)
     for remark in remarks:

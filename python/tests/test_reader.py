@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import gzip
 from pathlib import Path
+from typing import Any
 
 import numpy as np
 import pandas as pd
@@ -68,3 +69,26 @@ def test_options_and_errors(path: Path) -> None:
     assert caught.value.number == 1012
     with pytest.raises(FileNotFoundError):
         ox.read(path.with_name("nowhere"))
+
+
+@pytest.mark.parametrize("delimiter", ["\t", "tab", "\\t", "|", "ü"])
+def test_what_stands_between_the_columns(delimiter: str, path: Path) -> None:
+    path.write_text(path.read_text().replace(";", "\t" if delimiter in ("tab", "\\t") else delimiter))
+    assert ox.read(path, delimiter=delimiter)["Close"].tolist() == CLOSE
+
+
+@pytest.mark.parametrize(
+    ("option", "values", "message"),
+    [
+        ("delimiter", ["", ",,", "\n", '"', 5], "delimiter is .* or 'tab', not"),
+        ("decimal", ["", "comma", 5], "decimal is '.' or ',', not"),
+        ("frame", ["panda", "", 5], "frame is 'pandas' or 'polars' or 'numpy', not"),
+        ("missing", ["Skip", None], "missing is 'refuse' or 'skip' or 'previous', not"),
+        ("order", ["Keep", ""], "order is 'check' or 'keep', not"),
+        ("tail", [-1, 2.0, "2", True], "tail is a .*number"),
+    ],
+)
+def test_options_that_are_none_say_what_is(option: str, values: list[Any], message: str, path: Path) -> None:
+    for value in values:
+        with pytest.raises((TypeError, ValueError), match=message):
+            ox.read(path, **{option: value})
