@@ -153,7 +153,7 @@ def test_keys_are_as_many_as_the_rows(keys: list[Any]) -> None:
 def test_no_group_leaves_the_table(order: list[int] | None, offsets: list[int], threads: int) -> None:
     place = None if order is None else np.array(order, dtype=np.int64)
     study = (ox.simple_moving_average, {"source": np.arange(5.0), "periods": 2})
-    with pytest.raises(ValueError, match="rise from 0|more rows|not there|one thread"):
+    with pytest.raises(ValueError, match=r"rise from 0|more rows|not there|one thread"):
         _native.run_groups([study], 5, place, np.array(offsets, dtype=np.int64), threads, lambda done: None)  # type: ignore[list-item]
 
 
