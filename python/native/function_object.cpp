@@ -114,10 +114,7 @@ bool readArguments(const Function& function, const Given& given, Request& reques
         if (object != nullptr) return false;
         break;
       default:
-        if (!leftOut &&
-            !readValue(function.method->arguments[parameter.argument], object, request.values[parameter.argument])) {
-          return false;
-        }
+        if (!leftOut && !readValue(function, parameter, object, request.values[parameter.argument])) return false;
         if (leftOut && !function.method->arguments[parameter.argument].usual.given &&
             !function.method->arguments[parameter.argument].optional) {
           return false;
@@ -348,13 +345,17 @@ PyObject* newRefusal(const Function& function, const Refusal& refusal) {
   const Error& error = refusal.error;
   const auto text = [](std::string_view view) { return nb::str(view.data(), view.size()); };
   nb::object column = nb::none();
-  nb::object row = nb::none();
-  if (refusal.gap) {
+  nb::object record = nb::none();
+  nb::object reason = nb::none();
+  if (error.record() != 0) record = nb::int_(error.record());
+  if (!(error.cause() == error.fault())) reason = text(error.cause().description);
+  // A gap is met where it is read, or later, by what was computed from it.
+  if (refusal.gap && (error.record() == 0 || error.record() >= refusal.gap->row)) {
     column = text(refusal.gap->column);
-    row = nb::int_(refusal.gap->row);
+    record = nb::int_(refusal.gap->row);
   }
   return helper("orvex._errors", "refusal")(function.name.c_str(), error.number(), text(error.source()),
-                                            text(error.description()), column, row)
+                                            text(error.description()), column, record, reason)
       .release()
       .ptr();
 }
@@ -383,8 +384,9 @@ PyObject* newValue(const Value& value) {
   return Py_NewRef(Py_None);
 }
 
-bool readValue(const Argument& argument, PyObject* object, Value& value) {
+bool readValue(const Function& function, const Parameter& parameter, PyObject* object, Value& value) {
   using catalogue::Type;
+  const Argument& argument = function.method->arguments[parameter.argument];
   if (object == Py_None) {
     value = Missing{};
     return true;
@@ -416,9 +418,8 @@ bool readValue(const Argument& argument, PyObject* object, Value& value) {
     return PyErr_Occurred() == nullptr;
   }
   if (overflow != 0 || !std::in_range<std::int32_t>(number)) {
-    PyErr_Format(PyExc_OverflowError, "%.*s must be a whole number from %d to %d",
-                 static_cast<int>(argument.name.size()), argument.name.data(), std::numeric_limits<std::int32_t>::min(),
-                 std::numeric_limits<std::int32_t>::max());
+    PyErr_Format(PyExc_OverflowError, "%s must be a whole number from %d to %d", parameter.name.c_str(),
+                 std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max());
     return false;
   }
   if (argument.type == Type::Long) {

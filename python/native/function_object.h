@@ -28,9 +28,9 @@ PyObject* newRefusal(const Function& function, const Refusal& refusal);
 /// A note, number or truth as Python has it, a new reference.
 PyObject* newValue(const catalogue::Value& value);
 
-/// Reads an object as the value of an argument that is a number or a text; None is an argument left out. False where
+/// Reads an object as the value of a parameter that is a number or a text; None is an argument left out. False where
 /// the object is nothing plain; false with an exception set where it does not fit.
-bool readValue(const catalogue::Argument& argument, PyObject* object, catalogue::Value& value);
+bool readValue(const Function& function, const Parameter& parameter, PyObject* object, catalogue::Value& value);
 
 /// Reads an object as a column: false where it is no array of doubles in one piece.
 bool readColumn(PyObject* object, Span& rows);

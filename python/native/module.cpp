@@ -75,7 +75,7 @@ Study readStudy(nb::handle function, nb::dict arguments, std::size_t rows, nb::l
         study.request.keepWarmUp = nb::cast<std::string>(value) == "zero";
         break;
       default:
-        if (!readValue(method.arguments[parameter.argument], value.ptr(), study.request.values[parameter.argument])) {
+        if (!readValue(called, parameter, value.ptr(), study.request.values[parameter.argument])) {
           if (PyErr_Occurred() != nullptr) throw nb::python_error();
           throw nb::type_error("not a plain argument");
         }

@@ -24,7 +24,7 @@ class OrvexError(ValueError):
     symbol
         The symbol that could not be computed, in ``by=`` calls.
     reason
-        What went wrong in that record, where it is known.
+        What went wrong in that record, or before any, where it is known.
     """
 
     __module__ = "orvex"
@@ -101,4 +101,7 @@ def refusal(
     reason: str | None = None,
 ) -> OrvexError:
     """Make the error of a call that the library has refused."""
+    # A word goes on in small letters within a sentence; EOF and BOF stay what they are.
+    if reason is not None and not reason[1:2].isupper():
+        reason = reason[:1].lower() + reason[1:]
     return OrvexError(number, source, description, record, function, column, reason)

@@ -58,6 +58,16 @@ def test_errors_say_number_source_and_description(prices: Prices) -> None:
     assert (error.number, error.source) == (1101, "Index.RelativeStrengthIndex")
 
 
+def test_errors_say_what_went_wrong_in_which_record() -> None:
+    with pytest.raises(ox.OrvexError, match=r"division by zero in row 3, index d") as caught:
+        ox.price_roc(pd.Series([1.0, 2.0, 0.0, 4.0, 5.0], index=list("abcde")), periods=1)
+    error = caught.value
+    assert (error.reason, error.record, error.label, error.column) == ("division by zero", 4, "d", None)
+    both = pd.Series([1.0, 2.0, 3.0, 4.0, 5.0, 1.0, 2.0, 0.0, 4.0, 5.0])
+    with pytest.raises(ox.OrvexError, match="symbol B.*division by zero in row 3, index 8"):
+        ox.price_roc(both, periods=1, by=np.array(list("AAAAABBBBB")), errors="raise")
+
+
 def test_errors_travel() -> None:
     error = ox.OrvexError(1105, "A.B", "No.", 7, "b", "close", "division by zero", pd.Timestamp("2020-01-01"), "XYZ")
     for other in (pickle.loads(pickle.dumps(error)), copy.copy(error), error.located("l", "s")):
