@@ -115,8 +115,12 @@ std::unique_ptr<std::uint8_t[]> validityBits(std::size_t count, std::size_t firs
 
 ArrowArray exportRows(const ResultColumn& column) {
   const std::size_t count = column.rows.values.size();
-  const auto first = static_cast<std::size_t>(std::max(1, column.computed.first) - 1);
-  const auto last = std::min(count, static_cast<std::size_t>(std::max(0, column.computed.last)));
+  std::size_t first = 0;
+  std::size_t last = count;
+  if (!column.keptWarmUp) {
+    first = static_cast<std::size_t>(std::max(1, column.computed.first) - 1);
+    last = std::min(count, static_cast<std::size_t>(std::max(0, column.computed.last)));
+  }
   const std::size_t valued = first < last ? last - first : 0;
   auto exported = std::make_unique<Exported>();
   exported->rows = column.rows.owner;

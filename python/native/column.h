@@ -11,7 +11,8 @@ namespace orvex::python {
 
 /// The type `Column`: the rows of a result. Attributes: name, first and last (the computed rows, from 1), and
 ///   numpy()              the rows as an array that keeps the column
-///   __arrow_c_array__()  the same in the Arrow C data interface, with rows that are not computed as nulls
+///   __arrow_c_array__()  the same in the Arrow C data interface, with rows that are not computed as nulls,
+///                        but for a warm-up that was to be kept
 /// -1 with an exception set on failure.
 int addColumnType(PyObject* module);
 

@@ -119,13 +119,14 @@ Result withoutValues(const Request& request) {
   Result result;
   for (std::size_t i = 0; i < request.function->method->columns.size(); ++i) {
     result.columns[i].rows = newRows(request.count);
+    result.columns[i].keptWarmUp = request.keepWarmUp;
     std::ranges::fill(result.columns[i].rows.values, request.keepWarmUp ? 0.0 : NotComputed);
   }
   return result;
 }
 
 ResultColumn takeColumn(Field& column, RowRange computed, bool keepWarmUp) {
-  ResultColumn taken{column.releaseRows(), computed};
+  ResultColumn taken{column.releaseRows(), computed, keepWarmUp};
   if (!keepWarmUp) {
     const std::span<double> rows = taken.rows.values;
     const auto first = std::min(rows.size(), static_cast<std::size_t>(std::max(0, computed.first - 1)));

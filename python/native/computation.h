@@ -35,6 +35,7 @@ struct Request {
 struct ResultColumn {
   OwnRows rows;
   catalogue::RowRange computed{1, 0};
+  bool keptWarmUp = false;  // rows that are not computed have values too
 };
 
 /// Columns, as many as the method has, or one value: a note, a number or a truth.

@@ -108,16 +108,18 @@ def test_records_of_numpy_are_a_frame(prices: Prices) -> None:
 
 @pytest.mark.parametrize("function", COLUMNS, ids=lambda function: function.__name__)
 def test_rows_that_are_not_computed(function: Any, prices: Prices) -> None:
-    """NaN at both ends and nowhere else; nulls in polars, Arrow; the library's own with warmup="zero"."""
+    """NaN at both ends and nowhere else; nulls in polars, Arrow; in all the library's own with warmup="zero"."""
     args, kwargs = make_call(function, prices)
     as_tuple = lambda result: result if isinstance(result, tuple) else (result,)  # noqa: E731
     results = as_tuple(function(*args, **kwargs))
     frame = pl.DataFrame(prices)
-    in_polars = function(
-        frame, **{name: pl.Series(value) if isinstance(value, np.ndarray) else value for name, value in kwargs.items()}
-    )
-    series = [in_polars] if isinstance(in_polars, pl.Series) else in_polars.get_columns()
+    columns = {name: pl.Series(value) if isinstance(value, np.ndarray) else value for name, value in kwargs.items()}
+    as_series = lambda result: [result] if isinstance(result, pl.Series) else result.get_columns()  # noqa: E731
+    series = as_series(function(frame, **columns))
     zeros = as_tuple(function(*args, **kwargs, warmup="zero"))
+    for zero, kept in zip(zeros, as_series(function(frame, **columns, warmup="zero")), strict=True):
+        assert kept.null_count() == 0
+        np.testing.assert_array_equal(kept.to_numpy(), zero)
     for values, nulls, zero in zip(results, series, zeros, strict=True):
         computed = np.flatnonzero(~np.isnan(values))
         assert len(computed) == 0 or len(computed) == computed[-1] - computed[0] + 1
