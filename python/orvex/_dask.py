@@ -12,6 +12,7 @@ from typing import Any
 import dask.dataframe as dd
 import numpy as np
 import pandas as pd
+from dask.base import tokenize
 
 from orvex import _call, _groups
 from orvex._errors import SymbolWarning
@@ -72,6 +73,17 @@ def _compute_part(
     return computed if on_index else pd.concat([part[list(by)], computed], axis=1)
 
 
+def _check_columns(frame: Any, call: _call.Call) -> None:
+    """Refuse columns that are not the frame's own: of one that only bears the name of one, that would be computed."""
+    for name, column in call.columns.items():
+        own = isinstance(column, dd.Series) and column.name in frame.columns
+        if not own or tokenize(column) != tokenize(frame[column.name]):
+            raise TypeError(
+                f"{call.function.__name__}: {name} is no column of the Dask frame; make it one before, "
+                f"frame.assign(...), and hand in that frame with it"
+            )
+
+
 def _lazily(frame: Any, calls: Sequence[_call.Call], names: Sequence[str], by: Any, errors: str) -> Any:
     if by is None:
         raise TypeError("a Dask frame takes by=: the column that names each row's symbol")
@@ -80,6 +92,8 @@ def _lazily(frame: Any, calls: Sequence[_call.Call], names: Sequence[str], by: A
     missing = [] if on_index else [key for key in keys if key not in frame.columns]
     if missing:
         raise ValueError(f"the frame has no column {missing[0]!r} for by=; it has {list(frame.columns)}")
+    for call in calls:
+        _check_columns(frame, call)
     # What travels is names: the columns themselves are those of each partition.
     calls = [
         replace(call, columns={name: column.name for name, column in call.columns.items()}, inputs=[], by=None)

@@ -77,6 +77,16 @@ def test_a_frame_without_symbols_says_what_it_takes(table: pd.DataFrame) -> None
         ox.macd(frame["close"])
     with pytest.raises(ValueError, match="no column 'ticker'"):
         ox.macd(frame, by="ticker")
+    for other in (frame["close"] * 2, table["close"], table["close"].to_numpy()):
+        with pytest.raises(TypeError, match="close is no column of the Dask frame"):
+            ox.true_range(frame, close=other, by="symbol")
+
+
+def test_columns_that_are_given_by_keyword(table: pd.DataFrame) -> None:
+    frame = dd.from_pandas(table, npartitions=5, sort=False)
+    doubled = frame.assign(double=frame["close"] * 2)
+    result = ox.true_range(doubled, close=doubled["double"], by="symbol").compute(scheduler="threads")
+    same(result, ox.true_range(table.assign(close=table["close"] * 2), by="symbol"))
 
 
 def test_on_a_cluster_with_warnings(table: pd.DataFrame, cluster: Client) -> None:
