@@ -173,11 +173,13 @@ def arrays_of(call: Call) -> dict[str, Any]:
     return arrays
 
 
-def check_indexes(call: Call) -> None:
-    """Refuse pandas columns whose rows do not stand beside each other."""
-    indexes = [value.index for value in call.inputs if _columns.is_a(value, "pandas", "Series", "DataFrame")]
+def check_indexes(call: Call, by: Any = None) -> None:
+    """Refuse pandas columns, and pandas keys, whose rows do not stand beside each other."""
+    given = (*call.inputs, *call.columns.values(), by)
+    indexes = [value.index for value in given if _columns.is_a(value, "pandas", "Series", "DataFrame")]
     if any(not index.equals(indexes[0]) for index in indexes[1:]):
-        raise ValueError(f"{call.function.__name__}: the columns have different indexes; align them first")
+        what = "columns and by=" if _columns.is_a(by, "pandas", "Series") else "columns"
+        raise ValueError(f"{call.function.__name__}: the {what} have different indexes; align them first")
 
 
 def pack(call: Call, kind: Kind, columns: Sequence[Any]) -> Any:

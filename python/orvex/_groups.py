@@ -177,7 +177,7 @@ def run(
     studies = []
     rows = None
     for call in calls:
-        _call.check_indexes(call)
+        _call.check_indexes(call, by)
         arrays = _call.arrays_of(call)
         studies.append((call.function, {**arrays, **call.plain}))
         rows = len(next(iter(arrays.values())))

@@ -277,6 +277,16 @@ def test_calls_that_do_not_fit_say_what_would(prices: Prices) -> None:
             ValueError,
             "different indexes",
         ),
+        (
+            lambda: ox.true_range({"high": pd.Series(close), "low": close, "close": pd.Series(close).sort_values()}),
+            ValueError,
+            "the columns have different indexes",
+        ),
+        (
+            lambda: AVERAGE(pd.Series(close), by=pd.Series(["A", "B"] * 150).sort_values()),
+            ValueError,
+            "columns and by= have different indexes",
+        ),
         (lambda: AVERAGE(close, by="symbol"), TypeError, "a frame must be handed in"),
     ]
     for call, error, message in cases:
