@@ -64,7 +64,7 @@ def test_errors_say_what_went_wrong_in_which_record() -> None:
     error = caught.value
     assert (error.reason, error.record, error.label, error.column) == ("division by zero", 4, "d", None)
     both = pd.Series([1.0, 2.0, 3.0, 4.0, 5.0, 1.0, 2.0, 0.0, 4.0, 5.0])
-    with pytest.raises(ox.OrvexError, match="symbol B.*division by zero in row 3, index 8"):
+    with pytest.raises(ox.OrvexError, match=r"symbol B.*division by zero in row 3, index 8"):
         ox.price_roc(both, periods=1, by=np.array(list("AAAAABBBBB")), errors="raise")
 
 
