@@ -11,7 +11,8 @@ class OrvexError(ValueError):
     Attributes
     ----------
     number, source, description
-        What the library reports: an error number, the place that reports it and a sentence.
+        What the library reports: an error number, the place that reports it and a sentence. An error that comes out
+        of a polars expression has its text as the description, 0 and nothing else: polars makes it anew from that text.
     record
         The record to blame, counted from 1, or None where it is not known. In ``by=`` calls it counts within the
         symbol.
@@ -31,9 +32,9 @@ class OrvexError(ValueError):
 
     def __init__(
         self,
-        number: int,
-        source: str,
-        description: str,
+        number: int | str,
+        source: str = "",
+        description: str = "",
         record: int | None = None,
         function: str | None = None,
         column: str | None = None,
@@ -43,9 +44,9 @@ class OrvexError(ValueError):
     ) -> None:
         # All of them, in this order, so that a copy or a pickle is made from them.
         super().__init__(number, source, description, record, function, column, reason, label, symbol)
-        self.number = number
+        self.number = 0 if isinstance(number, str) else number
         self.source = source
-        self.description = description
+        self.description = number if isinstance(number, str) else description
         self.record = record
         self.function = function
         self.column = column
@@ -76,7 +77,9 @@ class OrvexError(ValueError):
         text = f"{self.function}: " if self.function else ""
         if self.symbol is not None:
             text += f"symbol {self.symbol}: "
-        text += f"{self.description} (error {self.number}, {self.source})"
+        text += self.description
+        if self.number != 0:
+            text += f" (error {self.number}, {self.source})"
         if self.record is None and self.reason is None:
             return text
         text += f": {self.reason}" if self.reason else ":"

@@ -8,20 +8,27 @@ from typing import Any
 
 import polars as pl
 
-from orvex import _call, _columns
+from orvex import _call, _columns, _groups
 
 
 def _expression(call: _call.Call) -> pl.Expr:
     names = list(call.columns)
     titles = call.titles
+    by = [] if call.by is None else [call.by] if isinstance(call.by, str | pl.Expr) else list(call.by)
+    keys = [key if isinstance(key, pl.Expr) else pl.col(key) for key in by]
 
     def run(series: Sequence[pl.Series]) -> pl.Series:
-        columns = dict(zip(names, series, strict=True))
-        result = _call.compute(replace(call, columns=columns, inputs=list(series)))
+        given = replace(call, columns=dict(zip(names, series, strict=False)), inputs=list(series[: len(names)]))
+        if keys:
+            # By names of their own, since two expressions may bear one.
+            table = pl.DataFrame({str(place): key for place, key in enumerate(series[len(names) :])})
+            result = _groups.compute(replace(given, inputs=[table], by=table.columns))
+        else:
+            result = _call.compute(given)
         return result if isinstance(result, pl.Series) else result.to_struct(titles[0])
 
     dtype: Any = pl.Float64() if len(titles) == 1 else pl.Struct(dict.fromkeys(titles, pl.Float64()))
-    return pl.map_batches(list(call.columns.values()), run, return_dtype=dtype).alias(titles[0])
+    return pl.map_batches([*call.columns.values(), *keys], run, return_dtype=dtype).alias(titles[0])
 
 
 def compute(call: _call.Call) -> Any:
@@ -33,13 +40,11 @@ def compute(call: _call.Call) -> Any:
     for parameter, column in call.columns.items():
         if not _columns.is_expression(column):
             raise TypeError(f"{name}: {parameter} is no expression, as others are")
+    if lazy is None and call.by is not None:
+        raise TypeError(f"{name}: expressions take .over(symbol) in place of by=")
     expression = _expression(call)
     if lazy is None:
-        if call.by is not None:
-            raise TypeError(f"{name}: expressions take .over(symbol) in place of by=")
         return expression
-    if call.by is not None:
-        expression = expression.over(call.by)
     if len(call.titles) == 1:
         return lazy.select(expression)
     return lazy.select(expression.struct.unnest())
