@@ -136,6 +136,7 @@ void addLive(nb::module_& module) {
            })
       .def_prop_ro("count", &LiveSeries::count)
       .def("keep", &keep)
+      .def("drop", [](LiveSeries& series, const Kept& kept) { change([&] { series.drop(kept.result); }); })
       .def("append_rows",
            [](LiveSeries& series, nb::dict columns) {
              change([&] { withRows(columns, [&](const PriceRows& rows) { series.append(rows); }); });

@@ -59,7 +59,7 @@ class Kept:
         An array is a view that cannot be written. It stays as long as it is: records that come, and revisions, show in
         a new one. What it has for the last record may change with a revision.
         """
-        return self._each(self._result.array)
+        return self._each(self._array)
 
     @property
     def last(self) -> Any:
@@ -76,16 +76,16 @@ class Kept:
         return Kept(self._function, self._result, fields.index(name))
 
     def _each(self, take: Callable[[int], Any]) -> Any:
-        count = self._result.columns
-        if count == 0:
-            columns = len(description_of(self._function)["columns"])
-            empty = np.empty(0)
-            return empty if columns == 1 else _results.make(self._function.index, [empty] * columns)
+        count = len(description_of(self._function)["columns"])
         if self._column is not None:
             return take(self._column)
         if count == 1:
             return take(0)
         return _results.make(self._function.index, [take(column) for column in range(count)])
+
+    def _array(self, column: int) -> npt.NDArray[np.float64]:
+        # Before the first call has succeeded there is none.
+        return self._result.array(column) if self._result.columns else np.empty(0)
 
     def _as_argument(self) -> tuple[_native.LiveResult, int]:
         if self._column is None and len(description_of(self._function)["columns"]) > 1:
@@ -122,7 +122,10 @@ class Live:
     __module__ = "orvex"
 
     def __init__(self, prices: Any = None) -> None:
-        self._series = _native.LiveSeries({} if prices is None else _price_columns(prices))
+        columns = {} if prices is None else _price_columns(prices)
+        self._series = _native.LiveSeries(columns)
+        self._prices = [name for name in PRICES if prices is None or name in columns]
+        self._results: list[_native.LiveResult] = []
 
     def __len__(self) -> int:
         """Tell how many records there are."""
@@ -131,7 +134,8 @@ class Live:
     def append(self, prices: Any = None, /, **record: Unpack[Record]) -> None:
         """Add a record, ``append(close=10.5, volume=100)``, or all records of a frame.
 
-        Prices that are left out of a record are those of ``close``, and its volume is 0. A ``date`` beside them is for
+        A frame has every column of the series: ValueError names those that it lacks. Prices that are left out of a
+        record are those of ``close``, and its volume is 0. A ``date`` beside them is for
         what begins anew with each session, such as ``standard.vwap``.
         """
         if prices is None:
@@ -139,7 +143,11 @@ class Live:
         elif record:
             raise TypeError("append() takes a frame, or the prices of one record")
         else:
-            self._series.append_rows(_price_columns(prices))
+            columns = _price_columns(prices)
+            missing = [name for name in self._prices if name not in columns]
+            if missing:
+                raise ValueError(f"the series has columns that the frame lacks: {', '.join(missing)}")
+            self._series.append_rows(columns)
 
     def revise(self, **record: Unpack[Record]) -> None:
         """Put another record in the place of the last one."""
@@ -159,7 +167,30 @@ class Live:
         description = description_of(function)
         if not description["columns"]:
             raise TypeError(f"{function.__name__} gives no columns to keep")
-        return Kept(function, self._series.keep(function, _arguments(function.__name__, description, arguments)))
+        for key, value in arguments.items():
+            if isinstance(value, Kept) and not self._keeps(value):
+                raise ValueError(f"{key} is kept on another series, or was dropped")
+        result = self._series.keep(function, _arguments(function.__name__, description, arguments))
+        self._results.append(result)
+        return Kept(function, result)
+
+    def drop(self, kept: Kept, /) -> None:
+        """Let go of a call that is kept: it is not computed any further, and its values stay as they are.
+
+        ValueError for one that is not kept on this series, or that another call is kept on: drop that one before.
+        """
+        if not isinstance(kept, Kept):
+            raise TypeError(f"{kept!r} is not what keep() has returned")
+        if not self._keeps(kept):
+            raise ValueError("the call is kept on another series, or was dropped")
+        try:
+            self._series.drop(kept._result)
+        except ValueError:
+            raise ValueError("another call is kept on this one; drop that one before") from None
+        self._results = [result for result in self._results if result is not kept._result]
+
+    def _keeps(self, kept: Kept) -> bool:
+        return any(result is kept._result for result in self._results)
 
 
 def _arguments(name: str, description: Mapping[str, Any], given: Mapping[str, Any]) -> dict[str, Any]:

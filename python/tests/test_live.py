@@ -96,6 +96,30 @@ def test_a_call_on_what_is_kept_begins_behind_the_rows_without_a_value() -> None
         live.keep(ox.simple_moving_average, source=lines)
 
 
+def test_a_call_that_is_dropped_stays_as_it_is() -> None:
+    live = ox.Live(part(prices(20), 0, 10))
+    lines = live.keep(ox.macd, short_cycle=3, long_cycle=5, signal_periods=2)
+    average = live.keep(ox.simple_moving_average, source=lines["macd"], periods=2)
+    with pytest.raises(ValueError, match="another call is kept on this one"):
+        live.drop(lines)
+    live.drop(average)
+    live.drop(lines)
+    live.append(part(prices(20), 10, 20))
+    assert (len(live), len(lines), len(average)) == (20, 10, 10)
+    with pytest.raises(ValueError, match="was dropped"):
+        live.drop(lines)
+    with pytest.raises(ValueError, match="was dropped"):
+        live.keep(ox.momentum, source=lines["macd"])
+
+
+def test_before_there_are_records() -> None:
+    lines = ox.Live().keep(ox.macd)
+    assert lines.last is None
+    assert lines["macd_signal"].last is None
+    assert [len(column) for column in lines.values] == [0, 0, 0]
+    assert isinstance(lines["macd_signal"].values, np.ndarray)
+
+
 def test_an_error_is_attached_until_a_revision_mends_it() -> None:
     live = ox.Live()
     kept = live.keep(ox.price_roc, periods=1)
@@ -147,6 +171,11 @@ def test_sessions_begin_where_the_dates_of_records_and_frames_say() -> None:
         (lambda live: live.keep(ox.momentum, source=[1.0]), TypeError, "the name of a price"),
         (lambda live: live.keep(ox.momentum, source="colse"), ox.OrvexError, "Invalid FieldName"),
         (lambda live: live.keep(ox.macd)["line"], KeyError, "the columns are"),
+        (lambda live: live.append({"open": [1.0], "close": [1.0]}), ValueError, "frame lacks: high, low, volume"),
+        (lambda live: ox.Live({"close": [1.0]}).append({"open": [1.0]}), ValueError, "frame lacks: close"),
+        (lambda live: live.keep(ox.momentum, source=ox.Live().keep(ox.momentum)), ValueError, "on another series"),
+        (lambda live: live.drop(ox.Live().keep(ox.momentum)), ValueError, "on another series"),
+        (lambda live: live.drop("momentum"), TypeError, "not what keep"),
     ],
 )
 def test_what_fits_nothing_is_refused(call: object, error: type[Exception], words: str) -> None:
