@@ -111,8 +111,8 @@ def _number(value: Any) -> float:
 def _from_numpy(values: npt.NDArray[Any], name: str) -> Array:
     if values.ndim != 1:
         raise ValueError(f"{name} has {values.ndim} dimensions; a column has one")
-    if isinstance(values, np.ma.MaskedArray):
-        values = np.ma.filled(values.astype(np.float64), np.nan)
+    if isinstance(values, np.ma.MaskedArray) and values.dtype.kind in "fiuO":
+        values = np.where(np.ma.getmaskarray(values), np.nan, values.data)
     if values.dtype.kind in "fiu":
         # What has travelled, or lies in a file, may begin at any byte.
         return np.asarray(np.require(values, np.float64, ["C", "A"]))

@@ -130,6 +130,13 @@ def test_rows_that_are_not_computed(function: Any, prices: Prices) -> None:
         np.testing.assert_array_equal(zero[computed], values[computed])
 
 
+@pytest.mark.parametrize("dtype", ["f8", "f4", "i8", "u1", ">f8", object])
+def test_what_is_masked_has_no_value(dtype: Any) -> None:
+    masked = np.ma.masked_array([7, 1, 2, 4, 9], mask=[True, False, False, False, True], dtype=dtype)
+    expected = AVERAGE(np.array([np.nan, 1.0, 2.0, 4.0, np.nan]), periods=2)
+    np.testing.assert_array_equal(AVERAGE(masked, periods=2), expected)
+
+
 def test_nothing_is_copied(prices: Prices) -> None:
     """The library looks at the rows that were handed in and hands out the rows that it made."""
     source = prices["close"]
@@ -234,6 +241,10 @@ def test_nothing_to_compute(kind: str, values: list[float]) -> None:
         (np.array(["2020-01-01"], dtype="M8[D]"), "no numbers"),
         (np.array([1 + 2j]), "no numbers"),
         (np.ones((3, 2)), "2 dimensions"),
+        (np.ma.masked_array([True, False]), "no numbers"),
+        (np.ma.masked_array(["2020-01-01"], dtype="M8[D]"), "no numbers"),
+        (np.ma.masked_array(["1", "2"]), "no numbers"),
+        (np.ma.masked_array(["1", 2.0], dtype=object), "'1' is no number"),
         (["1.5", 2.0], "'1.5' is no number"),
         ([True, 2.0], "True is no number"),
         (pl.Series(["a"]), "no numbers"),
