@@ -123,6 +123,13 @@ def _bind_columns(call: Call, given: Mapping[str, Any], parameters: Sequence[Map
         raise TypeError(f"{name}() needs {', '.join(map(repr, missing))} beside the prices that are given")
 
 
+def check_errors(value: Any) -> str:
+    """Return what becomes of symbols that cannot be computed; ValueError for what is none of it."""
+    if value not in ("warn", "raise"):
+        raise ValueError(f"errors is 'warn' or 'raise', not {value!r}")
+    return str(value)
+
+
 def bind(function: _native.Function, args: Sequence[Any], kwargs: Mapping[str, Any]) -> Call:
     """Bring the arguments of a call into order. TypeError and ValueError for those that do not fit."""
     description = description_of(function)
@@ -149,9 +156,7 @@ def bind(function: _native.Function, args: Sequence[Any], kwargs: Mapping[str, A
                 raise ValueError(f"warmup is 'nan' or 'zero', not {value!r}")
             call.plain[name] = value
         elif kind == "errors":
-            if value not in ("warn", "raise"):
-                raise ValueError(f"errors is 'warn' or 'raise', not {value!r}")
-            call.errors = value
+            call.errors = check_errors(value)
         elif kind == "by":
             call.by = value
     _bind_columns(call, given, description["parameters"])

@@ -124,5 +124,5 @@ def compute(call: _call.Call) -> Any:
 
 def indicators(frame: Any, which: Mapping[str, Callable[..., Any]], *, by: Any, warmup: str, errors: str) -> Any:
     """Return the lazy frame of several indicators."""
-    calls, names = _groups.bind_all(frame, which, warmup)
+    calls, names = _groups.bind_all(frame, which, warmup, errors)
     return _lazily(frame, calls, names, by, errors)

@@ -215,8 +215,11 @@ def _names(key: str, call: _call.Call) -> list[str]:
     return [name if name == key or name.startswith(key + "_") else f"{key}_{name}" for name in attributes]
 
 
-def bind_all(prices: Any, which: Mapping[str, Callable[..., Any]], warmup: str) -> tuple[list[_call.Call], list[str]]:
+def bind_all(
+    prices: Any, which: Mapping[str, Callable[..., Any]], warmup: str, errors: str
+) -> tuple[list[_call.Call], list[str]]:
     """Return the calls of several indicators of a frame and the names of all their columns."""
+    _call.check_errors(errors)
     calls = []
     names: list[str] = []
     for key, given in which.items():
@@ -225,11 +228,17 @@ def bind_all(prices: Any, which: Mapping[str, Callable[..., Any]], warmup: str) 
             function, args, kwargs = given.func, given.args, given.keywords
         if not isinstance(function, _native.Function):
             raise TypeError(f"{key}: {function!r} is no function of orvex, nor functools.partial of one")
+        for option in ("by", "warmup", "errors"):
+            if option in kwargs:
+                raise TypeError(f"{key}: {option}= holds for all indicators; give it to indicators() itself")
         call = _call.bind(function, (prices, *args), {**kwargs, "warmup": warmup})
         if not call.titles:
             raise TypeError(f"{key}: {function.__name__} does not return columns")
         calls.append(call)
-        names += _names(key, call)
+        for name in _names(key, call):
+            if name in names:
+                raise ValueError(f"{key}: there is a column {name!r} already; name the indicator otherwise")
+            names.append(name)
     if not calls:
         raise ValueError("which indicators? The mapping is empty")
     return calls, names
@@ -253,13 +262,20 @@ def indicators(
         By the name of its column, each indicator: a function of this package, or ``functools.partial`` of one where
         its arguments are not the usual ones.
     by, warmup, errors
-        As for each function.
+        As for each function; they hold for all of them.
 
     Returns
     -------
     frame
         Of the kind of `prices`, with its rows. An indicator of several columns has a column for each, named
         ``name_column``.
+
+    Raises
+    ------
+    OrvexError
+        What cannot be computed, without `by` or with ``errors="raise"``.
+    TypeError, ValueError
+        For arguments that do not fit, and for two columns of one name.
 
     Examples
     --------
@@ -272,7 +288,7 @@ def indicators(
         return _dask.indicators(prices, which, by=by, warmup=warmup, errors=errors)
     if not (_columns.is_a(prices, "pandas", "DataFrame") or _columns.is_a(prices, "polars", "DataFrame")):
         raise TypeError(f"prices must be a pandas, polars or Dask frame, not {type(prices).__name__}")
-    calls, names = bind_all(prices, which, warmup)
+    calls, names = bind_all(prices, which, warmup, errors)
     kind = _columns.kind_of([prices])
     if by is None:
         columns: list[Any] = []

@@ -169,8 +169,25 @@ def test_several_indicators_in_one_pass(table: pd.DataFrame) -> None:
     np.testing.assert_array_equal(in_polars.to_numpy(), result.to_numpy())
     whole = ox.indicators(table, which)
     pd.testing.assert_series_equal(whole["rsi"], ox.relative_strength_index(table), check_names=False)
-    with pytest.raises(TypeError, match="no function of orvex"):
-        ox.indicators(table, {"x": np.mean})
+
+
+@pytest.mark.parametrize(
+    ("which", "options", "error", "message"),
+    [
+        ({"x": np.mean}, {}, TypeError, "x: .*no function of orvex"),
+        ({}, {}, ValueError, "empty"),
+        ({"x": partial(ox.momentum, by="symbol")}, {}, TypeError, "x: by= holds for all"),
+        ({"x": partial(ox.momentum, warmup="zero")}, {"by": "symbol"}, TypeError, "x: warmup= holds for all"),
+        ({"x": partial(ox.momentum, errors="raise")}, {"by": "symbol"}, TypeError, "x: errors= holds for all"),
+        ({"x": ox.momentum}, {"errors": "rais"}, ValueError, "errors is 'warn' or 'raise'"),
+        ({"x": ox.momentum}, {"by": "symbol", "warmup": "blank"}, ValueError, "warmup is 'nan' or 'zero'"),
+        ({"macd": ox.macd, "macd_signal": ox.momentum}, {}, ValueError, "column 'macd_signal' already"),
+    ],
+)
+def test_indicators_that_do_not_fit_say_why(which: Any, options: Any, error: type[Exception], message: str) -> None:
+    for make in (pd.DataFrame, pl.from_pandas):
+        with pytest.raises(error, match=message):
+            ox.indicators(make(make_symbols(2, 40)), which, **options)
 
 
 def test_any_number_of_threads_gives_the_same(table: pd.DataFrame, monkeypatch: pytest.MonkeyPatch) -> None:
