@@ -61,7 +61,7 @@ def _polars_groups(keys: Any) -> Groups:
     grouped = rows.group_by(names, maintain_order=True).agg(polars.col(row))
     lengths = grouped[row].list.len().to_numpy()
     offsets = np.concatenate(([0], np.cumsum(lengths, dtype=np.int64)))
-    order = grouped[row].explode(empty_as_null=False).to_numpy() if len(keys) else np.empty(0, np.int64)
+    order = grouped[row].explode().to_numpy() if len(keys) else np.empty(0, np.int64)
     symbols = grouped.select(names)
     return Groups(
         np.ascontiguousarray(order),
