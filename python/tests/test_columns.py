@@ -264,6 +264,7 @@ def test_what_is_no_column_is_refused(column: Any, message: str) -> None:
 
 def test_calls_that_do_not_fit_say_what_would(prices: Prices) -> None:
     close = prices["close"]
+    unaligned: dict[str, Any] = {"high": pd.Series(close), "low": close, "close": pd.Series(close).sort_values()}
     cases: list[tuple[Any, type[Exception], str]] = [
         (lambda: ox.macd(close, periods=3), TypeError, "macd.*unexpected keyword.*periods"),
         (ox.macd, TypeError, "macd.*source"),
@@ -289,7 +290,7 @@ def test_calls_that_do_not_fit_say_what_would(prices: Prices) -> None:
             "different indexes",
         ),
         (
-            lambda: ox.true_range({"high": pd.Series(close), "low": close, "close": pd.Series(close).sort_values()}),
+            lambda: ox.true_range(unaligned),
             ValueError,
             "the columns have different indexes",
         ),
