@@ -19,7 +19,7 @@ HERE = Path(__file__).parent
 _WIDTH = 100
 HEAD = """# Made from the catalogue by write_stubs.py when the package is built.
 from collections.abc import Mapping, Sequence
-from typing import Any, Literal, NamedTuple, Protocol, SupportsIndex, TypeAlias, overload
+from typing import Any, Generic, Literal, NamedTuple, Protocol, SupportsIndex, TypeAlias, TypeVar, overload
 
 import dask.dataframe as dd
 import numpy as np
@@ -41,7 +41,8 @@ from orvex._results import Note as Note
 def catalogue() -> list[dict[str, Any]]: ...
 
 """
-ALIASES = """_Array: TypeAlias = npt.NDArray[np.float64]
+ALIASES = """_Values = TypeVar("_Values")
+_Array: TypeAlias = npt.NDArray[np.float64]
 _AnyArray: TypeAlias = npt.NDArray[Any]
 
 class _ArrowArray(Protocol):
@@ -58,8 +59,8 @@ _Prices: TypeAlias = pd.DataFrame | pl.DataFrame | _ArrowStream | Mapping[str, A
 """
 # What stands for a column, what for a frame, what one result column becomes and what several do.
 KINDS = (
-    ("Sequence[float | None]", "Mapping[str, Sequence[float | None]]", "list[float]", "{results}"),
-    ("_AnyArray", "Mapping[str, _AnyArray] | _AnyArray", "_Array", "{results}"),
+    ("Sequence[float | None]", "Mapping[str, Sequence[float | None]]", "list[float]", "{results}[list[float]]"),
+    ("_AnyArray", "Mapping[str, _AnyArray] | _AnyArray", "_Array", "{results}[_Array]"),
     ("pd.Series[Any]", "pd.DataFrame", "pd.Series[float]", "pd.DataFrame"),
     ("pl.Series", "pl.DataFrame", "pl.Series", "pl.DataFrame"),
     ("pl.Expr", "Mapping[str, pl.Expr]", "pl.Expr", "pl.Expr"),
@@ -143,8 +144,8 @@ def write_function(function: Mapping[str, Any], docs: Any) -> str:
     result = "".join(part.capitalize() for part in name.split("_")) + "Result"
     text = ""
     if several:
-        fields = "".join(f"    {column['attribute']}: _Array\n" for column in function["columns"])
-        text += f"class {result}(NamedTuple):\n{fields}\n"
+        fields = "".join(f"    {column['attribute']}: _Values\n" for column in function["columns"])
+        text += f"class {result}(NamedTuple, Generic[_Values]):\n{fields}\n"
     for place, (column, frame, one, more) in enumerate(KINDS):
         last = place == len(KINDS) - 1
         returned = more.format(results=result) if several else one

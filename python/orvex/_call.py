@@ -11,7 +11,7 @@ from typing import Any
 import numpy as np
 
 from orvex import _columns, _docs, _native, _results
-from orvex._columns import Kind
+from orvex._columns import FrameKind, Kind, NumpyKind
 from orvex._errors import OrvexError
 
 
@@ -187,11 +187,11 @@ def check_indexes(call: Call, by: Any = None) -> None:
         raise ValueError(f"{call.function.__name__}: the {what} have different indexes; align them first")
 
 
-def pack(call: Call, kind: Kind, columns: Sequence[Any]) -> Any:
+def pack(call: Call, kind: NumpyKind | FrameKind, columns: Sequence[Any]) -> Any:
     """Return the columns of a result as one object."""
     if len(columns) == 1:
         return columns[0]
-    if isinstance(kind, _columns.NumpyKind):
+    if isinstance(kind, NumpyKind):
         return _results.make(call.function.index, columns)
     return kind.frame(call.titles, columns)
 

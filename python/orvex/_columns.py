@@ -212,9 +212,6 @@ class Kind(Protocol):
     def column(self, result: _native.Column) -> Any:
         """Return one result column."""
 
-    def frame(self, names: Sequence[str], columns: Sequence[Any]) -> Any:
-        """Return several columns as one object."""
-
     def from_array(self, values: Array, name: str) -> Any:
         """Return an array in which NaN means that a row is not computed."""
 
@@ -222,14 +219,18 @@ class Kind(Protocol):
         """Return the label of a row, or None."""
 
 
+class FrameKind(Kind, Protocol):
+    """A kind that has frames."""
+
+    def frame(self, names: Sequence[str], columns: Sequence[Any]) -> Any:
+        """Return several columns as one object."""
+
+
 class NumpyKind:
-    """Arrays."""
+    """Arrays, several of which are a named tuple."""
 
     def column(self, result: _native.Column) -> Any:
         return result.numpy()
-
-    def frame(self, names: Sequence[str], columns: Sequence[Any]) -> Any:
-        return dict(zip(names, columns, strict=True))
 
     def from_array(self, values: Array, name: str) -> Any:
         return values
@@ -306,7 +307,7 @@ class ArrowKind:
         return None
 
 
-def kind_of(inputs: Sequence[Any]) -> Kind:
+def kind_of(inputs: Sequence[Any]) -> NumpyKind | FrameKind:
     """Return the kind that results take after: that of the first input that is more than an array or a list."""
     for value in inputs:
         if isinstance(value, Mapping):

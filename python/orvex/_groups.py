@@ -290,6 +290,7 @@ def indicators(
         raise TypeError(f"prices must be a pandas, polars or Dask frame, not {type(prices).__name__}")
     calls, names = bind_all(prices, which, warmup, errors)
     kind = _columns.kind_of([prices])
+    assert not isinstance(kind, _columns.NumpyKind)
     if by is None:
         columns: list[Any] = []
         for call in calls:
