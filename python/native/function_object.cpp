@@ -347,12 +347,16 @@ PyObject* newRefusal(const Function& function, const Refusal& refusal) {
   nb::object column = nb::none();
   nb::object record = nb::none();
   nb::object reason = nb::none();
+  const bool hasCause = !(error.cause() == error.fault());
   if (error.record() != 0) record = nb::int_(error.record());
-  if (!(error.cause() == error.fault())) reason = text(error.cause().description);
-  // A gap is met where it is read, or later, by what was computed from it.
-  if (refusal.gap && (error.record() == 0 || error.record() >= refusal.gap->row)) {
+  if (hasCause) reason = text(error.cause().description);
+  // What a gap makes of the rows behind it overflows at last; other errors before it have nothing to do with it, nor
+  // have those of arguments, which have no cause.
+  const bool isBehind = error.record() == 0 ? hasCause : refusal.gap && error.record() >= refusal.gap->row;
+  if (refusal.gap && (isBehind || error.cause() == faults::Overflow)) {
     column = text(refusal.gap->column);
     record = nb::int_(refusal.gap->row);
+    reason = text(refusal.gap->column + " has no value");
   }
   return helper("orvex._errors", "refusal")(function.name.c_str(), error.number(), text(error.source()),
                                             text(error.description()), column, record, reason)

@@ -104,7 +104,7 @@ def refusal(
     reason: str | None = None,
 ) -> OrvexError:
     """Make the error of a call that the library has refused."""
-    # A word goes on in small letters within a sentence; EOF and BOF stay what they are.
-    if reason is not None and not reason[1:2].isupper():
+    # A sentence goes on with it, unless it begins with the name of a column; EOF and BOF stay what they are.
+    if reason is not None and column is None and not reason[1:2].isupper():
         reason = reason[:1].lower() + reason[1:]
     return OrvexError(number, source, description, record, function, column, reason)

@@ -30,7 +30,7 @@ def test_a_gap_is_an_error_that_names_it(function: Any, prices: Prices) -> None:
     except ox.OrvexError as error:
         assert (error.record, error.row) == (151, 150)
         assert error.function == function.__name__
-        assert "row 150" in str(error)
+        assert f"{error.column} has no value in row 150" in str(error)
     else:
         zero = {name: np.where(np.isnan(values), 77.0, values) for name, values in broken.items()}
         results = [
@@ -56,6 +56,10 @@ def test_errors_say_number_source_and_description(prices: Prices) -> None:
     error = caught.value
     assert isinstance(error, ox.OrvexError)
     assert (error.number, error.source) == (1101, "Index.RelativeStrengthIndex")
+    prices["close"][150] = np.nan
+    with pytest.raises(ox.OrvexError) as caught:
+        ox.relative_strength_index(prices["close"], periods=0)
+    assert (caught.value.record, caught.value.reason) == (None, None)
 
 
 def test_errors_say_what_went_wrong_in_which_record() -> None:
