@@ -1,5 +1,6 @@
 // The types of the npm package's functions, made from the catalogue.
 import { type Argument, type Calculation, camelCase, functionName, usualColumn } from "../package/src/catalogue.js";
+import { PRICE_NAMES } from "../package/src/engine.js";
 
 /** A documentation comment; what it holds must not end it. */
 function comment(lines: string[], indent: string): string {
@@ -62,14 +63,12 @@ function resultType(calculation: Calculation, name: string): string {
   return calculation.columns.length === 1 ? "Float64Array" : `${name}Result`;
 }
 
-const PRICES = ["Open", "High", "Low", "Close", "Volume"];
-
 /** What is kept of it on a live series: its columns and options by name. */
 function liveMember(calculation: Calculation, options: string, result: string): string {
   const columns = calculation.arguments
     .filter((argument) => argument.type === "Field")
     .map((argument) => {
-      const optional = argument.usual !== undefined || PRICES.includes(argument.name) ? "?" : "";
+      const optional = argument.usual !== undefined || PRICE_NAMES.includes(argument.name) ? "?" : "";
       return `readonly ${camelCase(argument.key)}${optional}: LiveSource`;
     });
   const words = [...(columns.length > 0 ? [`{ ${columns.join("; ")} }`] : []), ...(options === "" ? [] : [options])].join(" & ");

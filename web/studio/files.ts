@@ -12,7 +12,7 @@ export function hand(name: string, content: BlobPart, type: string): void {
   setTimeout(() => URL.revokeObjectURL(link.href), 10_000);
 }
 
-/** The columns that a study made; what it found record by record as the command line lists it. */
+/** The columns that a study made. One that looks at each record for a pattern makes none. */
 function resultColumns(result: Result | undefined): PriceColumn[] {
   return (result?.outcome?.columns ?? []).map(({ name, values }) => ({ name, values }));
 }

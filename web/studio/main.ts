@@ -1,6 +1,6 @@
 // The studio: one page in which prices are looked at and computed with. Nothing leaves it.
 import { type Calculation, fullName } from "../package/src/catalogue.js";
-import { Engine, findColumn } from "../package/src/engine.js";
+import { Engine, findColumn, PRICE_NAMES } from "../package/src/engine.js";
 import { PriceChart } from "./chart.js";
 import { fill, h, icon, swatch, writerOf } from "./dom.js";
 import { chartColumns, chartData, chartPage, hand, picture, rememberTemplate, studyCsv } from "./files.js";
@@ -525,7 +525,7 @@ class Studio {
 
   private priceLegend(): HTMLElement {
     const values = h("span", { class: "values-now" });
-    const prices = ["Open", "High", "Low", "Close", "Volume"].flatMap((name) => {
+    const prices = PRICE_NAMES.flatMap((name) => {
       const column = findColumn(this.series.numbers, name);
       return column ? [{ letter: name[0]!, column, write: writerOf(column) }] : [];
     });
