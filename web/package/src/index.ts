@@ -5,7 +5,7 @@ import type { Functions, Modules } from "./generated.js";
 
 export type { Argument, Calculation, Choice, Column, Fault, Guide } from "./catalogue.js";
 export { camelCase, fullName } from "./catalogue.js";
-export type { Columns, Note, Outcome, ResultColumn, Values } from "./engine.js";
+export type { Columns, Note, Outcome, PriceColumn, PriceTable, ReadOptions, ResultColumn, Values } from "./engine.js";
 export { daysOf, Engine } from "./engine.js";
 export { OrvexError } from "./errors.js";
 export type * from "./generated.js";
