@@ -1,9 +1,11 @@
 // What JavaScript calls: the catalogue as text, calculations by their place in it, tables as the command line prints
-// them. Plain functions over numbers and addresses, whose one caller is web/package/src/engine.ts.
+// them. Plain functions over numbers and addresses, whose one caller is web/package/src/engine.ts. What may fail
+// returns nothing where it has.
 #include <emscripten.h>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -50,12 +52,21 @@ class Call {
     }
   }
 
-  void give(std::size_t argument, Value value) { arguments_[argument] = std::move(value); }
-  void givePrice(std::shared_ptr<Field> column) { prices_->addField(std::move(column)); }
+  void give(std::size_t argument, Value value) { arguments_.at(argument) = std::move(value); }
+  void giveColumn(std::size_t argument, const std::shared_ptr<Field>& column) {
+    give(argument, column);
+    columns_.push_back(column);
+  }
+  void givePrice(const std::shared_ptr<Field>& column) {
+    prices_->addField(column);
+    columns_.push_back(column);
+  }
 
-  /// What came of it, in JSON.
+  /// What came of it, in JSON. Of columns that have no record in common there is nothing to compute, and no column
+  /// either.
   std::string run() {
     try {
+      if (calculation_.method->result == catalogue::Type::RecordSet && hasNoValues()) return R"({"columns":[]})";
       catalogue::takeUsual(*calculation_.method, arguments_, data_);
       const catalogue::ValuedCall made =
           catalogue::callOnValues(*calculation_.method, calculation_.owner->create().get(), arguments_);
@@ -79,7 +90,7 @@ class Call {
     const auto calculator = calculation_.owner->create();
     try {
       for (int record = 1; record <= data_->getRecordCount().value(); ++record) {
-        arguments_[argument] = Integer(record);
+        arguments_.at(argument) = Integer(record);
         const Value result = catalogue::call(*calculation_.method, calculator.get(), arguments_);
         const Note& note = object(std::get<std::shared_ptr<Note>>(result));
         if (note.getNote() == CandleStick::NoPattern) continue;
@@ -97,6 +108,16 @@ class Call {
   const double* rows(std::size_t column) const { return results_[column]->values().data(); }
 
  private:
+  bool hasNoValues() const {
+    catalogue::RowRange part{1, data_->getRecordCount().value()};
+    for (const auto& column : columns_) {
+      const catalogue::RowRange valued = catalogue::valuedRows(column->values());
+      part.first = std::max(part.first, valued.first);
+      part.last = std::min(part.last, valued.last);
+    }
+    return part.first > part.last;
+  }
+
   /// Keeps the columns of the result, and tells which of their rows are computed.
   std::string take(const RecordSet& result, const std::vector<catalogue::RowRange>& computed) {
     std::vector<std::string> columns;
@@ -122,6 +143,8 @@ class Call {
   std::vector<Value> arguments_;
   std::shared_ptr<Database> data_;
   std::shared_ptr<RecordSet> prices_ = std::make_shared<RecordSet>();
+  /// All that were given, of arguments and of prices.
+  std::vector<std::shared_ptr<Field>> columns_;
   std::vector<std::shared_ptr<Field>> results_;
 };
 
@@ -205,6 +228,7 @@ struct Table {
 }  // namespace orvex::web
 
 using orvex::web::Call;
+using orvex::web::orNothing;
 using orvex::web::PriceFile;
 using orvex::web::Table;
 
@@ -229,39 +253,43 @@ EMSCRIPTEN_KEEPALIVE const char* orvex_catalogue() {
 
 /// Begins a call of the calculation at that place of the catalogue, over a series of `count` records.
 EMSCRIPTEN_KEEPALIVE Call* orvex_call_begin(std::size_t calculation, int count) {
-  return std::make_unique<Call>(orvex::web::calculations()[calculation], count).release();
+  return orNothing([&] { return std::make_unique<Call>(orvex::web::calculations().at(calculation), count).release(); });
 }
 
 /// Gives an argument that is a column, and returns where its rows are to be written.
 EMSCRIPTEN_KEEPALIVE double* orvex_call_column(Call* call, std::size_t argument, const char* name, std::size_t size,
                                                int rows) {
-  const auto column = orvex::web::makeColumn({name, size}, rows);
-  call->give(argument, column);
-  return column->writableValues().data();
+  return orNothing([&] {
+    const auto column = orvex::web::makeColumn({name, size}, rows);
+    call->giveColumn(argument, column);
+    return column->writableValues().data();
+  });
 }
 
 /// Adds a column to the prices of the series, and returns where its rows are to be written.
 EMSCRIPTEN_KEEPALIVE double* orvex_call_price(Call* call, const char* name, std::size_t size, int rows) {
-  const auto column = orvex::web::makeColumn({name, size}, rows);
-  call->givePrice(column);
-  return column->writableValues().data();
+  return orNothing([&] {
+    const auto column = orvex::web::makeColumn({name, size}, rows);
+    call->givePrice(column);
+    return column->writableValues().data();
+  });
 }
 
-EMSCRIPTEN_KEEPALIVE void orvex_call_number(Call* call, std::size_t argument, double value) {
-  call->give(argument, value);
+EMSCRIPTEN_KEEPALIVE bool orvex_call_number(Call* call, std::size_t argument, double value) {
+  return orNothing([&] { return call->give(argument, value), true; });
 }
-EMSCRIPTEN_KEEPALIVE void orvex_call_text(Call* call, std::size_t argument, const char* value, std::size_t size) {
-  call->give(argument, std::string(value, size));
+EMSCRIPTEN_KEEPALIVE bool orvex_call_text(Call* call, std::size_t argument, const char* value, std::size_t size) {
+  return orNothing([&] { return call->give(argument, std::string(value, size)), true; });
 }
 
 /// Makes the call and tells in JSON what came of it: columns, a note, a value or an error.
 EMSCRIPTEN_KEEPALIVE const char* orvex_call_run(Call* call) {
-  return orvex::web::give(call->run());
+  return orNothing([&] { return orvex::web::give(call->run()); });
 }
 
 /// Makes the call for each record, which becomes that argument.
 EMSCRIPTEN_KEEPALIVE const char* orvex_call_run_each(Call* call, std::size_t argument) {
-  return orvex::web::give(call->runEach(argument));
+  return orNothing([&] { return orvex::web::give(call->runEach(argument)); });
 }
 
 /// The rows of a column that came of it.
@@ -276,7 +304,7 @@ EMSCRIPTEN_KEEPALIVE void orvex_call_end(Call* call) {
 /// Reads a price file. `options` are lines: delimiter, decimal sign, order, missing; an empty one is found out.
 EMSCRIPTEN_KEEPALIVE PriceFile* orvex_read(const char* bytes, std::size_t size, const char* options,
                                            std::size_t optionsSize) {
-  return orvex::web::readPrices({bytes, size}, {options, optionsSize}).release();
+  return orNothing([&] { return orvex::web::readPrices({bytes, size}, {options, optionsSize}).release(); });
 }
 
 /// What came of it in JSON: the columns with their texts, and remarks; or an error.
@@ -300,37 +328,46 @@ EMSCRIPTEN_KEEPALIVE void orvex_read_end(PriceFile* file) {
 
 /// Begins a table of `count` records.
 EMSCRIPTEN_KEEPALIVE Table* orvex_table_begin(int count) {
-  auto table = std::make_unique<Table>();
-  table->shown.records = {1, count};
-  return table.release();
+  return orNothing([&] {
+    auto table = std::make_unique<Table>();
+    table->shown.records = {1, count};
+    return table.release();
+  });
 }
 
 /// Adds a column of numbers, empty outside the rows first..last, and returns where its rows are to be written.
 EMSCRIPTEN_KEEPALIVE double* orvex_table_numbers(Table* table, const char* name, std::size_t size, int first,
                                                  int last) {
-  const auto column = orvex::web::makeColumn({name, size}, table->shown.records.last);
-  table->shown.columns.push_back({column, false, {first, last}});
-  return column->writableValues().data();
+  return orNothing([&] {
+    const auto column = orvex::web::makeColumn({name, size}, table->shown.records.last);
+    table->shown.columns.push_back({column, false, {first, last}});
+    return column->writableValues().data();
+  });
 }
 
 /// Adds a column of texts: row after row in `texts`, each of as many bytes as `sizes` tells.
-EMSCRIPTEN_KEEPALIVE void orvex_table_texts(Table* table, const char* name, std::size_t size, const char* texts,
+EMSCRIPTEN_KEEPALIVE bool orvex_table_texts(Table* table, const char* name, std::size_t size, const char* texts,
                                             const std::uint32_t* sizes) {
-  const int count = table->shown.records.last;
-  const auto column = orvex::web::makeColumn({name, size}, count);
-  for (int row = 1; row <= count; ++row) {
-    const std::size_t length = sizes[row - 1];
-    column->setStrValue(row, {texts, length});
-    texts += length;
-  }
-  table->shown.columns.push_back({column, true, {1, count}});
+  return orNothing([&] {
+    const int count = table->shown.records.last;
+    const auto column = orvex::web::makeColumn({name, size}, count);
+    for (int row = 1; row <= count; ++row) {
+      const std::size_t length = sizes[row - 1];
+      column->setStrValue(row, {texts, length});
+      texts += length;
+    }
+    table->shown.columns.push_back({column, true, {1, count}});
+    return true;
+  });
 }
 
 /// The table as comma-separated values.
 EMSCRIPTEN_KEEPALIVE const char* orvex_table_csv(const Table* table) {
-  auto sink = orvex::cli::Sink::keeping();
-  orvex::cli::showColumns(sink, table->shown, orvex::cli::Format::Csv);
-  return orvex::web::give(std::move(sink.text()));
+  return orNothing([&] {
+    auto sink = orvex::cli::Sink::keeping();
+    orvex::cli::showColumns(sink, table->shown, orvex::cli::Format::Csv);
+    return orvex::web::give(std::move(sink.text()));
+  });
 }
 
 EMSCRIPTEN_KEEPALIVE void orvex_table_end(Table* table) {

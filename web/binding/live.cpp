@@ -1,5 +1,6 @@
 // Live series as JavaScript calls them: prices that grow, and calls that are kept on them. What may fail returns a
-// text, the error in JSON, and nothing where it has not failed. The one caller is web/package/src/live.ts.
+// text, the error in JSON, and nothing where it has not failed; what begins a series or a call, or gives a call
+// something, returns nothing where it has failed. The one caller is web/package/src/live.ts.
 #include <emscripten.h>
 #include <fmt/format.h>
 
@@ -9,6 +10,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -28,6 +30,12 @@ struct Kept {
   std::shared_ptr<const LiveResult> result{};
   /// How many rows stand as they were when the columns were looked at last.
   int standing = 0;
+
+  template <class Value>
+  void give(std::size_t argument, Value value) {
+    if (argument >= calculation.method->arguments.size()) throw std::out_of_range("argument");
+    given.emplace_back(calculation.method->arguments[argument].name, std::move(value));
+  }
 };
 
 /// Records that are begun with, or appended at once: rows of `count` numbers one after the other, with a bit for each
@@ -122,6 +130,7 @@ using orvex::LiveSeries;
 using orvex::PriceRows;
 using orvex::web::Kept;
 using orvex::web::Live;
+using orvex::web::orNothing;
 using orvex::web::Records;
 
 extern "C" {
@@ -129,12 +138,12 @@ extern "C" {
 /// A series of `count` records, or an empty one that has all prices. Null where memory has run out.
 EMSCRIPTEN_KEEPALIVE Live* orvex_live_begin(const double* numbers, int count, unsigned columns, const char* dates,
                                             const std::uint32_t* sizes) {
-  std::unique_ptr<Live> live;
-  orvex::web::attempt([&] {
+  return orNothing([&] {
+    std::unique_ptr<Live> live;
     Records{numbers, count, columns, dates, sizes}.use(
         [&](const PriceRows& rows) { live = count == 0 ? std::make_unique<Live>() : std::make_unique<Live>(rows); });
+    return live.release();
   });
-  return live.release();
 }
 
 EMSCRIPTEN_KEEPALIVE void orvex_live_end(Live* live) {
@@ -160,17 +169,17 @@ EMSCRIPTEN_KEEPALIVE const char* orvex_live_revise(Live* live, double open, doub
 
 /// A call of the calculation at that place of the catalogue, to be given its arguments and then to be kept.
 EMSCRIPTEN_KEEPALIVE Kept* orvex_kept_begin(std::size_t calculation) {
-  return std::make_unique<Kept>(Kept{orvex::web::calculations()[calculation]}).release();
+  return orNothing([&] { return std::make_unique<Kept>(Kept{orvex::web::calculations().at(calculation)}).release(); });
 }
 
-EMSCRIPTEN_KEEPALIVE void orvex_kept_number(Kept* kept, std::size_t argument, double value) {
-  kept->given.emplace_back(kept->calculation.method->arguments[argument].name, value);
+EMSCRIPTEN_KEEPALIVE bool orvex_kept_number(Kept* kept, std::size_t argument, double value) {
+  return orNothing([&] { return kept->give(argument, value), true; });
 }
-EMSCRIPTEN_KEEPALIVE void orvex_kept_text(Kept* kept, std::size_t argument, const char* value, std::size_t size) {
-  kept->given.emplace_back(kept->calculation.method->arguments[argument].name, std::string(value, size));
+EMSCRIPTEN_KEEPALIVE bool orvex_kept_text(Kept* kept, std::size_t argument, const char* value, std::size_t size) {
+  return orNothing([&] { return kept->give(argument, std::string(value, size)), true; });
 }
-EMSCRIPTEN_KEEPALIVE void orvex_kept_column(Kept* kept, std::size_t argument, const Kept* other, std::size_t column) {
-  kept->given.emplace_back(kept->calculation.method->arguments[argument].name, LiveColumn{other->result, column});
+EMSCRIPTEN_KEEPALIVE bool orvex_kept_column(Kept* kept, std::size_t argument, const Kept* other, std::size_t column) {
+  return orNothing([&] { return kept->give(argument, LiveColumn{other->result, column}), true; });
 }
 
 /// Keeps it on the series, which then owns it.

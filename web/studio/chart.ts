@@ -388,7 +388,7 @@ export class PriceChart {
 
   private drawVolume(series: Series): void {
     const volume = findColumn(series.numbers, "Volume");
-    if (!volume || !volume.some((value: number) => value > 0)) return;
+    if (!volume || !volume.some((value) => value > 0)) return;
     this.volume = this.chart.addSeries(
       HistogramSeries,
       { priceScaleId: "volume", priceFormat: { type: "volume" }, lastValueVisible: false, priceLineVisible: false },

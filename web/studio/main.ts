@@ -533,7 +533,7 @@ class Studio {
       element: values,
       values: () => {
         const record = this.pointer ?? this.series.count - 1;
-        const shown = prices.map(({ letter, column, write }) => `${letter} ${write(Number(column[record]))}`);
+        const shown = prices.map(({ letter, column, write }) => `${letter} ${write(column[record]!)}`);
         return [this.series.labels[record] ?? "", ...shown].join("  ");
       },
     });

@@ -3,7 +3,7 @@ import { type Argument, type Calculation, fullName } from "../package/src/catalo
 import { fill, h, icon, swatch } from "./dom.js";
 import { calls, reference, tags } from "./reference.js";
 import type { Series } from "./series.js";
-import { columnNames, dependencies, recordArgument, type Result, spaced, type Study, titleOf, usualOf } from "./studies.js";
+import { dependencies, namesOf, recordArgument, type Result, spaced, type Study, titleOf, usualOf } from "./studies.js";
 
 export interface PanelState {
   readonly series: Series;
@@ -176,7 +176,7 @@ export class Panel {
     const found = Object.keys(series.numbers).map((name) => ({ value: name, label: name, group: "Prices" }));
     for (const other of studies) {
       if (other.id === study.id || dependencies(other, series, studies).has(study.id)) continue;
-      for (const name of columnNames(other)) {
+      for (const name of namesOf(other)) {
         found.push({ value: `${other.id}:${name}`, label: `${name} of ${titleOf(other, series)}`, group: "Studies" });
       }
     }

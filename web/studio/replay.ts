@@ -1,14 +1,14 @@
 // A series once more, record after record: what is kept on a live series is drawn as its records come.
 import { camelCase, type Calculation } from "../package/src/catalogue.js";
-import { type Columns, type Engine, findColumn, PRICE_NAMES } from "../package/src/engine.js";
+import { type Engine, findColumn, PRICE_NAMES } from "../package/src/engine.js";
 import { type Kept, type LivePrices, LiveSeries } from "../package/src/live.js";
 import { fill, h, icon } from "./dom.js";
 import type { Series } from "./series.js";
-import { columnNames, Computation, type Result, type Study, studyOf } from "./studies.js";
+import { Computation, namesOf, type Result, type Study, studyOf } from "./studies.js";
 
 /** A series as it was when it had so many records. */
 function firstRecords(series: Series, count: number): Series {
-  const numbers: Columns = Object.fromEntries(Object.entries(series.numbers).map(([name, values]) => [name, (values as Float64Array).subarray(0, count)]));
+  const numbers = Object.fromEntries(Object.entries(series.numbers).map(([name, values]) => [name, values.subarray(0, count)]));
   return {
     ...series,
     count,
@@ -68,7 +68,7 @@ export class Replay {
 
   private prices(first: number, last: number): LivePrices {
     const columns = PRICE_NAMES.flatMap((name): [string, Float64Array][] => {
-      const column = findColumn(this.whole.numbers, name) as Float64Array | undefined;
+      const column = findColumn(this.whole.numbers, name);
       return column ? [[name, column.subarray(first, last)]] : [];
     });
     return { ...Object.fromEntries(columns), Date: this.whole.labels.slice(first, last) };
@@ -93,7 +93,7 @@ export class Replay {
   }
 
   private columnOf({ study, column }: { study: Study; column: string }): Kept | undefined {
-    const place = columnNames(study).indexOf(column);
+    const place = namesOf(study).indexOf(column);
     const kept = this.keepStudy(study);
     if (!kept || place < 0) return undefined;
     return study.calculation.columns.length === 1 ? kept : (kept.column(camelCase(study.calculation.columns[place]!.key)) as Kept);

@@ -1,12 +1,12 @@
 // A price series as the studio holds it: what was read, and the time axis made of it.
-import { type Columns, daysOf, type Engine, type PriceColumn } from "../package/src/engine.js";
+import { daysOf, type Engine, type PriceColumn } from "../package/src/engine.js";
 
 export interface Series {
   readonly name: string;
   readonly count: number;
   readonly columns: readonly PriceColumn[];
   /** Those of numbers, by name; the days of the records as sessions where it has dates and no such column. */
-  readonly numbers: Columns;
+  readonly numbers: Readonly<Record<string, Float64Array>>;
   /** The text of each record's date; its number where there are no dates. */
   readonly labels: readonly string[];
   /** For the axis: seconds since 1970 that rise from record to record, or the records' places where dates do not. */

@@ -9,7 +9,7 @@
 // being that study's place among the studies.
 import type { Engine } from "../package/src/engine.js";
 import { fullName } from "../package/src/catalogue.js";
-import { columnNames, type Given, readSource, type Study } from "./studies.js";
+import { type Given, namesOf, readSource, type Study } from "./studies.js";
 
 export const KINDS = ["candles", "bars", "line"] as const;
 export type Kind = (typeof KINDS)[number];
@@ -102,7 +102,7 @@ function sourceOf(name: string, earlier: readonly Study[], columns: Readonly<Rec
   const own = Object.keys(columns).find((each) => each.toLowerCase() === name.toLowerCase());
   if (own !== undefined || readSource(name)) return own ?? name;
   for (const study of [...earlier].reverse()) {
-    const column = columnNames(study).find((each) => each.toLowerCase() === name.toLowerCase());
+    const column = namesOf(study).find((each) => each.toLowerCase() === name.toLowerCase());
     if (column !== undefined) return `${study.id}:${column}`;
   }
   return name;

@@ -1,6 +1,6 @@
 // The studies of a chart: what is computed, from what, and how it came out.
 import type { Argument, Calculation } from "../package/src/catalogue.js";
-import { fullName, usualColumn } from "../package/src/catalogue.js";
+import { aliasOf, columnNames, fullName, usualColumn } from "../package/src/catalogue.js";
 import type { Engine, Note, Outcome } from "../package/src/engine.js";
 import type { Series } from "./series.js";
 
@@ -49,21 +49,15 @@ export function dependencies(study: Study, series: Series, studies: readonly Stu
   return seen;
 }
 
-/** The names of a study's columns: as the calculation has them, or of the alias that it was given. */
-export function columnNames({ calculation, given }: Study): string[] {
-  const alias = aliasOf(calculation, given);
-  return calculation.columns.map((column) => (column.aliased && alias ? alias + column.name : column.title));
-}
-
-function aliasOf(calculation: Calculation, given: Given): string {
-  const argument = calculation.arguments.find((each) => each.type === "String");
-  return String((argument && given[argument.name]) ?? "");
+/** The names of a study's columns. */
+export function namesOf({ calculation, given }: Study): string[] {
+  return columnNames(calculation, given);
 }
 
 /** Studies after one of them has got other names for its columns: those that are computed from these follow. */
 export function renamed(studies: readonly Study[], before: Study, after: Study): Study[] {
-  const names = columnNames(after);
-  const moved = new Map(columnNames(before).map((name, i) => [`${before.id}:${name}`, `${after.id}:${names[i]}`]));
+  const names = namesOf(after);
+  const moved = new Map(namesOf(before).map((name, i) => [`${before.id}:${name}`, `${after.id}:${names[i]}`]));
   return studies.map((study) => {
     if (!Object.values(study.given).some((value) => moved.has(String(value)))) return study;
     return { ...study, given: Object.fromEntries(Object.entries(study.given).map(([name, value]) => [name, moved.get(String(value)) ?? value])) };

@@ -116,12 +116,16 @@ test("a record that cannot be computed is told beside what was before it, alone 
   }
   const live = new LiveSeries(library, { close: [2, 3] });
   const rate = live.keep("priceRoc", { periods: 1 });
-  live.append({ close: NaN });
+  live.append({ close: null });
   assert.ok(rate.error instanceof OrvexError);
   assert.equal(rate.last, 50);
   live.revise({ close: 6 });
   assert.equal(rate.error, undefined);
   assert.equal(rate.last, 100);
+  live.append({ close: Float32Array.of(6, 12) });
+  assert.equal(rate.last, 100);
+  live.append({ close: [null, 6] });
+  assert.match(String(rate.error), /record 6/);
 });
 
 test("what was read stays as long as it is while memory grows, and behind a release", () => {
@@ -180,8 +184,12 @@ test("what fits nothing is refused", () => {
     [() => live.append({ close: [1, 2] }), /no column "Open"/],
     [() => live.append({ ...part(0, 2), Close: [1] }), /Close has 1 records/],
     [() => new LiveSeries(library).revise({ close: 1 }), /no record/],
+    [() => new LiveSeries(library, { close: "12" } as never), /close is no column/],
+    [() => live.append({ ...part(0, 1), Close: ["1"] } as never), /Close must be numbers, and has a string/],
     [() => new LiveSeries(library, { price: [1] }), /no prices: .*Open, High/],
     [() => live.keep("momentun" as never), /no function "momentun"/],
+    [() => live.keep("momentum", 3 as never), /takes its options in an object/],
+    [() => live.keep(undefined as never), /undefined is no calculation/],
     [() => live.keep("momentum", { period: 3 } as never), /no option "period"; it has .*periods/],
     [() => live.keep("momentum", { periods: 2.5 }), /whole number/],
     [() => live.keep("momentum", { source: [1] as never }), /name of a price/],

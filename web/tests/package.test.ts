@@ -12,7 +12,7 @@ import type { Orvex } from "../package/src/index.js";
 import { launch } from "./browser.js";
 import { bits, built, bytes, orvex, root, sample } from "./support.js";
 
-const { daysOf, load, OrvexError } = (await import(pathToFileURL(`${built}/package/index.js`).href)) as typeof import("../package/src/index.js");
+const { daysOf, LiveSeries, load, OrvexError } = (await import(pathToFileURL(`${built}/package/index.js`).href)) as typeof import("../package/src/index.js");
 const library: Orvex = await load();
 const { engine } = library;
 const table = engine.readPrices(bytes(sample));
@@ -31,6 +31,16 @@ test("columns come by name, prices in an object, codes by name", () => {
   assert.deepEqual(bits(median), bits(library.exponentialMovingAverage({ close }, { periods: 20 })));
   const range = library.trueRange({ open: prices["Open"]!, high: prices["High"]!, low: prices["Low"]!, close, volume: prices["Volume"]! });
   assert.ok(Number.isNaN(range[0]!) && range.slice(1).every((value: number) => value > 0));
+});
+
+test("a column is any array of numbers, with null or undefined where there is none", () => {
+  for (const column of [[null, 1, 2, 4, undefined], Float32Array.of(NaN, 1, 2, 4, NaN)]) {
+    const average = library.simpleMovingAverage({ Close: column }, { periods: 1 });
+    assert.deepEqual(bits(average), bits(Float64Array.of(NaN, NaN, 2, 4, NaN)));
+    assert.deepEqual(bits(library.simpleMovingAverage(column, { periods: 1 })), bits(average));
+  }
+  assert.deepEqual(engine.readPrices(bytes(sample).buffer as ArrayBuffer), table);
+  assert.deepEqual(bits(daysOf([null, 86_400])), bits(Float64Array.of(NaN, 1)));
 });
 
 test("sessions begin where days do, or a column changes", () => {
@@ -82,6 +92,18 @@ test("every calculation answers with its usual arguments, or with an error of th
   assert.ok(failed.length < engine.calculations.length / 10, failed.join(", "));
 });
 
+test("calculations are found wherever they come from", async () => {
+  const average = engine.find("MovingAverage.SimpleMovingAverage")!;
+  const expected = engine.call(average, { close }, { Periods: 5 });
+  const other = await load();
+  for (const same of [structuredClone(average), other.engine.find("SimpleMovingAverage")!]) {
+    assert.deepEqual(engine.call(same, { close }, { Periods: 5 }), expected);
+    assert.deepEqual(new LiveSeries(library, { close }).keep(same, { Periods: 5 }).columns, expected.columns);
+  }
+  const pattern = other.engine.find("CandleStick.IdentifyPattern")!;
+  assert.ok(engine.callEach(pattern, pattern.arguments.find(({ record }) => record)!, prices).length > 0);
+});
+
 test("columns, texts and numbers are the command line's to the byte", () => {
   for (const [method, given] of [
     ["Oscillator.MACD", { ShortCycle: 12, LongCycle: 26, SignalPeriods: 9 }],
@@ -103,7 +125,7 @@ test("errors carry what the library knows, and the next call is as if nothing ha
     () => library.simpleMovingAverage(close, { periods: 0 }),
     (error: unknown) => error instanceof OrvexError && error.number > 0 && error.source.includes("SimpleMovingAverage"),
   );
-  assert.throws(() => library.simpleMovingAverage([1, NaN, 3, 4], { periods: 2 }), /record 2/);
+  assert.throws(() => library.simpleMovingAverage([1, null, 3, 4], { periods: 2 }), /record 2/);
   // The change of the fourth record is a share of the third.
   assert.throws(
     () => library.priceRoc([1, 2, 0, 4, 5], { periods: 1 }),
@@ -114,11 +136,42 @@ test("errors carry what the library knows, and the next call is as if nothing ha
   assert.throws(() => library.simpleMovingAverage(close, { period: 20 } as never), /periods/);
   assert.throws(() => library.parabolicSar(close, close.slice(1)), /records/);
   assert.throws(() => library.averageTrueRange({ high: close, low: close }), OrvexError);
+  const call = engine.call.bind(engine) as (...words: unknown[]) => unknown;
+  const average = library.simpleMovingAverage as (...words: unknown[]) => unknown;
+  const read = engine.readPrices.bind(engine) as (...words: unknown[]) => unknown;
+  const cases: [() => unknown, RegExp][] = [
+    [() => call(engine.find("nope"), { close }), /undefined is no calculation/],
+    [() => call({ class: "No", name: "Method" }, { close }), /No\.Method is no calculation/],
+    [() => call(engine.find("MACD"), { close }, 5), /Oscillator\.MACD takes its arguments in an object, .* it has Source, /],
+    [() => call(engine.find("MACD"), { close }, { data: 1 }), /no argument "data"; it has Source/],
+    [() => average(close, 5), /takes its options in an object, .* it has source, periods/],
+    [() => average(close, close), /takes its options in an object/],
+    [() => average(close, { periods: 5 }, 5), /nothing behind its options/],
+    [() => average(close, { data: 1 }), /no option "data"; it has source, periods, alias/],
+    [() => average(new Array(3e8)), /Out of memory/],
+    [() => read("Close\n1\n", { delimeter: ";" }), /no option "delimeter"; it has delimiter, decimal, order, missing/],
+    [() => read("Close\n1\n", { missing: "Skip" }), /missing must be "refuse", "skip" or "previous", not "Skip"/],
+    [() => read("Close\n1\n", "skip"), /takes its options in an object/],
+    [() => read(close), /a Uint8Array, an ArrayBuffer or a text/],
+    [() => average("123"), /a column is an array/],
+    [() => average({ Close: "123" }), /Close is no column: a column is an array/],
+    [() => average([1, "2"]), /Source must be numbers, and has a string in record 2; Number/],
+    [() => average(BigInt64Array.of(1n)), /has a bigint in record 1/],
+  ];
+  for (const [act, words] of cases) assert.throws(act, (error: unknown) => error instanceof OrvexError && words.test(error.message), String(words));
   assert.deepEqual(bits(library.simpleMovingAverage([1, 2, 3], { periods: 1 })).slice(1), bits(Float64Array.of(2, 3)));
 });
 
-test("a column of no records, of one and of many", () => {
-  assert.throws(() => library.simpleMovingAverage([], { periods: 2 }), OrvexError);
+test("a column of no records, of none with a value, of one and of many", () => {
+  const empty = new Float64Array();
+  assert.deepEqual(library.macd([]), { macd: empty, macdSignal: empty, macdHistogram: empty });
+  const detached = Float64Array.of(1, 2);
+  structuredClone(detached, { transfer: [detached.buffer] });
+  assert.deepEqual(library.simpleMovingAverage(detached, { periods: 2 }), empty);
+  const { columns } = engine.call(engine.find("MACD")!, { Close: [null, NaN] }, { Alias: "Line" });
+  assert.deepEqual(columns.map(({ name }) => name), ["Line", "LineSignal", "LineHistogram"]);
+  assert.deepEqual(columns[2], { name: "LineHistogram", values: Float64Array.of(NaN, NaN), first: 1, last: 0 });
+  assert.throws(() => library.maxValue([], { startPeriod: 1, endPeriod: 1 }), (error: unknown) => error instanceof OrvexError && error.number !== 7);
   assert.throws(() => library.momentum([5], { periods: 1 }), /EOF/);
   const many = Float64Array.from({ length: 200_000 }, (_, i) => 100 + (i % 97));
   const average = library.simpleMovingAverage(many, { periods: 97 });

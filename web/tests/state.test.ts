@@ -8,7 +8,7 @@ import { writerOf } from "../studio/dom.js";
 import { embedded } from "../studio/files.js";
 import { readSeries } from "../studio/series.js";
 import { decodeState, encodeState, PLAIN_VIEW, studiesOf, type StudyWords, wordsOf } from "../studio/state.js";
-import { columnNames, Computation, dependencies, renamed, type Study, titleOf } from "../studio/studies.js";
+import { Computation, dependencies, namesOf, renamed, type Study, titleOf } from "../studio/studies.js";
 import { bits, built, bytes, sample } from "./support.js";
 
 const engine = await Engine.start(await WebAssembly.compile(readFileSync(`${built}/package/orvex.wasm`)));
@@ -85,7 +85,7 @@ test("a study is computed from another's columns, and a circle or a source that 
 test("another name for a column reaches those that compute from it", () => {
   const before = study(1, "MACD");
   const after = study(1, "MACD", { Alias: "Fast" });
-  assert.deepEqual(columnNames(after), ["Fast", "FastSignal", "FastHistogram"]);
+  assert.deepEqual(namesOf(after), ["Fast", "FastSignal", "FastHistogram"]);
   assert.match(titleOf(after, series), /^Fast 12 26 9$/);
   const other = study(2, "SimpleMovingAverage", { Source: "1:MACDSignal", Periods: 5 });
   const moved = renamed([before, other], before, after);

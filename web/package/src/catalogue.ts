@@ -1,4 +1,5 @@
 // What the library knows of its calculations. The module tells it in JSON; these are its types.
+import { checkOptions, refuse } from "./errors.js";
 
 export interface Choice {
   readonly code: number;
@@ -105,18 +106,34 @@ export function functionName(calculation: Calculation): string {
   return (calculation.module ? `${calculation.module}.` : "") + camelCase(calculation.key);
 }
 
-/** Arguments as callers write them by their names in the catalogue. */
-export function namedArguments(calculation: Calculation, options: object): Record<string, unknown> {
-  const names = new Map(calculation.arguments.map((argument) => [camelCase(argument.key), argument.name]));
-  return Object.fromEntries(
-    Object.entries(options).map(([key, value]: [string, unknown]) => {
-      const name = names.get(key);
-      if (name === undefined) {
-        throw new TypeError(`${functionName(calculation)} has no option "${key}"; it has ${[...names.keys()].join(", ")}`);
-      }
-      return [name, value];
-    }),
-  );
+/** The arguments that callers give by name: series and their sets of prices are made of the columns. */
+function givenByName(calculation: Calculation): readonly Argument[] {
+  return calculation.arguments.filter(({ type }) => type !== "Database" && type !== "RecordSet");
+}
+
+/** Refuses arguments that are not those of the calculation under the catalogue's names. */
+export function checkNames(calculation: Calculation, given: unknown): void {
+  checkOptions(fullName(calculation), given, givenByName(calculation).map(({ name }) => name), "argument");
+}
+
+/** Arguments as callers write them, in one object behind the columns, by their names in the catalogue. */
+export function namedArguments(calculation: Calculation, words: readonly unknown[]): Record<string, unknown> {
+  const [options = {}, ...more] = words;
+  const names = new Map(givenByName(calculation).map((argument) => [camelCase(argument.key), argument.name]));
+  checkOptions(functionName(calculation), options, [...names.keys()]);
+  if (more.length > 0) refuse(`${functionName(calculation)} takes nothing behind its options`);
+  return Object.fromEntries(Object.entries(options).map(([key, value]) => [names.get(key), value]));
+}
+
+/** The names of its result's columns: its own, or those of the alias that it was given. */
+export function columnNames(calculation: Calculation, given: Readonly<Record<string, unknown>>): string[] {
+  const alias = aliasOf(calculation, given);
+  return calculation.columns.map((column) => (column.aliased && alias ? alias + column.name : column.title));
+}
+
+export function aliasOf(calculation: Calculation, given: Readonly<Record<string, unknown>>): string {
+  const argument = calculation.arguments.find((each) => each.type === "String");
+  return String((argument && given[argument.name]) ?? "");
 }
 
 /** What each column holds, as callers want it: one by itself, several by name. */

@@ -1,10 +1,13 @@
 // The library as it is called from JavaScript, with the catalogue's own names.
-import { type Argument, type Calculation, fullName, usualColumn } from "./catalogue.js";
-import { failure, type Failure, NAME_UNKNOWN, OrvexError, OUT_OF_MEMORY, refuse } from "./errors.js";
-import { type Exports, Library } from "./module.js";
+import { type Argument, type Calculation, checkNames, columnNames, fullName, usualColumn } from "./catalogue.js";
+import { checkOptions, failure, type Failure, NAME_UNKNOWN, OrvexError, refuse } from "./errors.js";
+import { type Exports, Library, made } from "./module.js";
 
-/** One value a record. What is not computed, or was never there, is NaN: at the beginning and at the end of it. */
-export type Values = Float64Array | readonly number[];
+/**
+ * One value a record: a typed array or another array of numbers. What is not computed, or was never there, is NaN, null or
+ * undefined: at the beginning and at the end of it.
+ */
+export type Values = ArrayLike<number | null | undefined>;
 
 /** Columns by name; `Open`, `High`, `Low`, `Close` and `Volume` are found whatever the case of their letters. */
 export interface Columns {
@@ -82,18 +85,23 @@ const encoder = new TextEncoder();
 const isWhole = (argument: Argument): boolean => argument.type === "Integer" || argument.type === "Long";
 
 export function isValues(value: unknown): value is Values {
-  return value instanceof Float64Array || Array.isArray(value);
+  return Array.isArray(value) || (ArrayBuffer.isView(value) && !(value instanceof DataView));
 }
 
+/** What to hand over, said where something else was. */
+export const A_COLUMN = "a column is an array with a value for each record, null or NaN where there is none";
+
 /** The column of that name, whatever the case of its letters. */
-export function findColumn(columns: Columns, name: string): Values | undefined {
+export function findColumn<Column extends Values>(columns: { readonly [name: string]: Column | undefined }, name: string): Column | undefined {
   const found = Object.keys(columns).find((each) => each.toLowerCase() === name.toLowerCase());
-  return found === undefined ? undefined : columns[found];
+  const column = found === undefined ? undefined : (columns[found] ?? undefined);
+  if (column !== undefined && !isValues(column)) refuse(`${found} is no column: ${A_COLUMN}`);
+  return column;
 }
 
 /** The day of each time in seconds since 1970, as a number: a column of sessions for the methods that begin anew with each. */
 export function daysOf(times: Values): Float64Array {
-  return Float64Array.from(times, (time) => Math.floor(time / SECONDS_A_DAY));
+  return Float64Array.from(times, (time) => Math.floor((time ?? NaN) / SECONDS_A_DAY));
 }
 
 /** How many records the columns have, which must be as many each. */
@@ -105,13 +113,28 @@ export function commonLength(columns: readonly { readonly name: string; readonly
   return count;
 }
 
-/** Refuses what is no argument of a calculation. */
-export function checkNames(calculation: Calculation, given: Readonly<Record<string, unknown>>): void {
-  for (const name of Object.keys(given)) {
-    if (calculation.arguments.some((argument) => argument.name === name)) continue;
-    const names = calculation.arguments.map((argument) => argument.name).join(", ");
-    refuse(`${fullName(calculation)} has no argument "${name}"; it has ${names}`);
-  }
+/** A column of results where nothing is computed. */
+function withoutValues(name: string, count: number): ResultColumn {
+  return { name, values: new Float64Array(count).fill(NaN), first: 1, last: 0 };
+}
+
+/** The options of a price file in the order in which the module takes them, what they may be, and how that is told. */
+const READ_OPTIONS = [
+  ["delimiter", /^[^\n]?$/u, "one character"],
+  ["decimal", /^[.,]?$/, '"." or ","'],
+  ["order", /^(check|keep|)$/, '"check" or "keep"'],
+  ["missing", /^(refuse|skip|previous|)$/, '"refuse", "skip" or "previous"'],
+] as const;
+
+/** The options as the module reads them: lines, empty where it is to find out by itself. */
+function readWords(options: ReadOptions): string {
+  checkOptions("readPrices", options, READ_OPTIONS.map(([name]) => name));
+  const words = READ_OPTIONS.map(([name, fits, known]) => {
+    const word = String(options[name] ?? "");
+    if (!fits.test(word)) refuse(`readPrices: ${name} must be ${known}, not ${JSON.stringify(word)}`);
+    return word;
+  });
+  return words.join("\n");
 }
 
 export class Engine {
@@ -119,6 +142,7 @@ export class Engine {
   readonly calculations: readonly Calculation[];
 
   private readonly exports: Exports;
+  private readonly places: ReadonlyMap<string, number>;
 
   private constructor(
     /** @internal */
@@ -126,6 +150,7 @@ export class Engine {
   ) {
     this.exports = library.exports;
     this.calculations = JSON.parse(library.text(this.exports.orvex_catalogue())) as Calculation[];
+    this.places = new Map(this.calculations.map((calculation, i) => [fullName(calculation), i]));
   }
 
   static async start(module: WebAssembly.Module): Promise<Engine> {
@@ -142,20 +167,33 @@ export class Engine {
   }
 
   /**
+   * Where a calculation stands here, and as it is here: it may be a copy, or that of another library.
+   * @internal
+   */
+  own(calculation: Calculation): { readonly place: number; readonly calculation: Calculation } {
+    // What is found by a name that does not exist is undefined, in a program without types.
+    const name = typeof calculation === "object" && calculation !== null ? fullName(calculation) : String(calculation);
+    const place = this.places.get(name);
+    if (place === undefined) refuse(`${name} is no calculation of this library: take one of engine.calculations, or what engine.find finds`);
+    return { place, calculation: this.calculations[place]! };
+  }
+
+  /**
    * Calls a calculation.
    * @param prices the columns of the series, as many records each.
    * @param given its arguments by the catalogue's names: numbers, texts, names of choices; a column, or the name of one.
    *   What is left out is as usual.
    */
   call(calculation: Calculation, prices: Columns, given: Readonly<Record<string, unknown>> = {}): Outcome {
-    checkNames(calculation, given);
-    return this.make(calculation, prices, given, (call) => {
-      const reply = this.reply(calculation, this.exports.orvex_call_run(call));
+    return this.make(calculation, prices, given, (call, count, own) => {
+      const reply = this.reply(own, this.exports.orvex_call_run(call));
+      const columns = (reply.columns ?? []).map(({ name, rows, first, last }, i) => {
+        const values = this.library.doubles(this.exports.orvex_call_rows(call, i), rows).slice();
+        return { name, first, last, values: values.fill(NaN, 0, first - 1).fill(NaN, last) };
+      });
       return {
-        columns: (reply.columns ?? []).map(({ name, rows, first, last }, i) => {
-          const values = this.library.doubles(this.exports.orvex_call_rows(call, i), rows).slice();
-          return { name, first, last, values: values.fill(NaN, 0, first - 1).fill(NaN, last) };
-        }),
+        // There are none where no record has a value in all columns that were given.
+        columns: columns.length > 0 ? columns : columnNames(own, given).map((name) => withoutValues(name, count)),
         ...(reply.note && { note: { record: reply.note.period, value: reply.note.value, text: reply.note.text } }),
         ...(reply.value !== undefined && { value: reply.value }),
       };
@@ -168,22 +206,20 @@ export class Engine {
    * @returns the notes of those records in which it found something.
    */
   callEach(calculation: Calculation, record: Argument, prices: Columns, given: Readonly<Record<string, unknown>> = {}): Note[] {
-    const place = calculation.arguments.indexOf(record);
-    return this.make(calculation, prices, { ...given, [record.name]: 1 }, (call) =>
-      this.reply(calculation, this.exports.orvex_call_run_each(call, place)).each!.map(({ period, value, text }) => ({
-        record: period,
-        value,
-        text,
-      })),
-    );
+    return this.make(calculation, prices, { ...given, [record.name]: 1 }, (call, _, own) => {
+      const place = own.arguments.findIndex(({ name }) => name === record.name);
+      const { each } = this.reply(own, this.exports.orvex_call_run_each(call, place));
+      return each!.map(({ period, value, text }) => ({ record: period, value, text }));
+    });
   }
 
   /** Reads a price file as people have them, finding out how it is written. An OrvexError tells what it does not understand. */
-  readPrices(file: Uint8Array | string, options: ReadOptions = {}): PriceTable {
-    const words = [options.delimiter ?? "", options.decimal ?? "", options.order ?? "", options.missing ?? ""].join("\n");
-    const bytes = typeof file === "string" ? encoder.encode(file) : file;
+  readPrices(file: Uint8Array | ArrayBuffer | string, options: ReadOptions = {}): PriceTable {
+    const words = readWords(options);
+    const bytes = typeof file === "string" ? encoder.encode(file) : file instanceof ArrayBuffer ? new Uint8Array(file) : file;
+    if (!(bytes instanceof Uint8Array)) refuse("readPrices takes what a file holds: a Uint8Array, an ArrayBuffer or a text");
     const table = this.library.withText(words, (chosen, chosenSize) =>
-      this.library.withBytes(bytes, (address, size) => this.exports.orvex_read(address, size, chosen, chosenSize)),
+      this.library.withBytes(bytes, (address, size) => made(this.exports.orvex_read(address, size, chosen, chosenSize))),
     );
     try {
       const reply = JSON.parse(this.library.text(this.exports.orvex_read_reply(table))) as TableReply;
@@ -210,7 +246,7 @@ export class Engine {
 
   /** Columns of equal length as comma-separated values, to the byte as the command line prints them; NaN is left empty. */
   csv(columns: readonly PriceColumn[]): string {
-    const table = this.exports.orvex_table_begin(commonLength(columns));
+    const table = made(this.exports.orvex_table_begin(commonLength(columns)));
     try {
       for (const { name, values } of columns) {
         if (values instanceof Float64Array) this.giveNumbers(table, name, values);
@@ -228,28 +264,34 @@ export class Engine {
     while (first < last && Number.isNaN(values[first])) ++first;
     while (last > first && Number.isNaN(values[last - 1])) --last;
     const rows = this.library.withText(name, (text, size) => this.exports.orvex_table_numbers(table, text, size, first + 1, last));
-    if (rows === 0) return;
-    this.library.doubles(rows, values.length).set(values);
+    this.library.fill(rows, name, values);
   }
 
   private giveTexts(table: number, name: string, texts: readonly string[]): void {
     this.library.withText(name, (text, size) =>
-      this.library.withTexts(texts, (all, sizes) => this.exports.orvex_table_texts(table, text, size, all, sizes)),
+      this.library.withTexts(texts, (all, sizes) => made(this.exports.orvex_table_texts(table, text, size, all, sizes))),
     );
   }
 
   /** Builds a call, makes it and clears it away. */
-  private make<T>(calculation: Calculation, prices: Columns, given: Readonly<Record<string, unknown>>, run: (call: number) => T): T {
+  private make<T>(
+    wanted: Calculation,
+    prices: Columns,
+    given: Readonly<Record<string, unknown>>,
+    run: (call: number, count: number, own: Calculation) => T,
+  ): T {
+    const { place, calculation } = this.own(wanted);
+    checkNames(calculation, given);
     const inputs = this.inputs(calculation, prices, given);
     const count = commonLength(inputs);
-    const call = this.exports.orvex_call_begin(this.calculations.indexOf(calculation), count);
+    const call = made(this.exports.orvex_call_begin(place, count));
     try {
       for (const input of inputs) this.giveColumn(call, input);
       calculation.arguments.forEach((argument, i) => {
         const value = given[argument.name];
         if (value !== undefined && argument.type !== "Field") this.giveValue(call, i, argument, value);
       });
-      return run(call);
+      return run(call, count, calculation);
     } finally {
       this.exports.orvex_call_end(call);
     }
@@ -291,14 +333,13 @@ export class Engine {
         ? this.exports.orvex_call_price(call, text, size, values.length)
         : this.exports.orvex_call_column(call, argument, text, size, values.length),
     );
-    if (rows === 0) refuse("Out of memory", OUT_OF_MEMORY);
-    this.library.doubles(rows, values.length).set(values);
+    this.library.fill(rows, name, values);
   }
 
   private giveValue(call: number, place: number, argument: Argument, value: unknown): void {
     const read = readValue(argument, value);
-    if (typeof read === "number") this.exports.orvex_call_number(call, place, read);
-    else this.library.withText(read, (text, size) => this.exports.orvex_call_text(call, place, text, size));
+    if (typeof read === "number") made(this.exports.orvex_call_number(call, place, read));
+    else this.library.withText(read, (text, size) => made(this.exports.orvex_call_text(call, place, text, size)));
   }
 }
 

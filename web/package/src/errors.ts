@@ -29,6 +29,14 @@ export function refuse(message: string, number = TYPE_MISMATCH): never {
   throw new OrvexError(message, number, "Orvex", message);
 }
 
+/** Refuses options that are no object, and those that nobody knows: a slip of the pen would go unnoticed. */
+export function checkOptions(owner: string, options: unknown, names: readonly string[], word = "option"): asserts options is Record<string, unknown> {
+  const isObject = typeof options === "object" && options !== null && !Array.isArray(options) && !ArrayBuffer.isView(options);
+  const known = names.join(", ") || "none";
+  if (!isObject) refuse(`${owner} takes its ${word}s in an object, { name: value }; it has ${known}`);
+  for (const name of Object.keys(options)) if (!names.includes(name)) refuse(`${owner} has no ${word} "${name}"; it has ${known}`);
+}
+
 /** An error as the module tells it. */
 export interface Failure {
   number: number;

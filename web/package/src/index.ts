@@ -1,6 +1,7 @@
 // Technical analysis of price series: `const { macd } = await load(); macd(close, { shortCycle: 12 })`.
-import { type Calculation, camelCase, namedArguments, shaped } from "./catalogue.js";
-import { type Columns, Engine, isValues, type Outcome } from "./engine.js";
+import { type Calculation, camelCase, functionName, namedArguments, shaped } from "./catalogue.js";
+import { A_COLUMN, type Columns, Engine, isValues, type Outcome } from "./engine.js";
+import { refuse } from "./errors.js";
 import type { Functions, Modules } from "./generated.js";
 
 export type { Argument, Calculation, Choice, Column, Fault, Guide } from "./catalogue.js";
@@ -49,11 +50,11 @@ function bind(engine: Engine, calculation: Calculation): (...words: unknown[]) =
         prices = word as Columns;
         ++at;
       } else if (at === 0 || isValues(words[0])) {
-        const wanted = argument.type === "Field" ? "a column of numbers" : "an object of prices";
-        throw new TypeError(`${camelCase(calculation.key)}: ${wanted} is wanted for ${argument.name}`);
+        const wanted = argument.type === "Field" ? `a column is wanted for ${argument.name}; ${A_COLUMN}` : `an object of prices is wanted for ${argument.name}`;
+        refuse(`${functionName(calculation)}: ${wanted}`);
       }
     }
-    Object.assign(given, namedArguments(calculation, (words[at] ?? {}) as object));
+    Object.assign(given, namedArguments(calculation, words.slice(at)));
     return shape(calculation, engine.call(calculation, prices, given));
   };
 }

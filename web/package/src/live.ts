@@ -1,19 +1,19 @@
 // Series that grow: a record is appended or revised, and what is kept on the series is up to date.
-import { type Argument, type Calculation, fullName, functionName, namedArguments, shaped } from "./catalogue.js";
-import { checkNames, type Columns, commonLength, type Engine, findColumn, isValues, PRICE_NAMES, readValue, type ResultColumn, type Values } from "./engine.js";
-import { failure, type Failure, NAME_UNKNOWN, OrvexError, OUT_OF_MEMORY, refuse } from "./errors.js";
+import { type Argument, type Calculation, checkNames, fullName, functionName, namedArguments, shaped } from "./catalogue.js";
+import { type Columns, commonLength, type Engine, findColumn, isValues, PRICE_NAMES, readValue, type ResultColumn, type Values } from "./engine.js";
+import { failure, type Failure, NAME_UNKNOWN, OrvexError, refuse } from "./errors.js";
 import type { LiveCalls } from "./generated.js";
-import type { Exports, Library } from "./module.js";
+import { type Exports, type Library, made } from "./module.js";
 
-/** The prices of one record. Those that are left out are those of `close`, and its volume is 0. */
+/** The prices of one record, null where it has none. Those that are left out are those of `close`, and its volume is 0. */
 export interface LiveRecord {
-  readonly open?: number;
-  readonly high?: number;
-  readonly low?: number;
-  readonly close: number;
-  readonly volume?: number;
+  readonly open?: number | null;
+  readonly high?: number | null;
+  readonly low?: number | null;
+  readonly close: number | null;
+  readonly volume?: number | null;
   /** For those that begin anew with each session, day or week: "2024-01-31", with a time behind it or without. */
-  readonly date?: string;
+  readonly date?: string | null;
 }
 
 /** Columns of prices by name, whatever the case of its letters, and the dates of the records as texts. */
@@ -211,8 +211,7 @@ export class LiveSeries {
     this.exports = this.library.exports;
     const given = pricesOf(prices);
     this.has = given.count === 0 ? ALL_PRICES : given.bits;
-    this.address = this.withRows(given, (...rows) => this.exports.orvex_live_begin(...rows));
-    if (this.address === 0) refuse("Out of memory", OUT_OF_MEMORY);
+    this.address = this.withRows(given, (...rows) => made(this.exports.orvex_live_begin(...rows)));
     this.records = given.count;
     forgotten.register(this, { exports: this.exports, address: this.address }, this);
   }
@@ -258,13 +257,13 @@ export class LiveSeries {
   keep<Name extends keyof LiveCalls>(name: Name, ...options: Words<LiveCalls[Name]["options"]>): Kept<LiveCalls[Name]["result"]>;
   /** The same of a calculation of `engine`, its arguments under the catalogue's names. */
   keep(calculation: Calculation, given?: Readonly<Record<string, unknown>>): Kept;
-  keep(wanted: string | Calculation, words: object = {}): Kept {
-    const calculation = typeof wanted === "string" ? this.find(wanted) : wanted;
-    const given = typeof wanted === "string" ? namedArguments(calculation, words) : (words as Readonly<Record<string, unknown>>);
+  keep(wanted: string | Calculation, ...words: readonly unknown[]): Kept {
+    const { place, calculation } = this.engine.own(typeof wanted === "string" ? this.find(wanted) : wanted);
+    const given = typeof wanted === "string" ? namedArguments(calculation, words) : ((words[0] ?? {}) as Readonly<Record<string, unknown>>);
     checkNames(calculation, given);
     if (calculation.columns.length === 0) throw new TypeError(`${functionName(calculation)} gives no columns to keep`);
     const live = this.open();
-    const kept = this.exports.orvex_kept_begin(this.engine.calculations.indexOf(calculation));
+    const kept = made(this.exports.orvex_kept_begin(place));
     try {
       calculation.arguments.forEach((argument, i) => {
         if (given[argument.name] !== undefined) this.give(kept, i, argument, given[argument.name]);
@@ -298,7 +297,7 @@ export class LiveSeries {
 
   /** Hands those prices that the series has to the module, and the dates. */
   private withRows<T>({ found, dates, count }: Given, use: (room: number, count: number, columns: number, dates: number, sizes: number) => T): T {
-    const columns = found.filter(({ bit }) => this.has & bit).map(({ values }) => values);
+    const columns = found.filter(({ bit }) => this.has & bit);
     return this.library.withColumns(columns, (room) =>
       dates ? this.library.withTexts(dates, (texts, sizes) => use(room, count, this.has, texts, sizes)) : use(room, count, this.has, 0, 0),
     );
@@ -307,7 +306,7 @@ export class LiveSeries {
   private withRecord(record: LiveRecord, use: (...words: [number, ...RecordNumbers, number, number]) => number): void {
     const live = this.open();
     const numbers = numbersOf(record);
-    if (record.date === undefined) this.check(use(live, ...numbers, 0, 0));
+    if (typeof record.date !== "string") this.check(use(live, ...numbers, 0, 0));
     else this.library.withText(record.date, (text, size) => this.check(use(live, ...numbers, text, size)));
   }
 
@@ -318,18 +317,17 @@ export class LiveSeries {
   }
 
   private give(kept: number, place: number, argument: Argument, value: unknown): void {
-    if (argument.type === "Database" || argument.type === "RecordSet") throw new TypeError(`${argument.name} is the series itself`);
     if (value instanceof Kept) {
       if (argument.type !== "Field") throw new TypeError(`${argument.name} is no column`);
-      this.exports.orvex_kept_column(kept, place, this.addressOf(value), onlyColumn(value));
+      made(this.exports.orvex_kept_column(kept, place, this.addressOf(value), onlyColumn(value)));
       return;
     }
     if (argument.type === "Field" && typeof value !== "string") {
       throw new TypeError(`${argument.name} is the name of a price or what is kept already`);
     }
     const read = argument.type === "Field" ? (value as string) : readValue(argument, value);
-    if (typeof read === "number") this.exports.orvex_kept_number(kept, place, read);
-    else this.library.withText(read, (text, size) => this.exports.orvex_kept_text(kept, place, text, size));
+    if (typeof read === "number") made(this.exports.orvex_kept_number(kept, place, read));
+    else this.library.withText(read, (text, size) => made(this.exports.orvex_kept_text(kept, place, text, size)));
   }
 
   private addressOf(kept: Kept): number {
@@ -366,7 +364,7 @@ function pricesOf(columns: LivePrices): Given {
   if (found.length === 0 && Object.keys(columns).length > 0) refuse(`There are no prices: they are columns called ${PRICE_NAMES.join(", ")}`);
   const count = commonLength([...found, ...(dates ? [{ name: "Date", values: dates }] : [])]);
   const bits = found.reduce((all, { bit }) => all | bit, 0);
-  return { found, bits, dates: dates && Array.from(dates, String), count };
+  return { found, bits, dates: dates && Array.from(dates, (date) => String(date ?? "")), count };
 }
 
 type RecordNumbers = [open: number, high: number, low: number, close: number, volume: number];
@@ -378,10 +376,10 @@ function numbersOf(record: LiveRecord): RecordNumbers {
   for (const [name, value] of Object.entries(record) as [string, unknown][]) {
     if (!RECORD_NAMES.includes(name)) throw new TypeError(`a record has no "${name}"; it has ${RECORD_NAMES.join(", ")}`);
     const wanted = name === "date" ? "string" : "number";
-    if (value !== undefined && typeof value !== wanted) throw new TypeError(`${name} must be a ${wanted}`);
+    if (value !== undefined && value !== null && typeof value !== wanted) throw new TypeError(`${name} must be a ${wanted}`);
   }
   if (close === undefined) throw new TypeError("a record needs its close");
-  return [open, high, low, close, volume];
+  return [open ?? NaN, high ?? NaN, low ?? NaN, close ?? NaN, volume ?? NaN];
 }
 
 /** The column that a call is kept on. */

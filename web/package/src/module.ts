@@ -1,4 +1,5 @@
 // The WebAssembly module: its functions, and the little that it imports.
+import type { Values } from "./engine.js";
 import { OUT_OF_MEMORY, refuse } from "./errors.js";
 
 /** What the module exports (engine.cpp, live.cpp): every number is a count, an address or a double. */
@@ -11,8 +12,8 @@ export interface Exports {
   orvex_call_begin(calculation: number, count: number): number;
   orvex_call_column(call: number, argument: number, name: number, size: number, rows: number): number;
   orvex_call_price(call: number, name: number, size: number, rows: number): number;
-  orvex_call_number(call: number, argument: number, value: number): void;
-  orvex_call_text(call: number, argument: number, value: number, size: number): void;
+  orvex_call_number(call: number, argument: number, value: number): number;
+  orvex_call_text(call: number, argument: number, value: number, size: number): number;
   orvex_call_run(call: number): number;
   orvex_call_rows(call: number, column: number): number;
   orvex_call_run_each(call: number, argument: number): number;
@@ -24,7 +25,7 @@ export interface Exports {
   orvex_read_end(read: number): void;
   orvex_table_begin(count: number): number;
   orvex_table_numbers(table: number, name: number, size: number, first: number, last: number): number;
-  orvex_table_texts(table: number, name: number, size: number, texts: number, sizes: number): void;
+  orvex_table_texts(table: number, name: number, size: number, texts: number, sizes: number): number;
   orvex_table_csv(table: number): number;
   orvex_table_end(table: number): void;
   orvex_live_begin(numbers: number, count: number, columns: number, dates: number, sizes: number): number;
@@ -33,9 +34,9 @@ export interface Exports {
   orvex_live_append_rows(live: number, numbers: number, count: number, columns: number, dates: number, sizes: number): number;
   orvex_live_revise(live: number, open: number, high: number, low: number, close: number, volume: number, date: number, size: number): number;
   orvex_kept_begin(calculation: number): number;
-  orvex_kept_number(kept: number, argument: number, value: number): void;
-  orvex_kept_text(kept: number, argument: number, value: number, size: number): void;
-  orvex_kept_column(kept: number, argument: number, other: number, column: number): void;
+  orvex_kept_number(kept: number, argument: number, value: number): number;
+  orvex_kept_text(kept: number, argument: number, value: number, size: number): number;
+  orvex_kept_column(kept: number, argument: number, other: number, column: number): number;
   orvex_kept_keep(kept: number, live: number): number;
   orvex_kept_end(kept: number): void;
   orvex_kept_drop(kept: number, live: number): number;
@@ -75,6 +76,26 @@ export function systemImports(memory: () => WebAssembly.Memory, print: (bytes: U
   return { env: lookup, wasi_snapshot_preview1: lookup } as WebAssembly.Imports;
 }
 
+/** What the module has made: an address, which is negative beyond 2 GB as JavaScript has it, or a word that it was done. */
+export function made(returned: number): number {
+  // Of all that is asked of it here, only memory can be lacking.
+  if (returned === 0) refuse("Out of memory", OUT_OF_MEMORY);
+  return returned >>> 0;
+}
+
+/** Copies a column as it is meant: JavaScript would take null for 0 and texts for numbers. */
+function copyColumn(name: string, values: Values, room: Float64Array): void {
+  if (values instanceof Float64Array) return room.set(values);
+  for (let i = 0; i < values.length; ++i) {
+    const value: unknown = values[i] ?? NaN;
+    if (typeof value !== "number") {
+      const help = typeof value === "string" || typeof value === "bigint" ? "; Number(value) makes one of it" : "";
+      refuse(`${name} must be numbers, and has a ${typeof value} in record ${i + 1}${help}`);
+    }
+    room[i] = value;
+  }
+}
+
 const encoder = new TextEncoder();
 const decoder = new TextDecoder();
 
@@ -88,12 +109,17 @@ export class Library {
 
   /** The text that the module gave last. */
   text(address: number): string {
-    return decoder.decode(new Uint8Array(this.exports.memory.buffer, address, this.exports.orvex_text_size()));
+    return decoder.decode(new Uint8Array(this.exports.memory.buffer, made(address), this.exports.orvex_text_size()));
   }
 
   /** Numbers where they stand, which is until the module is called again. */
   doubles(address: number, count: number): Float64Array<ArrayBuffer> {
-    return new Float64Array(this.exports.memory.buffer as ArrayBuffer, address, count);
+    return new Float64Array(this.exports.memory.buffer as ArrayBuffer, address >>> 0, count);
+  }
+
+  /** Writes a column to where the module has made room for it. None is made for no records. */
+  fill(room: number, name: string, values: Values): void {
+    if (values.length > 0) copyColumn(name, values, this.doubles(made(room), values.length));
   }
 
   /** Hands a text to the module for as long as `use` takes. */
@@ -122,17 +148,16 @@ export class Library {
   }
 
   /** Hands it columns of one length, one after the other. */
-  withColumns<T>(columns: readonly ArrayLike<number>[], use: (address: number) => T): T {
-    const count = columns[0]?.length ?? 0;
+  withColumns<T>(columns: readonly { readonly name: string; readonly values: Values }[], use: (address: number) => T): T {
+    const count = columns[0]?.values.length ?? 0;
     return this.withRoom(8 * count * columns.length, (room) => {
-      columns.forEach((column, i) => this.doubles(room + 8 * count * i, count).set(column));
+      columns.forEach(({ name, values }, i) => copyColumn(name, values, this.doubles(room + 8 * count * i, count)));
       return use(room);
     });
   }
 
   private withRoom<T>(size: number, use: (room: number) => T): T {
-    const room = this.exports.orvex_allocate(size + 1);
-    if (room === 0) refuse("Out of memory", OUT_OF_MEMORY);
+    const room = made(this.exports.orvex_allocate(size + 1));
     try {
       return use(room);
     } finally {
