@@ -316,7 +316,8 @@ test("everything can be done with the keyboard alone", async () => {
 test("each calculation has a page, and the index leads to it", async () => {
   const { page, faults } = await open(browser, "#/indicators");
   await page.getByRole("link", { name: "MACD", exact: true }).first().click();
-  assert.match(await page.locator("h1").innerText(), /MACD/);
+  // The page changes behind the click, when the browser tells of the new address.
+  await page.locator("h1", { hasText: "MACD" }).waitFor();
   assert.match(await page.locator(".reference").innerText(), /Oscillator\.MACD/);
   for (const [language, call] of [
     ["Python", /ox\.macd\(/],
