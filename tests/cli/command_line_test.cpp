@@ -168,6 +168,9 @@ TEST_F(CommandLine, ReportsErrorsOfTheLibrary) {
        "one of 1 Simple, 2 Exponential"},
       {"Bands.BollingerBands plain.csv Periods=2 MA_Type=8", Bands::BollingerBandsTypeFault,
        "MA_Type is one of 1 Simple"},
+      {"Standard.CANDLE plain.csv Pattern=99",
+       {1106, "Standard.CANDLE", "Invalid Choice"},
+       "Pattern is one of 1 TwoCrows"},
       {mean + "plain.csv Source=Clsoe Periods=2", RecordSet::getIndexFault,
        "it has Date, Open, High, Low, Close and Volume. Did you mean Close?"},
       {mean + "text.csv Source=Symbol Periods=1", faults::TypeMismatch,
@@ -281,6 +284,18 @@ TEST_F(CommandLine, IdentifiesThePatternsOfAllRecords) {
     EXPECT_EQ(all["Text"][record - 1], note["text"]);
     EXPECT_EQ(all["Value"][record - 1], note["value"]);
   }
+  // A column that begins late and ends early takes its records out, and no others.
+  std::string partly = series(40);
+  for (const std::size_t end : {partly.size() - 1, partly.find('\n')}) {
+    const std::size_t volume = partly.rfind(',', end) + 1;
+    partly.erase(volume, end - volume);
+  }
+  write("partly.csv", partly);
+  json shorter = columnsOf("CandleStick.IdentifyPattern partly.csv Period=all");
+  EXPECT_EQ(shorter["Value"][0], nullptr);
+  EXPECT_EQ(shorter["Value"][39], nullptr);
+  for (int record = 15; record < 40; ++record)
+    EXPECT_EQ(shorter["Text"][record - 1], all["Text"][record - 1]) << record;
 }
 
 TEST_F(CommandLine, CountsBeyond16Bits) {

@@ -155,6 +155,14 @@ TEST(Follow, PrintsTheSameForLinesThatComeTogether) {
   }
 }
 
+TEST(Follow, MakesSessionsOfTheDatesAndDecodesItsLines) {
+  Follower months({"Standard.VWAP", "Session=Month"});
+  // The euro sign of Windows-1252.
+  months.write("Date;High;Low;Close;Volume\n2020-01-30;1;1;1;1\n2020-01-31;4;4;4 \x80;3\n2020-02-01;10;10;10;1\n");
+  const Ended ended = months.end();
+  EXPECT_EQ(ended.out, "Date,VWAP\n2020-01-30,1\n2020-01-31,3.25\n2020-02-01,10\n") << ended.err;
+}
+
 TEST(Follow, PrintsJsonAndTakesTheColumnOfAMethodBefore) {
   Follower follower({"SimpleMovingAverage", "Periods=1", "Alias=Mean", "--", "General.PriceROC", "Source=mean",
                      "Periods=1", "--format", "json"});
