@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -53,21 +52,17 @@ class Call {
   }
 
   void give(std::size_t argument, Value value) { arguments_.at(argument) = std::move(value); }
-  void giveColumn(std::size_t argument, const std::shared_ptr<Field>& column) {
-    give(argument, column);
-    columns_.push_back(column);
-  }
-  void givePrice(const std::shared_ptr<Field>& column) {
-    prices_->addField(column);
-    columns_.push_back(column);
-  }
+  void givePrice(std::shared_ptr<Field> column) { prices_->addField(std::move(column)); }
 
   /// What came of it, in JSON. Of columns that have no record in common there is nothing to compute, and no column
   /// either.
   std::string run() {
     try {
-      if (calculation_.method->result == catalogue::Type::RecordSet && hasNoValues()) return R"({"columns":[]})";
       catalogue::takeUsual(*calculation_.method, arguments_, data_);
+      const catalogue::RowRange part = catalogue::partWithValues(arguments_);
+      if (calculation_.method->result == catalogue::Type::RecordSet && part.first > part.last) {
+        return R"({"columns":[]})";
+      }
       const catalogue::ValuedCall made =
           catalogue::callOnValues(*calculation_.method, calculation_.owner->create().get(), arguments_);
       if (const auto* columns = std::get_if<std::shared_ptr<RecordSet>>(&made.result)) {
@@ -108,16 +103,6 @@ class Call {
   const double* rows(std::size_t column) const { return results_[column]->values().data(); }
 
  private:
-  bool hasNoValues() const {
-    catalogue::RowRange part{1, data_->getRecordCount().value()};
-    for (const auto& column : columns_) {
-      const catalogue::RowRange valued = catalogue::valuedRows(column->values());
-      part.first = std::max(part.first, valued.first);
-      part.last = std::min(part.last, valued.last);
-    }
-    return part.first > part.last;
-  }
-
   /// Keeps the columns of the result, and tells which of their rows are computed.
   std::string take(const RecordSet& result, const std::vector<catalogue::RowRange>& computed) {
     std::vector<std::string> columns;
@@ -143,8 +128,6 @@ class Call {
   std::vector<Value> arguments_;
   std::shared_ptr<Database> data_;
   std::shared_ptr<RecordSet> prices_ = std::make_shared<RecordSet>();
-  /// All that were given, of arguments and of prices.
-  std::vector<std::shared_ptr<Field>> columns_;
   std::vector<std::shared_ptr<Field>> results_;
 };
 
@@ -261,7 +244,7 @@ EMSCRIPTEN_KEEPALIVE double* orvex_call_column(Call* call, std::size_t argument,
                                                int rows) {
   return orNothing([&] {
     const auto column = orvex::web::makeColumn({name, size}, rows);
-    call->giveColumn(argument, column);
+    call->give(argument, column);
     return column->writableValues().data();
   });
 }
