@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <vector>
 
 #include "cli/failure.h"
 #include "cli/names.h"
@@ -71,14 +72,9 @@ std::shared_ptr<Field> bindSessions(const PriceFile& file, const Argument& argum
   const bool byDates = column != nullptr && column->field == file.dates;
   const auto length = byDates ? prices::SessionLength::Day : prices::sessionNamed(name);
   if (!length || (column != nullptr && !byDates)) return nullptr;
-  auto sessions = std::make_shared<Field>();
-  if (!file.times.empty()) {
-    sessions->view({prices::sessionsOf(file.times, *length), nullptr}, argument.name);
-    return sessions;
-  }
-  // Days are told apart also where nobody knows which number is the month.
-  std::vector<double> rows;
-  for (int row = 1; file.dates != nullptr && row <= file.dates->getRecordCount(); ++row) {
+  std::vector<double> rows = prices::sessionsOf(file.times, *length);
+  // Dates that are texts tell days apart also where nobody knows which number is the month.
+  for (int row = 1; file.times.empty() && file.dates != nullptr && row <= file.dates->getRecordCount(); ++row) {
     rows.push_back(prices::sessionOf(file.dates->getStrValue(row), *length));
   }
   if (rows.empty() || std::any_of(rows.begin(), rows.end(), [](double row) { return std::isnan(row); })) {
@@ -87,6 +83,7 @@ std::shared_ptr<Field> bindSessions(const PriceFile& file, const Argument& argum
                               "sessions begin: {}=COLUMN.",
                               argument.name, name, file.name, argument.name));
   }
+  auto sessions = std::make_shared<Field>();
   sessions->view({rows, nullptr}, argument.name);
   return sessions;
 }

@@ -552,10 +552,7 @@ void LiveSeries::fillSessions(const SessionField& sessions, std::size_t from) co
 
 std::shared_ptr<Field> LiveSeries::columnNamed(std::string_view name, const catalogue::Argument& argument) {
   if (argument.session) {
-    const bool byDate = equalNames(name, Database::DateName);
-    if (const auto length = byDate ? std::optional(prices::SessionLength::Day) : prices::sessionNamed(name)) {
-      return sessionsOf(*length);
-    }
+    if (const auto length = prices::sessionOfDates(name)) return sessionsOf(*length);
   }
   const Integer index = prices_->getIndex(name);
   return prices_->fields()[static_cast<std::size_t>(index.value() - 1)];

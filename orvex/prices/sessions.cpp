@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "orvex/data/database.h"
 #include "orvex/data/text.h"
 
 namespace orvex::inline ORVEX_COUNTS::prices {
@@ -36,6 +37,10 @@ std::optional<SessionLength> sessionNamed(std::string_view name) {
     if (equalNames(word, name)) return length;
   }
   return {};
+}
+
+std::optional<SessionLength> sessionOfDates(std::string_view name) {
+  return equalNames(name, Database::DateName) ? SessionLength::Day : sessionNamed(name);
 }
 
 std::vector<double> sessionsOf(std::span<const Time> times, SessionLength length) {

@@ -15,6 +15,9 @@ enum class SessionLength { Day, Week, Month, Year };
 /// By name without regard to case; nothing for an unknown one.
 std::optional<SessionLength> sessionNamed(std::string_view name);
 
+/// What an argument that tells sessions asks of the dates by a name: days by "Date", and others as `sessionNamed`.
+std::optional<SessionLength> sessionOfDates(std::string_view name);
+
 /// A number a record, another one in each session. Weeks begin on Mondays.
 std::vector<double> sessionsOf(std::span<const Time> times, SessionLength length);
 
