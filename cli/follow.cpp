@@ -204,17 +204,12 @@ class Following {
     };
     while (lines.next(line, finish)) {
       ++number_;
-      const char* end = lines.textEnd();
-      std::string decoded;
-      if (std::any_of(line.begin(), line.end(), [](char c) { return static_cast<signed char>(c) < 0; })) {
-        decoded = prices::textOf(std::string(line));
-        line = decoded;
-        end = line.data() + line.size();
-      }
-      if (reader_) {
-        read(line, end);
+      // As of a file: what is no UTF-8 is taken for Windows-1252.
+      if (isUtf8(line)) {
+        accept(line, lines.textEnd());
       } else {
-        learn(line);
+        const std::string text = utf8FromWindows1252(line);
+        accept(text, text.data() + text.size());
       }
     }
     // What all lines leave open is told.
@@ -264,6 +259,15 @@ class Following {
                                            : fmt::format("line {}: {}", line, error.what()));
   }
 
+  /// A line in a text that ends at `textEnd`.
+  void accept(std::string_view line, const char* textEnd) {
+    if (reader_) {
+      read(line, textEnd);
+    } else {
+      learn(line);
+    }
+  }
+
   /// Collects lines until it is certain how they are to be read.
   void learn(std::string_view line) {
     constexpr std::size_t most = 200;
@@ -305,7 +309,6 @@ class Following {
   }
 
   void read(std::string_view line) { read(line, line.data() + line.size()); }
-  /// A line in a text that ends at `textEnd`.
   void read(std::string_view line, const char* textEnd) {
     if (number_ < reader_->layout().firstRecordLine) return;
     switch (reader_->read(line, textEnd)) {
@@ -407,13 +410,11 @@ class Following {
     for (const NamedText& given : call.arguments) {
       const auto argument = std::find_if(call.method->arguments.begin(), call.method->arguments.end(),
                                          [&](const auto& one) { return equalNames(one.name, given.name); });
-      if (argument->session &&
-          (equalNames(given.value, Database::DateName) || prices::sessionNamed(given.value).has_value())) {
+      const bool ofDates = argument->session && prices::sessionOfDates(given.value).has_value();
+      if (argument->type == Type::String || ofDates) {
         arguments.emplace_back(argument->name, given.value);
       } else if (argument->type == Type::Field) {
         arguments.emplace_back(argument->name, columnNamed(given.value, call));
-      } else if (argument->type == Type::String) {
-        arguments.emplace_back(argument->name, given.value);
       } else {
         const catalogue::Value number = catalogue::coerce(bindText(*argument, given.value), Type::Double);
         arguments.emplace_back(argument->name, std::get<double>(number));

@@ -161,6 +161,10 @@ TEST(Follow, MakesSessionsOfTheDatesAndDecodesItsLines) {
   months.write("Date;High;Low;Close;Volume\n2020-01-30;1;1;1;1\n2020-01-31;4;4;4 \x80;3\n2020-02-01;10;10;10;1\n");
   const Ended ended = months.end();
   EXPECT_EQ(ended.out, "Date,VWAP\n2020-01-30,1\n2020-01-31,3.25\n2020-02-01,10\n") << ended.err;
+  // What would be no text as a file is a line that cannot be read, as any other.
+  Follower damaged({"SimpleMovingAverage", "Periods=1"});
+  damaged.write(std::string("Date,Close\n2020-01-01,1\n2020-01-02,\xE9\0\n", 38));
+  EXPECT_NE(damaged.end().err.find("line 3: "), std::string::npos);
 }
 
 TEST(Follow, PrintsJsonAndTakesTheColumnOfAMethodBefore) {
