@@ -8,6 +8,7 @@
 #include "cli/facts.h"
 #include "cli/failure.h"
 #include "cli/names.h"
+#include "orvex/data/text.h"
 
 namespace orvex::cli {
 
@@ -23,11 +24,7 @@ using catalogue::Value;
 std::string explainCause(const std::string& name, const Method& method, const Error& error, const PriceFile* file) {
   std::string text = fmt::format("{} could not be computed", name);
   if (error.cause() == error.fault()) return text + '.';
-  std::string cause(error.cause().description);
-  const auto isCapital = [&](std::size_t at) { return at < cause.size() && cause[at] >= 'A' && cause[at] <= 'Z'; };
-  // A word goes on in small letters; EOF and BOF stay what they are.
-  if (isCapital(0) && !isCapital(1)) cause.front() = static_cast<char>(cause.front() - 'A' + 'a');
-  text += fmt::format(": {}", cause);
+  text += fmt::format(": {}", withinSentence(error.cause().description));
   if (error.record() != 0) {
     text += fmt::format(" in record {}", error.record());
     const bool dated =
@@ -67,10 +64,11 @@ std::string explain(const std::string& name, const Method& method, std::span<con
       text += fmt::format(" It takes prices by name, and \"{}\" has no numbers for {}.", file->name,
                           enumerate(lacking, "or"));
     }
+  }
+  // A code that there is not may leave open where a column begins.
+  if (file != nullptr && codesKnown) {
     const int count = file->data->getRecordCount().value();
     for (const Column& column : method.columns) {
-      // Of a code that there is not no first row is known.
-      if (!codesKnown) break;
       const RowRange rows = catalogue::computedRows(method, column, count, arguments);
       if (rows.first <= rows.last) continue;
       text += fmt::format(" With these arguments its first value would stand in record {}, and \"{}\" has {}.",

@@ -217,6 +217,13 @@ std::u16string utf16FromUtf8(std::string_view text) {
   return result;
 }
 
+std::string withinSentence(std::string_view description) {
+  std::string text(description);
+  const auto isCapital = [&](std::size_t at) { return at < text.size() && text[at] >= 'A' && text[at] <= 'Z'; };
+  if (isCapital(0) && !isCapital(1)) text.front() = static_cast<char>(text.front() - 'A' + 'a');
+  return text;
+}
+
 std::size_t firstCharacterLength(std::string_view text) noexcept {
   return text.empty() ? 0 : decode(text).length;
 }

@@ -26,6 +26,9 @@ std::string utf8FromWindows1252(std::string_view bytes);
 std::string utf8FromUtf16(std::u16string_view text);
 std::u16string utf16FromUtf8(std::string_view text);
 
+/// A description as a sentence goes on with it: its first letter small, unless it begins with capitals as EOF does.
+std::string withinSentence(std::string_view description);
+
 /// How many bytes the first character of a UTF-8 text takes; 1 for a byte that begins none, 0 for an empty text.
 std::size_t firstCharacterLength(std::string_view text) noexcept;
 

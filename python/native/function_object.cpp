@@ -13,6 +13,7 @@
 #include "native/catalogue_data.h"
 #include "native/column.h"
 #include "native/numpy.h"
+#include "orvex/data/text.h"
 
 namespace nb = nanobind;
 
@@ -349,7 +350,7 @@ PyObject* newRefusal(const Function& function, const Refusal& refusal) {
   nb::object reason = nb::none();
   const bool hasCause = !(error.cause() == error.fault());
   if (error.record() != 0) record = nb::int_(error.record());
-  if (hasCause) reason = text(error.cause().description);
+  if (hasCause) reason = text(withinSentence(error.cause().description));
   // What a gap makes of the rows behind it overflows at last; other errors before it have nothing to do with it, nor
   // have those of arguments, which have no cause.
   const bool isBehind = error.record() == 0 ? hasCause : refusal.gap && error.record() >= refusal.gap->row;
@@ -358,8 +359,8 @@ PyObject* newRefusal(const Function& function, const Refusal& refusal) {
     record = nb::int_(refusal.gap->row);
     reason = text(refusal.gap->column + " has no value");
   }
-  return helper("orvex._errors", "refusal")(function.name.c_str(), error.number(), text(error.source()),
-                                            text(error.description()), column, record, reason)
+  return helper("orvex._errors", "OrvexError")(error.number(), text(error.source()), text(error.description()), record,
+                                               function.name.c_str(), column, reason)
       .release()
       .ptr();
 }

@@ -67,8 +67,9 @@ nb::tuple readPrices(nb::bytes bytes, nb::dict options) {
   }
   if (error) {
     const Fault& fault = error->fault();
-    const nb::object made = nb::module_::import_("orvex._errors")
-                                .attr("refusal")("read", fault.number, textOf(fault.source), textOf(error->what()));
+    const nb::object made =
+        nb::module_::import_("orvex._errors")
+            .attr("OrvexError")(fault.number, textOf(fault.source), textOf(error->what()), nb::none(), "read");
     PyErr_SetObject(reinterpret_cast<PyObject*>(Py_TYPE(made.ptr())), made.ptr());
     throw nb::python_error();
   }

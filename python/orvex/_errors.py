@@ -92,19 +92,3 @@ class OrvexError(ValueError):
 
 class SymbolWarning(UserWarning):
     """Symbols that could not be computed and are NaN in the result."""
-
-
-def refusal(
-    function: str,
-    number: int,
-    source: str,
-    description: str,
-    column: str | None = None,
-    record: int | None = None,
-    reason: str | None = None,
-) -> OrvexError:
-    """Make the error of a call that the library has refused."""
-    # A sentence goes on with it, unless it begins with the name of a column; EOF and BOF stay what they are.
-    if reason is not None and column is None and not reason[1:2].isupper():
-        reason = reason[:1].lower() + reason[1:]
-    return OrvexError(number, source, description, record, function, column, reason)
