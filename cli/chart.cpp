@@ -85,6 +85,7 @@ ChartStudy makeStudy(const std::vector<std::string>& words, PriceFile& file, std
   }
   std::vector<catalogue::Value> arguments = bindArguments(*target.owner, method, given, &file).values;
   if (asked != nullptr) {
+    // The first record that there is where the prices begin late.
     arguments[static_cast<std::size_t>(asked - method.arguments.begin())] =
         Integer(catalogue::partWithValues(arguments).first);
   }

@@ -22,7 +22,7 @@ class UsageError : public std::runtime_error {
 /// An error of the library, and what it means for this call in a reader's words: exit status 1.
 class Failure : public std::exception {
  public:
-  /// Of a file that could not be read: the line and its cell, from 1; 0 where the matter lies in none.
+  /// `line` and `cell`, from 1, are of a file that could not be read; 0 where the matter lies in none.
   Failure(const Error& error, std::string explanation, std::size_t line = 0, std::size_t cell = 0)
       // NOLINTNEXTLINE(bugprone-throw-keyword-missing): thrown inside of this one.
       : error_(error), explanation_(std::move(explanation)), line_(line), cell_(cell) {}

@@ -9,8 +9,8 @@
 #include "orvex/standard/parts.h"
 #include "orvex/standard/standard.h"
 
-// John Ehlers' measure of the dominant cycle (Rocket Science for Traders, 2001), as TA-Lib
-// computes it, and what is made of it.
+// John Ehlers' measure of the dominant cycle (Rocket Science for Traders, 2001), as TA-Lib computes
+// it, and what is made of it.
 namespace orvex::inline ORVEX_COUNTS {
 
 namespace standard {

@@ -5,8 +5,8 @@
 #include "orvex/standard/arc_tangent.h"
 #include "orvex/standard/numbers.h"
 
-/// John Ehlers' homodyne discriminator (Rocket Science for Traders, 2001), as TA-Lib computes
-/// it, written once for steps and kernels.
+/// John Ehlers' homodyne discriminator (Rocket Science for Traders, 2001), as TA-Lib computes it, written
+/// once for steps and kernels.
 namespace orvex::inline ORVEX_COUNTS::standard {
 
 /// What it carries from record to record is an array of numbers; these are their places. Of what is filtered further

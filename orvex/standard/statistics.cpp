@@ -133,8 +133,8 @@ Standard::Result Standard::MAX(DataRef data, FieldRef Source, Integer Periods, N
 namespace {
 
 /// The record of the extreme of the last values, counted from 1. Of equal ones a newer takes its place, but once it has
-/// left the window the oldest of those that remain does: which of them is told is as TA-Lib
-/// finds it on its way.
+/// left the window the oldest of those that remain does: which of them is told is as TA-Lib finds it
+/// on its way.
 template <class Beats>
 Series placeOf(Call& call, const Series& x, int periods, decltype(&StandardTable::highestRecord) kernel, Beats beats) {
   const Place first = x.first + periods - 1;

@@ -135,8 +135,8 @@ class Live:
         """Add a record, ``append(close=10.5, volume=100)``, or all records of a frame.
 
         A frame has every column of the series: ValueError names those that it lacks. Prices that are left out of a
-        record are those of ``close``, and its volume is 0. A ``date`` beside them is for
-        what begins anew with each session, such as ``standard.vwap``.
+        record are those of ``close``, and its volume is 0. A ``date`` beside them is for what begins anew with each
+        session, such as ``standard.vwap``.
         """
         if prices is None:
             self._series.append(*_values(record))

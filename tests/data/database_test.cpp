@@ -298,6 +298,9 @@ TEST(Database, LoadsColumnsThatAreThereAtOnce) {
   for (const PriceRows& odd : {PriceRows{}, PriceRows{.open = {three, {}}, .close = {columns->close, columns}},
                                PriceRows{.close = {three, {}}, .dates = {columns->dates, {}}}}) {
     EXPECT_FAULT(Database::loadFault(faults::SubscriptOutOfRange.description), data.OpenDatabaseByRows(odd));
+    // The count is that of what was made, not of the series before.
+    const auto made = data.getRecordset()->fields();
+    EXPECT_EQ(data.getRecordCount(), made.empty() ? 0 : made.front()->getRecordCount().value());
   }
 }
 

@@ -20,8 +20,7 @@ inline constexpr auto CandleChoices = [] {
 
 inline constexpr std::string_view CandleOrigin =
     "Steve Nison, Japanese Candlestick Charting Techniques, 1991, and Gregory Morris, CandlePower, 1992; the measures "
-    "of "
-    "long, short and near are those of TA-Lib.";
+    "of long, short and near are those of TA-Lib.";
 
 inline constexpr auto standardPatterns = std::tuple{
     entry<"CANDLE", &Standard::CANDLE>(

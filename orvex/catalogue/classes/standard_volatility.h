@@ -35,8 +35,7 @@ inline constexpr auto standardVolatility = std::tuple{
          .guide = {.formula = "100 x ATR / Close, 0 where that is 0",
                    .reading = "As ATR, comparable between markets.",
                    .origin = "John Forman, Stocks & Commodities, May 2006.",
-                   .difference = "Of 1 record too it is in percent, where TA-Lib gives the true "
-                                 "range itself."}}),
+                   .difference = "Of 1 record too it is in percent, where TA-Lib gives the true range itself."}}),
     entry<"STDDEV", &Standard::STDDEV>(
         {.help = "The standard deviation of the last values.",
          .arguments = {Source, Periods.usually(5), factor("Factor", "What it is multiplied with.", 1)},
