@@ -131,11 +131,12 @@ struct Alone {
 /// not-a-number in the state stays there, so one look at the end finds it; what the state need not show is looked for
 /// record by record: with `checksInputs` inputs that are no numbers or too large, with `checksOutputs` outputs that are
 /// no numbers. Each operation is done in `together` stretches at once: in all, since what it gives is waited for, or in
-/// fewer where a record has so many operations that these fill the processor, and all would not fit its registers.
+/// fewer where a record has so many operations that these fill the processor, and all would not fit its registers, as
+/// they do not in packs of two.
 template <int Inputs, int Outputs, int Values>
 struct Chain {
   static constexpr int inputs = Inputs, outputs = Outputs, values = Values;
-  static constexpr int together = stretches;
+  static constexpr int together = widestLanes == 2 ? stretches / 2 : stretches;
   static constexpr bool checksInputs = false, checksOutputs = false;
 };
 

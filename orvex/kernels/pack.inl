@@ -21,6 +21,13 @@ constexpr int widestLanes = 4;
 constexpr int widestLanes = 2;
 #endif
 
+/// How many packs the processor's registers hold: programs of 32 bits see 8 of them.
+#if defined(__i386__)
+constexpr int registers = 8;
+#else
+constexpr int registers = widestLanes == 8 ? 32 : 16;
+#endif
+
 #if defined(__GNUC__)
 #define ORVEX_UNROLL _Pragma("GCC unroll 8")
 #define ORVEX_SQRT __builtin_sqrt

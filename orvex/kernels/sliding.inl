@@ -164,19 +164,21 @@ std::ptrdiff_t slideInStretches(const SlidingColumns& columns, std::ptrdiff_t wi
 
 /// Runs `kernel(block)` for `count` rows from `first` (counted from 0) on, with the window of records that ends at
 /// each. How many of the rows are numbers: up to the first that is none. `longEnough` is the shortest window that pays
-/// for the turning of columns into packs and back; `Count` and `InTurn` are how many packs the registers hold side by
-/// side, and in stretches. REQUIRES: a result out of which an infinity or not-a-number, once met, does not come as a
-/// number.
-template <int Count, int InTurn = 8, class Kernel>
+/// for the turning of columns into packs and back; `Packs` and `PacksInTurn` are how many packs 16 registers hold side
+/// by side, and in stretches; of 8 some are left for what is loaded. REQUIRES: a result out of which an infinity or
+/// not-a-number, once met, does not come as a number.
+template <int Packs, int PacksInTurn = 8, class Kernel>
 std::size_t slide(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t longEnough, std::ptrdiff_t first,
                   std::ptrdiff_t count, Kernel kernel) {
+  constexpr bool isNarrow = registers == 8;
+  constexpr int Count = isNarrow ? (Packs * 3 + 3) / 4 : Packs, InTurn = isNarrow && PacksInTurn > 4 ? 4 : PacksInTurn;
   std::ptrdiff_t done = window < longEnough ? 0 : slideInStretches<InTurn>(columns, window, first, count, kernel);
   // Looked at while they are in the first-level cache.
   constexpr std::ptrdiff_t piece = 1024;
   while (done < count) {
     const std::ptrdiff_t rows = least(piece, count - done);
-    eachBlock<Count>(first + done, rows, [&]<int Lanes, int Packs>(std::ptrdiff_t row) {
-      kernel(SideBySide<Pack<Lanes>, Packs>{columns, row});
+    eachBlock<Count>(first + done, rows, [&]<int Lanes, int Blocks>(std::ptrdiff_t row) {
+      kernel(SideBySide<Pack<Lanes>, Blocks>{columns, row});
     });
     const std::ptrdiff_t finite = finitePrefix(columns.out + first + done, rows);
     done += finite;
@@ -194,12 +196,13 @@ enum class Order { newestFirst, oldestFirst };
 // A kind of sum over a window: `next(sum, value, place, center)` is the sum with one value more, whose place in the
 // window is counted from the oldest, which has 1; `result(sum)` is the row. `hasCenter` tells whether there is a
 // center, `isChecked` whether rows may come out as no numbers that nobody else looks for, and `longEnough` is the
-// shortest window that gains by stretches, as measured: with four lanes plain sums gain sooner, weighted ones never.
+// shortest window that gains by stretches, as measured: with four lanes plain sums gain sooner, weighted ones never; in
+// 8 registers plain ones never.
 
 /// The sum of the window's values, and nothing more: of values that a caller knows, or with rows that it looks at.
 struct PlainSum {
   static constexpr bool hasCenter = false, isChecked = false;
-  static constexpr std::ptrdiff_t longEnough = widestLanes == 4 ? 24 : 40;
+  static constexpr std::ptrdiff_t longEnough = registers == 8 ? longestSliding + 1 : widestLanes == 4 ? 24 : 40;
 
   template <class P>
   P next(P sum, P value, P, P) const {
@@ -287,12 +290,12 @@ std::ptrdiff_t slideTogether(SlidingColumns columns, std::ptrdiff_t window, std:
 }
 
 /// `slideTogether` for a window of any length: no row of one that is too short or too long to gain by it. Narrower
-/// packs wait less for loads and have half the registers: with four lanes only plain sums gain, and with two nothing
-/// does.
+/// packs wait less for loads and have half the registers: with four lanes only plain sums gain, and with two or in 8
+/// registers nothing does.
 template <int Chains, Order order, class Sum>
 std::ptrdiff_t slideShort(const SlidingColumns& columns, std::ptrdiff_t window, std::ptrdiff_t first,
                           std::ptrdiff_t count, const Sum& sum) {
-  if constexpr (widestLanes == 8 || (widestLanes == 4 && std::is_base_of_v<PlainSum, Sum>)) {
+  if constexpr (widestLanes == 8 || (widestLanes == 4 && registers == 16 && std::is_base_of_v<PlainSum, Sum>)) {
     constexpr int chains = widestLanes == 8 ? Chains : 10;
     switch ((window + widestLanes - 1) / widestLanes) {
       case 2:
