@@ -215,11 +215,12 @@ shared_ptr<RecordSet> Bands::FractalChaosBands(shared_ptr<Database> data, shared
     eachRecord(
         1, count,
         [&](kernels::Records records) {
-          const auto extremes = workingRows(count);
+          const auto extremes = records.first > Periods ? workingRows(count) : nullptr;
           const auto fill = [&](auto kernel, const shared_ptr<Field>& source, Field& result) {
             const double latest = records.first > 1 ? result.getValue(records.first - 1) : 0.0;
-            return kernels::run(kernel, rowsOf(source), Periods.value(), records, latest, extremes.get(),
-                                result.writableValues().data());
+            double* const rows = result.writableValues().data();
+            return kernels::run(kernel, rowsOf(source), Periods.value(), records, latest,
+                                extremes != nullptr ? extremes.get() : rows, rows);
           };
           return std::min(fill(&Table::peaks, high, *highs), fill(&Table::valleys, low, *lows));
         },

@@ -64,10 +64,9 @@ std::shared_ptr<RecordSet> Index::RelativeStrengthIndex(std::shared_ptr<Database
           // The means that it begins with are those of the first record itself, or of the one before a later record.
           const bool seeded = records.first == first;
           double means[] = {mean.rise, mean.fall};
-          const auto falls = workingRows(count);
-          const std::size_t done = kernels::run(&kernels::Table::strength, rowsOf(Source), Periods.value(), records,
-                                                seeded ? records.first : records.first - 1, means, falls.get(),
-                                                result->writableValues().data());
+          const std::size_t done =
+              kernels::run(&kernels::Table::strength, rowsOf(Source), Periods.value(), records,
+                           seeded ? records.first : records.first - 1, means, result->writableValues().data());
           mean = {means[0], means[1]};
           return done;
         },

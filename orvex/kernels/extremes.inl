@@ -24,12 +24,21 @@ struct Highest {
   static P choose(P a, P b) {
     return larger(a, b);
   }
+  /// Lane by lane: `yes` where a is beyond b, `no` elsewhere.
+  template <class P>
+  static P whereBeyond(P a, P b, P yes, P no) {
+    return whereGreater(a, b, yes, no);
+  }
 };
 
 struct Lowest {
   template <class P>
   static P choose(P a, P b) {
     return smaller(a, b);
+  }
+  template <class P>
+  static P whereBeyond(P a, P b, P yes, P no) {
+    return whereGreater(b, a, yes, no);
   }
 };
 
@@ -135,11 +144,10 @@ std::size_t lowest(Source source, int window, Ties ties, Records records, double
                               : extremes<Lowest, Ties::Oldest>(source, window, records, out);
 }
 
-/// The latest value that is `beyond` its neighbours: it is, where it is beyond the extreme of the `neighbours` values
+/// The latest value that is beyond its neighbours: it is, where it is beyond the extreme of the `neighbours` values
 /// before it and of those after it.
-template <class Extreme, class Beyond>
-std::size_t fractals(Source source, int neighbours, Records records, double latest, double* extremes, double* out,
-                     Beyond beyond) {
+template <class Extreme>
+std::size_t fractals(Source source, int neighbours, Records records, double latest, double* extremes, double* out) {
   if (neighbours < 1 || records.first < 1 || records.last < records.first) return 0;
   const std::ptrdiff_t reach = neighbours;
   const std::ptrdiff_t from = records.first - 1;
@@ -154,28 +162,22 @@ std::size_t fractals(Source source, int neighbours, Records records, double late
     if (known > reach + 1) done = quiet - reach - 1 + known;
   }
   constexpr double none = largestInput;
-  for (std::ptrdiff_t row = quiet; row < done; ++row) {
-    const double value = source.rows[row - reach];
-    // Both are asked in any case: a branch that prices decide is guessed wrong too often.
-    const int later = beyond(value, extremes[row]) ? 1 : 0;
-    const int earlier = beyond(value, extremes[row - reach - 1]) ? 1 : 0;
-    out[row] = (later & earlier) != 0 ? value : none;
-  }
-  for (std::ptrdiff_t row = from; row < quiet; ++row) out[row] = latest;
-  for (std::ptrdiff_t row = quiet; row < done; ++row) {
+  const auto mark = [=]<int Lanes>(Constant<Lanes>, std::ptrdiff_t row) {
+    using P = Pack<Lanes>;
+    const P value = P::load(source.rows + row - reach), no = P::all(none);
+    const P later = P::load(extremes + row), earlier = P::load(extremes + row - reach - 1);
+    Extreme::whereBeyond(value, later, Extreme::whereBeyond(value, earlier, value, no), no).store(out + row);
+  };
+  // From the last record back, so that extremes that stand in `out` are there until they are asked.
+  std::ptrdiff_t row = done;
+  while (row - widestLanes >= quiet) mark(Constant<widestLanes>(), row -= widestLanes);
+  while (row > quiet) mark(Constant<1>(), --row);
+  for (row = from; row < quiet; ++row) out[row] = latest;
+  for (; row < done; ++row) {
     if (out[row] != none) latest = out[row];
     out[row] = latest;
   }
   return static_cast<std::size_t>(done - from);
-}
-
-std::size_t peaks(Source source, int neighbours, Records records, double latest, double* extremes, double* out) {
-  return fractals<Highest>(source, neighbours, records, latest, extremes, out,
-                           [](double a, double b) { return a > b; });
-}
-
-std::size_t valleys(Source source, int neighbours, Records records, double latest, double* extremes, double* out) {
-  return fractals<Lowest>(source, neighbours, records, latest, extremes, out, [](double a, double b) { return a < b; });
 }
 
 }  // namespace

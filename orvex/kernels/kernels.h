@@ -91,7 +91,8 @@ struct Table {
   std::size_t (*lowest)(Source source, int window, Ties ties, Records records, double* out);
 
   /// The source's latest value that is greater than each of the `neighbours` values on either side, the later ones not
-  /// after the record; `latest` before the first. `extremes` is working space of as many rows as the column has.
+  /// after the record; `latest` before the first. `extremes` is working space of as many rows as the column has; it may
+  /// be `out` where the first record is one of the first `neighbours`.
   std::size_t (*peaks)(Source source, int neighbours, Records records, double latest, double* extremes, double* out);
 
   /// The latest one that is less than them, likewise.
@@ -209,6 +210,9 @@ struct Table {
   /// 0.
   std::size_t (*crossings)(Source a, Source b, Records records, double* out);
 
+  /// The same of a line that has gaps: 0 where it is 0 now or in the row before.
+  std::size_t (*penetrations)(Source price, Source line, Records records, double* out);
+
   /// The row before + the source, likewise from the row before the first record; so are the five that follow.
   std::size_t (*runningTotal)(Source source, Records records, double* out);
 
@@ -241,8 +245,7 @@ struct Table {
   /// 100 x rise / (rise + fall), 50 of neither, where rise and fall are `means` at the record `known`, which is the
   /// first or the one before it, and (the one before x (`window` - 1) + the record's) / `window` from there on. `means`
   /// become those of the last record.
-  std::size_t (*strength)(Source source, int window, Records records, int known, double* means, double* scratch,
-                          double* out);
+  std::size_t (*strength)(Source source, int window, Records records, int known, double* means, double* out);
 
   /// 100 x rising / (rising + falling), sums of typical price x volume over the last `window` records, oldest first, by
   /// where the typical price went; 50 where both are 0, 0 where only their total is.

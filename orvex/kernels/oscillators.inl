@@ -418,6 +418,8 @@ std::size_t fallInPercent(Source source, int lag, Records records, double* out) 
   });
 }
 
+/// With `hasGaps` there is no b where it is 0.
+template <bool hasGaps>
 std::size_t crossings(Source a, Source b, Records records, double* out) {
   const std::ptrdiff_t count = least(provable(a, records, 1), provable(b, records, 1));
   fillPiece(records.first - 1, count, out, [=]<class P>(std::ptrdiff_t at) {
@@ -425,7 +427,9 @@ std::size_t crossings(Source a, Source b, Records records, double* out) {
     const P now = P::load(a.rows + at), other = P::load(b.rows + at), none = P::all(0.0);
     const P above = whereGreater(before, otherBefore, none, whereGreater(now, other, P::all(1.0), none));
     const P below = whereGreater(otherBefore, before, none, whereGreater(other, now, P::all(-1.0), none));
-    return above + below;
+    const P crossing = above + below;
+    if constexpr (!hasGaps) return crossing;
+    return whereEqual(otherBefore, none, none, whereEqual(other, none, none, crossing));
   });
   return static_cast<std::size_t>(count);
 }

@@ -40,31 +40,32 @@ struct MeanMovesChain : Chain<1, 2, 3> {
   }
 };
 
-std::size_t strength(Source source, int window, Records records, int known, double* means, double* scratch,
-                     double* out) {
+/// What the rises are of both, in percent.
+struct StrengthChain : Chain<1, 1, 3> {
+  MeanMovesChain means;
+
+  template <class T>
+  void next(T (&state)[3], const T (&in)[1], T (&out)[1], int turn) const {
+    T both[2];
+    means.next(state, in, both, turn);
+    out[0] = Percentage::of(both, {}, turn);
+  }
+};
+
+std::size_t strength(Source source, int window, Records records, int known, double* means, double* out) {
   if (window < 1 || known < 1 || !isHandled(means[0]) || !isHandled(means[1])) return 0;
   const std::ptrdiff_t count = provable(source, records, records.first - known);
   if (count == 0) return 0;
-  const std::ptrdiff_t from = records.first - 1;
-  // The means go where the percentages will stand.
   const double* const x = source.rows + known;
   double state[] = {means[0], means[1], x[-1]};
-  const MeanMovesChain chain{{}, static_cast<double>(window - 1), Divisor(window)};
-  if (!runChain(chain, {x}, {out + known, scratch + known}, state, from + count - known, window)) return 0;
+  const StrengthChain chain{{}, {{}, static_cast<double>(window - 1), Divisor(window)}};
+  if (!runChain(chain, {x}, {out + known}, state, records.first - 1 + count - known, window)) return 0;
   if (known == records.first) {
-    out[from] = means[0];
-    scratch[from] = means[1];
+    const Pack<1> both[] = {Pack<1>::all(means[0]), Pack<1>::all(means[1])};
+    Percentage::of(both, {}, 0).store(out + known - 1);
   }
   means[0] = state[0];
   means[1] = state[1];
-  eachBlock<4>(from, count, [=]<int Lanes, int Count>(std::ptrdiff_t row) {
-    using P = Pack<Lanes>;
-    ORVEX_UNROLL for (int i = 0; i < Count; ++i) {
-      double* const at = out + row + i * Lanes;
-      const P both[] = {P::load(at), P::load(scratch + row + i * Lanes)};
-      Percentage::of(both, {}, i).store(at);
-    }
-  });
   return static_cast<std::size_t>(count);
 }
 

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "orvex/data/columns.h"
+#include "orvex/data/kernel_rows.h"
 #include "orvex/data/object.h"
 #include "orvex/data/real.h"
 #include "orvex/data/walk.h"
@@ -193,7 +194,11 @@ std::shared_ptr<RecordSet> LineStudy::TrendLinePenetration(std::shared_ptr<Datab
     applyDefault(Alias, TrendLinePenetrationName);
     const Integer count = object(data).getRecordCount();
     const auto result = makeColumn(count, Alias.get(), 2);
-    eachRecord(2, count, noKernel, [&](Integer record) {
+    const auto kernel = [&](kernels::Records records) {
+      return kernels::run(&kernels::Table::penetrations, rowsOf(Source), rowsOf(TrendLine), records,
+                          result->writableValues().data());
+    };
+    eachRecord(2, count, kernel, [&](Integer record) {
       const Real lineBefore = at(TrendLine, record - 1);
       const Real line = at(TrendLine, record);
       if (lineBefore == 0 || line == 0) {
